@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "support/ports/preferences_store.h"
+
+namespace reelvane {
+
+enum class PreferenceType { Boolean, Integer, Number, TextList, DataList };
+
+/// One preference: everything that reading, checking, listing and documenting it needs.
+struct PreferenceEntry {
+    std::string_view key{};
+    PreferenceType type = PreferenceType::Integer;
+    std::string_view defaultText{};  ///< as the store would hold it; empty for an empty list
+    bool registered = true;          ///< false: not among the registered defaults, reads as 0
+    int minimum = 0;                 ///< of an integer
+    int maximum = 0;                 ///< of an integer
+    std::string_view meaning{};      ///< one plain sentence with the meaning of each value
+};
+
+/// Every preference, once, in the order in which it is listed and documented.
+[[nodiscard]] std::span<const PreferenceEntry> preferenceTable();
+[[nodiscard]] const PreferenceEntry* findPreference(std::string_view key);
+
+/// The layer of registered defaults, made from the table.
+[[nodiscard]] PreferenceValues registeredDefaults();
+
+/// "integer, 0 to 3", "yes or no (1 or 0)", "list of texts" and so on.
+[[nodiscard]] std::string typeText(const PreferenceEntry& entry);
+
+/// A value as a person typed it, checked against the entry's type and range, as the store holds it;
+/// absent when it does not fit. Booleans also take yes, no, true, false, on and off.
+[[nodiscard]] std::optional<std::string> storedText(const PreferenceEntry& entry,
+                                                    std::string_view typed);
+
+}  // namespace reelvane

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "conversion/conversion_job_state.h"
+#include "conversion/conversion_settings.h"
+#include "conversion/diagnosis.h"
+#include "media/mkv_file_info.h"
+#include "support/observable.h"
+#include "support/ports/child_process.h"
+#include "support/ports/dispatcher.h"
+#include "support/ports/power_assertions.h"
+
+namespace reelvane {
+
+class Vantor;
+
+/// One queued conversion: runs ffmpeg on one input, follows its progress, judges its end.
+/// Owned by the job queue; main thread only. Queued, Converting and Paused come and go; Finished
+/// and Failed are final. It never destroys itself: it asks its Controller.
+class ConversionJob final : private ProcessListener {
+public:
+    class Controller;
+
+    ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo fileInfo,
+                  std::size_t audioTrackIndex);
+    ~ConversionJob() override;
+    ConversionJob(const ConversionJob&) = delete;
+    ConversionJob& operator=(const ConversionJob&) = delete;
+    ConversionJob(ConversionJob&&) = delete;
+    ConversionJob& operator=(ConversionJob&&) = delete;
+
+    [[nodiscard]] const MKVFileInfo& fileInfo() const { return fileInfo_; }
+    [[nodiscard]] MKVFileInfo& fileInfo() { return fileInfo_; }
+    [[nodiscard]] std::size_t audioTrackIndex() const { return audioTrackIndex_; }
+    [[nodiscard]] double progress() const { return progress_; }  ///< per cent, 0 to 100
+    [[nodiscard]] ConversionJobState state() const { return state_; }
+    [[nodiscard]] bool finishedOK() const { return finishedOK_; }
+    [[nodiscard]] bool finishedError() const { return finishedError_; }
+    [[nodiscard]] bool fastmode() const { return fastmode_; }
+    [[nodiscard]] const std::vector<std::string>& arguments() const { return arguments_; }
+    [[nodiscard]] const std::string& jobOutput() const { return jobOutput_; }
+    /// The status line, built fresh.
+    [[nodiscard]] std::string stateInfoString() const;
+    /// Seconds that are left, 0 to 18000; not a number before the first progress.
+    [[nodiscard]] double remainingSeconds() const;
+    /// Seconds from launch to end; 0 before the end.
+    [[nodiscard]] double conversionSeconds() const;
+
+    /// Told after every change of the state or the progress.
+    [[nodiscard]] Subscription observe(std::function<void()> changed);
+
+    void presetSpeedInfo();
+    void start();
+    void pause();
+    void continueJob();
+    /// Shows the output (or, with Shift, the input) in the file manager; explains a failure.
+    void reveal();
+    /// Ends the process, deletes what is unfinished and takes the job off the list.
+    void remove();
+
+    /// Why the job failed, by the diagnosis table.
+    [[nodiscard]] Diagnosis diagnosis() const;
+};
+
+/// All that a job asks of its owner. AppDelegate implements it; tests fake it.
+class ConversionJob::Controller {
+public:
+    virtual ~Controller() = default;
+    virtual void removeJob(ConversionJob& job) = 0;
+    virtual void startNextJobInQueue() = 0;
+    [[nodiscard]] virtual int jobCountWithState(ConversionJobState state) const = 0;
+    /// A job started or went on: refresh the queue's controls.
+    virtual void pauseContinueClicked() = 0;
+    /// A run has ended, well or not: count it.
+    virtual void conversionEnded() = 0;
+    /// The preferences as they stand now.
+    [[nodiscard]] virtual ConversionSettings conversionSettings() const = 0;
+    /// Ends the program as soon as the present call is over.
+    virtual void terminate() = 0;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+
+namespace reelvane {
+
+/// How the main audio track is treated. Preferences store these numbers: never renumber.
+enum AudioMethod : std::int32_t {
+    AudioMethodAAC = 0,
+    AudioMethodAC3Stereo = 1,
+    AudioMethodAC3Surround = 2,
+    AudioMethodCopy = 3
+};
+
+/// The preferences that choose the audio method. The handling values are kept as stored.
+struct AudioSettings {
+    int conversionPreset = 0;  ///< 0 compatible, 2 custom, anything else fast
+    bool ac3Downmix = false;
+    bool dtsDownmix = false;
+    int customAC3Handling = AudioMethodCopy;
+    int customAC351Handling = AudioMethodCopy;
+    int customDTSHandling = AudioMethodAC3Stereo;
+    int customDTS51Handling = AudioMethodAC3Surround;
+    int customMP3Handling = AudioMethodAC3Stereo;
+    int customVorbisHandling = AudioMethodAC3Stereo;
+    int customUnknownHandling = AudioMethodAC3Stereo;
+};
+
+/// The preferences that one conversion depends on, as they stood when it was started or ended.
+struct ConversionSettings {
+    AudioSettings audio{};
+    int aacBitrate = 1;          ///< index into kAACBitrates
+    int ac3StereoBitrate = 1;    ///< index into kAC3StereoBitrates
+    int ac3SurroundBitrate = 1;  ///< index into kAC3SurroundBitrates
+    float audioVolume = 100;     ///< per cent
+    bool includeSurroundTrack = true;
+    bool includeSurroundTrackTranscoded = true;
+    bool disableBuiltinSubtitles = true;
+    int externalSubtitleEncoding = 0;  ///< index into kSubtitleEncodings
+    bool produceStreamableFiles = false;
+    bool fixSubtitleDuration = true;
+    bool autoClean = false;
+    bool autoRemove = false;
+    int autoRemoveType = 0;  ///< 0 to the Trash, anything else deletes
+    bool quitAfterConversion = false;
+};
+
+}  // namespace reelvane

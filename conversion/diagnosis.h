@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace reelvane {
+
+/// What a failed conversion is explained with.
+struct Diagnosis {
+    std::string title{};
+    std::string message{};
+    bool offersReport = false;  ///< the buttons are "Send to support" and "Cancel" instead of "OK"
+};
+
+/// What the explanation depends on.
+struct FailureFacts {
+    std::string_view jobOutput{};
+    std::string_view arguments{};             ///< joined with single spaces
+    bool embeddedSubtitlesConverted = false;  ///< enabled, and the input has at least one
+    bool externalSubtitles = false;
+};
+
+/// Explains a failure by the first matching row of the table. Pure.
+[[nodiscard]] Diagnosis diagnose(const FailureFacts& facts);
+
+/// True when the output says that the destination ran full, which is told at once.
+[[nodiscard]] bool ranOutOfSpace(std::string_view jobOutput);
+
+}  // namespace reelvane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace reelvane {
+
+/// One audio stream of the input, as its text and its sampling rate.
+struct AudioEntry {
+    std::string text{};  ///< "#1: eng (ac3) [5.1]": stream index, language, codec, surround suffix
+    int hz = 0;          ///< sampling rate; 0 when the report gives none
+};
+
+/// One probed input file. Filled once by the probe, then owned by the job that converts it.
+struct MKVFileInfo {
+    std::vector<AudioEntry> audioTrackInformation{};         ///< in report order
+    std::vector<int> subtitleTrackIDs{};                     ///< text subtitles, in report order
+    std::string informationString{};                         ///< one line for the user
+    std::string fileName{};                                  ///< last component of `fileURL`
+    std::filesystem::path fileURL{};                         ///< absolute
+    std::optional<std::filesystem::path> destinationURL{};   ///< set when the file is added
+    std::optional<int> videoTrackID{};                       ///< absent: no usable video
+    std::optional<int> runtimeSeconds{};                     ///< absent: no readable duration
+    std::uint64_t fileSize = 0;                              ///< bytes; 0: could not be read
+    std::optional<std::filesystem::path> subtitleFileURL{};  ///< an external subtitle file
+    std::optional<std::filesystem::path> securityURL{};      ///< the folder whose access is open
+    std::string videoCodec{};                                ///< of the accepted video stream
+    std::string resolution{};                                ///< "1920x1080"; empty: none found
+    std::optional<int> referenceFrames{};                    ///< absent: the report has no count
+    int subtitleCount = 0;                                   ///< streams of any subtitle kind
+    std::string demuxer{};                                   ///< "matroska,webm"
+};
+
+/// A text for debugging and problem reports that lists the main properties with their values.
+[[nodiscard]] std::string description(const MKVFileInfo& info);
+
+/// The parts of an audio entry's text, split at single spaces.
+/// "eng" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
+[[nodiscard]] std::string_view languageOf(std::string_view audioEntry);
+/// "ac3" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
+[[nodiscard]] std::string_view codecOf(std::string_view audioEntry);
+/// 1 out of "#1: eng (ac3) [5.1]".
+[[nodiscard]] int streamIndexOf(std::string_view audioEntry);
+
+}  // namespace reelvane

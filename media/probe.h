@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "media/mkv_file_info.h"
+#include "media/probe_report.h"
+#include "media/vetting.h"
+
+namespace reelvane {
+
+class ProcessLauncher;
+
+/// What a probe needs; given by value so that it can run in the background.
+struct ProbeTools {
+    ProcessLauncher* launcher = nullptr;
+    std::filesystem::path ffmpeg{};
+    std::string appName{};
+    bool sandboxed = false;  ///< a sandbox limits access, so links are refused
+};
+
+/// Why the tool itself, not the file, kept a probe from an answer.
+enum class ProbeToolProblem {
+    None,
+    Missing,     ///< the executable is not there
+    Broken,      ///< it is there but does not run as ffmpeg
+    NoResources  ///< the system could not start a process
+};
+
+/// The outcome of inspecting one file.
+struct Inspection {
+    std::optional<MKVFileInfo> record{};  ///< absent: refused, and the alerts say why
+    std::vector<VettingAlert> alerts{};   ///< to be raised in this order
+    ProbeToolProblem toolProblem = ProbeToolProblem::None;
+};
+
+/// Probes and vets one file. Blocks for the length of the probe; any thread. Shows nothing: the
+/// caller raises the alerts. Throws std::out_of_range on a report that cannot be read.
+[[nodiscard]] Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& options,
+                                     const ProbeTools& tools);
+
+/// The play time in whole seconds, or -1. Blocks; any thread.
+[[nodiscard]] std::int32_t durationOfFile(const std::filesystem::path& url,
+                                          const ProbeTools& tools);
+
+/// One sentence on a missing or broken ffmpeg that says which package to install.
+[[nodiscard]] std::string toolProblemText(ProbeToolProblem problem,
+                                          const std::filesystem::path& ffmpeg);
+
+}  // namespace reelvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "media/probe_report.h"
+
+namespace reelvane {
+
+class Vantor;
+
+/// Something that the user is told about a file. With a key it can be silenced.
+struct VettingAlert {
+    std::string key{};  ///< the suppression identifier; empty: an error with a plain alert
+    std::string title{};
+    std::string message{};
+    std::string button{};
+    bool delayed = false;  ///< shown 0.1 s later; otherwise at once
+};
+
+/// What the checks found, in the order in which they ran.
+struct Verdict {
+    bool accepted = false;
+    std::vector<VettingAlert> alerts{};
+};
+
+/// Judges a report: refused codecs, 10-bit video, too large a picture, too many reference frames,
+/// no usable video. Pure.
+[[nodiscard]] Verdict vet(const ProbeReport& report, std::string_view fileName,
+                          std::string_view appName);
+
+/// The most reference frames tolerated for a picture of this size: the picture-area budget of
+/// 8388608 pixels divided by the area, rounded down. Absent: unbounded (no readable size).
+[[nodiscard]] std::optional<int> referenceFrameBudget(std::string_view resolution);
+
+/// Shows the alert as its kind and delay say. Any thread.
+void raise(Vantor& vantor, const VettingAlert& alert);
+
+}  // namespace reelvane

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/ports/preferences_store.h"
+
+namespace reelvane {
+
+using PreferenceDictionary = std::map<std::string, std::string, std::less<>>;
+
+/// Typed access by key over a store of texts; safe from any thread.
+///
+/// A key answers, in this order: what was set for this run only, what is stored, its registered
+/// default, and else 0 or empty. A stored value is on disk when its setter has returned. A key that
+/// was set for this run only is never written to the store, neither by its setter nor at the end.
+class Preferences {
+public:
+    explicit Preferences(PreferencesStore& store);
+    ~Preferences() = default;
+    Preferences(const Preferences&) = delete;
+    Preferences& operator=(const Preferences&) = delete;
+    Preferences(Preferences&&) = delete;
+    Preferences& operator=(Preferences&&) = delete;
+
+    /// Adds to the layer that answers for what was never stored. Never written to the store.
+    void registerDefaults(const PreferenceValues& defaults);
+    /// Answers for the key from now on, whatever is stored, until the program ends.
+    void setForThisRun(std::string_view key, std::string text);
+
+    /// A text that begins with no number reads as 0.
+    [[nodiscard]] int defaultInt(std::string_view key) const;
+    [[nodiscard]] float defaultFloat(std::string_view key) const;
+    [[nodiscard]] std::optional<std::string> defaultString(std::string_view key) const;
+    /// Absent when nothing is stored or registered, or when it is no list.
+    [[nodiscard]] std::optional<std::vector<std::string>> defaultArray(std::string_view key) const;
+    [[nodiscard]] std::optional<PreferenceDictionary> defaultDict(std::string_view key) const;
+    [[nodiscard]] std::optional<std::filesystem::path> defaultURL(std::string_view key) const;
+    /// Any value, as the text that the store holds for it.
+    [[nodiscard]] std::optional<std::string> defaultObject(std::string_view key) const;
+
+    void setDefaultInt(std::string_view key, int value);
+    void setDefaultFloat(std::string_view key, float value);
+    void setDefaultString(std::string_view key, std::string_view value);
+    void setDefaultArray(std::string_view key, const std::vector<std::string>& value);
+    void setDefaultDict(std::string_view key, const PreferenceDictionary& value);
+    void setDefaultURL(std::string_view key, const std::filesystem::path& value);
+    /// Stores a value as text, or forgets the key when it is absent.
+    void setDefaultObject(std::string_view key, const std::optional<std::string>& text);
+
+    /// Adds to a stored integer in one step, so that two processes counting at once both count.
+    void addToInt(std::string_view key, int amount);
+    /// Stores several texts in one step.
+    void setTogether(const PreferenceValues& texts);
+
+    void synchronize();
+
+private:
+    [[nodiscard]] std::optional<std::string> textOf(std::string_view key) const;
+
+    PreferencesStore& store_;
+    mutable std::mutex mutex_;  // guards the two layers above the store
+    PreferenceValues registered_;
+    PreferenceValues forThisRun_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace reelvane {
+
+/// "59s" for 59.9, "1m 0s" for 60, "2m 5s" for 125.4. What is no number reads "?".
+[[nodiscard]] std::string formattedTimeFromTimeInterval(double seconds);
+
+}  // namespace reelvane

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "support/ports/dispatcher.h"
+
+namespace reelvane {
+
+/// A main loop with a virtual clock: nothing runs until `advance` or `runPending` is called, and no
+/// test ever sleeps. Background work runs on the same thread, in order of its time, and counts as
+/// off the main thread while it does.
+class FakeDispatcher final : public Dispatcher {
+public:
+    void asyncMain(Work work) override { submit(Interval::zero(), true, std::move(work)); }
+    void afterMain(Interval delay, Work work) override { submit(delay, true, std::move(work)); }
+    void asyncBackground(Work work) override { submit(Interval::zero(), false, std::move(work)); }
+    void afterBackground(Interval delay, Work work) override {
+        submit(delay, false, std::move(work));
+    }
+    [[nodiscard]] bool isMainThread() const override { return onMain_; }
+    [[nodiscard]] std::unique_ptr<Timer> every(Interval interval, Work tick) override {
+        auto alive = std::make_shared<bool>(true);
+        rearm(interval, std::move(tick), alive);
+        return std::make_unique<FakeTimer>(std::move(alive));
+    }
+    [[nodiscard]] TimePoint now() const override { return now_; }
+
+    /// Runs all that is due now, and what that work submits for now.
+    void runPending() { advance(Interval::zero()); }
+    /// Moves the clock on and runs what falls due on the way, in order.
+    void advance(Interval by) {
+        const auto until = now_ + by;
+        while (!due_.empty() && due_.begin()->first <= until) {
+            auto [time, entry] = std::move(*due_.begin());
+            due_.erase(due_.begin());
+            now_ = time;
+            onMain_ = entry.onMain;
+            entry.work();
+            onMain_ = true;
+        }
+        now_ = until;
+    }
+    [[nodiscard]] bool hasWork() const { return !due_.empty(); }
+
+private:
+    struct Entry {
+        bool onMain = true;
+        Work work{};
+    };
+    class FakeTimer final : public Timer {
+    public:
+        explicit FakeTimer(std::shared_ptr<bool> alive) : alive_(std::move(alive)) {}
+        ~FakeTimer() override { *alive_ = false; }
+        FakeTimer(const FakeTimer&) = delete;
+        FakeTimer& operator=(const FakeTimer&) = delete;
+        FakeTimer(FakeTimer&&) = delete;
+        FakeTimer& operator=(FakeTimer&&) = delete;
+
+    private:
+        std::shared_ptr<bool> alive_;
+    };
+
+    void submit(Interval delay, bool onMain, Work work) {
+        due_.emplace(now_ + delay, Entry{.onMain = onMain, .work = std::move(work)});
+    }
+    void rearm(Interval interval, Work tick, std::shared_ptr<bool> alive) {
+        submit(interval, true, [this, interval, tick = std::move(tick), alive = std::move(alive)] {
+            if (!*alive) return;
+            const auto keep = tick;
+            rearm(interval, keep, alive);
+            keep();
+        });
+    }
+
+    std::multimap<TimePoint, Entry> due_;
+    TimePoint now_{};
+    bool onMain_ = true;
+};
+
+}  // namespace reelvane
