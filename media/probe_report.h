@@ -38,4 +38,12 @@ struct ProbeReport {
 /// The codecs that no MP4 can hold. Exact, case-sensitive names.
 [[nodiscard]] bool isRefusedVideoCodec(std::string_view codec);
 
+/// Whether the demuxer ("hls", or a list of names with commas) reads a text that names other files
+/// and then opens those, so that a file dressed as a movie could reach anything on the machine.
+[[nodiscard]] bool isPlaylistDemuxer(std::string_view demuxer);
+
+/// The number of reference frames in what ffmpeg's "trace_headers" filter printed of an H.264
+/// stream's parameter sets (max_num_ref_frames, ITU-T H.264 7.3.2.1.1). 0 when it printed none.
+[[nodiscard]] int referenceFramesInTrace(std::string_view text);
+
 }  // namespace reelvane

@@ -31,6 +31,11 @@ struct Verdict {
 [[nodiscard]] Verdict vet(const ProbeReport& report, std::string_view fileName,
                           std::string_view appName);
 
+/// The file is a link that is not followed, or that leads nowhere.
+[[nodiscard]] VettingAlert aliasAlert(std::string_view fileName);
+/// The file has no video that could be converted, or is no movie at all.
+[[nodiscard]] VettingAlert invalidFileAlert(std::string_view fileName, std::string_view appName);
+
 /// The most reference frames tolerated for a picture of this size: the picture-area budget of
 /// 8388608 pixels divided by the area, rounded down. Absent: unbounded (no readable size).
 [[nodiscard]] std::optional<int> referenceFrameBudget(std::string_view resolution);

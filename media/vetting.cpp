@@ -1,0 +1,167 @@
+#include "media/vetting.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "support/alerts.h"
+#include "support/dispatch.h"
+#include "support/make_string.h"
+#include "support/strings.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+namespace {
+
+constexpr auto kExpectedVideoCodecs = std::to_array<std::string_view>({"h264", "mpeg4"});
+constexpr double kPictureAreaBudget = 8388608;  // pixels: 2 to the power 23
+constexpr int kTooWide = 1921;                  // pixels
+constexpr float kAlertDelay = 0.1F;             // seconds
+constexpr bool kAtOnce = false;
+constexpr bool kDelayed = true;
+
+struct PictureSize {
+    int width = 0;
+    int height = 0;
+};
+
+PictureSize sizeOf(std::string_view resolution) {
+    return {.width = Fennimar::leadingInteger(resolution),
+            .height = Fennimar::leadingInteger(
+                Fennimar::partAfter(resolution, "x").value_or(std::string_view{}))};
+}
+
+VettingAlert warning(std::string_view key, std::string message, bool delayed) {
+    return {.key = std::string(key),
+            .title = "Warning",
+            .message = std::move(message),
+            .button = "OK",
+            .delayed = delayed};
+}
+
+VettingAlert error(std::string_view appName, std::string message) {
+    return {.title = std::string(appName),
+            .message = std::move(message),
+            .button = "OK",
+            .delayed = true};
+}
+
+VettingAlert refusedCodecAlert(std::string_view fileName, std::string_view codec,
+                               std::string_view appName) {
+    return error(appName, makeString("Warning: the file '%@' contains an invalid video codec (%@) "
+                                     "and can't be converted by %@.",
+                                     Fennimar::validUtf8(fileName), codec, appName));
+}
+
+void warnOfStream(const VideoStreamFact& stream, std::string_view fileName,
+                  std::vector<VettingAlert>& alerts) {
+    if (std::ranges::find(kExpectedVideoCodecs, stream.codec) == kExpectedVideoCodecs.end()) {
+        alerts.push_back(warning(
+            "wrongvideowarning",
+            makeString("The file '%@' doesn't contain a H264/MPEG4 video track (videocodec: %@) so "
+                       "the result may not be playable.",
+                       fileName, stream.codec),
+            kAtOnce));
+    }
+    if (stream.tenBit) {
+        alerts.push_back(
+            warning("10bitvideowarning",
+                    makeString("The file '%@' contains a 10-bit video track so the result will not "
+                               "be playable on the Apple TV. It should still play with other "
+                               "players (VLC/Mplayer).",
+                               fileName),
+                    kAtOnce));
+    }
+}
+
+void warnOfPicture(const MKVFileInfo& record, std::string_view fileName,
+                   std::vector<VettingAlert>& alerts) {
+    if (record.resolution.empty()) return;
+    if (sizeOf(record.resolution).width >= kTooWide) {
+        alerts.push_back(warning(
+            "warningtoohighres",
+            makeString("The file '%@' will probably not play back fine on the Apple TV  as it has "
+                       "a too large resolution. You can try converting the produced MP4 file using "
+                       "'QuickTime Player' to a 1080p M4V file to view this video on the Apple TV.",
+                       fileName),
+            kDelayed));
+    }
+    const auto budget = referenceFrameBudget(record.resolution);
+    if (budget && record.referenceFrames.value_or(0) > *budget) {
+        alerts.push_back(
+            warning("warningtoomanyrefframes",
+                    makeString("The file '%@' will probably not play back fine on the 'Playstation "
+                               "3' or other devices as it contains more 'reference frames' than "
+                               "the PS3 supports. You can try converting the produced MP4 file "
+                               "using 'QuickTime Player' to a 720p M4V file to view this video on "
+                               "the PS3.",
+                               fileName),
+                    kDelayed));
+    }
+}
+
+}  // namespace
+
+Verdict vet(const ProbeReport& report, std::string_view fileName, std::string_view appName) {
+    if (isPlaylistDemuxer(report.record.demuxer)) {
+        return {.alerts = {invalidFileAlert(fileName, appName)}};
+    }
+    Verdict verdict;
+    const auto shownName = Fennimar::validUtf8(fileName);
+    for (const auto& stream : report.videoStreams) warnOfStream(stream, shownName, verdict.alerts);
+    if (report.refusedVideoCodec) {
+        verdict.alerts.push_back(refusedCodecAlert(fileName, *report.refusedVideoCodec, appName));
+        return verdict;
+    }
+    warnOfPicture(report.record, shownName, verdict.alerts);
+    verdict.accepted = report.record.videoTrackID.has_value();
+    if (!verdict.accepted) verdict.alerts.push_back(invalidFileAlert(fileName, appName));
+    return verdict;
+}
+
+VettingAlert aliasAlert(std::string_view fileName) {
+    return warning(
+        "warningalias",
+        makeString("The file '%@' is an alias. We can't open the target of the alias because of "
+                   "limitations in Apple's 'sandbox'. Please complaint to Apple if you want "
+                   "Aliases to work in sandboxed apps.",
+                   Fennimar::validUtf8(fileName)),
+        kDelayed);
+}
+
+VettingAlert invalidFileAlert(std::string_view fileName, std::string_view appName) {
+    return error(appName,
+                 makeString("Warning: the file '%@' doesn't seem to be a valid MKV and can't be "
+                            "converted by %@. If you are sure the file is valid please contact us "
+                            "regarding this issue.",
+                            Fennimar::validUtf8(fileName), appName));
+}
+
+std::optional<int> referenceFrameBudget(std::string_view resolution) {
+    const auto size = sizeOf(resolution);
+    const auto area = static_cast<double>(size.width) * static_cast<double>(size.height);
+    if (area <= 0) return std::nullopt;
+    return static_cast<int>(std::floor(kPictureAreaBudget / area));
+}
+
+void raise(Vantor& vantor, const VettingAlert& alert) {
+    auto show = [&vantor, copy = alert] {
+        if (copy.key.empty()) {
+            alert_apptitled(vantor, copy.message, copy.button);
+        } else {
+            alert_dontwarnagain_version(vantor, {.identifier = copy.key,
+                                                 .title = copy.title,
+                                                 .message = copy.message,
+                                                 .button = copy.button,
+                                                 .suppressionTitle = "Don't warn again"});
+        }
+    };
+    if (alert.delayed) {
+        dispatch_after_main(vantor, kAlertDelay, std::move(show));
+    } else {
+        show();
+    }
+}
+
+}  // namespace reelvane
