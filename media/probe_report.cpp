@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <limits>
-#include <span>
-#include <stdexcept>
 
+#include "media/report_outline.h"
 #include "support/make_string.h"
 #include "support/strings.h"
 
@@ -14,7 +11,6 @@ namespace reelvane {
 namespace {
 
 constexpr std::string_view kDigits = "0123456789";
-constexpr std::string_view kDurationMarker = "Duration: ";
 
 constexpr auto kRefusedVideoCodecs = std::to_array<std::string_view>(
     {"dvvideo", "prores", "wmv3", "vp6f", "dnxhd", "vp9", "vp8", "msmpeg4v3", "aic"});
@@ -27,89 +23,8 @@ constexpr auto kTextSubtitles =
 constexpr auto kPlaylistDemuxers = std::to_array<std::string_view>(
     {"applehttp", "avisynth", "concat", "dash", "hls", "imf", "rtp", "rtsp", "sdp", "vapoursynth"});
 
-/// One stream line and what the lines below it, up to the next stream, say of it.
-struct StreamBlock {
-    std::string_view streamLine{};
-    bool isImageAttachment = false;
-};
-
-struct Summary {
-    std::optional<std::string_view> duration{};
-    std::optional<std::string_view> bitrate{};
-    std::optional<int> runtimeSeconds{};
-};
-
-/// The first pass over a report.
-struct Outline {
-    Summary summary{};
-    std::string_view demuxer{};
-    std::vector<StreamBlock> streams{};
-};
-
-std::string_view requiredPartAfter(std::string_view line, std::string_view separator) {
-    const auto part = Fennimar::partAfter(line, separator);
-    if (!part) throw std::out_of_range("no \"" + std::string(separator) + "\" in a report line");
-    return *part;
-}
-
-std::string_view durationText(std::string_view line) {
-    return Fennimar::partBefore(requiredPartAfter(line, kDurationMarker), ".");
-}
-
-/// Throws std::out_of_range with fewer than three parts. Never overflows, whatever the parts say.
-int secondsOf(const std::vector<std::string_view>& parts) {
-    const auto part = [&parts](std::size_t index) {
-        return static_cast<std::int64_t>(Fennimar::leadingInteger(parts.at(index)));
-    };
-    const auto seconds = part(0) * 3600 + part(1) * 60 + part(2);
-    using Limits = std::numeric_limits<int>;
-    return static_cast<int>(std::clamp<std::int64_t>(seconds, Limits::min(), Limits::max()));
-}
-
-void readDurationLine(std::string_view line, Summary& summary) {
-    summary.duration = durationText(line);
-    const auto parts = Fennimar::split(*summary.duration, ":");
-    if (parts.size() < 3) return;
-    summary.runtimeSeconds = secondsOf(parts);
-    summary.bitrate = requiredPartAfter(line, "bitrate: ");
-}
-
-bool namesImageType(std::string_view line) {
-    std::string packed(line);
-    std::erase(packed, ' ');
-    return Fennimar::contains(packed, "mimetype:image/");
-}
-
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
-}
-
-/// The first "Input #0, NAME, from" line counts, but a later one that names a playlist wins: no
-/// text that the input brings along can hide what it is.
-void readInputLine(std::string_view line, std::string_view& demuxer) {
-    constexpr std::string_view kMarker = "Input #0, ";
-    if (!line.starts_with(kMarker) || !Fennimar::contains(line, ", from ")) return;
-    const auto name = Fennimar::partBefore(line.substr(kMarker.size()), ", from ");
-    if (demuxer.empty() || (isPlaylistDemuxer(name) && !isPlaylistDemuxer(demuxer))) demuxer = name;
-}
-
-Outline outlineOf(std::string_view text) {
-    Outline outline;
-    for (const auto line : Fennimar::lines(text)) {
-        const auto trimmed = Fennimar::trimmedOfWhitespaceAndNewlines(line);
-        if (trimmed.starts_with("Stream")) {
-            outline.streams.push_back(
-                {.streamLine = line, .isImageAttachment = namesImageType(line)});
-        } else if (trimmed.starts_with("Duration")) {
-            readDurationLine(line, outline.summary);
-        } else if (!outline.streams.empty()) {
-            auto& block = outline.streams.back();
-            block.isImageAttachment = block.isImageAttachment || namesImageType(line);
-        } else {
-            readInputLine(line, outline.demuxer);
-        }
-    }
-    return outline;
 }
 
 /// "1(eng)" out of a line that begins "Stream #0:1[0x101](eng): ".
@@ -210,7 +125,7 @@ private:
     ProbeReport& report_;
 };
 
-std::string informationString(const Summary& summary, const MKVFileInfo& record) {
+std::string informationString(const ReportSummary& summary, const MKVFileInfo& record) {
     constexpr std::string_view kAbsent = "(null)";
     // The number in parentheses counts subtitle streams.
     return makeString("Duration: %@  Bitrate: %@  Resolution: %@  Audiotracks: %i (%i)",
@@ -233,14 +148,6 @@ ProbeReport parseProbeReport(std::string_view text, const ProbeOptions& options)
     }
     report.record.informationString = informationString(outline.summary, report.record);
     return report;
-}
-
-int durationInReport(std::string_view text) {
-    if (!Fennimar::isValidUtf8(text)) return -1;
-    auto lines = Fennimar::lines(text);
-    std::erase_if(lines, [](auto line) { return !Fennimar::contains(line, kDurationMarker); });
-    if (lines.size() != 1) return -1;
-    return secondsOf(Fennimar::split(durationText(lines.front()), ":"));
 }
 
 bool isRefusedVideoCodec(std::string_view codec) {

@@ -31,10 +31,6 @@ struct ProbeReport {
 /// such as a duration line without a bitrate.
 [[nodiscard]] ProbeReport parseProbeReport(std::string_view text, const ProbeOptions& options);
 
-/// The duration in whole seconds; -1 when the report holds none, or more than one. Throws
-/// std::out_of_range when the one it holds has fewer than three parts.
-[[nodiscard]] int durationInReport(std::string_view text);
-
 /// The codecs that no MP4 can hold. Exact, case-sensitive names.
 [[nodiscard]] bool isRefusedVideoCodec(std::string_view codec);
 
