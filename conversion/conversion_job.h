@@ -11,6 +11,7 @@
 #include "conversion/conversion_job_state.h"
 #include "conversion/conversion_settings.h"
 #include "conversion/diagnosis.h"
+#include "conversion/progress_file.h"
 #include "media/mkv_file_info.h"
 #include "support/observable.h"
 #include "support/ports/child_process.h"
@@ -48,13 +49,18 @@ public:
     [[nodiscard]] const std::string& jobOutput() const { return jobOutput_; }
     /// The status line, built fresh.
     [[nodiscard]] std::string stateInfoString() const;
-    /// Seconds that are left, 0 to 18000; not a number before the first progress.
+    /// Seconds that are left, 0 to 18000; 18000 before the first progress, and not a number in the
+    /// moment of the launch.
     [[nodiscard]] double remainingSeconds() const;
-    /// Seconds from launch to end; 0 before the end.
+    /// Seconds from launch to end, or until now while the end is being handled; 0 before it.
     [[nodiscard]] double conversionSeconds() const;
 
     /// Told after every change of the state or the progress.
     [[nodiscard]] Subscription observe(std::function<void()> changed);
+
+    /// The user picked the output's very name and agreed to replace what is there. Otherwise the
+    /// start takes the next free name when the promised one has been taken meanwhile.
+    void setDestinationChosen() { destinationChosen_ = true; }
 
     void presetSpeedInfo();
     void start();
@@ -67,6 +73,66 @@ public:
 
     /// Why the job failed, by the diagnosis table.
     [[nodiscard]] Diagnosis diagnosis() const;
+
+private:
+    // ProcessListener
+    void outputReceived(std::string_view bytes) override;
+    void taskFinished(int exitStatus, std::string_view remainingOutput) override;
+
+    void setState(ConversionJobState state);
+    void setProgress(double percent);
+    void setSpeedInfoFromMethod(AudioMethod method);
+    [[nodiscard]] double elapsedSeconds() const;
+
+    void takeSleepAssertion();
+    void releaseSleepAssertion();
+
+    // The steps of `start`; each that can refuse has told the user when it answers false.
+    [[nodiscard]] bool checkInput();
+    void takeDestination();
+    [[nodiscard]] bool chooseAudio(const ConversionSettings& settings);
+    [[nodiscard]] bool needsFixup(const ConversionSettings& settings) const;
+    void launch();
+    void refuseStart(const std::string& problem);
+    void startNextJobLater();
+
+    void startProgressTimer();
+    void progressTimer();
+
+    // The steps of `taskFinished`.
+    void closeRun(std::string_view remainingOutput);
+    void fail();
+    void succeed(const ConversionSettings& settings);
+
+    void deleteOutput();
+    void deleteProgressFile();
+
+    Vantor& vantor_;
+    Controller& controller_;
+    MKVFileInfo fileInfo_;
+    std::size_t audioTrackIndex_ = 0;
+    double progress_ = 0;
+    ConversionJobState state_ = ConversionJobState::Queued;
+    bool finishedOK_ = false;
+    bool finishedError_ = false;
+    bool fastmode_ = false;
+
+    std::string jobOutput_;  ///< the converter's warnings and errors, byte for byte
+    std::vector<std::string> arguments_;
+    std::string startProblem_;  ///< why the converter was never run; empty: nothing kept it
+    std::unique_ptr<ChildProcess> task_;
+    std::unique_ptr<Timer> timer_;
+    std::optional<TimePoint> startDate_;
+    std::optional<TimePoint> stopDate_;
+    ProgressFile progressFile_;
+    std::filesystem::path audioFile_;
+    std::filesystem::path aacFile_;
+    PowerAssertionID sleepAssertion_ = kNoPowerAssertion;
+    bool destinationChosen_ = false;
+    bool destinationTaken_ = false;  ///< what lies at the output path is this job's
+    Observers<> observers_;
+    /// Watched by work that may outlive the job: an alert's answer, a later turn of the loop.
+    std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 
 /// All that a job asks of its owner. AppDelegate implements it; tests fake it.

@@ -14,6 +14,7 @@ struct Diagnosis {
 
 /// What the explanation depends on.
 struct FailureFacts {
+    std::string_view startProblem{};  ///< why the converter never ran; empty: it ran
     std::string_view jobOutput{};
     std::string_view arguments{};             ///< joined with single spaces
     bool embeddedSubtitlesConverted = false;  ///< enabled, and the input has at least one

@@ -1,0 +1,51 @@
+#include "conversion/audio_method.h"
+
+#include "support/strings.h"
+
+namespace reelvane {
+
+namespace {
+
+int customMethod(std::string_view codec, bool audioIsSurround, const AudioSettings& settings) {
+    if (codec == "ac3") {
+        return audioIsSurround ? settings.customAC351Handling : settings.customAC3Handling;
+    }
+    if (codec == "dts") {
+        return audioIsSurround ? settings.customDTS51Handling : settings.customDTSHandling;
+    }
+    if (codec == "mp3" && !audioIsSurround) return settings.customMP3Handling;
+    if (codec == "vorbis" && !audioIsSurround) return settings.customVorbisHandling;
+    return settings.customUnknownHandling;
+}
+
+AudioMethod fastMethod(std::string_view codec, bool audioIsSurround,
+                       const AudioSettings& settings) {
+    if (codec == "ac3") {
+        return audioIsSurround && settings.ac3Downmix ? AudioMethodAC3Stereo : AudioMethodCopy;
+    }
+    if (codec == "dts" && audioIsSurround && !settings.dtsDownmix) return AudioMethodAC3Surround;
+    return AudioMethodAC3Stereo;
+}
+
+}  // namespace
+
+AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
+                                      const AudioSettings& settings) {
+    if (codec == "aac") return AudioMethodCopy;
+    if (settings.conversionPreset == 0) return AudioMethodAAC;
+    if (settings.conversionPreset == 2) {
+        // The stored number may be none of the four; the enumeration's fixed type holds it.
+        return static_cast<AudioMethod>(customMethod(codec, audioIsSurround, settings));
+    }
+    return fastMethod(codec, audioIsSurround, settings);
+}
+
+bool isAudioMethod(int value) {
+    return value >= AudioMethodAAC && value <= AudioMethodCopy;
+}
+
+bool isSurround(std::string_view audioEntry) {
+    return Fennimar::contains(audioEntry, "5.1");
+}
+
+}  // namespace reelvane

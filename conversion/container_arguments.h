@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace reelvane {
+
+/// What the output's container depends on.
+struct ContainerFacts {
+    std::filesystem::path output{};
+    std::string_view videoCodec{};  ///< always copied
+    std::span<const std::string_view> copiedAudioCodecs{};
+    bool produceStreamableFile = false;
+};
+
+/// The arguments that stand just before the output path. The converter picks a muxer for "m4v" that
+/// refuses most codecs, so others get the MP4 muxer by name; HEVC gets the tag that Apple's players
+/// ask for.
+[[nodiscard]] std::vector<std::string> containerArguments(const ContainerFacts& facts);
+
+}  // namespace reelvane

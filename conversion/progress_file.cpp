@@ -1,0 +1,49 @@
+#include "conversion/progress_file.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "support/paths.h"
+#include "support/strings.h"
+
+namespace reelvane {
+
+namespace {
+
+constexpr std::string_view kOutTime = "out_time_ms=";
+constexpr double kUnitsPerSecond = 1'000'000;
+
+}  // namespace
+
+std::optional<double> earliestOutTime(std::string_view text) {
+    const auto lines = Fennimar::lines(text);
+    const auto line = std::ranges::find_if(
+        lines, [](std::string_view candidate) { return candidate.starts_with(kOutTime); });
+    if (line == lines.end()) return {};
+    const auto seconds = Fennimar::leadingDouble(line->substr(kOutTime.size())) / kUnitsPerSecond;
+    return seconds > 0 ? std::optional(seconds) : std::nullopt;
+}
+
+std::optional<double> progressPercent(double outTime, std::optional<int> runtimeSeconds) {
+    if (runtimeSeconds.value_or(0) <= 0) return {};
+    return std::min(outTime / *runtimeSeconds * 100, 100.0);
+}
+
+std::optional<double> ProgressFile::readOutTime() {
+    std::ifstream file(path_, std::ios::binary);
+    file.seekg(static_cast<std::ifstream::off_type>(lastFileSize_));
+    if (!file) return {};
+    const std::string added(std::istreambuf_iterator<char>(file), {});
+    lastFileSize_ += added.size();
+    return earliestOutTime(added);
+}
+
+void ProgressFile::remove() {
+    if (!path_.empty()) Fennimar::removeFile(path_);
+    path_.clear();
+    lastFileSize_ = 0;
+}
+
+}  // namespace reelvane

@@ -1,0 +1,60 @@
+#include "conversion/subtitle_arguments.h"
+
+#include <algorithm>
+
+#include "support/make_string.h"
+#include "support/strings.h"
+
+namespace reelvane {
+
+namespace {
+
+constexpr int kFirstEncoding = 2;
+
+/// Empty when the converter is to decide.
+std::string encodingName(int index) {
+    if (index < kFirstEncoding || index >= static_cast<int>(kSubtitleEncodings.size())) return {};
+    const auto name = kSubtitleEncodings[static_cast<std::size_t>(index)];
+    // The converter reads UTF-16 by its byte order mark and hands UTF-8 on; naming UTF-16 here
+    // would decode the text twice.
+    return Fennimar::replaced(name, "UTF-16", "UTF-8");
+}
+
+}  // namespace
+
+std::vector<std::string> subtitleInputArguments(const MKVFileInfo& file,
+                                                const ConversionSettings& settings) {
+    if (!file.subtitleFileURL) return {};
+    std::vector<std::string> arguments;
+    if (auto encoding = encodingName(settings.externalSubtitleEncoding); !encoding.empty()) {
+        arguments = {"-sub_charenc", std::move(encoding)};
+    }
+    arguments.insert(arguments.end(), {"-i", file.subtitleFileURL->native()});
+    return arguments;
+}
+
+std::vector<std::string> subtitleMapArguments(const MKVFileInfo& file,
+                                              const ConversionSettings& settings) {
+    std::vector<std::string> arguments;
+    if (file.subtitleFileURL) arguments = {"-map", "1:0"};
+    if (!mapsEmbeddedSubtitles(file, settings)) return arguments;
+    std::for_each(file.subtitleTrackIDs.rbegin(), file.subtitleTrackIDs.rend(), [&](int track) {
+        arguments.insert(arguments.end(), {"-map", makeString("0:%i", track)});
+    });
+    return arguments;
+}
+
+bool mapsEmbeddedSubtitles(const MKVFileInfo& file, const ConversionSettings& settings) {
+    return !settings.disableBuiltinSubtitles && !file.subtitleTrackIDs.empty();
+}
+
+ConversionSettings withWholeSubtitles(const MKVFileInfo& file, ConversionSettings settings) {
+    const bool packetsCarryDurations =
+        file.demuxer == "matroska,webm" || file.demuxer.starts_with("mov,mp4");
+    if (packetsCarryDurations && mapsEmbeddedSubtitles(file, settings)) {
+        settings.fixSubtitleDuration = false;
+    }
+    return settings;
+}
+
+}  // namespace reelvane
