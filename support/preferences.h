@@ -33,6 +33,10 @@ public:
     void registerDefaults(const PreferenceValues& defaults);
     /// Answers for the key from now on, whatever is stored, until the program ends.
     void setForThisRun(std::string_view key, std::string text);
+    [[nodiscard]] bool isSetForThisRun(std::string_view key) const {
+        const std::scoped_lock lock(mutex_);
+        return forThisRun_.contains(key);
+    }
 
     /// A text that begins with no number reads as 0.
     [[nodiscard]] int defaultInt(std::string_view key) const;
