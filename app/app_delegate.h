@@ -3,12 +3,18 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "app/conversion_style.h"
 #include "app/destinations.h"
 #include "app/file_intake.h"
 #include "app/job_queue.h"
+#include "app/lifecycle.h"
+#include "app/output_names.h"
+#include "app/queue_control.h"
+#include "app/retired_jobs.h"
 #include "app/run_choices.h"
 #include "conversion/conversion_job.h"
 #include "support/observable.h"
@@ -17,11 +23,18 @@ namespace reelvane {
 
 class Vantor;
 
+/// A window that the controller wants to see in front.
+struct WindowRequest {
+    enum class Kind { Main, Documentation, Promotion };
+    Kind kind = Kind::Main;
+    std::optional<int> tab{};  ///< of the documentation window; absent: as it is
+};
+
 /// The controller: a face over the queue, the file intake and the destinations, which hold the
 /// state. Owned by `main`; main thread only. Preference defaults must be registered before.
 class AppDelegate final : public ConversionJob::Controller, private FileIntake::Owner {
 public:
-    AppDelegate(Vantor& vantor, RunChoices choices = {});
+    explicit AppDelegate(Vantor& vantor, RunChoices choices = {});
     ~AppDelegate() override;
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -34,6 +47,8 @@ public:
     [[nodiscard]] bool applicationShouldTerminate();
     /// Removes every job, running ones included, and puts the preferences onto the disk.
     void applicationWillTerminate();
+    /// The program was opened again while it runs. False: nothing is left to do for the platform.
+    [[nodiscard]] bool applicationShouldHandleReopen();
     /// What ends the main loop when the program is to quit.
     void setTerminateHandler(std::function<void()> handler);
 
@@ -44,13 +59,27 @@ public:
     void cleanClicked();
     /// The user toggles the queue's pause.
     void togglePause();
+    /// The user starts or continues this job; goes through here so that its output path is checked.
+    void continueJob(ConversionJob& job);
+
+    void openMainWindow();
+    void openDocumentationWindow(std::optional<int> tab);
+    void openPromotion();
+    void preferencesWindowWillClose();
+    /// Shows the settings of the present conversion style.
+    void selectConversionStyle();
 
     [[nodiscard]] JobQueue& queue() { return queue_; }
+    [[nodiscard]] QueueControl& queueControl() { return control_; }
     [[nodiscard]] FileIntake& intake() { return intake_; }
     [[nodiscard]] Destinations& destinations() { return destinations_; }
-    [[nodiscard]] bool paused() const { return paused_; }
-    [[nodiscard]] Observable<std::string>& windowTitle() { return windowTitle_; }
-    [[nodiscard]] Observable<std::string>& addButtonTitle() { return addButtonTitle_; }
+    [[nodiscard]] Lifecycle& lifecycle() { return lifecycle_; }
+    [[nodiscard]] bool paused() const { return control_.paused(); }
+    [[nodiscard]] Observable<std::string>& windowTitle() { return control_.windowTitle(); }
+    [[nodiscard]] Observable<std::string>& addButtonTitle() { return control_.addButtonTitle(); }
+    [[nodiscard]] Observable<ConversionStyleView>& conversionStyle() { return conversionStyle_; }
+    [[nodiscard]] Subscription observeWindowRequests(
+        std::function<void(const WindowRequest&)> open);
 
     // What a job asks of its owner.
     void removeJob(ConversionJob& job) override;
@@ -60,6 +89,27 @@ public:
     void conversionEnded() override;
     [[nodiscard]] ConversionSettings conversionSettings() const override;
     void terminate() override;
+
+private:
+    [[nodiscard]] ConversionJob::Controller& jobController() override { return *this; }
+    void updateWindowTitle() override;
+    void bringToFront() override;
+    void refuseUnwritable(std::unique_ptr<ConversionJob> job);
+    void releaseName(const ConversionJob& job);
+
+    Vantor& vantor_;
+    RunChoices choices_;
+    JobQueue queue_;
+    OutputNames names_;
+    RetiredJobs retired_;
+    QueueControl control_;
+    Destinations destinations_;
+    FileIntake intake_;
+    Lifecycle lifecycle_;
+    Observable<ConversionStyleView> conversionStyle_;
+    Observers<const WindowRequest&> windowRequests_;
+    std::function<void()> terminateHandler_;
+    ConversionJob* adding_ = nullptr;  // the job that starts before it is in the list
 };
 
 }  // namespace reelvane

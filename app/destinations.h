@@ -1,10 +1,85 @@
 #pragma once
 
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/pop_up_menu.h"
+#include "support/ports/folder_access.h"
+
 namespace reelvane {
+
+class Vantor;
+
+/// The first items of a destination menu. Preferences store these numbers: never renumber.
+inline constexpr std::size_t kAskDestination = 0;
+inline constexpr std::size_t kNextToSourceDestination = 1;
+inline constexpr std::size_t kSeparatorDestination = 2;
+inline constexpr std::size_t kFirstFolderDestination = 3;  ///< plus the index of the saved folder
+
+/// The rows of a destination menu with these saved folders; the fixed titles are given.
+struct FixedDestinationTitles {
+    std::string ask{};
+    std::string nextToSource{};
+    std::string add{};
+};
+[[nodiscard]] std::vector<MenuItem> destinationMenuItems(const FixedDestinationTitles& titles,
+                                                         const std::vector<std::string>& folders);
+
+/// A folder that may be written in during this run.
+struct OpenedFolder {
+    std::filesystem::path folder{};
+    bool securityScoped = false;  ///< from a bookmark: access is started at each use
+};
+
+/// The opened folder whose path is a plain prefix of the target's; the last one wins. Pure.
+[[nodiscard]] const OpenedFolder* folderHolding(const std::vector<OpenedFolder>& folders,
+                                                const std::filesystem::path& target);
+
+/// Which of the two menus asked for a new destination.
+enum class DestinationMenu { Preferences = 0, FileSheet = 1 };
 
 /// The saved destination folders and the destination menus. Main thread only.
 class Destinations {
 public:
+    explicit Destinations(Vantor& vantor);
+
+    [[nodiscard]] PopUpMenu& destinationPopUp() { return destinationPopUp_; }
+    [[nodiscard]] PopUpMenu& preferencesDestinationPopUp() { return preferencesPopUp_; }
+    [[nodiscard]] const std::vector<OpenedFolder>& openedFolders() const { return openedFolders_; }
+    /// A folder that the user has just granted.
+    void addOpenedFolder(std::filesystem::path folder);
+
+    /// Drops saved folders that are gone, opens the others and brings the stored choice back into
+    /// the menu. Once, at launch.
+    void validateAtLaunch();
+    void rebuildDestinationPopUp();
+    void rebuildPreferencesDestinationPopUp();
+    /// Lets the user pick a folder and saves it.
+    void chooseNewDestination(DestinationMenu menu);
+
+    /// Resolves the saved folder behind a menu index (3 or more) and starts the access to it.
+    /// Throws BookmarkProblem when it cannot be found or opened.
+    [[nodiscard]] std::filesystem::path openSavedFolder(std::size_t menuIndex);
+
+private:
+    struct SavedFolders {
+        std::vector<BookmarkData> bookmarks{};
+        std::vector<std::string> names{};  ///< as many as there are bookmarks
+    };
+    [[nodiscard]] SavedFolders savedFolders() const;
+    void store(const SavedFolders& folders);
+    [[nodiscard]] bool openAtLaunch(const BookmarkData& bookmark);
+    void addDestination(const std::filesystem::path& folder, DestinationMenu menu);
+    void refuseDuplicate();
+    void rebuild(PopUpMenu& menu);
+
+    Vantor& vantor_;
+    PopUpMenu destinationPopUp_;
+    PopUpMenu preferencesPopUp_;
+    std::vector<OpenedFolder> openedFolders_;
 };
 
 }  // namespace reelvane

@@ -1,20 +1,35 @@
 #pragma once
 
+#include <exception>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "app/destination_resolver.h"
+#include "app/pop_up_menu.h"
+#include "app/run_choices.h"
+#include "app/subtitle_pairing.h"
+#include "conversion/conversion_job.h"
 #include "media/mkv_file_info.h"
+#include "media/probe.h"
 #include "media/vetting.h"
 #include "support/observable.h"
 
 namespace reelvane {
 
-class ConversionJob;
+class Destinations;
+class OutputNames;
+class Vantor;
 
-/// Takes files in, probes them one at a time in the background and turns them into jobs.
-/// Main thread only. (Shape for both front ends; the full interface grows with the sheet's model.)
+/// The height of the file sheet's place in the window while it is shown.
+inline constexpr int kSheetShown = 117;
+inline constexpr int kSheetHidden = 0;
+
+/// Takes files in, probes them one at a time in the background, shows each in the file sheet and
+/// turns it into a job. Main thread only. A window mirrors the sheet's state from here.
 class FileIntake {
 public:
     /// What the intake asks of the controller.
@@ -22,19 +37,94 @@ public:
     public:
         virtual ~Owner() = default;
         virtual void addJob(std::unique_ptr<ConversionJob> job) = 0;
+        /// What a new job reports to.
+        [[nodiscard]] virtual ConversionJob::Controller& jobController() = 0;
+        virtual void updateWindowTitle() = 0;
+        /// Shows the main window, in front.
+        virtual void bringToFront() = 0;
+        /// Ends the program with status 0.
+        virtual void terminate() = 0;
     };
 
+    FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations, OutputNames& names,
+               const RunChoices& choices);
+    ~FileIntake() = default;
+    FileIntake(const FileIntake&) = delete;
+    FileIntake& operator=(const FileIntake&) = delete;
+    FileIntake(FileIntake&&) = delete;
+    FileIntake& operator=(FileIntake&&) = delete;
+
+    /// The user's languages as three-letter codes, best first.
+    void setPreferredLanguages(std::vector<std::string> languages);
+
     void openFiles(const std::vector<std::filesystem::path>& paths);
+    /// Lets the user pick files.
+    void addClicked();
+    /// Makes the job for the file that the sheet shows.
+    void addToQueue();
+    /// Leaves the present file and takes the next one, or hides the sheet.
+    void cancelAdd();
 
     /// True while a file waits, is being probed or is shown for the user's choice.
     [[nodiscard]] bool isBusy() const;
+    /// True while files wait to be probed.
+    [[nodiscard]] bool hasWaitingFiles() const { return !importFiles_.empty(); }
 
+    [[nodiscard]] const std::optional<MKVFileInfo>& fileInfo() const { return fileInfo_; }
+    void clearFileInfo();
+    /// Tells the observers of refusals about a file that was taken but cannot become a job.
+    void refuse(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
+
+    [[nodiscard]] PopUpMenu& audioPopUp() { return audioPopUp_; }
+    [[nodiscard]] Observable<bool>& isScanning() { return isScanning_; }
+    [[nodiscard]] Observable<int>& topConstraint() { return topConstraint_; }
+
+    /// Told when `fileInfo` is another one.
+    [[nodiscard]] Subscription observeFileInfo(std::function<void()> changed);
     /// Told when a file was refused: its path and what the user was told.
     [[nodiscard]] Subscription observeRefusals(
         std::function<void(const std::filesystem::path&, const std::vector<VettingAlert>&)>
             refused);
     /// Told when isBusy() may have become false.
     [[nodiscard]] Subscription observeIdle(std::function<void()> idle);
+
+private:
+    struct ProbeOutcome {
+        Inspection inspection{};
+        std::exception_ptr exception{};  ///< a report that could not be read
+    };
+
+    void addNextFile();
+    void probeInBackground(const std::filesystem::path& file,
+                           const std::optional<std::filesystem::path>& subtitle);
+    void probed(const std::filesystem::path& file,
+                const std::optional<std::filesystem::path>& subtitle, const ProbeOutcome& outcome);
+    void show(MKVFileInfo record, const std::optional<std::filesystem::path>& subtitle);
+    void fillAudioPopUp();
+    [[nodiscard]] bool chosenTrackExists(const MKVFileInfo& record) const;
+    void stopForToolProblem(const std::filesystem::path& file, ProbeToolProblem problem);
+    void refuseUnaddedFile();
+    void addResolved(const MKVFileInfo& record, std::size_t audioTrackIndex,
+                     const ResolvedDestination& destination);
+
+    Vantor& vantor_;
+    Owner& owner_;
+    Destinations& destinations_;
+    const RunChoices& choices_;
+    DestinationResolver resolver_;
+    std::vector<std::string> preferredLanguages_;
+    std::vector<std::filesystem::path> importFiles_;  // taken from the end
+    SubtitlePairing pairing_;
+    std::optional<MKVFileInfo> fileInfo_;
+    bool resolving_ = false;  // a panel asks for the present file's destination
+    PopUpMenu audioPopUp_;
+    Observable<bool> isScanning_{false};
+    Observable<int> topConstraint_{kSheetHidden};
+    Observers<> fileInfoObservers_;
+    Observers<const std::filesystem::path&, const std::vector<VettingAlert>&> refusals_;
+    Observers<> idle_;
+    // Shared only so that a probe or a panel that ends after this object can tell.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace reelvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -11,16 +12,23 @@ namespace reelvane {
 
 enum class PreferenceType { Boolean, Integer, Number, TextList, DataList };
 
+/// The range of an integer has no upper end.
+inline constexpr int kNoMaximum = std::numeric_limits<int>::max();
+
 /// One preference: everything that reading, checking, listing and documenting it needs.
 struct PreferenceEntry {
     std::string_view key{};
     PreferenceType type = PreferenceType::Integer;
     std::string_view defaultText{};  ///< as the store would hold it; empty for an empty list
     bool registered = true;          ///< false: not among the registered defaults, reads as 0
-    int minimum = 0;                 ///< of an integer
-    int maximum = 0;                 ///< of an integer
+    int minimum = 0;                 ///< of an integer or a number
+    int maximum = 0;                 ///< of an integer or a number; kNoMaximum: none
+    std::optional<int> excluded{};   ///< a value inside the range that is never valid
     std::string_view meaning{};      ///< one plain sentence with the meaning of each value
 };
+
+/// The integer that the entry reads as while nothing is stored.
+[[nodiscard]] int defaultInteger(const PreferenceEntry& entry);
 
 /// Every preference, once, in the order in which it is listed and documented.
 [[nodiscard]] std::span<const PreferenceEntry> preferenceTable();
@@ -33,7 +41,8 @@ struct PreferenceEntry {
 [[nodiscard]] std::string typeText(const PreferenceEntry& entry);
 
 /// A value as a person typed it, checked against the entry's type and range, as the store holds it;
-/// absent when it does not fit. Booleans also take yes, no, true, false, on and off.
+/// absent when it does not fit. Booleans also take yes, no, true, false, on and off. Lists are kept
+/// by the program itself: only the empty text fits, which empties them.
 [[nodiscard]] std::optional<std::string> storedText(const PreferenceEntry& entry,
                                                     std::string_view typed);
 

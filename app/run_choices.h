@@ -12,6 +12,9 @@ struct RunChoices {
     std::optional<std::filesystem::path> destinationFolder{};  ///< instead of the menu's choice
     std::optional<std::size_t> audioTrackIndex{};              ///< instead of the best language
     std::optional<std::filesystem::path> subtitleFile{};       ///< instead of the paired one
+    /// Nobody can answer the file sheet: a file that does not become a job at once (the save panel
+    /// was declined, the menu points nowhere) is told as refused, and the next one is taken.
+    bool unattended = false;
 };
 
 }  // namespace reelvane

@@ -1,0 +1,66 @@
+#include "app/output_names.h"
+
+#include <system_error>
+
+#include "support/paths.h"
+
+namespace reelvane {
+namespace {
+
+constexpr std::size_t kLongestName = 255;  // of the common file systems, in bytes
+constexpr std::size_t kRoomForNumber = 8;  // "-1000000"
+
+/// A link that leads nowhere counts: writing through it would make a file elsewhere.
+bool somethingLiesAt(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+}  // namespace
+
+std::string OutputNames::keyOf(const std::filesystem::path& path) {
+    return path.lexically_normal().native();
+}
+
+std::filesystem::path OutputNames::freePath(const std::filesystem::path& folder,
+                                            std::string_view inputName,
+                                            std::string_view extension) const {
+    auto name = std::filesystem::path(inputName).stem();
+    name += ".";
+    name += extension;
+    return Fennimar::uniqueFile(
+        Fennimar::withNameCut(folder / name, kLongestName, kRoomForNumber),
+        [this](const std::filesystem::path& path) { return isPromised(path); });
+}
+
+void OutputNames::promise(const std::filesystem::path& path) {
+    ++promises_[keyOf(path)].jobs;
+}
+
+void OutputNames::release(const std::filesystem::path& path) {
+    const auto found = promises_.find(keyOf(path));
+    if (found != promises_.end() && --found->second.jobs <= 0) promises_.erase(found);
+}
+
+bool OutputNames::isPromised(const std::filesystem::path& path) const {
+    const auto found = promises_.find(keyOf(path));
+    return found != promises_.end() && found->second.jobs > 0;
+}
+
+void OutputNames::keepAsChosen(const std::filesystem::path& path) {
+    promises_[keyOf(path)].chosen = true;
+}
+
+void OutputNames::refresh(MKVFileInfo& record) {
+    if (!record.destinationURL) return;
+    const auto present = *record.destinationURL;
+    const auto found = promises_.find(keyOf(present));
+    const bool chosen = found != promises_.end() && found->second.chosen;
+    if (chosen || !somethingLiesAt(present)) return;
+    release(present);
+    record.destinationURL =
+        freePath(present.parent_path(), record.fileName, present.extension().native().substr(1));
+    promise(*record.destinationURL);
+}
+
+}  // namespace reelvane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "media/mkv_file_info.h"
+
+namespace reelvane {
+
+/// The output paths that jobs in the list will write. A promised path is a taken one, so that two
+/// movies of one name never overwrite each other. Main thread only; a look-up costs the same
+/// whatever the length of the list.
+class OutputNames {
+public:
+    /// `folder` and the input's name with the output's extension, cut to what a file system takes,
+    /// and made unique: nothing lies there and no job was promised it.
+    [[nodiscard]] std::filesystem::path freePath(const std::filesystem::path& folder,
+                                                 std::string_view inputName,
+                                                 std::string_view extension) const;
+
+    /// Each promise must be released once.
+    void promise(const std::filesystem::path& path);
+    void release(const std::filesystem::path& path);
+    [[nodiscard]] bool isPromised(const std::filesystem::path& path) const;
+
+    /// The user chose this path in the save panel: it stays as it is until it is released.
+    void keepAsChosen(const std::filesystem::path& path);
+
+    /// To be called right before a promised job starts: where something has appeared at an
+    /// automatic path meanwhile, the record gets a fresh path, and the promise moves with it.
+    void refresh(MKVFileInfo& record);
+
+private:
+    struct Promise {
+        int jobs = 0;
+        bool chosen = false;
+    };
+    [[nodiscard]] static std::string keyOf(const std::filesystem::path& path);
+
+    std::unordered_map<std::string, Promise> promises_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+
+#include "app/job_queue.h"
+#include "app/output_names.h"
+#include "support/observable.h"
+
+namespace reelvane {
+
+class Vantor;
+
+/// The image that the toolbar's pause item shows, by its resource name.
+inline constexpr std::string_view kPauseImage = "toolbar_pause";
+inline constexpr std::string_view kResumeImage = "toolbar_start";
+
+/// Moves the queue on, one conversion at a time, pauses and resumes it, and keeps the texts of its
+/// controls. Main thread only.
+class QueueControl {
+public:
+    QueueControl(Vantor& vantor, JobQueue& queue, OutputNames& names);
+
+    [[nodiscard]] bool paused() const { return paused_; }
+
+    /// Starts or continues the first job that is queued or paused, unless the queue is paused.
+    void startNextJobInQueue();
+    /// Starts a queued job, its output path checked once more.
+    void start(ConversionJob& job);
+    /// Starts or continues one job on the user's word, whatever stands before it.
+    void continueJob(ConversionJob& job);
+
+    /// The user pauses or resumes the queue.
+    void togglePause();
+    /// A job has started or gone on: a paused queue is so no longer, but starts nothing else.
+    void jobWentOn();
+    /// Removes every finished job.
+    void cleanClicked();
+    void updateWindowTitle();
+
+    [[nodiscard]] Observable<std::string>& windowTitle() { return windowTitle_; }
+    [[nodiscard]] Observable<std::string>& addButtonTitle() { return addButtonTitle_; }
+    /// The label of the toolbar item and the title of the menu item.
+    [[nodiscard]] Observable<std::string>& pauseTitle() { return pauseTitle_; }
+    [[nodiscard]] Observable<std::string>& pauseImage() { return pauseImage_; }
+
+private:
+    void setPaused(bool paused);
+    void showRunningTexts();
+
+    Vantor& vantor_;
+    JobQueue& queue_;
+    OutputNames& names_;
+    bool paused_ = false;
+    Observable<std::string> windowTitle_;
+    Observable<std::string> addButtonTitle_;
+    Observable<std::string> pauseTitle_;
+    Observable<std::string> pauseImage_;
+};
+
+}  // namespace reelvane
