@@ -1,0 +1,138 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <deque>
+#include <functional>
+#include <gio/gio.h>
+#include <gio/gunixfdlist.h>
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "platform/gio_handles.h"
+
+namespace reelvane {
+
+/// A message bus of the test's own that starts no service; it stands for both buses.
+/// What the services on it are asked is kept in order.
+class PrivateBus {
+public:
+    PrivateBus() {
+        g_test_dbus_up(bus_.get());
+        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address(), 1);
+    }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+    PrivateBus(PrivateBus&&) = delete;
+    PrivateBus& operator=(PrivateBus&&) = delete;
+    ~PrivateBus() { g_test_dbus_stop(bus_.get()); }
+
+    [[nodiscard]] const char* address() const { return g_test_dbus_get_bus_address(bus_.get()); }
+
+    [[nodiscard]] GObjectHandle<GDBusConnection> connect() const {
+        constexpr auto flags =
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+        return GObjectHandle<GDBusConnection>(
+            g_dbus_connection_new_for_address_sync(address(), flags, nullptr, nullptr, nullptr));
+    }
+
+    void record(std::string call) {
+        const std::scoped_lock lock(mutex_);
+        calls_.push_back(std::move(call));
+        recorded_.notify_all();
+    }
+    /// The next call that any service got, as "Method(arguments)"; waits for it.
+    [[nodiscard]] std::string nextCall() {
+        std::unique_lock lock(mutex_);
+        if (!recorded_.wait_for(lock, std::chrono::seconds(10), [this] { return !calls_.empty(); }))
+            return "none";
+        auto call = std::move(calls_.front());
+        calls_.pop_front();
+        return call;
+    }
+    [[nodiscard]] bool hasNoMoreCalls() {
+        const std::scoped_lock lock(mutex_);
+        return calls_.empty();
+    }
+
+private:
+    GObjectHandle<GTestDBus> bus_{g_test_dbus_new(G_TEST_DBUS_NONE)};
+    std::mutex mutex_;
+    std::condition_variable recorded_;
+    std::deque<std::string> calls_;
+};
+
+/// A service on the private bus. It answers on GDBus's own thread, whatever the test waits for.
+class MockService {
+public:
+    /// Makes the answer to a call; null leaves it without one until `answerHeld`.
+    using Answer = std::function<GDBusMessage*(GDBusMessage* call)>;
+
+    MockService(PrivateBus& bus, const char* name, Answer answer)
+        : bus_(bus),
+          answer_(std::move(answer)),
+          connection_(bus.connect()) {
+        g_dbus_connection_add_filter(connection_.get(), &MockService::received, this, nullptr);
+        const VariantHandle owned(g_dbus_connection_call_sync(
+            connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+            "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", name, 4U), nullptr,
+            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    }
+    MockService(const MockService&) = delete;
+    MockService& operator=(const MockService&) = delete;
+    MockService(MockService&&) = delete;
+    MockService& operator=(MockService&&) = delete;
+    ~MockService() { g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr); }
+
+    static GDBusMessage* reply(GDBusMessage* call, GVariant* values) {
+        auto* const message = g_dbus_message_new_method_reply(call);
+        g_dbus_message_set_body(message, values);
+        return message;
+    }
+    static GDBusMessage* refuse(GDBusMessage* call) {
+        return g_dbus_message_new_method_error_literal(call, "org.example.Refused", "not today");
+    }
+
+    void answerHeld(GVariant* values) { send(reply(held_.get(), values)); }
+
+    void emit(const char* path, const char* interface, const char* name, GVariant* values) {
+        g_dbus_connection_emit_signal(connection_.get(), nullptr, path, interface, name, values,
+                                      nullptr);
+    }
+
+private:
+    static GDBusMessage* received(GDBusConnection* /*connection*/, GDBusMessage* message,
+                                  gboolean incoming, gpointer self) {
+        if (!incoming ||
+            g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL)
+            return message;
+        static_cast<MockService*>(self)->handle(GObjectHandle<GDBusMessage>(message));
+        return nullptr;
+    }
+
+    void handle(GObjectHandle<GDBusMessage> call) {
+        auto* const body = g_dbus_message_get_body(call.get());
+        const GLibText text(body ? g_variant_print(body, FALSE) : g_strdup("()"));
+        auto* const answer = answer_(call.get());
+        const std::string method = g_dbus_message_get_member(call.get());
+        if (!answer) held_ = std::move(call);
+        bus_.record(method + text.get());
+        if (answer) send(answer);
+    }
+
+    void send(GDBusMessage* answer) {
+        const GObjectHandle<GDBusMessage> owned(answer);
+        g_dbus_connection_send_message(connection_.get(), answer, G_DBUS_SEND_MESSAGE_FLAGS_NONE,
+                                       nullptr, nullptr);
+    }
+
+    PrivateBus& bus_;
+    Answer answer_;
+    GObjectHandle<GDBusMessage> held_;
+    GObjectHandle<GDBusConnection> connection_;
+};
+
+}  // namespace reelvane
