@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "support/file_descriptor.h"
+
+namespace reelvane {
+
+/// Reads parts of a file that nobody vouches for. Main thread or background; not shared.
+class ByteSource {
+public:
+    /// Absent when the file cannot be opened for reading.
+    [[nodiscard]] static std::optional<ByteSource> open(const std::filesystem::path& file);
+
+    [[nodiscard]] std::uint64_t size() const { return size_; }
+    /// Fills the whole buffer from the offset; false when the file does not hold that much.
+    [[nodiscard]] bool read(std::uint64_t offset, std::span<std::byte> buffer) const;
+
+private:
+    ByteSource(FileDescriptor file, std::uint64_t size);
+
+    FileDescriptor file_;
+    std::uint64_t size_ = 0;
+};
+
+/// A number of 1, 2, 4 or 8 bytes, most significant byte first.
+[[nodiscard]] std::uint64_t bigEndian(std::span<const std::byte> bytes);
+
+/// One box of the ISO base media file format (ISO/IEC 14496-12, 4.2): a size, a type, a content.
+struct Mp4Box {
+    std::string type{};        ///< four bytes, "moov"
+    std::uint64_t offset = 0;  ///< of the box itself, from the start of the file
+    std::uint64_t contentBegin = 0;
+    std::uint64_t end = 0;  ///< one past its last byte, as its size field says
+
+    [[nodiscard]] std::uint64_t contentSize() const { return end - contentBegin; }
+};
+
+/// The box at the offset inside an area that ends at `areaEnd`. Its size is taken from the file and
+/// may claim more than the area holds: the caller compares `end`. Absent when not even the header
+/// fits, or the size is smaller than the header. A size of 0 reaches to the end of the area.
+[[nodiscard]] std::optional<Mp4Box> readBox(const ByteSource& file, std::uint64_t offset,
+                                            std::uint64_t areaEnd);
+
+/// Walks the boxes of an area in order, as long as `visit` answers true. False when a box does not
+/// fit into the area: nothing after it can be trusted.
+bool forEachBox(const ByteSource& file, std::uint64_t begin, std::uint64_t end,
+                const std::function<bool(const Mp4Box&)>& visit);
+
+/// The first box of a type directly inside another one.
+[[nodiscard]] std::optional<Mp4Box> childBox(const ByteSource& file, const Mp4Box& parent,
+                                             std::string_view type);
+
+/// A number of `width` bytes at `position` in the box's content; absent when it lies outside.
+[[nodiscard]] std::optional<std::uint64_t> numberInBox(const ByteSource& file, const Mp4Box& box,
+                                                       std::uint64_t position, std::size_t width);
+
+}  // namespace reelvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace reelvane {
+
+enum class Mp4TrackKind { Video, Audio, Text, Other };
+
+/// One track as the file's index describes it.
+struct Mp4Track {
+    std::uint32_t trackID = 0;
+    Mp4TrackKind kind = Mp4TrackKind::Other;
+    std::string handler{};   ///< "vide", "soun", "sbtl", "text", ...
+    std::string codec{};     ///< the type of the first sample entry: "avc1", "mp4a", "tx3g"
+    std::string language{};  ///< three letters; "und" when the file says so
+    double seconds = 0;      ///< play time
+    bool enabled = false;
+    std::uint32_t flags = 0;           ///< of the track header, 24 bits; bit 0 is `enabled`
+    std::uint32_t alternateGroup = 0;  ///< 0: in no group
+    std::uint64_t sampleCount = 0;
+    std::uint64_t sampleBytes = 0;  ///< of all samples together
+
+    // Where the fields that can be set in place lie, from the start of the file.
+    std::uint64_t flagsOffset = 0;                      ///< 3 bytes
+    std::uint64_t alternateGroupOffset = 0;             ///< 2 bytes
+    std::optional<std::uint64_t> displayFlagsOffset{};  ///< 4 bytes; "tx3g" only
+    std::uint32_t displayFlags = 0;
+};
+
+/// What the box structure of a file says (ISO/IEC 14496-12; display flags: 3GPP TS 26.245, 5.16).
+struct Mp4Movie {
+    double seconds = 0;
+    bool fragmented = false;       ///< its samples stand in fragments, not in the index
+    std::uint64_t mediaBytes = 0;  ///< in all media data boxes together
+    std::vector<Mp4Track> tracks{};
+};
+
+struct Mp4Reading {
+    std::optional<Mp4Movie> movie{};  ///< absent: broken, and `problem` says how
+    std::string problem{};            ///< one sentence without its subject: "has no index (moov)"
+};
+
+/// Reads a file's index and checks that the file is whole: every box lies inside its parent and the
+/// file, there is an index with at least one track, the media data is not empty, and every chunk
+/// that the index names starts inside media data that is large enough for all samples. Reads only
+/// the boxes it needs and never more than 64 KiB at a time. Any thread.
+[[nodiscard]] Mp4Reading readMp4(const std::filesystem::path& file);
+
+}  // namespace reelvane

@@ -1,0 +1,177 @@
+#include "conversion/mp4_track_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace reelvane {
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{64} * 1024;
+
+/// Hands a table's entries to `visit`, a block at a time, as long as it answers true. False when
+/// the table is larger than its box.
+bool forEachEntry(const ByteSource& file, const Mp4Box& table, std::uint64_t begin,
+                  std::uint64_t count, std::size_t width,
+                  const std::function<bool(std::uint64_t)>& visit) {
+    if (begin > table.contentSize() || count > (table.contentSize() - begin) / width) return false;
+    std::vector<std::byte> block(std::min<std::uint64_t>(kBlock, count * width));
+    auto offset = table.contentBegin + begin;
+    auto left = count * width;
+    while (left > 0) {
+        const auto part = std::span(block).first(std::min<std::uint64_t>(block.size(), left));
+        if (!file.read(offset, part)) return false;
+        for (std::size_t i = 0; i < part.size(); i += width) {
+            if (!visit(bigEndian(part.subspan(i, width)))) return true;
+        }
+        offset += part.size();
+        left -= part.size();
+    }
+    return true;
+}
+
+bool isInMedia(std::uint64_t offset, std::span<const MediaRange> media) {
+    return std::ranges::any_of(media, [offset](const MediaRange& range) {
+        return offset >= range.begin && offset < range.end;
+    });
+}
+
+bool readTrackHeader(const ByteSource& file, const Mp4Box& trak, const TrackContext& context,
+                     Mp4Track& track) {
+    const auto tkhd = childBox(file, trak, "tkhd");
+    if (!tkhd) return false;
+    const auto version = numberInBox(file, *tkhd, 0, 1);
+    const bool wide = version == 1U;
+    const auto flags = numberInBox(file, *tkhd, 1, 3);
+    const auto trackID = numberInBox(file, *tkhd, wide ? 20 : 12, 4);
+    const auto duration = numberInBox(file, *tkhd, wide ? 28 : 20, wide ? 8 : 4);
+    const std::uint64_t groupPosition = wide ? 46 : 34;
+    const auto group = numberInBox(file, *tkhd, groupPosition, 2);
+    if (!version || !flags || !trackID || !duration || !group) return false;
+    track.trackID = static_cast<std::uint32_t>(*trackID);
+    track.flags = static_cast<std::uint32_t>(*flags);
+    track.enabled = (*flags & 1U) != 0;
+    track.seconds = static_cast<double>(*duration) / static_cast<double>(context.timeScale);
+    track.alternateGroup = static_cast<std::uint32_t>(*group);
+    track.flagsOffset = tkhd->contentBegin + 1;
+    track.alternateGroupOffset = tkhd->contentBegin + groupPosition;
+    return true;
+}
+
+/// Three letters packed into 15 bits (ISO/IEC 14496-12, 8.4.2.3); older QuickTime numbers read
+/// "und".
+std::string languageText(std::uint64_t packed) {
+    if (packed < 0x400 || packed == 0x7FFF) return "und";
+    std::string text;
+    for (const unsigned shift : {10U, 5U, 0U}) {
+        const auto letter = static_cast<char>((packed >> shift & 0x1FU) + 0x60U);
+        if (letter < 'a' || letter > 'z') return "und";
+        text += letter;
+    }
+    return text;
+}
+
+std::string fourLetters(std::uint64_t number) {
+    std::string text;
+    for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+        text += static_cast<char>(number >> shift & 0xFFU);
+    }
+    return text;
+}
+
+Mp4TrackKind kindOf(const std::string& handler) {
+    if (handler == "vide") return Mp4TrackKind::Video;
+    if (handler == "soun") return Mp4TrackKind::Audio;
+    if (handler == "sbtl" || handler == "subt" || handler == "text" || handler == "clcp") {
+        return Mp4TrackKind::Text;
+    }
+    return Mp4TrackKind::Other;
+}
+
+bool readMediaHeaders(const ByteSource& file, const Mp4Box& mdia, Mp4Track& track) {
+    const auto mdhd = childBox(file, mdia, "mdhd");
+    const auto hdlr = childBox(file, mdia, "hdlr");
+    if (!mdhd || !hdlr) return false;
+    const bool wide = numberInBox(file, *mdhd, 0, 1) == 1U;
+    const auto language = numberInBox(file, *mdhd, wide ? 32 : 20, 2);
+    const auto handler = numberInBox(file, *hdlr, 8, 4);
+    if (!language || !handler) return false;
+    track.language = languageText(*language);
+    track.handler = fourLetters(*handler);
+    track.kind = kindOf(track.handler);
+    return true;
+}
+
+bool readSampleEntry(const ByteSource& file, const Mp4Box& stbl, Mp4Track& track) {
+    const auto stsd = childBox(file, stbl, "stsd");
+    const auto count = stsd ? numberInBox(file, *stsd, 4, 4) : std::nullopt;
+    if (!count || *count == 0) return false;
+    const auto entry = readBox(file, stsd->contentBegin + 8, stsd->end);
+    if (!entry || entry->end > stsd->end) return false;
+    track.codec = entry->type;
+    if (track.codec == "tx3g") {
+        const auto flags = numberInBox(file, *entry, 8, 4);
+        if (!flags) return false;
+        track.displayFlagsOffset = entry->contentBegin + 8;
+        track.displayFlags = static_cast<std::uint32_t>(*flags);
+    }
+    return true;
+}
+
+bool readSampleSizes(const ByteSource& file, const Mp4Box& stbl, Mp4Track& track) {
+    const auto stsz = childBox(file, stbl, "stsz");
+    if (!stsz) return childBox(file, stbl, "stz2").has_value();
+    const auto common = numberInBox(file, *stsz, 4, 4);
+    const auto count = numberInBox(file, *stsz, 8, 4);
+    if (!common || !count) return false;
+    track.sampleCount = *count;
+    track.sampleBytes = *common * *count;
+    if (*common != 0) return true;
+    return forEachEntry(file, *stsz, 12, *count, 4, [&track](std::uint64_t size) {
+        track.sampleBytes += size;
+        return true;
+    });
+}
+
+/// Absent: every chunk starts inside the media data.
+std::optional<std::string> chunkProblem(const ByteSource& file, const Mp4Box& stbl,
+                                        const TrackContext& context) {
+    auto table = childBox(file, stbl, "stco");
+    const std::size_t width = table ? 4 : 8;
+    if (!table) table = childBox(file, stbl, "co64");
+    const auto count = table ? numberInBox(file, *table, 4, 4) : std::nullopt;
+    if (!count) return "has a damaged chunk table";
+    bool inside = true;
+    const bool whole = forEachEntry(file, *table, 8, *count, width, [&](std::uint64_t offset) {
+        inside = isInMedia(offset, context.media);
+        return inside;
+    });
+    if (!whole) return "has a damaged chunk table";
+    if (!inside) return "has an index that points outside its media data";
+    return std::nullopt;
+}
+
+}  // namespace
+
+TrackReading readTrack(const ByteSource& file, const Mp4Box& trak, const TrackContext& context) {
+    Mp4Track track;
+    if (!readTrackHeader(file, trak, context, track)) {
+        return {.problem = "has a damaged track header (tkhd)"};
+    }
+    const auto mdia = childBox(file, trak, "mdia");
+    if (!mdia || !readMediaHeaders(file, *mdia, track)) {
+        return {.problem = "has a damaged media header (mdia)"};
+    }
+    const auto minf = childBox(file, *mdia, "minf");
+    const auto stbl = minf ? childBox(file, *minf, "stbl") : std::nullopt;
+    if (!stbl || !readSampleEntry(file, *stbl, track)) {
+        return {.problem = "has a damaged sample description (stsd)"};
+    }
+    if (!readSampleSizes(file, *stbl, track)) {
+        return {.problem = "has a damaged sample size table (stsz)"};
+    }
+    if (auto problem = chunkProblem(file, *stbl, context)) return {.problem = std::move(*problem)};
+    return {.track = std::move(track)};
+}
+
+}  // namespace reelvane

@@ -1,0 +1,44 @@
+#include "conversion/output_proof.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "support/make_string.h"
+#include "support/size_text.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace {
+
+constexpr double kToleratedSeconds = 2;
+constexpr double kToleratedShare = 0.01;
+
+}  // namespace
+
+bool outputAdmitsFailure(std::string_view jobOutput) {
+    static constexpr auto kAdmissions = std::to_array<std::string_view>(
+        {"Error writing trailer", "Error closing file", "No space left on device"});
+    return Fennimar::containsAny(jobOutput, kAdmissions);
+}
+
+OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expectation) {
+    if (!reading.movie) return {.problem = reading.problem};
+    OutputProof proof{.seconds = reading.movie->seconds, .tracks = reading.movie->tracks.size()};
+    if (proof.tracks < expectation.mappedStreams) {
+        proof.problem =
+            makeString("has %lu of %lu tracks", proof.tracks, expectation.mappedStreams);
+        return proof;
+    }
+    const double promised = expectation.runtimeSeconds.value_or(0);
+    proof.endsEarly =
+        promised - proof.seconds > std::max(kToleratedSeconds, promised * kToleratedShare);
+    return proof;
+}
+
+std::string proofText(const OutputProof& proof, std::uint64_t fileSize) {
+    return makeString("%li s, %lu %@, %@, verified", std::lround(proof.seconds), proof.tracks,
+                      proof.tracks == 1 ? "track" : "tracks", fileSizeText(fileSize));
+}
+
+}  // namespace reelvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "conversion/mp4_movie.h"
+
+namespace reelvane {
+
+/// What an output must hold to count as whole.
+struct OutputExpectation {
+    std::size_t mappedStreams = 0;        ///< at least so many tracks; chapters may add one
+    std::optional<int> runtimeSeconds{};  ///< of the source; absent or 0: unknown
+};
+
+/// The answer of reading an output back.
+struct OutputProof {
+    std::string problem{};  ///< empty: the file is whole
+    double seconds = 0;
+    std::size_t tracks = 0;
+    bool endsEarly = false;  ///< whole, but clearly shorter than the source said it was
+};
+
+/// True when the converter's own words admit a failure that its exit status of 0 hides.
+[[nodiscard]] bool outputAdmitsFailure(std::string_view jobOutput);
+
+/// Judges what was read back. "Shorter" is more than 2 s and more than 1 per cent. Pure.
+[[nodiscard]] OutputProof proveOutput(const Mp4Reading& reading,
+                                      const OutputExpectation& expectation);
+
+/// "12 s, 3 tracks, 1.43 GB, verified"; powers of ten, as file managers count.
+[[nodiscard]] std::string proofText(const OutputProof& proof, std::uint64_t fileSize);
+
+}  // namespace reelvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "conversion/mp4_movie.h"
+
+namespace reelvane {
+
+/// One field of a file to be set in place; its size never changes.
+struct FieldPatch {
+    std::uint64_t offset = 0;
+    std::vector<std::uint8_t> bytes{};  ///< most significant first
+
+    friend bool operator==(const FieldPatch&, const FieldPatch&) = default;
+};
+
+/// The fields to set so that players take a movie as they should: the first audio track enabled and
+/// no other, all audio tracks in one alternate group, subtitle tracks in another and off unless
+/// forced, forced ones with the display flags that Apple's players read. Video stays in group 0.
+/// `forcedSubtitles` counts subtitle tracks in file order, from 0. Empty when all is well. Pure.
+/// Fields: ISO/IEC 14496-12, 8.3.2 (tkhd); 3GPP TS 26.245, 5.16 (tx3g).
+[[nodiscard]] std::vector<FieldPatch> trackFlagPatches(
+    const Mp4Movie& movie, const std::set<std::size_t>& forcedSubtitles);
+
+/// Writes the fields, one write each, so that the file plays after every one of them. False when
+/// one could not be written.
+[[nodiscard]] bool applyPatches(const std::filesystem::path& file,
+                                const std::vector<FieldPatch>& patches);
+
+}  // namespace reelvane
