@@ -58,10 +58,6 @@ public:
     /// Told after every change of the state or the progress.
     [[nodiscard]] Subscription observe(std::function<void()> changed);
 
-    /// The user picked the output's very name and agreed to replace what is there. Otherwise the
-    /// start takes the next free name when the promised one has been taken meanwhile.
-    void setDestinationChosen() { destinationChosen_ = true; }
-
     void presetSpeedInfo();
     void start();
     void pause();
@@ -87,14 +83,13 @@ private:
     void takeSleepAssertion();
     void releaseSleepAssertion();
 
-    // The steps of `start`; each that can refuse has told the user when it answers false.
+    // The steps of `start`. One that can end it answers false when it has told the user why.
     [[nodiscard]] bool checkInput();
-    void takeDestination();
     [[nodiscard]] bool chooseAudio(const ConversionSettings& settings);
+    [[nodiscard]] bool checkFreeSpace();
     [[nodiscard]] bool needsFixup(const ConversionSettings& settings) const;
     void launch();
     void refuseStart(const std::string& problem);
-    void startNextJobLater();
 
     void startProgressTimer();
     void progressTimer();
@@ -104,8 +99,9 @@ private:
     void fail();
     void succeed(const ConversionSettings& settings);
 
-    void deleteOutput();
-    void deleteProgressFile();
+    /// True when the destination names the input itself.
+    [[nodiscard]] bool writesOverInput() const;
+    void deleteOutput() const;
 
     Vantor& vantor_;
     Controller& controller_;
@@ -128,10 +124,8 @@ private:
     std::filesystem::path audioFile_;
     std::filesystem::path aacFile_;
     PowerAssertionID sleepAssertion_ = kNoPowerAssertion;
-    bool destinationChosen_ = false;
-    bool destinationTaken_ = false;  ///< what lies at the output path is this job's
     Observers<> observers_;
-    /// Watched by work that may outlive the job: an alert's answer, a later turn of the loop.
+    /// Gone with the job, which an alert's own loop may take off the list. Shared to be watched.
     std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 

@@ -1,9 +1,12 @@
 #include "conversion/progress_file.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <unistd.h>
 
 #include "support/paths.h"
 #include "support/strings.h"
@@ -14,6 +17,17 @@ namespace {
 
 constexpr std::string_view kOutTime = "out_time_ms=";
 constexpr double kUnitsPerSecond = 1'000'000;
+constexpr std::size_t kLongestName = 255;  // of the common file systems, in bytes
+constexpr std::size_t kRoomForNumber = 8;
+constexpr int kMostRaces = 100;  // lost to other programs, before the name is taken as it is
+
+/// False when somebody else has made the file first.
+bool claim(const std::filesystem::path& path) {
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (file < 0) return errno != EEXIST;
+    ::close(file);
+    return true;
+}
 
 }  // namespace
 
@@ -29,6 +43,16 @@ std::optional<double> earliestOutTime(std::string_view text) {
 std::optional<double> progressPercent(double outTime, std::optional<int> runtimeSeconds) {
     if (runtimeSeconds.value_or(0) <= 0) return {};
     return std::min(outTime / *runtimeSeconds * 100, 100.0);
+}
+
+ProgressFile ProgressFile::create(const std::filesystem::path& folder, std::string_view movieName) {
+    const auto wanted = Fennimar::withNameCut(folder / (std::string(movieName) + ".log"),
+                                              kLongestName, kRoomForNumber);
+    auto path = Fennimar::uniqueFile(wanted);
+    for (int race = 0; race < kMostRaces && !claim(path); ++race) {
+        path = Fennimar::uniqueFile(wanted);
+    }
+    return ProgressFile(path);
 }
 
 std::optional<double> ProgressFile::readOutTime() {

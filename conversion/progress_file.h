@@ -24,9 +24,16 @@ public:
     ProgressFile() = default;
     explicit ProgressFile(std::filesystem::path path) : path_(std::move(path)) {}
 
+    /// Makes an empty file, named after the movie, under a name that nobody has: two programs that
+    /// share the folder never get the same one. Where none can be made the path is answered all
+    /// the same, and the converter says why it cannot write there.
+    [[nodiscard]] static ProgressFile create(const std::filesystem::path& folder,
+                                             std::string_view movieName);
+
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     /// The earliest position that was added since the last call, in seconds of output.
     [[nodiscard]] std::optional<double> readOutTime();
+    /// Deletes the file, if there is one, and forgets it.
     void remove();
 
 private:

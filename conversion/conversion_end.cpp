@@ -1,0 +1,106 @@
+// How a job ends: its run is over, or the user takes it off the list.
+
+#include <utility>
+
+#include "conversion/conversion_job.h"
+#include "conversion/failure_report.h"
+#include "conversion/job_completion.h"
+#include "conversion/subtitle_arguments.h"
+#include "support/alerts.h"
+#include "support/paths.h"
+#include "support/ports/folder_access.h"
+#include "support/ports/workspace.h"
+#include "support/strings.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+
+void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutput) {
+    // An alert's own loop, or the next job's, may take this job away before all is done.
+    const std::weak_ptr<const bool> alive = alive_;
+    auto& vantor = vantor_;
+    auto& controller = controller_;
+    const auto settings = controller.conversionSettings();
+    const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
+                       .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
+                       .failed = exitStatus != 0};
+    closeRun(remainingOutput);
+    if (run.failed) {
+        fail();
+    } else {
+        succeed(settings);
+    }
+    if (!alive.expired()) {
+        stopDate_ = vantor.ports().dispatcher.now();
+        setProgress(100);
+    }
+    followUp(vantor, controller, settings, run);
+}
+
+void ConversionJob::closeRun(std::string_view remainingOutput) {
+    timer_.reset();
+    jobOutput_.append(remainingOutput);
+    task_.reset();
+    progressFile_.remove();
+    releaseSleepAssertion();
+    if (!aacFile_.empty()) Fennimar::removeFile(aacFile_);
+}
+
+void ConversionJob::fail() {
+    deleteOutput();
+    finishedError_ = true;
+    auto& vantor = vantor_;
+    const bool full = ranOutOfSpace(jobOutput_);
+    const auto explanation = full ? diagnosis() : Diagnosis{};
+    setState(ConversionJobState::Failed);
+    if (full) alert(vantor, explanation.title, explanation.message, "OK");
+}
+
+void ConversionJob::succeed(const ConversionSettings& settings) {
+    auto& vantor = vantor_;
+    const auto source = fileInfo_.fileURL;
+    finishedOK_ = true;
+    setState(ConversionJobState::Finished);
+    if (settings.autoClean) remove();
+    if (settings.autoRemove) removeSource(vantor, source, settings.autoRemoveType);
+}
+
+Diagnosis ConversionJob::diagnosis() const {
+    const auto settings = controller_.conversionSettings();
+    const auto arguments = Fennimar::joined(arguments_, " ");
+    return diagnose({.startProblem = startProblem_,
+                     .jobOutput = jobOutput_,
+                     .arguments = arguments,
+                     .embeddedSubtitlesConverted = mapsEmbeddedSubtitles(fileInfo_, settings),
+                     .externalSubtitles = fileInfo_.subtitleFileURL.has_value()});
+}
+
+void ConversionJob::reveal() {
+    auto& workspace = vantor_.ports().workspace;
+    if (state_ == ConversionJobState::Failed) {
+        explainFailure(vantor_, diagnosis(),
+                       {.arguments = Fennimar::joined(arguments_, " "),
+                        .jobOutput = jobOutput_,
+                        .recordDescription = description(fileInfo_)});
+    } else if (workspace.isShiftKeyHeld()) {
+        workspace.reveal(fileInfo_.fileURL);
+    } else if (fileInfo_.destinationURL) {
+        workspace.reveal(*fileInfo_.destinationURL);
+    }
+}
+
+void ConversionJob::remove() {
+    timer_.reset();
+    if (task_) task_->terminate();
+    task_.reset();
+    if (state_ != ConversionJobState::Finished) deleteOutput();
+    progressFile_.remove();
+    if (const auto folder = std::exchange(fileInfo_.securityURL, {})) {
+        vantor_.ports().folderAccess.stopAccessing(*folder);
+    }
+    auto& controller = controller_;
+    controller.removeJob(*this);  // the job may be gone from here on
+    startNextJobIfIdle(controller);
+}
+
+}  // namespace reelvane

@@ -1,0 +1,186 @@
+#include "conversion/conversion_job.h"
+
+#include <string_view>
+#include <system_error>
+
+#include "conversion/audio_method.h"
+#include "conversion/command_builder.h"
+#include "conversion/fixup_trial.h"
+#include "conversion/free_space.h"
+#include "conversion/status_line.h"
+#include "conversion/subtitle_arguments.h"
+#include "support/alerts.h"
+#include "support/make_string.h"
+#include "support/paths.h"
+#include "support/ports/main_bundle.h"
+#include "support/strings.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+
+namespace {
+
+double secondsBetween(TimePoint from, TimePoint to) {
+    return std::chrono::duration<double>(to - from).count();
+}
+
+bool isPresentFile(const std::filesystem::path& path) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(path, ignored);  // of what a link leads to
+    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+}  // namespace
+
+ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo fileInfo,
+                             std::size_t audioTrackIndex)
+    : vantor_(vantor),
+      controller_(controller),
+      fileInfo_(std::move(fileInfo)),
+      audioTrackIndex_(audioTrackIndex) {}
+
+ConversionJob::~ConversionJob() = default;
+
+std::string ConversionJob::stateInfoString() const {
+    return statusLine({.state = state_,
+                       .audio = fileInfo_.audioTrackInformation,
+                       .audioTrackIndex = audioTrackIndex_,
+                       .remainingSeconds = remainingSeconds(),
+                       .conversionSeconds = conversionSeconds()});
+}
+
+double ConversionJob::remainingSeconds() const {
+    return remainingTime(progress_, elapsedSeconds());
+}
+
+double ConversionJob::conversionSeconds() const {
+    if (state_ != ConversionJobState::Finished && state_ != ConversionJobState::Failed) return 0;
+    if (!startDate_) return 0;
+    return stopDate_ ? secondsBetween(*startDate_, *stopDate_) : elapsedSeconds();
+}
+
+double ConversionJob::elapsedSeconds() const {
+    return startDate_ ? secondsBetween(*startDate_, vantor_.ports().dispatcher.now()) : 0;
+}
+
+Subscription ConversionJob::observe(std::function<void()> changed) {
+    return observers_.add(std::move(changed));
+}
+
+void ConversionJob::setState(ConversionJobState state) {
+    state_ = state;
+    observers_.notify();
+}
+
+void ConversionJob::setProgress(double percent) {
+    progress_ = percent;
+    observers_.notify();
+}
+
+void ConversionJob::setSpeedInfoFromMethod(AudioMethod method) {
+    fastmode_ = method == AudioMethodCopy;
+}
+
+void ConversionJob::presetSpeedInfo() {
+    if (audioTrackIndex_ >= fileInfo_.audioTrackInformation.size()) return;
+    const auto& entry = fileInfo_.audioTrackInformation[audioTrackIndex_].text;
+    setSpeedInfoFromMethod(calculateConversionMethod(codecOf(entry), isSurround(entry),
+                                                     controller_.conversionSettings().audio));
+}
+
+void ConversionJob::start() {
+    takeSleepAssertion();
+    audioFile_.clear();
+    aacFile_.clear();
+    jobOutput_.clear();
+    startProblem_.clear();
+    if (!checkInput()) return;
+    deleteOutput();
+    progressFile_ = ProgressFile::create(vantor_.docDir(), fileInfo_.fileName);
+    const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
+    if (!fileInfo_.audioTrackInformation.empty() && !chooseAudio(settings)) return;
+    arguments_ = buildArguments({.file = fileInfo_,
+                                 .audioTrackIndex = audioTrackIndex_,
+                                 .settings = settings,
+                                 .progressFile = progressFile_.path(),
+                                 .needsFixup = needsFixup(settings)});
+    launch();
+}
+
+bool ConversionJob::checkInput() {
+    if (!isPresentFile(fileInfo_.fileURL)) {
+        // The state first: an alert's own loop may let others look at this job, or take it away.
+        jobOutput_ = "USER_REMOVED";
+        finishedError_ = true;
+        const auto name = Fennimar::validUtf8(fileInfo_.fileURL.filename().native());
+        auto& vantor = vantor_;
+        setState(ConversionJobState::Failed);
+        alert_apptitled(vantor,
+                        makeString("It seems you've removed the file %@ or unmounted it's volume "
+                                   "so conversion can't proceed.",
+                                   name),
+                        "OK");
+        return false;
+    }
+    if (writesOverInput()) {
+        refuseStart(
+            makeString("The movie %@ can't be replaced by its own conversion. Please choose "
+                       "another destination.",
+                       Fennimar::validUtf8(fileInfo_.fileName)));
+        return false;
+    }
+    return true;
+}
+
+bool ConversionJob::chooseAudio(const ConversionSettings& settings) {
+    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
+    const auto method =
+        calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
+    setSpeedInfoFromMethod(method);
+    if (!isAudioMethod(method)) {
+        refuseStart(
+            makeString("The audio handling chosen for %@ audio is not valid (%i). Please "
+                       "choose another one in the preferences.",
+                       codecOf(entry), static_cast<int>(method)));
+        return false;
+    }
+    return checkFreeSpace();
+}
+
+bool ConversionJob::checkFreeSpace() {
+    if (!fileInfo_.destinationURL) return true;
+    const auto volume = volumeFacts(fileInfo_.destinationURL->parent_path());
+    // What cannot be asked is left to the converter, which says what is wrong there.
+    if (!volume) return true;
+    const auto problem = spaceProblem(fileInfo_.fileSize, *volume);
+    if (problem.empty()) return true;
+    progressFile_.remove();
+    alert_apptitled(vantor_, problem, "OK");
+    return false;
+}
+
+bool ConversionJob::needsFixup(const ConversionSettings& settings) const {
+    if (fileInfo_.audioTrackInformation.empty()) return false;
+    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
+    const auto codec = codecOf(entry);
+    const auto method = calculateConversionMethod(codec, isSurround(entry), settings.audio);
+    if (method != AudioMethodCopy || codec != "aac") return false;
+    return needFixup(vantor_.ports().processLauncher,
+                     vantor_.ports().mainBundle.pathForResource("ffmpeg"), fileInfo_,
+                     streamIndexOf(entry));
+}
+
+bool ConversionJob::writesOverInput() const {
+    std::error_code ignored;
+    return fileInfo_.destinationURL &&
+           std::filesystem::equivalent(*fileInfo_.destinationURL, fileInfo_.fileURL, ignored);
+}
+
+void ConversionJob::deleteOutput() const {
+    // The source is never touched, however the output came to name it.
+    if (fileInfo_.destinationURL && !writesOverInput()) {
+        Fennimar::removeFile(*fileInfo_.destinationURL);
+    }
+}
+
+}  // namespace reelvane

@@ -1,0 +1,118 @@
+// Launching the converter and following its run.
+
+#include "conversion/audio_method.h"
+#include "conversion/conversion_job.h"
+#include "conversion/job_completion.h"
+#include "conversion/run_log.h"
+#include "media/probe.h"
+#include "support/alerts.h"
+#include "support/dispatch.h"
+#include "support/ports/main_bundle.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+
+namespace {
+
+constexpr std::string_view kAssertionName = "Converting MKV file.";
+
+std::string launchProblem(LaunchError error, const std::filesystem::path& ffmpeg) {
+    switch (error) {
+        case LaunchError::NotExecutable:
+            return toolProblemText(ProbeToolProblem::Broken, ffmpeg);
+        case LaunchError::NoResources:
+            return toolProblemText(ProbeToolProblem::NoResources, ffmpeg);
+        case LaunchError::ArgumentsTooLong:
+            return "The conversion can't be started because its command line is too long. Please "
+                   "use shorter names for the movie and its folders.";
+        case LaunchError::None:
+        case LaunchError::NotFound:
+            break;
+    }
+    return toolProblemText(ProbeToolProblem::Missing, ffmpeg);
+}
+
+}  // namespace
+
+void ConversionJob::takeSleepAssertion() {
+    // A start that was refused has left it held.
+    if (sleepAssertion_ != kNoPowerAssertion) return;
+    sleepAssertion_ = vantor_.ports().powerAssertions.create(kAssertionName);
+}
+
+void ConversionJob::releaseSleepAssertion() {
+    vantor_.ports().powerAssertions.release(sleepAssertion_);
+    sleepAssertion_ = kNoPowerAssertion;
+}
+
+void ConversionJob::launch() {
+    const auto ffmpeg = vantor_.ports().mainBundle.pathForResource("ffmpeg");
+    auto result = vantor_.ports().processLauncher.launch(
+        {.executable = ffmpeg, .arguments = arguments_}, *this);
+    if (!result.child) {
+        refuseStart(launchProblem(result.error, ffmpeg));
+        return;
+    }
+    task_ = std::move(result.child);
+    startProgressTimer();
+    startDate_ = vantor_.ports().dispatcher.now();
+    setState(ConversionJobState::Converting);
+    controller_.pauseContinueClicked();
+}
+
+void ConversionJob::refuseStart(const std::string& problem) {
+    startProblem_ = problem;
+    finishedError_ = true;
+    progressFile_.remove();
+    deleteOutput();  // a trial run may have left one
+    releaseSleepAssertion();
+    auto& vantor = vantor_;
+    auto& controller = controller_;
+    setState(ConversionJobState::Failed);
+    // From here on nothing of the job is touched: the alert's own loop may take it away.
+    alert_apptitled(vantor, problem, "OK");
+    // In a later turn, so that a queue full of refused jobs does not nest.
+    dispatch_async_main(vantor, [&controller] { startNextJobIfIdle(controller); });
+}
+
+void ConversionJob::outputReceived(std::string_view bytes) {
+    appendToLog(jobOutput_, bytes);
+}
+
+void ConversionJob::startProgressTimer() {
+    timer_ = vantor_.ports().dispatcher.every(std::chrono::seconds(1), [this] { progressTimer(); });
+}
+
+void ConversionJob::progressTimer() {
+    const auto outTime = progressFile_.readOutTime();
+    if (!outTime) return;
+    if (const auto percent = progressPercent(*outTime, fileInfo_.runtimeSeconds)) {
+        setProgress(*percent);
+    }
+}
+
+void ConversionJob::pause() {
+    if (state_ != ConversionJobState::Converting) return;
+    timer_.reset();
+    task_->suspend();
+    setState(ConversionJobState::Paused);
+    releaseSleepAssertion();
+}
+
+void ConversionJob::continueJob() {
+    auto& controller = controller_;  // a start that is refused shows an alert, whose own loop may
+                                     // take this job away
+    if (state_ == ConversionJobState::Paused) {
+        startProgressTimer();
+        task_->resume();
+        setState(ConversionJobState::Converting);
+        takeSleepAssertion();
+    } else if (state_ == ConversionJobState::Queued) {
+        start();
+    } else {
+        return;
+    }
+    controller.pauseContinueClicked();
+}
+
+}  // namespace reelvane

@@ -1,0 +1,54 @@
+#include "conversion/failure_report.h"
+
+#include "support/alerts.h"
+#include "support/make_string.h"
+#include "support/ports/host.h"
+#include "support/ports/main_bundle.h"
+#include "support/ports/workspace.h"
+#include "support/strings.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+
+namespace {
+
+/// One field of the link. Escaping leaves the separator of fields alone, so it is encoded here.
+std::string field(std::string_view text) {
+    return Fennimar::replaced(Fennimar::escaped(Fennimar::validUtf8(text)), "&", "%26");
+}
+
+ReportSender senderOf(Vantor& vantor) {
+    const auto& host = vantor.ports().host;
+    return {.appName = vantor.appName(),
+            .appVersion = vantor.appVersionString(),
+            .supportAddress = "",
+            .machineType = host.machineModel(),
+            .operatingSystem = host.operatingSystemVersion(),
+            .preferences = ""};
+}
+
+}  // namespace
+
+std::string problemReportLink(const ReportSender& sender, const FailedRun& run) {
+    const auto subject = makeString("%@ v%@ Problem Report", sender.appName, sender.appVersion);
+    const auto body = makeString(
+        "Hello\nConversion of a file failed.\n\nBye\n\nP.S. Details: %@ %@ %@\n\n\n"
+        "P.P.S: Hardware: %@ Software: %@ Preferences: %@",
+        run.arguments, run.jobOutput, run.recordDescription, sender.machineType,
+        sender.operatingSystem, sender.preferences);
+    return makeString("mailto:%@?subject=%@&body=%@", field(sender.supportAddress), field(subject),
+                      field(body));
+}
+
+void explainFailure(Vantor& vantor, const Diagnosis& diagnosis, const FailedRun& run) {
+    if (!diagnosis.offersReport) {
+        alert(vantor, diagnosis.title, diagnosis.message, "OK");
+        return;
+    }
+    const auto answer =
+        alert(vantor, diagnosis.title, diagnosis.message, "Send to support", "Cancel");
+    if (answer != kFirstButton) return;
+    vantor.ports().workspace.openURL(problemReportLink(senderOf(vantor), run));
+}
+
+}  // namespace reelvane

@@ -1,0 +1,47 @@
+#include "conversion/job_completion.h"
+
+#include "support/make_string.h"
+#include "support/paths.h"
+#include "support/ports/workspace.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+
+Notification endNotification(std::string_view appName, const EndedRun& run) {
+    if (run.failed) {
+        return {.title = makeString("%@ Conversion Failed", appName),
+                .text = makeString("%@ has failed to convert the file %@.", appName, run.fileName)};
+    }
+    return {.title = makeString("%@ Conversion Finished", appName),
+            .text = makeString("%@ has finished converting the file %@.", appName, run.fileName),
+            .actionTitle = "Show",
+            .path = run.output};
+}
+
+void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType) {
+    if (autoRemoveType == 0) {
+        vantor.ports().workspace.recycle(source);
+    } else {
+        Fennimar::removeFile(source);
+    }
+}
+
+void startNextJobIfIdle(ConversionJob::Controller& controller) {
+    if (controller.jobCountWithState(ConversionJobState::Converting) == 0) {
+        controller.startNextJobInQueue();
+    }
+}
+
+void followUp(Vantor& vantor, ConversionJob::Controller& controller,
+              const ConversionSettings& settings, const EndedRun& run) {
+    startNextJobIfIdle(controller);
+    vantor.ports().notifications.deliver(endNotification(vantor.appName(), run));
+    controller.conversionEnded();
+    if (settings.quitAfterConversion &&
+        controller.jobCountWithState(ConversionJobState::Converting) == 0 &&
+        controller.jobCountWithState(ConversionJobState::Failed) == 0) {
+        controller.terminate();
+    }
+}
+
+}  // namespace reelvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "conversion/conversion_job.h"
+#include "conversion/conversion_settings.h"
+#include "support/ports/notifications.h"
+
+namespace reelvane {
+
+/// What is left of a job when its run has ended; the job itself may be gone.
+struct EndedRun {
+    std::string fileName{};
+    std::filesystem::path output{};
+    bool failed = false;
+};
+
+/// What the user is told at the end of a run.
+[[nodiscard]] Notification endNotification(std::string_view appName, const EndedRun& run);
+
+/// Removes a converted source as `autoRemoveType` says: 0 to the Trash, anything else for good.
+void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType);
+
+/// What follows the end of every run: the next job, the notification, the counters, and quitting
+/// when nothing converts and nothing has failed.
+void followUp(Vantor& vantor, ConversionJob::Controller& controller,
+              const ConversionSettings& settings, const EndedRun& run);
+
+/// Starts the next job unless one runs.
+void startNextJobIfIdle(ConversionJob::Controller& controller);
+
+}  // namespace reelvane

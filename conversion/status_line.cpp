@@ -1,0 +1,59 @@
+#include "conversion/status_line.h"
+
+#include <string_view>
+
+#include "support/make_string.h"
+#include "support/strings.h"
+#include "support/time_text.h"
+
+namespace reelvane {
+
+namespace {
+
+constexpr double kLongestShown = 18000;
+
+/// What stands after the stream's number, with its leading space: " eng (ac3) [5.1]".
+std::string_view trackText(const AudioEntry& entry) {
+    const auto pieces = Fennimar::split(entry.text, ":");
+    return pieces.size() > 1 ? pieces[1] : std::string_view();
+}
+
+std::string withAudio(std::string line, const StatusFacts& facts) {
+    if (facts.audioTrackIndex >= facts.audio.size()) return line;
+    line = makeString("%@   Audio: %@", line, trackText(facts.audio[facts.audioTrackIndex]));
+    if (facts.audio.size() < 2) return line;
+    // Only the last of the other tracks is named: the line has little room.
+    const auto last = facts.audio.size() - 1;
+    const auto named = facts.audioTrackIndex == last ? last - 1 : last;
+    return makeString("%@ (Discarded: %@)", line, trackText(facts.audio[named]));
+}
+
+}  // namespace
+
+double remainingTime(double progress, double elapsed) {
+    const double remaining = (100 / progress) * elapsed - elapsed;
+    if (remaining > kLongestShown) return kLongestShown;
+    if (remaining < 0) return 0;
+    return remaining;
+}
+
+std::string statusLine(const StatusFacts& facts) {
+    const auto word = kConversionJobStateWords[static_cast<std::size_t>(facts.state)];
+    const auto base = makeString("Status: %@", word);
+    switch (facts.state) {
+        case ConversionJobState::Failed:
+            return makeString("%@   Click the arrow at the right to get more information.", base);
+        case ConversionJobState::Finished:
+            return makeString("%@ [Conversion took: %@]", base,
+                              formattedTimeFromTimeInterval(facts.conversionSeconds));
+        case ConversionJobState::Converting:
+            return makeString("%@   ETA: %@", withAudio(base, facts),
+                              formattedTimeFromTimeInterval(facts.remainingSeconds));
+        case ConversionJobState::Queued:
+        case ConversionJobState::Paused:
+            break;
+    }
+    return base;
+}
+
+}  // namespace reelvane
