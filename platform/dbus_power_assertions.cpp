@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/dbus_connection.h"
+#include "platform/posix_descriptor.h"
 
 namespace reelvane {
 namespace {
@@ -58,14 +59,6 @@ const std::array kServices{
 class DBusPowerAssertions::Inhibitors {
 public:
     explicit Inhibitors(const std::string& application) : application_(validUtf8(application)) {}
-    Inhibitors(const Inhibitors&) = delete;
-    Inhibitors& operator=(const Inhibitors&) = delete;
-    Inhibitors(Inhibitors&&) = delete;
-    Inhibitors& operator=(Inhibitors&&) = delete;
-    ~Inhibitors() {
-        for (const auto& [id, held] : held_)
-            if (!held.service->uninhibit) ::close(held.descriptor);
-    }
 
     void take(PowerAssertionID id, const std::string& reason, BackgroundThread::Context& context) {
         std::string error;
@@ -84,12 +77,9 @@ public:
     void giveBack(PowerAssertionID id, BackgroundThread::Context& context) {
         const auto found = held_.find(id);
         if (found == held_.end()) return;
-        const auto held = found->second;
+        const auto held = std::move(found->second);
         held_.erase(found);
-        if (!held.service->uninhibit) {
-            ::close(held.descriptor);
-            return;
-        }
+        if (!held.service->uninhibit) return;
         auto method = held.service->inhibit;
         method.name = held.service->uninhibit;
         // An error says that the service is gone, and what it held with it.
@@ -108,7 +98,7 @@ private:
     struct Held {
         const InhibitService* service = nullptr;
         guint32 cookie = 0;
-        int descriptor = -1;
+        PosixDescriptor descriptor{};
     };
 
     DBusConnection& busOf(const InhibitService& service) {
@@ -123,10 +113,11 @@ private:
             gint32 index = 0;
             g_variant_get(answer.values.get(), "(h)", &index);
             if (!answer.descriptors) return false;
-            held.descriptor = g_unix_fd_list_get(answer.descriptors.get(), index, nullptr);
-            if (held.descriptor < 0) return false;
+            held.descriptor =
+                PosixDescriptor(g_unix_fd_list_get(answer.descriptors.get(), index, nullptr));
+            if (!held.descriptor) return false;
         }
-        held_.emplace(id, held);
+        held_.emplace(id, std::move(held));
         return true;
     }
 

@@ -10,6 +10,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "platform/posix_descriptor.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/platform/private_bus.h"
 #include "tests/platform/recording_log.h"
@@ -37,13 +38,13 @@ struct Descriptor {
     GDBusMessage* answer(GDBusMessage* call) {
         std::array<int, 2> ends{};
         EXPECT_EQ(::pipe(ends.data()), 0);
-        readingEnd = ends[0];
+        readingEnd = PosixDescriptor(ends[0]);
         auto* const message = MockService::reply(call, g_variant_new("(h)", 0));
         const GObjectHandle<GUnixFDList> list(g_unix_fd_list_new_from_array(&ends[1], 1));
         g_dbus_message_set_unix_fd_list(message, list.get());
         return message;
     }
-    int readingEnd = -1;
+    PosixDescriptor readingEnd;
 };
 
 struct Power : testing::Test {
@@ -80,8 +81,8 @@ TEST_F(Power, TheLoginManagersDescriptorIsHeldUntilTheRelease) {
     EXPECT_EQ(bus.nextCall(), "Inhibit('idle', 'Reelvane', 'why', 'block')");
     power->release(held);
     char byte = 0;
-    EXPECT_EQ(::read(descriptor.readingEnd, &byte, 1), 0);  // comes when the last writer has closed
-    ::close(descriptor.readingEnd);
+    EXPECT_EQ(::read(descriptor.readingEnd.get(), &byte, 1),
+              0);  // comes when the last writer has closed
 }
 
 TEST_F(Power, AReleaseBeforeTheAnswerGivesBackWhatArrives) {
@@ -130,17 +131,17 @@ TEST_F(Power, ABusThatNeverAnswersDoesNotHoldUpTheEnd) {
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
     const auto path = folder.path() / "bus";
     path.native().copy(address.sun_path, sizeof address.sun_path - 1);
-    const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    const PosixDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
     // The address family is told apart by its first member, as the socket interface has it.
-    ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    ASSERT_EQ(::listen(listener, 5), 0);
+    ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
+              0);
+    ASSERT_EQ(::listen(listener.get(), 5), 0);
     ::setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path.native()).c_str(), 1);
     ::setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + path.native()).c_str(), 1);
     static_cast<void>(power->create("why"));
     const auto start = std::chrono::steady_clock::now();
     power.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-    ::close(listener);
 }
 
 }  // namespace

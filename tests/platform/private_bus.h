@@ -75,7 +75,10 @@ public:
         : bus_(bus),
           answer_(std::move(answer)),
           connection_(bus.connect()) {
-        g_dbus_connection_add_filter(connection_.get(), &MockService::received, this, nullptr);
+        {
+            const std::scoped_lock lock(mutex_);
+            g_dbus_connection_add_filter(connection_.get(), &MockService::received, this, nullptr);
+        }
         const VariantHandle owned(g_dbus_connection_call_sync(
             connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
             "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", name, 4U), nullptr,
@@ -85,7 +88,10 @@ public:
     MockService& operator=(const MockService&) = delete;
     MockService(MockService&&) = delete;
     MockService& operator=(MockService&&) = delete;
-    ~MockService() { g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr); }
+    ~MockService() {
+        g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr);
+        const std::scoped_lock lock(mutex_);
+    }
 
     static GDBusMessage* reply(GDBusMessage* call, GVariant* values) {
         auto* const message = g_dbus_message_new_method_reply(call);
@@ -96,7 +102,10 @@ public:
         return g_dbus_message_new_method_error_literal(call, "org.example.Refused", "not today");
     }
 
-    void answerHeld(GVariant* values) { send(reply(held_.get(), values)); }
+    void answerHeld(GVariant* values) {
+        const std::scoped_lock lock(mutex_);
+        send(reply(held_.get(), values));
+    }
 
     void emit(const char* path, const char* interface, const char* name, GVariant* values) {
         g_dbus_connection_emit_signal(connection_.get(), nullptr, path, interface, name, values,
@@ -114,6 +123,7 @@ private:
     }
 
     void handle(GObjectHandle<GDBusMessage> call) {
+        const std::scoped_lock lock(mutex_);
         auto* const body = g_dbus_message_get_body(call.get());
         const GLibText text(body ? g_variant_print(body, FALSE) : g_strdup("()"));
         auto* const answer = answer_(call.get());
@@ -130,6 +140,8 @@ private:
     }
 
     PrivateBus& bus_;
+    // Calls come on GDBus's thread, to which the lock hands over what the test's thread made.
+    static inline std::mutex mutex_;
     Answer answer_;
     GObjectHandle<GDBusMessage> held_;
     GObjectHandle<GDBusConnection> connection_;
