@@ -1,0 +1,112 @@
+#include "platform/glib_dispatcher.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace reelvane {
+
+namespace {
+
+/// Ticks keep to the rhythm of the first; those that the main thread was too busy for are skipped.
+class GlibTimer final : public Timer {
+public:
+    GlibTimer(Interval interval, Work tick)
+        : interval_(std::max<Interval>(interval, std::chrono::milliseconds(1))),
+          due_(WorkQueue::dueAfter(interval_)),
+          source_(makeTimedSource(
+              [this, work = std::move(tick)] {
+                  moveOn();
+                  work();  // may destroy this timer
+              },
+              NestedLoop::Waits)) {
+        arm();
+    }
+
+private:
+    void moveOn() {
+        const auto missed = (TimePoint::clock::now() - due_) / interval_;
+        due_ += interval_ * (missed + 1);
+        arm();
+    }
+    void arm() { g_source_set_ready_time(source_.get(), readyTime(due_)); }
+
+    Interval interval_;
+    TimePoint due_;
+    GlibSource source_;
+};
+
+}  // namespace
+
+GlibDispatcher::GlibDispatcher()
+    : mainThread_(std::this_thread::get_id()),
+      source_(makeTimedSource([this] { runNext(); }, NestedLoop::MayRun)) {}
+
+GlibDispatcher::~GlibDispatcher() {
+    background_.stop();  // its work may still submit to the main queue
+    WorkQueue dropped;
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    std::swap(dropped, mainQueue_);
+}
+
+int GlibDispatcher::run() {
+    while (!quitting_) g_main_context_iteration(nullptr, TRUE);
+    quitting_ = false;
+    return exitStatus_;
+}
+
+void GlibDispatcher::quit(int exitStatus) {
+    exitStatus_ = exitStatus;
+    quitting_ = true;
+    g_main_context_wakeup(nullptr);
+}
+
+void GlibDispatcher::asyncMain(Work work) {
+    afterMain(Interval::zero(), std::move(work));
+}
+
+void GlibDispatcher::afterMain(Interval delay, Work work) {
+    const std::lock_guard lock(mutex_);
+    if (stopping_) return;
+    // Read under the lock, the clock never goes back: what comes later is never due earlier.
+    mainQueue_.push(WorkQueue::dueAfter(delay), std::move(work));
+    awaitNext();
+}
+
+void GlibDispatcher::awaitNext() {
+    const auto due = mainQueue_.nextDue();
+    g_source_set_ready_time(source_.get(), due ? readyTime(*due) : -1);
+}
+
+void GlibDispatcher::runNext() {
+    Work work;
+    {
+        const std::lock_guard lock(mutex_);
+        work = mainQueue_.takeDue();
+        // Before the work runs: a loop that it runs inside serves what waits behind it.
+        awaitNext();
+    }
+    if (work) work();
+}
+
+void GlibDispatcher::asyncBackground(Work work) {
+    background_.submit(Interval::zero(), std::move(work));
+}
+
+void GlibDispatcher::afterBackground(Interval delay, Work work) {
+    background_.submit(delay, std::move(work));
+}
+
+bool GlibDispatcher::isMainThread() const {
+    return std::this_thread::get_id() == mainThread_;
+}
+
+std::unique_ptr<Timer> GlibDispatcher::every(Interval interval, Work tick) {
+    return std::make_unique<GlibTimer>(interval, std::move(tick));
+}
+
+TimePoint GlibDispatcher::now() const {
+    return TimePoint::clock::now();
+}
+
+}  // namespace reelvane

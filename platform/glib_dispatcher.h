@@ -1,0 +1,55 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "platform/glib_source.h"
+#include "platform/thread_pool.h"
+#include "platform/work_queue.h"
+#include "support/ports/dispatcher.h"
+
+namespace reelvane {
+
+/// The main loop on GLib's default main context, and a thread pool for background work.
+/// The thread that makes it is the main thread, which also destroys it; that waits for the
+/// background work that runs and drops all that has not begun. Any loop on the default context
+/// serves it: `run`, or a toolkit's own.
+class GlibDispatcher final : public Dispatcher {
+public:
+    GlibDispatcher();
+    ~GlibDispatcher() override;
+    GlibDispatcher(const GlibDispatcher&) = delete;
+    GlibDispatcher& operator=(const GlibDispatcher&) = delete;
+    GlibDispatcher(GlibDispatcher&&) = delete;
+    GlibDispatcher& operator=(GlibDispatcher&&) = delete;
+
+    /// Runs the main loop until `quit`, also one that came before, and answers its status.
+    int run();
+    /// Ends `run` after the work that runs. Any thread.
+    void quit(int exitStatus = 0);
+
+    void asyncMain(Work work) override;
+    void afterMain(Interval delay, Work work) override;
+    void asyncBackground(Work work) override;
+    void afterBackground(Interval delay, Work work) override;
+    [[nodiscard]] bool isMainThread() const override;
+    [[nodiscard]] std::unique_ptr<Timer> every(Interval interval, Work tick) override;
+    [[nodiscard]] TimePoint now() const override;
+
+private:
+    void runNext();
+    void awaitNext();
+
+    std::thread::id mainThread_;
+    std::atomic<bool> quitting_ = false;
+    std::atomic<int> exitStatus_ = 0;
+    std::mutex mutex_;
+    WorkQueue mainQueue_;    ///< guarded by `mutex_`
+    bool stopping_ = false;  ///< guarded by `mutex_`
+    GlibSource source_;      ///< ready when the main queue's next work is due
+    ThreadPool background_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,105 @@
+#include "platform/posix_process_launcher.h"
+
+#include <array>
+#include <csignal>
+#include <memory>
+#include <poll.h>
+#include <string>
+#include <utility>
+
+#include "platform/glib_source.h"
+#include "platform/posix_child.h"
+
+namespace reelvane {
+
+namespace {
+
+/// A child whose output and end are told to a listener from the main loop.
+class PosixChildProcess final : public ChildProcess {
+public:
+    PosixChildProcess(PosixChild child, ProcessListener& listener)
+        : child_(std::move(child)),
+          listener_(listener),
+          outputSource_(makeReadableSource(child_.output(), [this] { receiveOutput(); })),
+          endSource_(makeReadableSource(child_.endDescriptor(), [this] { finish(); })) {}
+    ~PosixChildProcess() override { terminate(); }
+    PosixChildProcess(const PosixChildProcess&) = delete;
+    PosixChildProcess& operator=(const PosixChildProcess&) = delete;
+    PosixChildProcess(PosixChildProcess&&) = delete;
+    PosixChildProcess& operator=(PosixChildProcess&&) = delete;
+
+    void suspend() override {
+        if (running_) child_.signalGroup(SIGSTOP);
+    }
+    void resume() override {
+        if (running_) child_.signalGroup(SIGCONT);
+    }
+    void terminate() override {
+        if (!std::exchange(running_, false)) return;
+        dropSources();
+        child_.terminate();
+    }
+
+private:
+    void dropSources() {
+        outputSource_.reset();
+        endSource_.reset();
+    }
+
+    void receiveOutput() {
+        std::string output;
+        if (!readAvailable(child_.output(), output)) outputSource_.reset();
+        if (!output.empty()) listener_.outputReceived(output);  // may destroy this
+    }
+
+    void finish() {
+        running_ = false;
+        dropSources();
+        const int status = child_.reap();
+        const auto output = child_.takePendingOutput();
+        listener_.taskFinished(status, output);  // may destroy this
+    }
+
+    PosixChild child_;
+    ProcessListener& listener_;
+    bool running_ = true;  ///< not yet waited for, so that its number is still its own
+    GlibSource outputSource_;
+    GlibSource endSource_;
+};
+
+/// Reads until the child has ended, which the end of its output alone does not say: it may close
+/// its output and go on, and others may hold it open.
+std::string outputUntilEnd(const PosixChild& child) {
+    std::string output;
+    std::array<pollfd, 2> waited = {
+        pollfd{.fd = child.endDescriptor(), .events = POLLIN, .revents = 0},
+        pollfd{.fd = child.output(), .events = POLLIN, .revents = 0}};
+    while (waited[0].revents == 0) {
+        if (::poll(waited.data(), waited.size(), -1) < 0) {
+            waited[0].revents = 0;
+            continue;
+        }
+        if (waited[1].revents != 0 && !readAvailable(child.output(), output)) waited[1].fd = -1;
+    }
+    return output;
+}
+
+}  // namespace
+
+LaunchResult PosixProcessLauncher::launch(const ProcessRequest& request,
+                                          ProcessListener& listener) {
+    auto started = PosixChild::start(request);
+    if (!started.child) return {.error = started.error};
+    return {.child = std::make_unique<PosixChildProcess>(*std::move(started.child), listener)};
+}
+
+RunResult PosixProcessLauncher::run(const ProcessRequest& request) {
+    auto started = PosixChild::start(request);
+    if (!started.child) return {.error = started.error};
+    auto output = outputUntilEnd(*started.child);
+    const int status = started.child->reap();
+    output += started.child->takePendingOutput();
+    return {.finished = FinishedProcess{.output = std::move(output), .exitStatus = status}};
+}
+
+}  // namespace reelvane

@@ -1,0 +1,59 @@
+#include "platform/thread_pool.h"
+
+#include <utility>
+
+namespace reelvane {
+
+namespace {
+constexpr std::size_t kMostThreads = 4;
+}  // namespace
+
+ThreadPool::~ThreadPool() {
+    stop();
+}
+
+void ThreadPool::stop() {
+    WorkQueue dropped;
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        std::swap(dropped, queue_);
+    }
+    changed_.notify_all();
+    for (auto& thread : threads_) thread.join();
+    threads_.clear();
+}
+
+void ThreadPool::submit(Interval delay, Work work) {
+    const std::lock_guard lock(mutex_);
+    if (stopping_) return;
+    queue_.push(WorkQueue::dueAfter(delay), std::move(work));
+    if (queue_.size() > idle_ && threads_.size() < kMostThreads) {
+        threads_.emplace_back([this] { serve(); });
+    }
+    changed_.notify_one();
+}
+
+void ThreadPool::serve() {
+    std::unique_lock lock(mutex_);
+    while (!stopping_) {
+        if (auto work = queue_.takeDue()) {
+            // The one who waited for the next work's time may be the one who took this.
+            changed_.notify_one();
+            lock.unlock();
+            work();
+            work = nullptr;  // what it holds goes before the next turn, outside the lock
+            lock.lock();
+            continue;
+        }
+        ++idle_;
+        if (const auto due = queue_.nextDue()) {
+            changed_.wait_until(lock, *due);
+        } else {
+            changed_.wait(lock);
+        }
+        --idle_;
+    }
+}
+
+}  // namespace reelvane

@@ -1,0 +1,148 @@
+#include "platform/glib_dispatcher.h"
+
+#include <atomic>
+#include <filesystem>
+#include <future>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace reelvane {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+std::ptrdiff_t threadCount() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+TEST(GlibDispatcher, MainWorkRunsLaterAndInOrder) {
+    GlibDispatcher dispatcher;
+    std::vector<int> order;
+    dispatcher.afterMain(milliseconds(2), [&] {
+        order.push_back(4);
+        dispatcher.quit(7);
+    });
+    dispatcher.afterMain(milliseconds(-1), [&] { order.push_back(1); });
+    dispatcher.asyncMain([&] {
+        order.push_back(2);
+        dispatcher.asyncMain([&] { order.push_back(3); });
+        EXPECT_TRUE(dispatcher.isMainThread());
+    });
+    EXPECT_TRUE(order.empty());
+    EXPECT_EQ(dispatcher.run(), 7);
+    EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
+}
+
+TEST(GlibDispatcher, EveryThreadsMainWorkKeepsItsOrderAndWakesTheLoop) {
+    constexpr int kThreads = 4;
+    constexpr int kEach = 500;
+    GlibDispatcher dispatcher;
+    std::vector<std::vector<int>> seen(kThreads);
+    int total = 0;
+    std::vector<std::thread> threads;
+    for (std::size_t thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < kEach; ++i) {
+                dispatcher.asyncMain([&, thread, i] {
+                    seen[thread].push_back(i);
+                    if (++total == kThreads * kEach) dispatcher.quit();
+                });
+            }
+        });
+    }
+    dispatcher.run();
+    for (auto& thread : threads) thread.join();
+    for (const auto& numbers : seen) {
+        EXPECT_EQ(numbers.size(), std::size_t{kEach});
+        EXPECT_TRUE(std::ranges::is_sorted(numbers));
+    }
+}
+
+// A modal dialogue runs a loop of its own inside the work that shows it.
+TEST(GlibDispatcher, ALoopInsideWorkServesTheWorkBehindIt) {
+    GlibDispatcher dispatcher;
+    bool behindRan = false;
+    dispatcher.asyncMain([&] {
+        while (!behindRan) g_main_context_iteration(nullptr, TRUE);
+        dispatcher.quit();
+    });
+    dispatcher.asyncMain([&] { behindRan = true; });
+    dispatcher.run();
+    EXPECT_TRUE(behindRan);
+}
+
+TEST(GlibDispatcher, TimersTickUntilDestroyedEvenInsideTheirOwnTick) {
+    GlibDispatcher dispatcher;
+    int ticks = 0;
+    int strayTicks = 0;
+    const auto start = dispatcher.now();
+    const auto stray = std::make_unique<std::unique_ptr<Timer>>(
+        dispatcher.every(milliseconds(1), [&] { ++strayTicks; }));
+    std::unique_ptr<Timer> timer;
+    timer = dispatcher.every(milliseconds(3), [&, kept = std::string(100, 'x')] {
+        if (++ticks < 3) return;
+        timer.reset();
+        EXPECT_EQ(kept, std::string(100, 'x'));  // what the work holds outlives its timer
+        dispatcher.afterMain(milliseconds(10), [&] { dispatcher.quit(); });
+    });
+    stray->reset();
+    dispatcher.run();
+    EXPECT_EQ(ticks, 3);
+    EXPECT_EQ(strayTicks, 0);
+    EXPECT_GE(dispatcher.now() - start, milliseconds(19));
+}
+
+TEST(GlibDispatcher, BackgroundWorkRunsAtOnceOnThreadsThatStay) {
+    GlibDispatcher dispatcher;
+    const auto before = threadCount();
+    std::promise<void> released;
+    dispatcher.asyncBackground([&] {
+        EXPECT_FALSE(dispatcher.isMainThread());
+        released.get_future().wait();  // needs the second work to run beside it
+        dispatcher.asyncMain([&] { dispatcher.quit(); });
+    });
+    const auto start = dispatcher.now();
+    dispatcher.afterBackground(milliseconds(5), [&] {
+        EXPECT_GE(dispatcher.now() - start, milliseconds(5));
+        released.set_value();
+    });
+    dispatcher.run();
+    EXPECT_GT(threadCount(), before);
+}
+
+TEST(GlibDispatcher, ThreadsComeWithTheFirstBackgroundWork) {
+    const auto before = threadCount();
+    const GlibDispatcher dispatcher;
+    EXPECT_EQ(threadCount(), before);
+}
+
+TEST(GlibDispatcher, DestructionWaitsForRunningWorkAndDropsTheRest) {
+    std::atomic<bool> finished = false;
+    std::atomic<bool> dropped = false;
+    {
+        GlibDispatcher dispatcher;
+        std::promise<void> running;
+        dispatcher.asyncBackground([&] {
+            running.set_value();
+            dispatcher.asyncMain([&] { ADD_FAILURE() << "the loop is over"; });
+            finished = true;
+        });
+        running.get_future().wait();
+        dispatcher.afterBackground(std::chrono::hours(1), [] { ADD_FAILURE(); });
+        const auto held = std::shared_ptr<void>(nullptr, [&](void*) {
+            dispatcher.asyncMain([] { ADD_FAILURE(); });
+            dropped = true;
+        });
+        dispatcher.asyncMain([held] { ADD_FAILURE(); });
+    }
+    EXPECT_TRUE(finished);
+    EXPECT_TRUE(dropped);
+}
+
+}  // namespace
+}  // namespace reelvane

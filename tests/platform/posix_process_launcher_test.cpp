@@ -1,0 +1,220 @@
+#include "platform/posix_process_launcher.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/glib_dispatcher.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace reelvane {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+ProcessRequest shell(const std::string& script) {
+    return {.executable = "/bin/sh", .arguments = {"-c", script}};
+}
+
+FinishedProcess finishedRun(const ProcessRequest& request) {
+    return PosixProcessLauncher().run(request).finished.value_or(FinishedProcess{"not run", -1});
+}
+
+bool isGone(pid_t process) {
+    return ::kill(process, 0) < 0 && errno == ESRCH;
+}
+
+/// Runs the main loop until the child ends or the test says so.
+class LaunchedChild final : public ProcessListener {
+public:
+    explicit LaunchedChild(const ProcessRequest& request)
+        : child(PosixProcessLauncher().launch(request, *this).child) {}
+    void outputReceived(std::string_view bytes) override {
+        output += bytes;
+        if (onOutput) onOutput();
+    }
+    void taskFinished(int exitStatus, std::string_view remainingOutput) override {
+        output += remainingOutput;
+        status = exitStatus;
+        child.reset();
+        dispatcher.quit();
+    }
+    void runUntilLine() {
+        onOutput = [this] {
+            if (output.ends_with('\n')) dispatcher.quit();
+        };
+        dispatcher.run();
+    }
+
+    GlibDispatcher dispatcher;
+    std::string output;
+    std::optional<int> status;
+    std::function<void()> onOutput;
+    std::unique_ptr<ChildProcess> child;
+};
+
+TEST(PosixProcessLauncher, RunAnswersOutputAndStatus) {
+    const struct {
+        ProcessRequest request;
+        std::string output;
+        int status;
+    } cases[] = {
+        {shell("echo out; echo err >&2; exit 3"), "out\nerr\n", 3},
+        {shell("kill -KILL $$"), "", SIGKILL},
+        {shell("exec >&- 2>&-; exit 4"), "", 4},
+        {shell("cat; printf end"), "end", 0},
+        {{.executable = "/usr/bin/printf", .arguments = {"%s|%s|", "a\xFF b", ""}}, "a\xFF b||", 0},
+        {shell("ls /proc/self/fd"), "0\n1\n2\n3\n", 0},  // 3 is the folder that ls itself reads
+    };
+    const int leaked = ::dup(STDERR_FILENO);  // a descriptor that others forgot to mark
+    for (const auto& [request, output, status] : cases) {
+        SCOPED_TRACE(request.arguments.back());
+        const auto finished = finishedRun(request);
+        EXPECT_EQ(finished.output, output);
+        EXPECT_EQ(finished.exitStatus, status);
+    }
+    ::close(leaked);
+}
+
+TEST(PosixProcessLauncher, NothingOfEightMebibytesIsLost) {
+    const std::size_t size = 8U << 20U;
+    const auto request = shell("head -c 8388608 /dev/zero; exit 5");
+    EXPECT_EQ(finishedRun(request).output, std::string(size, '\0'));
+    LaunchedChild launched(request);
+    launched.dispatcher.run();
+    EXPECT_EQ(launched.output.size(), size);
+    EXPECT_EQ(launched.status, 5);
+}
+
+TEST(PosixProcessLauncher, TheChildStartsWithFreshSignalsInItsOwnGroup) {
+    const auto masks = shell("grep -E 'SigBlk|SigIgn' /proc/self/status");
+    std::signal(SIGPIPE, SIG_DFL);
+    const auto fresh = finishedRun(masks).output;
+    std::signal(SIGPIPE, SIG_IGN);
+    sigset_t blocked;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+    const auto started = finishedRun(masks).output;
+    ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
+    std::signal(SIGPIPE, SIG_DFL);
+    EXPECT_THAT(fresh, HasSubstr("SigBlk:\t0000000000000000"));
+    EXPECT_EQ(started, fresh);
+    EXPECT_EQ(finishedRun(shell("test $(cut -d' ' -f5 /proc/$$/stat) = $$")).exitStatus, 0);
+}
+
+TEST(PosixProcessLauncher, AFailedStartSaysWhy) {
+    const TemporaryFolder folder;
+    const auto plain = folder.write("plain", "echo no");
+    const auto noFormat = folder.write("noFormat", "\x7F junk");
+    const auto noInterpreter = folder.write("noInterpreter", "#!/no/such/shell\n");
+    for (const auto& file : {noFormat, noInterpreter}) {
+        std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    }
+    const std::string tooLong(200'000, 'x');
+    const struct {
+        ProcessRequest request;
+        LaunchError error;
+    } cases[] = {
+        {{.executable = folder.path() / "none"}, LaunchError::NotFound},
+        {{.executable = plain / "below"}, LaunchError::NotFound},
+        {{.executable = noInterpreter}, LaunchError::NotFound},
+        {{.executable = plain}, LaunchError::NotExecutable},
+        {{.executable = noFormat}, LaunchError::NotExecutable},
+        {{.executable = folder.path()}, LaunchError::NotExecutable},
+        {{.executable = "/bin/echo", .arguments = {tooLong}}, LaunchError::ArgumentsTooLong},
+    };
+    for (const auto& [request, error] : cases) {
+        SCOPED_TRACE(request.executable);
+        const auto result = PosixProcessLauncher().run(request);
+        EXPECT_FALSE(result.finished);
+        EXPECT_EQ(result.error, error);
+    }
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a failed start leaves a process behind";
+}
+
+TEST(PosixProcessLauncher, AGrandchildThatHoldsThePipeDelaysNothing) {
+    const auto request = shell("sleep 60 & echo $!; exit 6");
+    const auto finished = finishedRun(request);
+    EXPECT_EQ(finished.exitStatus, 6);
+    LaunchedChild launched(request);
+    launched.dispatcher.run();
+    EXPECT_EQ(launched.status, 6);
+    for (const auto& output : {finished.output, launched.output}) {
+        ASSERT_THAT(output, EndsWith("\n"));
+        EXPECT_EQ(::kill(std::stoi(output), SIGKILL), 0);
+    }
+}
+
+TEST(PosixProcessLauncher, TerminateEndsASuspendedChildAndWhatItStarted) {
+    LaunchedChild launched(shell("sleep 60 & echo $!; echo $$; wait"));
+    while (std::ranges::count(launched.output, '\n') < 2) launched.runUntilLine();
+    const auto process = std::stoi(launched.output.substr(launched.output.find('\n')));
+    const auto grandchild = ::syscall(SYS_pidfd_open, std::stoi(launched.output), 0);
+    launched.child->suspend();
+    launched.child->terminate();
+    EXPECT_TRUE(isGone(process));
+    EXPECT_FALSE(launched.status);
+    pollfd end{.fd = static_cast<int>(grandchild), .events = POLLIN, .revents = 0};
+    EXPECT_EQ(::poll(&end, 1, 30'000), 1);
+    ::close(end.fd);
+}
+
+TEST(PosixProcessLauncher, SuspendedChildrenGoOnWhenResumed) {
+    LaunchedChild launched(shell("echo ready; kill -STOP $$; echo on"));
+    launched.runUntilLine();
+    launched.onOutput = {};
+    launched.child->suspend();
+    launched.child->resume();
+    const auto again =
+        launched.dispatcher.every(std::chrono::milliseconds(5), [&] { launched.child->resume(); });
+    launched.dispatcher.run();
+    EXPECT_EQ(launched.output, "ready\non\n");
+    EXPECT_EQ(launched.status, 0);
+}
+
+TEST(PosixProcessLauncher, AListenerMayDestroyTheChildWhenToldOfOutput) {
+    LaunchedChild launched(shell("echo $$; exec sleep 60"));
+    launched.onOutput = [&] {
+        launched.child.reset();
+        launched.dispatcher.quit();
+    };
+    launched.dispatcher.run();
+    EXPECT_TRUE(isGone(std::stoi(launched.output)));
+    EXPECT_FALSE(launched.status);
+}
+
+TEST(PosixProcessLauncher, AChildDiesWithItsKilledParent) {
+    std::array<int, 2> lifeline{};
+    ASSERT_EQ(::pipe(lifeline.data()), 0);
+    const pid_t parent = ::fork();
+    if (parent == 0) {
+        // The child's argument opens the pipe anew: its end closes when the child is gone.
+        const auto line =
+            "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(lifeline[1]);
+        static_cast<void>(
+            PosixProcessLauncher().run(shell("exec 9>" + line + "; echo up >&9; exec sleep 60")));
+        ::_exit(1);
+    }
+    ::close(lifeline[1]);
+    std::array<char, 3> up{};
+    EXPECT_EQ(::read(lifeline[0], up.data(), up.size()), 3);
+    ::kill(parent, SIGKILL);
+    ::waitpid(parent, nullptr, 0);
+    EXPECT_EQ(::read(lifeline[0], up.data(), up.size()), 0);
+    ::close(lifeline[0]);
+}
+
+}  // namespace
+}  // namespace reelvane
