@@ -66,12 +66,17 @@ public:
     void synchronize();
 
 private:
+    /// What was set for this run only; its value is absent when it was forgotten since.
+    using RunValues = std::map<std::string, std::optional<std::string>, std::less<>>;
+
     [[nodiscard]] std::optional<std::string> textOf(std::string_view key) const;
+    [[nodiscard]] std::optional<std::string> registeredText(std::string_view key) const;
+    bool setInThisRunsLayer(std::string_view key, const std::optional<std::string>& text);
 
     PreferencesStore& store_;
     mutable std::mutex mutex_;  // guards the two layers above the store
     PreferenceValues registered_;
-    PreferenceValues forThisRun_;
+    RunValues forThisRun_;
 };
 
 }  // namespace reelvane

@@ -1,0 +1,131 @@
+#include "support/logging.h"
+
+#include <array>
+#include <condition_variable>
+#include <cstddef>
+#include <ctime>
+#include <mutex>
+#include <unistd.h>
+
+#include "support/log_capture.h"
+#include "support/ports/system_log.h"
+#include "support/preferences.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace {
+
+constexpr std::uint32_t kLevels = 8;
+constexpr std::uint32_t kLevelRingPlaces = 10;
+constexpr std::uint32_t kPrefsRingPlaces = 43;
+
+/// The one process-wide state. The lock is never held while a sink works, because a sink may log.
+struct LogState {
+    std::mutex mutex;
+    std::condition_variable sinksIdle;
+    LogSinks sinks;
+    int messagesInFlight = 0;  ///< that may still use the sinks
+    std::array<std::uint32_t, kLevels> levelPositions{};
+    std::uint32_t prefsPosition = 0;
+    LogCapture capture;
+};
+
+LogState& logState() {
+    static LogState state;
+    return state;
+}
+
+// How many messages this thread is sending at this moment, one inside the other.
+thread_local int messagesOfThisThread = 0;
+thread_local bool writingRing = false;
+
+/// Holds the sinks in place while a message goes to them.
+class SinkUse {
+public:
+    SinkUse() {
+        auto& state = logState();
+        const std::lock_guard lock(state.mutex);
+        ++state.messagesInFlight;
+        ++messagesOfThisThread;
+        sinks_ = state.sinks;
+    }
+    ~SinkUse() {
+        auto& state = logState();
+        const std::lock_guard lock(state.mutex);
+        --state.messagesInFlight;
+        --messagesOfThisThread;
+        state.sinksIdle.notify_all();
+    }
+    SinkUse(const SinkUse&) = delete;
+    SinkUse& operator=(const SinkUse&) = delete;
+    SinkUse(SinkUse&&) = delete;
+    SinkUse& operator=(SinkUse&&) = delete;
+
+    [[nodiscard]] const LogSinks& sinks() const { return sinks_; }
+
+private:
+    LogSinks sinks_;
+};
+
+/// In UTC: "2026-11-21 03:12:00 +0000".
+std::string dateDescription() {
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    ::gmtime_r(&now, &utc);
+    return makeString("%04i-%02i-%02i %02i:%02i:%02i +0000", utc.tm_year + 1900, utc.tm_mon + 1,
+                      utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
+}
+
+std::uint32_t takePosition(std::uint32_t& position, std::uint32_t places) {
+    const std::lock_guard lock(logState().mutex);
+    const auto taken = position;
+    position = (taken + 1) % places;
+    return taken;
+}
+
+/// A store that cannot be written may say so in the log, and that message must not try it again.
+void writeRing(const LogSinks& sinks, const std::string& key, std::string_view message) {
+    if (sinks.preferences == nullptr || writingRing) return;
+    writingRing = true;
+    sinks.preferences->setDefaultString(
+        key, makeString("date: %@ message: %@", dateDescription(), message));
+    writingRing = false;
+}
+
+}  // namespace
+
+void log_set_sinks(const LogSinks& sinks) {
+    auto& state = logState();
+    std::unique_lock lock(state.mutex);
+    state.sinks = sinks;
+    state.sinksIdle.wait(lock, [&] { return state.messagesInFlight == messagesOfThisThread; });
+}
+
+void log_message(std::uint32_t level, const std::string& message) {
+    auto& state = logState();
+    const SinkUse use;
+    if (const auto lost = state.capture.append(level, use.sinks().appName, message)) {
+        vn_log_level(kLogError, "could not open create data from string %@ for log", *lost);
+    }
+    if (level >= kLevels) return;
+    const auto position = takePosition(state.levelPositions.at(level), kLevelRingPlaces);
+    writeRing(use.sinks(), makeString("vantor_asl_lev%i_pos%i", level, position), message);
+    if (use.sinks().systemLog != nullptr) {
+        use.sinks().systemLog->write(static_cast<int>(level), message);
+    }
+}
+
+void vn_log_enablecapturetofile(const std::filesystem::path& file, std::uint64_t maxSize) {
+    if (!logState().capture.open(file, maxSize)) {
+        vn_log_level(kLogError, "could not open file %@ for log file usage", file);
+    }
+}
+
+void log_to_prefs(std::string_view message) {
+    auto& state = logState();
+    const SinkUse use;
+    const auto position = takePosition(state.prefsPosition, kPrefsRingPlaces);
+    writeRing(use.sinks(), makeString("vantor_logtoprefs_pos%i", position), message);
+}
+
+}  // namespace reelvane

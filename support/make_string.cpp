@@ -1,0 +1,175 @@
+#include "support/make_string.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+namespace reelvane {
+namespace {
+
+/// One place of a format text, read from behind its per cent sign.
+struct Place {
+    bool leftAligned = false;
+    bool zeroPadded = false;
+    char positiveSign = 0;  ///< what stands before a number that is not negative; 0: nothing
+    std::size_t width = 0;
+    std::optional<int> precision{};
+    char conversion = 0;
+    std::size_t length = 0;  ///< of the place's text, without the per cent sign
+};
+
+constexpr std::size_t kMaximumWidth = 4096;  // a mistyped width must not fill the memory
+constexpr int kMaximumPrecision = 300;
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+std::size_t readNumber(std::string_view text, std::size_t& at) {
+    std::size_t number = 0;
+    for (; at < text.size() && isDigit(text[at]); ++at) {
+        number = std::min(number * 10 + static_cast<std::size_t>(text[at] - '0'), kMaximumWidth);
+    }
+    return number;
+}
+
+/// Absent when no known place stands there.
+std::optional<Place> readPlace(std::string_view text) {
+    Place place;
+    std::size_t at = 0;
+    for (; at < text.size(); ++at) {
+        if (text[at] == '-') {
+            place.leftAligned = true;
+        } else if (text[at] == '0') {
+            place.zeroPadded = true;
+        } else if (text[at] == '+' || (text[at] == ' ' && place.positiveSign == 0)) {
+            place.positiveSign = text[at];
+        } else {
+            break;
+        }
+    }
+    place.width = readNumber(text, at);
+    if (at < text.size() && text[at] == '.') {
+        ++at;
+        place.precision = std::min(static_cast<int>(readNumber(text, at)), kMaximumPrecision);
+    }
+    while (at < text.size() && std::string_view("hlqzjt").find(text[at]) != std::string_view::npos)
+        ++at;
+    if (at == text.size()) return std::nullopt;
+    if (std::string_view("@sidux%f").find(text[at]) == std::string_view::npos) return std::nullopt;
+    place.conversion = text[at];
+    place.length = at + 1;
+    return place;
+}
+
+template <typename... Arguments>
+std::string characters(Arguments... arguments) {
+    std::array<char, 1024> buffer{};  // the largest double has 309 digits before its point
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), arguments...);
+    return {buffer.data(), result.ptr};
+}
+
+std::string plainText(const FormatArgument::Value& value) {
+    if (const auto* text = std::get_if<std::string>(&value)) return *text;
+    if (const auto* real = std::get_if<double>(&value)) return characters(*real);
+    return characters(std::get<long long>(value));
+}
+
+long long integerOf(const FormatArgument::Value& value) {
+    if (const auto* integer = std::get_if<long long>(&value)) return *integer;
+    const double real = std::get<double>(value);
+    if (std::isnan(real)) return 0;
+    constexpr double kLimit = 9223372036854775808.0;  // 2^63
+    if (real >= kLimit) return std::numeric_limits<long long>::max();
+    if (real < -kLimit) return std::numeric_limits<long long>::min();
+    return static_cast<long long>(real);
+}
+
+double realOf(const FormatArgument::Value& value) {
+    if (const auto* real = std::get_if<double>(&value)) return *real;
+    return static_cast<double>(std::get<long long>(value));
+}
+
+std::string padded(const Place& place, std::string sign, std::string text, bool zeros) {
+    const auto size = sign.size() + text.size();
+    if (size >= place.width) return sign + text;
+    const auto missing = place.width - size;
+    if (place.leftAligned) return sign + text + std::string(missing, ' ');
+    if (zeros) return sign + std::string(missing, '0') + text;
+    return std::string(missing, ' ') + sign + text;
+}
+
+std::string number(const Place& place, const FormatArgument::Value& value) {
+    std::string digits;
+    bool zeros = place.zeroPadded;
+    if (place.conversion == 'f') {
+        const double real = realOf(value);
+        digits = characters(real, std::chars_format::fixed, place.precision.value_or(6));
+        zeros = zeros && std::isfinite(real);
+    } else {
+        const long long integer = integerOf(value);
+        if (place.conversion == 'u') {
+            digits = characters(static_cast<unsigned long long>(integer));
+        } else if (place.conversion == 'x') {
+            digits = characters(static_cast<unsigned long long>(integer), 16);
+        } else {
+            digits = characters(integer);
+        }
+    }
+    std::string sign;
+    if (digits.starts_with('-')) {
+        sign = "-";
+        digits.erase(0, 1);
+    } else if (place.positiveSign != 0 && place.conversion != 'u' && place.conversion != 'x') {
+        sign = place.positiveSign;
+    }
+    if (place.conversion != 'f' && place.precision) {
+        const auto least = static_cast<std::size_t>(*place.precision);
+        if (digits.size() < least) digits.insert(0, least - digits.size(), '0');
+        zeros = false;
+    }
+    return padded(place, sign, digits, zeros);
+}
+
+std::string rendered(const Place& place, const FormatArgument::Value& value) {
+    const bool takesText = place.conversion == '@' || place.conversion == 's';
+    if (!takesText && !std::holds_alternative<std::string>(value)) return number(place, value);
+    auto text = plainText(value);
+    if (place.conversion == 's' && place.precision) {
+        text.resize(std::min(text.size(), static_cast<std::size_t>(*place.precision)));
+    }
+    return padded(place, {}, text, false);
+}
+
+}  // namespace
+
+std::string formatString(std::string_view format, std::initializer_list<FormatArgument> arguments) {
+    std::string result;
+    const auto* next = arguments.begin();
+    while (true) {
+        const auto sign = format.find('%');
+        result += format.substr(0, sign);
+        if (sign == std::string_view::npos) return result;
+        format.remove_prefix(sign + 1);
+        const auto place = readPlace(format);
+        if (!place) {  // no place: it stands for itself
+            result += '%';
+            continue;
+        }
+        format.remove_prefix(place->length);
+        if (place->conversion == '%') {
+            result += '%';
+        } else if (next == arguments.end()) {
+            result += "(null)";
+        } else {
+            result += rendered(*place, (next++)->value());
+        }
+    }
+}
+
+}  // namespace reelvane

@@ -1,0 +1,137 @@
+#include "support/paths.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "support/strings.h"
+#include "support/utf8.h"
+
+namespace Fennimar {
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Whether a name is in use, be it by a link that leads nowhere.
+bool isOccupied(const fs::path& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+std::string_view cutAtCharacter(std::string_view text, std::size_t maximumBytes) {
+    if (text.size() <= maximumBytes) return text;
+    // The character that crosses the limit goes whole.
+    std::size_t end = 0;
+    for (std::size_t next = 0; next <= maximumBytes && next < text.size();) {
+        end = next;
+        next += reelvane::decodeUtf8(text.substr(next)).length;
+        if (next <= maximumBytes) end = next;
+    }
+    return text.substr(0, end);
+}
+
+bool writeAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto written = ::write(file, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+}  // namespace
+
+bool fileExists(const fs::path& path) {
+    std::error_code error;
+    return fs::exists(path, error);
+}
+
+std::uint64_t fileSize(const fs::path& path) {
+    std::error_code error;
+    const auto size = fs::file_size(path, error);
+    return error ? 0 : size;
+}
+
+bool fileIsAlias(const fs::path& path) {
+    std::error_code error;
+    return fs::is_symlink(path, error);
+}
+
+bool isWriteablePath(const fs::path& path) {
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (file < 0) return false;
+    const bool written = writeAll(file, "TEST");
+    const bool closed = ::close(file) == 0;
+    return ::unlink(path.c_str()) == 0 && written && closed;
+}
+
+fs::path uniqueFile(const fs::path& path, const std::function<bool(const fs::path&)>& isTaken) {
+    const auto taken = [&isTaken](const fs::path& candidate) {
+        return isOccupied(candidate) || (isTaken && isTaken(candidate));
+    };
+    if (const auto fitting = withNameCut(path); !taken(fitting)) return fitting;
+    for (std::uint64_t number = 0;; ++number) {
+        const auto suffix = "-" + std::to_string(number);
+        auto extension = path.extension().native();
+        if (extension.empty()) extension = ".";
+        auto plain = path;
+        plain.replace_extension(extension);
+        const auto fitting = withNameCut(plain, 255, suffix.size());
+        const auto name = fitting.stem().native() + suffix + fitting.extension().native();
+        if (const auto candidate = path.parent_path() / name; !taken(candidate)) return candidate;
+    }
+}
+
+fs::path withNameCut(const fs::path& path, std::size_t maximumBytes, std::size_t reserved) {
+    const auto name = path.filename().native();
+    const auto room = maximumBytes > reserved ? maximumBytes - reserved : 0;
+    if (name.size() <= room) return path;
+    const auto extension = path.extension().native();
+    const auto cut =
+        extension.size() < room
+            ? std::string(cutAtCharacter(path.stem().native(), room - extension.size())) + extension
+            : std::string(cutAtCharacter(name, room));
+    return path.parent_path() / cut;
+}
+
+fs::path expanded(const fs::path& path, const fs::path& home) {
+    const std::string_view text = path.native();
+    if (text == "~") return home;
+    if (!text.starts_with("~/")) return path;
+    return home / text.substr(2);
+}
+
+std::string lowercasedExtension(const fs::path& path) {
+    const auto extension = path.extension().native();
+    return extension.empty() ? extension : lowercased(extension.substr(1));
+}
+
+std::optional<std::uint32_t> readInt(const fs::path& file) {
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return std::nullopt;
+    std::array<char, sizeof(std::uint32_t)> bytes{};
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const auto got = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) break;
+        filled += static_cast<std::size_t>(got);
+    }
+    ::close(descriptor);
+    if (filled < bytes.size()) return std::nullopt;
+    std::uint32_t value = 0;
+    std::memcpy(&value, bytes.data(), sizeof value);
+    return value;
+}
+
+void removeFile(const fs::path& path) {
+    ::unlink(path.c_str());
+}
+
+}  // namespace Fennimar

@@ -1,0 +1,165 @@
+#include "support/preferences.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "support/preference_text.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace {
+
+std::string sumText(const std::optional<std::string>& text, int amount) {
+    const long long sum = static_cast<long long>(Fennimar::leadingInteger(text.value_or(""))) +
+                          static_cast<long long>(amount);
+    using Limits = std::numeric_limits<int>;
+    return preferenceText(
+        static_cast<int>(std::clamp<long long>(sum, Limits::min(), Limits::max())));
+}
+
+}  // namespace
+
+Preferences::Preferences(PreferencesStore& store) : store_(store) {}
+
+void Preferences::registerDefaults(const PreferenceValues& defaults) {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [key, text] : defaults) registered_.insert_or_assign(key, text);
+}
+
+void Preferences::setForThisRun(std::string_view key, std::string text) {
+    const std::lock_guard lock(mutex_);
+    forThisRun_.insert_or_assign(std::string(key), std::move(text));
+}
+
+std::optional<std::string> Preferences::registeredText(std::string_view key) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = registered_.find(key);
+    return found == registered_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::string> Preferences::textOf(std::string_view key) const {
+    {
+        const std::lock_guard lock(mutex_);
+        if (const auto found = forThisRun_.find(key); found != forThisRun_.end()) {
+            if (found->second) return found->second;
+            const auto registered = registered_.find(key);
+            return registered == registered_.end() ? std::nullopt
+                                                   : std::optional(registered->second);
+        }
+    }
+    // The store is asked without the lock: it may log, and a log message is stored here too.
+    if (auto stored = store_.value(key)) return stored;
+    return registeredText(key);
+}
+
+/// False when the key belongs to the store.
+bool Preferences::setInThisRunsLayer(std::string_view key, const std::optional<std::string>& text) {
+    const std::lock_guard lock(mutex_);
+    const auto found = forThisRun_.find(key);
+    if (found == forThisRun_.end()) return false;
+    found->second = text;
+    return true;
+}
+
+int Preferences::defaultInt(std::string_view key) const {
+    return Fennimar::leadingInteger(textOf(key).value_or(""));
+}
+
+float Preferences::defaultFloat(std::string_view key) const {
+    const double value = Fennimar::leadingDouble(textOf(key).value_or(""));
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -kLargest, kLargest));
+}
+
+std::optional<std::string> Preferences::defaultString(std::string_view key) const {
+    const auto text = textOf(key);
+    return text ? stringFromPreferenceText(*text) : std::nullopt;
+}
+
+std::optional<std::vector<std::string>> Preferences::defaultArray(std::string_view key) const {
+    const auto text = textOf(key);
+    return text ? listFromPreferenceText(*text) : std::nullopt;
+}
+
+std::optional<PreferenceDictionary> Preferences::defaultDict(std::string_view key) const {
+    const auto text = textOf(key);
+    return text ? dictionaryFromPreferenceText(*text) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> Preferences::defaultURL(std::string_view key) const {
+    const auto text = defaultString(key);
+    return text ? std::optional<std::filesystem::path>(*text) : std::nullopt;
+}
+
+std::optional<std::string> Preferences::defaultObject(std::string_view key) const {
+    return textOf(key);
+}
+
+void Preferences::setDefaultInt(std::string_view key, int value) {
+    setDefaultObject(key, preferenceText(value));
+}
+
+void Preferences::setDefaultFloat(std::string_view key, float value) {
+    setDefaultObject(key, preferenceText(value));
+}
+
+void Preferences::setDefaultString(std::string_view key, std::string_view value) {
+    setDefaultObject(key, preferenceText(value));
+}
+
+void Preferences::setDefaultArray(std::string_view key, const std::vector<std::string>& value) {
+    setDefaultObject(key, preferenceText(value));
+}
+
+void Preferences::setDefaultDict(std::string_view key, const PreferenceDictionary& value) {
+    setDefaultObject(key, preferenceText(value));
+}
+
+void Preferences::setDefaultURL(std::string_view key, const std::filesystem::path& value) {
+    setDefaultString(key, value.native());
+}
+
+void Preferences::setDefaultObject(std::string_view key, const std::optional<std::string>& text) {
+    if (setInThisRunsLayer(key, text)) return;
+    store_.edit([&](PreferenceValues& values) {
+        if (text) {
+            values.insert_or_assign(std::string(key), *text);
+        } else if (const auto found = values.find(key); found != values.end()) {
+            values.erase(found);
+        }
+    });
+}
+
+void Preferences::addToInt(std::string_view key, int amount) {
+    const auto registered = registeredText(key);
+    {
+        const std::lock_guard lock(mutex_);
+        if (const auto found = forThisRun_.find(key); found != forThisRun_.end()) {
+            found->second = sumText(found->second ? found->second : registered, amount);
+            return;
+        }
+    }
+    store_.edit([&](PreferenceValues& values) {
+        const auto found = values.find(key);
+        const auto text = found == values.end() ? registered : std::optional(found->second);
+        values.insert_or_assign(std::string(key), sumText(text, amount));
+    });
+}
+
+void Preferences::setTogether(const PreferenceValues& texts) {
+    PreferenceValues stored;
+    for (const auto& [key, text] : texts) {
+        if (!setInThisRunsLayer(key, text)) stored.insert_or_assign(key, text);
+    }
+    if (stored.empty()) return;
+    store_.edit([&stored](PreferenceValues& values) {
+        for (const auto& [key, text] : stored) values.insert_or_assign(key, text);
+    });
+}
+
+void Preferences::synchronize() {
+    store_.synchronize();
+}
+
+}  // namespace reelvane

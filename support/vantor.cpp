@@ -1,0 +1,68 @@
+#include "support/vantor.h"
+
+#include <system_error>
+#include <unistd.h>
+
+#include "support/logging.h"
+#include "support/ports/host.h"
+#include "support/ports/main_bundle.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace fs = std::filesystem;
+
+Vantor::Vantor(const Ports& ports, Preferences& preferences)
+    : ports_(ports),
+      preferences_(preferences),
+      appName_(ports.mainBundle.infoValue("Name").value_or("Reelvane")),
+      appVersionString_(ports.mainBundle.infoValue("ShortVersion").value_or("")),
+      appBuildNumber_(Fennimar::leadingInteger(ports.mainBundle.infoValue("Version").value_or(""))),
+      appBundleIdentifier_(ports.mainBundle.infoValue("Identifier").value_or("")) {
+    log_set_sinks(
+        {.preferences = &preferences_, .systemLog = &ports_.systemLog, .appName = appName_});
+    std::error_code error;
+    fs::create_directories(suppDir(), error);
+    if (error) {
+        vn_log_level(kLogError, "Error: could not make the folder %@: %@", suppDir(),
+                     error.message());
+    }
+}
+
+Vantor::~Vantor() {
+    log_set_sinks({});
+}
+
+fs::path Vantor::prefsPath() const {
+    return ports_.host.folders().configuration / appBundleIdentifier_ /
+           (appBundleIdentifier_ + ".ini");
+}
+
+fs::path Vantor::resDir() const {
+    return ports_.mainBundle.resourcesPath();
+}
+
+fs::path Vantor::docDir() const {
+    auto folder = ports_.host.folders().documents;
+    std::error_code ignored;  // where it cannot be made it cannot be written either
+    fs::create_directories(folder, ignored);
+    const bool usable = fs::is_directory(folder, ignored) && ::access(folder.c_str(), W_OK) == 0;
+    return usable ? folder : suppDir();
+}
+
+fs::path Vantor::deskDir() const {
+    return ports_.host.folders().desktop;
+}
+
+fs::path Vantor::suppDir() const {
+    return ports_.host.folders().applicationData / appName_;
+}
+
+fs::path Vantor::homeURLInsideSandbox() const {
+    return ports_.host.folders().home;
+}
+
+fs::path Vantor::homeURLOutsideSandbox() const {
+    return ports_.host.folders().accountHome;
+}
+
+}  // namespace reelvane
