@@ -60,8 +60,9 @@ public:
     /// Lets the user pick a folder and saves it.
     void chooseNewDestination(DestinationMenu menu);
 
-    /// Resolves the saved folder behind a menu index (3 or more) and starts the access to it.
-    /// Throws BookmarkProblem when it cannot be found or opened.
+    [[nodiscard]] std::size_t savedFolderCount() const { return savedFolders().bookmarks.size(); }
+    /// Resolves the saved folder behind a menu index and starts the access to it.
+    /// Throws BookmarkProblem when the folder cannot be found or opened.
     [[nodiscard]] std::filesystem::path openSavedFolder(std::size_t menuIndex);
 
 private:

@@ -89,23 +89,24 @@ public:
     [[nodiscard]] Subscription observeIdle(std::function<void()> idle);
 
 private:
-    struct ProbeOutcome {
+    /// One file on its way through the probe.
+    struct Probe {
+        std::filesystem::path file{};
+        std::optional<std::filesystem::path> subtitle{};
         Inspection inspection{};
         std::exception_ptr exception{};  ///< a report that could not be read
     };
 
     void addNextFile();
-    void probeInBackground(const std::filesystem::path& file,
-                           const std::optional<std::filesystem::path>& subtitle);
-    void probed(const std::filesystem::path& file,
-                const std::optional<std::filesystem::path>& subtitle, const ProbeOutcome& outcome);
-    void show(MKVFileInfo record, const std::optional<std::filesystem::path>& subtitle);
+    void probeInBackground(Probe probe);
+    void probed(const Probe& probe);
+    void accept(const Probe& probe);
+    void skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
+    void stopForToolProblem(const Probe& probe);
     void fillAudioPopUp();
-    [[nodiscard]] bool chosenTrackExists(const MKVFileInfo& record) const;
-    void stopForToolProblem(const std::filesystem::path& file, ProbeToolProblem problem);
-    void refuseUnaddedFile();
-    void addResolved(const MKVFileInfo& record, std::size_t audioTrackIndex,
-                     const ResolvedDestination& destination);
+    void addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination);
+    void leaveUnadded();
+    [[nodiscard]] VettingAlert plainAlert(std::string message) const;
 
     Vantor& vantor_;
     Owner& owner_;

@@ -44,8 +44,7 @@ public:
     [[nodiscard]] Observable<std::string>& pauseImage() { return pauseImage_; }
 
 private:
-    void setPaused(bool paused);
-    void showRunningTexts();
+    void showTexts();
 
     Vantor& vantor_;
     JobQueue& queue_;

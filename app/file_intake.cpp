@@ -1,0 +1,263 @@
+#include "app/file_intake.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "app/audio_choice.h"
+#include "app/destinations.h"
+#include "app/file_sorting.h"
+#include "app/preference_keys.h"
+#include "app/settings_reader.h"
+#include "media/languages.h"
+#include "support/alerts.h"
+#include "support/dispatch.h"
+#include "support/make_string.h"
+#include "support/paths.h"
+#include "support/ports/folder_access.h"
+#include "support/ports/main_bundle.h"
+#include "support/ports/panels.h"
+#include "support/strings.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+namespace {
+
+std::vector<std::filesystem::path> absolutePaths(const std::vector<std::filesystem::path>& paths) {
+    std::vector<std::filesystem::path> absolute;
+    absolute.reserve(paths.size());
+    for (const auto& path : paths) {
+        std::error_code error;
+        auto full = std::filesystem::absolute(path, error);
+        if (!error) absolute.push_back(std::move(full));
+    }
+    return absolute;
+}
+
+ProbeTools probeTools(const Vantor& vantor) {
+    const auto& ports = vantor.ports();
+    const auto granted = ports.folderAccess.grantedFolders();
+    return {.launcher = &ports.processLauncher,
+            .ffmpeg = ports.mainBundle.pathForResource("ffmpeg"),
+            .appName = vantor.appName(),
+            .sandboxed = std::ranges::find(granted, std::filesystem::path("/")) == granted.end()};
+}
+
+void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) {
+    record.subtitleFileURL = subtitle;
+    record.informationString = Fennimar::replaced(record.informationString, ")", "+1)");
+}
+
+}  // namespace
+
+FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations, OutputNames& names,
+                       const RunChoices& choices)
+    : vantor_(vantor),
+      owner_(owner),
+      destinations_(destinations),
+      choices_(choices),
+      resolver_(vantor, destinations, names, choices) {}
+
+void FileIntake::setPreferredLanguages(std::vector<std::string> languages) {
+    preferredLanguages_ = std::move(languages);
+}
+
+void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
+    const bool handlesFile = isBusy();
+    auto sorted = sortFiles(absolutePaths(paths), Fennimar::readInt);
+    for (const auto& subtitle : sorted.subtitles) pairing_.add(subtitle);
+    std::ranges::move(sorted.movies, std::back_inserter(importFiles_));
+    if (!handlesFile) addNextFile();
+    owner_.bringToFront();
+}
+
+void FileIntake::addClicked() {
+    vantor_.ports().panels.open(
+        {.allowedTypes = openableFileTypes()},
+        [this](const std::vector<std::filesystem::path>& chosen) { openFiles(chosen); });
+}
+
+bool FileIntake::isBusy() const {
+    return hasWaitingFiles() || isScanning_.get() || topConstraint_.get() == kSheetShown;
+}
+
+void FileIntake::addNextFile() {
+    if (importFiles_.empty()) return;
+    Probe probe{.file = std::move(importFiles_.back())};
+    importFiles_.pop_back();
+    probe.subtitle = pairing_.subtitleFor(probe.file);
+    if (choices_.subtitleFile) probe.subtitle = std::filesystem::absolute(*choices_.subtitleFile);
+    topConstraint_.set(kSheetShown);
+    isScanning_.set(true);
+    probeInBackground(std::move(probe));
+}
+
+void FileIntake::probeInBackground(Probe probe) {
+    dispatch_async_back(
+        vantor_,
+        [this, alive = std::weak_ptr(alive_), &vantor = vantor_, probe = std::move(probe),
+         options = readProbeOptions(vantor_.preferences()), tools = probeTools(vantor_)]() mutable {
+            try {
+                probe.inspection = initWithURL(probe.file, options, tools);
+            } catch (...) {
+                probe.exception = std::current_exception();
+            }
+            dispatch_async_main(vantor, [this, alive, probe = std::move(probe)] {
+                if (alive.lock()) probed(probe);
+            });
+        });
+}
+
+void FileIntake::probed(const Probe& probe) {
+    if (probe.exception) {
+        isScanning_.set(false);
+        std::rethrow_exception(probe.exception);  // ends in the fatal problem report
+    }
+    if (probe.inspection.toolProblem != ProbeToolProblem::None) {
+        stopForToolProblem(probe);
+        return;
+    }
+    for (const auto& alert : probe.inspection.alerts) raise(vantor_, alert);
+    if (!probe.inspection.record) {
+        skip(probe.file, probe.inspection.alerts);
+        return;
+    }
+    if (choices_.audioTrackIndex) {
+        if (auto problem =
+                audioChoiceProblem(*probe.inspection.record, *choices_.audioTrackIndex)) {
+            const auto alert = plainAlert(std::move(*problem));
+            raise(vantor_, alert);
+            skip(probe.file, {alert});
+            return;
+        }
+    }
+    accept(probe);
+}
+
+void FileIntake::accept(const Probe& probe) {
+    fileInfo_ = probe.inspection.record;
+    if (probe.subtitle) attachSubtitle(*fileInfo_, *probe.subtitle);
+    fillAudioPopUp();
+    fileInfoObservers_.notify();
+    isScanning_.set(false);
+    destinations_.rebuildDestinationPopUp();
+    if (choices_.unattended || vantor_.preferences().defaultInt(kAutoAddKey) != 0) addToQueue();
+}
+
+void FileIntake::skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
+    isScanning_.set(false);
+    refuse(file, alerts);
+    cancelAdd();
+    owner_.updateWindowTitle();
+}
+
+void FileIntake::stopForToolProblem(const Probe& probe) {
+    // Without its tool no other file of the batch fares better, and one alert is enough.
+    auto dropped = std::exchange(importFiles_, {});
+    dropped.push_back(probe.file);
+    const auto problem = probe.inspection.toolProblem;
+    const bool fatal = problem == ProbeToolProblem::NoResources;
+    const auto alert =
+        plainAlert(toolProblemText(problem, vantor_.ports().mainBundle.pathForResource("ffmpeg")));
+    alert_apptitled(vantor_, alert.message, fatal ? "Exit" : alert.button);
+    isScanning_.set(false);
+    std::for_each(dropped.rbegin(), dropped.rend(),
+                  [&](const auto& file) { refuse(file, {alert}); });
+    cancelAdd();
+    owner_.updateWindowTitle();
+    if (fatal) owner_.terminate();
+}
+
+void FileIntake::fillAudioPopUp() {
+    const auto& entries = fileInfo_->audioTrackInformation;
+    std::vector<MenuItem> items;
+    for (const auto& entry : entries) items.push_back({.title = entry.text});
+    audioPopUp_.setItems(std::move(items));
+    const auto chosen =
+        choices_.audioTrackIndex
+            ? choices_.audioTrackIndex
+            : bestLanguage(entries, vantor_.preferences().defaultInt(kDefaultAudioKey),
+                           preferredLanguages_);
+    if (chosen) audioPopUp_.selectItemAtIndex(*chosen);
+}
+
+void FileIntake::addToQueue() {
+    // A file that was left, or is not yet known, is not there to be added; nor is one twice.
+    if (!fileInfo_ || isScanning_.get() || resolving_ || topConstraint_.get() != kSheetShown)
+        return;
+    resolving_ = true;
+    const auto track = audioPopUp_.selectedIndex().value_or(0);
+    try {
+        resolver_.resolve(*fileInfo_, destinations_.destinationPopUp().selectedIndex(),
+                          [this, alive = std::weak_ptr(alive_),
+                           track](const std::optional<ResolvedDestination>& destination) {
+                              if (!alive.lock()) return;
+                              resolving_ = false;
+                              if (destination)
+                                  addResolved(track, *destination);
+                              else if (choices_.unattended)
+                                  leaveUnadded();
+                          });
+    } catch (...) {
+        resolving_ = false;
+        throw;
+    }
+}
+
+void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination) {
+    auto record = *fileInfo_;
+    record.destinationURL = destination.destinationURL;
+    record.securityURL = destination.securityURL;
+    auto job = std::make_unique<ConversionJob>(vantor_, owner_.jobController(), std::move(record),
+                                               audioTrackIndex);
+    job->presetSpeedInfo();
+    owner_.addJob(std::move(job));
+}
+
+void FileIntake::leaveUnadded() {
+    const auto alert = plainAlert(
+        makeString("No destination could be chosen for the file '%@', so it was not added. Please "
+                   "name the folder for the converted files.",
+                   fileInfo_->fileName));
+    raise(vantor_, alert);
+    skip(fileInfo_->fileURL, {alert});
+}
+
+void FileIntake::cancelAdd() {
+    if (resolving_) return;  // the panel's answer decides
+    if (hasWaitingFiles()) {
+        addNextFile();
+        return;
+    }
+    topConstraint_.set(kSheetHidden);
+    idle_.notify();
+}
+
+void FileIntake::clearFileInfo() {
+    fileInfo_.reset();
+    fileInfoObservers_.notify();
+}
+
+void FileIntake::refuse(const std::filesystem::path& file,
+                        const std::vector<VettingAlert>& alerts) {
+    refusals_.notify(file, alerts);
+}
+
+VettingAlert FileIntake::plainAlert(std::string message) const {
+    return {.title = vantor_.appName(), .message = std::move(message), .button = "OK"};
+}
+
+Subscription FileIntake::observeFileInfo(std::function<void()> changed) {
+    return fileInfoObservers_.add(std::move(changed));
+}
+
+Subscription FileIntake::observeRefusals(
+    std::function<void(const std::filesystem::path&, const std::vector<VettingAlert>&)> refused) {
+    return refusals_.add(std::move(refused));
+}
+
+Subscription FileIntake::observeIdle(std::function<void()> idle) {
+    return idle_.add(std::move(idle));
+}
+
+}  // namespace reelvane

@@ -1,0 +1,101 @@
+#include "app/lifecycle.h"
+
+#include <utility>
+
+#include "app/launch_corrections.h"
+#include "app/preference_keys.h"
+#include "support/alerts.h"
+#include "support/make_string.h"
+#include "support/ports/bundle_watch.h"
+#include "support/ports/main_bundle.h"
+#include "support/ports/notifications.h"
+#include "support/ports/translations.h"
+#include "support/ports/workspace.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kUsagesBeforeRating = 10;
+constexpr int kUsagesBeforeFeedback = 20;
+
+}  // namespace
+
+Lifecycle::Lifecycle(Vantor& vantor, JobQueue& queue)
+    : vantor_(vantor),
+      queue_(queue),
+      usages_(vantor) {}
+
+void Lifecycle::readIdentity() {
+    const auto& translations = vantor_.ports().translations;
+    build_ = makeString("%@ %i", translations.localized("Build:"), vantor_.appBuildNumber());
+    version_ = makeString("%@ %@", translations.localized("Version:"), vantor_.appVersionString());
+}
+
+void Lifecycle::increaseUsages(bool increase, bool allowFeedbackNow) {
+    const auto text = makeString(
+        "You have now used [APPNAME] more than 20 times, successfully converting %li MKVs to MP4s.",
+        vantor_.preferences().defaultInt(kConvertedFileCountKey));
+    usages_.increaseUsages({.increase = increase ? 1 : 0,
+                            .minimumUsagesForRating = kUsagesBeforeRating,
+                            .usagesNamedInText = kUsagesBeforeFeedback,
+                            .feedbackText = text,
+                            .allowFeedbackNow = allowFeedbackNow});
+}
+
+void Lifecycle::startMoveObservation(std::function<void()> terminate) {
+    const auto& ports = vantor_.ports();
+    ports.bundleWatch.start(ports.mainBundle.bundlePath(),
+                            [this, terminate = std::move(terminate)](std::uint32_t flags) {
+                                if (flags == kRootChangedFlags) bundleMoved(terminate);
+                            });
+}
+
+void Lifecycle::bundleMoved(const std::function<void()>& terminate) {
+    const auto& ports = vantor_.ports();
+    const auto text = [this, &ports](std::string_view format) {
+        return makeString(ports.translations.localized(format), vantor_.appName());
+    };
+    alert_apptitled(vantor_,
+                    text("%@ has been moved, but applications should never be moved while they are "
+                         "running."),
+                    text("Restart %@"));
+    if (!relaunch_ || !relaunch_(ports.bundleWatch.currentPath()))
+        alert_apptitled(vantor_, text("%@ could not restart itself. Please do so yourself."),
+                        "Quit");
+    terminate();
+}
+
+void Lifecycle::showSpeedHintIfDue() {
+    auto& preferences = vantor_.preferences();
+    if (!speedHintIsDue(preferences, vantor_.appVersionString())) return;
+    alert(
+        vantor_, "Picking up Speed!",
+        "Note that conversion will be much faster, more reliable and higher quality if you select "
+        "'High Speed & Quality' in the 'Audio Conversion Settings' in the Preferences, though the "
+        "resulting files may not play with sound on some devices (e.g. iOS). Just try it out!",
+        "OK");
+    preferences.setDefaultInt(kWelcomeShownKey, 1);
+    preferences.synchronize();
+}
+
+void Lifecycle::listenToNotifications() {
+    auto& workspace = vantor_.ports().workspace;
+    vantor_.ports().notifications.setActivation([&workspace](const Notification& clicked) {
+        if (clicked.path) workspace.reveal(*clicked.path);
+    });
+}
+
+bool Lifecycle::applicationShouldTerminate() {
+    if (queue_.jobCountWithState(ConversionJobState::Converting) == 0) return true;
+    return alert_apptitled(vantor_, "Conversion is in progresss. Are you sure you want to quit?",
+                           "Quit", "Cancel") == kFirstButton;
+}
+
+void Lifecycle::applicationWillTerminate() {
+    vantor_.preferences().synchronize();
+    // A removal may start the next queued job; a later pass removes that one too.
+    while (!queue_.taskArray().empty()) queue_.taskArray().front()->remove();
+}
+
+}  // namespace reelvane

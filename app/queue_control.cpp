@@ -1,0 +1,78 @@
+#include "app/queue_control.h"
+
+#include "app/window_title.h"
+#include "support/ports/translations.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+
+QueueControl::QueueControl(Vantor& vantor, JobQueue& queue, OutputNames& names)
+    : vantor_(vantor),
+      queue_(queue),
+      names_(names) {
+    showTexts();
+    updateWindowTitle();
+}
+
+void QueueControl::startNextJobInQueue() {
+    if (paused_) return;
+    auto* const job = queue_.nextRunnableJob();
+    if (job == nullptr) return;
+    if (job->state() == ConversionJobState::Paused)
+        job->continueJob();
+    else
+        start(*job);
+}
+
+void QueueControl::start(ConversionJob& job) {
+    names_.refresh(job.fileInfo());
+    job.start();
+}
+
+void QueueControl::continueJob(ConversionJob& job) {
+    if (job.state() == ConversionJobState::Queued) names_.refresh(job.fileInfo());
+    job.continueJob();
+}
+
+void QueueControl::togglePause() {
+    if (paused_) {
+        paused_ = false;
+        startNextJobInQueue();
+    } else {
+        for (auto* const job : queue_.jobsWithState(ConversionJobState::Converting)) job->pause();
+        paused_ = true;
+    }
+    showTexts();
+    updateWindowTitle();
+}
+
+void QueueControl::jobWentOn() {
+    if (paused_) {
+        paused_ = false;
+        showTexts();
+    }
+    updateWindowTitle();
+}
+
+void QueueControl::cleanClicked() {
+    for (auto* const job : queue_.jobsWithState(ConversionJobState::Finished)) job->remove();
+}
+
+void QueueControl::showTexts() {
+    const auto& translations = vantor_.ports().translations;
+    pauseImage_.set(std::string(paused_ ? kResumeImage : kPauseImage));
+    pauseTitle_.set(paused_ ? translations.localized("Resume Queue")
+                            : translations.localized("Pause Queue"));
+    addButtonTitle_.set(paused_ ? translations.localized("Add to Queue")
+                                : translations.localized("Start Conversion"));
+}
+
+void QueueControl::updateWindowTitle() {
+    windowTitle_.set(
+        reelvane::windowTitle(vantor_.ports().translations, vantor_.appName(),
+                              {.paused = paused_,
+                               .jobs = queue_.taskArray().size(),
+                               .queued = queue_.jobCountWithState(ConversionJobState::Queued)}));
+}
+
+}  // namespace reelvane
