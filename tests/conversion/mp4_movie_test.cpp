@@ -1,0 +1,138 @@
+#include "conversion/mp4_movie.h"
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <iterator>
+
+#include "conversion/output_proof.h"
+#include "conversion/track_flags.h"
+#include "tests/fakes/small_mp4.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace reelvane {
+namespace {
+
+using testing::HasSubstr;
+using testing::SizeIs;
+
+class Mp4MovieTest : public testing::Test {
+protected:
+    [[nodiscard]] Mp4Reading read(const std::string& bytes) const {
+        // Written anew: truncating a file makes some file systems wait for the disk.
+        std::filesystem::remove(folder.path() / "movie.mp4");
+        return readMp4(folder.write("movie.mp4", bytes));
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(Mp4MovieTest, ReadsTracksWithNarrowAndWideFields) {
+    SmallMp4 source;
+    source.tracks.push_back({.handler = "sbtl", .codec = "tx3g", .flags = 2});
+    for (const bool wide : {false, true}) {
+        source.wide = wide;
+        const auto movie = read(source.bytes()).movie;
+        ASSERT_TRUE(movie) << wide;
+        EXPECT_EQ(movie->seconds, 12);
+        EXPECT_EQ(movie->mediaBytes, 18);
+        ASSERT_THAT(movie->tracks, SizeIs(3));
+        EXPECT_EQ(movie->tracks[1].codec, "mp4a");
+        EXPECT_EQ(movie->tracks[1].language, "eng");
+        EXPECT_EQ(movie->tracks[1].kind, Mp4TrackKind::Audio);
+        EXPECT_TRUE(movie->tracks[1].enabled);
+        EXPECT_FALSE(movie->tracks[2].enabled);
+        EXPECT_TRUE(movie->tracks[2].displayFlagsOffset);
+    }
+}
+
+TEST_F(Mp4MovieTest, IsBrokenWhereverItIsCut) {
+    for (const bool wide : {false, true}) {
+        SmallMp4 source;
+        source.wide = wide;
+        const auto bytes = source.bytes();
+        for (std::size_t size = 0; size < bytes.size(); ++size) {
+            const auto reading = read(bytes.substr(0, size));
+            EXPECT_FALSE(reading.movie) << size << " of " << bytes.size();
+            EXPECT_FALSE(reading.problem.empty()) << size;
+        }
+    }
+}
+
+TEST_F(Mp4MovieTest, NeverTrustsANumber) {
+    const auto bytes = SmallMp4().bytes();
+    for (std::size_t position = 0; position < bytes.size(); ++position) {
+        for (const char value : {'\0', '\1', '\x7F', '\xFF'}) {
+            auto hostile = bytes;
+            hostile[position] = value;
+            const auto reading = read(hostile);  // the sanitizers judge the reading itself
+            EXPECT_NE(reading.movie.has_value(), !reading.problem.empty()) << position;
+        }
+    }
+}
+
+TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
+    SmallMp4 noTrack;
+    noTrack.tracks.clear();
+    SmallMp4 empty;
+    for (auto& track : empty.tracks) track.sample.clear();
+    auto short_ = SmallMp4().bytes();
+    short_.replace(short_.size() - 20, 20, SmallMp4().box("mdat", "sampl"));
+    const SmallMp4 plain;
+    const auto indexLost = plain.box("ftyp", "isom") + plain.box("mdat", "sample");
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"", "is no MP4 file"},
+        {"a text that is no movie at all", "is no MP4 file"},
+        {indexLost, "has no index"},
+        {noTrack.bytes() + plain.box("mdat", "x"), "has no track"},
+        {empty.bytes(), "has no media data"},
+        {short_, "outside its media data"},
+    };
+    for (const auto& [content, problem] : cases) {
+        EXPECT_THAT(read(content).problem, HasSubstr(problem));
+    }
+}
+
+TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
+    const Mp4Reading reading{.movie = Mp4Movie{.seconds = 97.9, .tracks = {{}, {}}}};
+    EXPECT_EQ(proveOutput(reading, {.mappedStreams = 3}).problem, "has 2 of 3 tracks");
+    const struct {
+        int promised;
+        bool endsEarly;
+    } cases[] = {{0, false}, {97, false}, {99, false}, {100, true}, {1000, true}};
+    for (const auto& [promised, endsEarly] : cases) {
+        const auto proof = proveOutput(reading, {.mappedStreams = 2, .runtimeSeconds = promised});
+        EXPECT_EQ(proof.problem, "");
+        EXPECT_EQ(proof.endsEarly, endsEarly) << promised;
+    }
+    const Mp4Reading longMovie{.movie = Mp4Movie{.seconds = 9950, .tracks = {{}}}};
+    EXPECT_FALSE(proveOutput(longMovie, {.mappedStreams = 1, .runtimeSeconds = 10000}).endsEarly);
+    EXPECT_EQ(proofText(proveOutput(longMovie, {}), 1430000000),
+              "9950 s, 1 track, 1.43 GB, verified");
+}
+
+TEST_F(Mp4MovieTest, TrackFlagsAreSetInPlaceOnce) {
+    SmallMp4 source;
+    source.tracks.push_back({.handler = "soun", .codec = "ac-3"});
+    source.tracks.push_back({.handler = "sbtl", .codec = "tx3g"});
+    source.tracks.push_back({.handler = "sbtl", .codec = "tx3g", .flags = 2});
+    source.tracks.push_back({.handler = "text", .codec = "text", .flags = 0});  // chapters
+    const auto file = folder.write("movie.mp4", source.bytes());
+
+    const auto before = readMp4(file).movie;
+    ASSERT_TRUE(before);
+    ASSERT_TRUE(applyPatches(file, trackFlagPatches(*before, {1})));
+    const auto after = readMp4(file).movie;
+    ASSERT_TRUE(after);
+    const auto& tracks = after->tracks;
+    std::vector<std::pair<bool, std::uint32_t>> seen;
+    for (const auto& track : tracks) seen.emplace_back(track.enabled, track.alternateGroup);
+    EXPECT_THAT(seen, testing::ElementsAre(testing::Pair(true, 0), testing::Pair(true, 1),
+                                           testing::Pair(false, 1), testing::Pair(false, 2),
+                                           testing::Pair(true, 2), testing::Pair(false, 0)));
+    EXPECT_EQ(tracks[3].displayFlags, 0);
+    EXPECT_EQ(tracks[4].displayFlags, 0xC0000000);
+    EXPECT_THAT(trackFlagPatches(*after, {1}), SizeIs(0));
+    EXPECT_EQ(std::filesystem::file_size(file), source.bytes().size());
+}
+
+}  // namespace
+}  // namespace reelvane

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace reelvane {
+
+/// Builds the bytes of a small MP4 file box by box, index first, with one sample per track.
+class SmallMp4 {
+public:
+    struct Track {
+        std::string handler{};  ///< "vide", "soun", "sbtl"
+        std::string codec{};    ///< "avc1", "mp4a", "tx3g"
+        std::uint32_t flags = 3;
+        std::string sample{"sample"};
+    };
+
+    std::vector<Track> tracks{{.handler = "vide", .codec = "avc1"},
+                              {.handler = "soun", .codec = "mp4a"}};
+    bool wide = false;  ///< 64-bit box sizes, times and chunk offsets
+    std::uint32_t seconds = 12;
+
+    [[nodiscard]] std::string bytes() const {
+        const auto head = box("ftyp", "isom" + number(512, 4) + "isom");
+        const auto moovSize = moov(0).size();
+        return head + moov(head.size() + moovSize + (wide ? 16 : 8)) + box("mdat", samples());
+    }
+
+    static std::string number(std::uint64_t value, unsigned width) {
+        std::string text;
+        for (unsigned shift = width * 8; shift > 0; shift -= 8) {
+            text += static_cast<char>(value >> (shift - 8) & 0xFFU);
+        }
+        return text;
+    }
+    [[nodiscard]] std::string box(std::string_view type, const std::string& content) const {
+        if (!wide) return number(content.size() + 8, 4) + std::string(type) + content;
+        return number(1, 4) + std::string(type) + number(content.size() + 16, 8) + content;
+    }
+
+private:
+    [[nodiscard]] std::string versioned(unsigned flags) const {
+        return number(wide ? 1 : 0, 1) + number(flags, 3);
+    }
+    [[nodiscard]] std::string times() const { return std::string(wide ? 16 : 8, '\0'); }
+    [[nodiscard]] unsigned timeWidth() const { return wide ? 8 : 4; }
+
+    [[nodiscard]] std::string samples() const {
+        std::string all;
+        for (const auto& track : tracks) all += track.sample;
+        return all;
+    }
+    [[nodiscard]] std::string moov(std::uint64_t mediaBegin) const {
+        auto content =
+            box("mvhd", versioned(0) + times() + number(1000, 4) +
+                            number(seconds * 1000U, timeWidth()) + std::string(80, '\0'));
+        for (std::size_t i = 0; i < tracks.size(); ++i) {
+            content += box("trak", trackHeader(tracks[i], i + 1) + media(tracks[i], mediaBegin));
+            mediaBegin += tracks[i].sample.size();
+        }
+        return box("moov", content);
+    }
+    [[nodiscard]] std::string trackHeader(const Track& track, std::uint64_t trackID) const {
+        return box("tkhd", versioned(track.flags) + times() + number(trackID, 4) + number(0, 4) +
+                               number(seconds * 1000U, timeWidth()) + std::string(60, '\0'));
+    }
+    [[nodiscard]] std::string media(const Track& track, std::uint64_t chunk) const {
+        const auto mdhd = box("mdhd", versioned(0) + times() + number(1000, 4) +
+                                          number(seconds * 1000U, timeWidth()) + number(0x15C7, 2) +
+                                          number(0, 2));  // "eng"
+        const auto hdlr = box("hdlr", number(0, 8) + track.handler + std::string(13, '\0'));
+        const auto entry = box(track.codec, std::string(30, '\0'));
+        const auto tables =
+            box("stsd", number(0, 4) + number(1, 4) + entry) +
+            box("stsz", number(0, 8) + number(1, 4) + number(track.sample.size(), 4)) +
+            box(wide ? "co64" : "stco", number(0, 4) + number(1, 4) + number(chunk, wide ? 8 : 4));
+        return box("mdia", mdhd + hdlr + box("minf", box("stbl", tables)));
+    }
+};
+
+}  // namespace reelvane
