@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -48,6 +49,7 @@ class FakeAlerts final : public Alerts {
 public:
     AlertAnswer runModal(const AlertContent& content) override {
         shown.push_back(content);
+        if (whileOpen) whileOpen();
         if (answers.empty()) return {};
         auto answer = std::move(answers.front());
         answers.pop_front();
@@ -56,6 +58,7 @@ public:
 
     std::deque<AlertAnswer> answers;  ///< the script; when empty: the first button
     std::vector<AlertContent> shown;  ///< what the user would have seen, in order
+    std::function<void()> whileOpen;  ///< plays what the main loop does while a box is open
 };
 
 class FakePowerAssertions final : public PowerAssertions {

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+#include "conversion/conversion_job.h"
+#include "tests/fakes/fake_job_controller.h"
+#include "tests/fakes/fake_platform.h"
+
+namespace reelvane {
+
+/// One job for a movie that exists, on fakes, with everything that it can touch in one folder.
+class JobTest : public testing::Test {
+protected:
+    [[nodiscard]] static bool exists(const std::filesystem::path& path) {
+        return std::filesystem::exists(std::filesystem::symlink_status(path));
+    }
+    FakeProcessLauncher::Child& child() { return platform.processLauncher.children.back(); }
+    [[nodiscard]] std::string lastAlert() const {
+        return platform.alerts.shown.empty() ? "" : platform.alerts.shown.back().message;
+    }
+    /// The converter has begun to write.
+    void startAndWrite() {
+        job->start();
+        platform.folder.write("movie.m4v", "half a movie");
+    }
+
+    FakePlatform platform;
+    FakeJobController controller;
+    std::filesystem::path source = platform.folder.write("movie.mkv");
+    std::filesystem::path output = platform.folder.path() / "movie.m4v";
+    std::filesystem::path progressFile = platform.folder.path() / "Documents/movie.mkv.log";
+    std::unique_ptr<ConversionJob> job = std::make_unique<ConversionJob>(
+        platform.vantor, controller,
+        MKVFileInfo{.audioTrackInformation = {{"#1: eng (ac3)", 48000}},
+                    .fileName = "movie.mkv",
+                    .fileURL = source,
+                    .destinationURL = output,
+                    .videoTrackID = 0,
+                    .runtimeSeconds = 100,
+                    .fileSize = 1,
+                    .securityURL = platform.folder.path(),
+                    .videoCodec = "h264"},
+        0);
+};
+
+}  // namespace reelvane
