@@ -55,8 +55,9 @@ constexpr auto kFixedLanguages =
     std::to_array<std::string_view>({"eng", "ger", "fre", "spa", "chi", "jpn", "rus"});
 
 std::string threeLetter(const std::string& identifier) {
-    const auto row = std::ranges::lower_bound(kLanguages, identifier, {}, &Row::first);
-    const bool isKnown = row != kLanguages.end() && row->first == identifier;
+    const auto table = languageTable();
+    const auto row = std::ranges::lower_bound(table, identifier, {}, &Row::first);
+    const bool isKnown = row != table.end() && row->first == identifier;
     return isKnown ? std::string(row->second) : identifier;
 }
 

@@ -56,6 +56,14 @@ RunResult runProbe(const std::filesystem::path& path, const ProbeTools& tools) {
     return tools.launcher->run({.executable = tools.ffmpeg, .arguments = {"-i", path.native()}});
 }
 
+/// What the probe printed. It repeats the path, whose bytes need not be UTF-8 as a report must be.
+std::string reportOf(const RunResult& result, const std::filesystem::path& path) {
+    if (!result.finished) return {};
+    const auto& output = result.finished->output;
+    if (Fennimar::isValidUtf8(path.native())) return output;
+    return Fennimar::replaced(output, path.native(), Fennimar::validUtf8(path.native()));
+}
+
 /// Only a count above the picture's budget is of interest, and no stream exceeds the most.
 bool needsReferenceFrames(const ProbeReport& report) {
     const auto& record = report.record;
@@ -90,15 +98,15 @@ Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& opt
     const auto result = runProbe(path, tools);
     const auto problem = toolProblemOf(result);
     if (problem != ProbeToolProblem::None) return {.toolProblem = problem};
-    const auto output = result.finished ? std::string_view(result.finished->output) : "";
-    auto report = parseProbeReport(output, options);
+    const auto text = reportOf(result, path);
+    auto report = parseProbeReport(text, options);
     auto& record = report.record;
     if (needsReferenceFrames(report)) {
         record.referenceFrames = tracedReferenceFrames(path, *record.videoTrackID, tools);
     }
 
     auto verdict = vet(report, fileName, tools.appName);
-    if (!verdict.accepted && result.finished && !isFromFfmpeg(output)) {
+    if (!verdict.accepted && result.finished && !isFromFfmpeg(text)) {
         return {.toolProblem = ProbeToolProblem::Broken};
     }
     Inspection inspection{.alerts = std::move(verdict.alerts)};
@@ -114,7 +122,7 @@ std::int32_t durationOfFile(const std::filesystem::path& url, const ProbeTools& 
     const auto path = absolutePath(url);
     if (!isFile(path)) return -1;
     const auto result = runProbe(path, tools);
-    return result.finished ? durationInReport(result.finished->output) : -1;
+    return durationInReport(reportOf(result, path));
 }
 
 std::string toolProblemText(ProbeToolProblem problem, const std::filesystem::path& ffmpeg) {

@@ -28,27 +28,20 @@ TEST(Languages, TheTableIsTheStandards) {
 }
 
 TEST(Languages, BestLanguagePrefersTheLanguageThenTheCodec) {
-    using Texts = std::vector<std::string>;
-    const std::vector<AudioEntry> three{
-        {"#1: ger (ac3) [5.1]"}, {"#2: eng (dts)"}, {"#3: eng (aac)"}};
-    const std::vector<AudioEntry> two{
-        {"#1: deu (he-aac)"}, {"#2: eng (dts) [5.1]"}, {"#3: eng (ac3)"}};
-    for (const auto& [entries, languages, defaultAudio, best] :
-         std::vector<std::tuple<std::vector<AudioEntry>, Texts, int, std::optional<std::size_t>>>{
-             {three, {"eng", "ger"}, 0, 2},
-             {three, {"spa", "ger", "eng"}, 0, 0},
-             {three, {"eng"}, 3, 0},
-             {three, {"ger"}, 2, 2},
-             {three, {"ger"}, 8, 2},
-             {three, {"ger"}, 1, 0},
-             {three, {"ger"}, 9, 0},
-             {two, {"eng"}, 0, 2},
-             {two, {"ger", "en-US"}, 0, 2},
-             {{{"#1: jpn (dts)"}, {"#2"}}, {}, 0, 0},
-             {{}, {"eng"}, 0, std::nullopt}}) {
-        EXPECT_EQ(bestLanguage(entries, defaultAudio, languages), best)
-            << defaultAudio << testing::PrintToString(languages);
-    }
+    using Entries = std::vector<AudioEntry>;
+    const auto best = [](const Entries& entries, const std::vector<std::string>& languages,
+                         int choice = 0) { return bestLanguage(entries, choice, languages); };
+    const Entries three{{"#1: ger (ac3) [5.1]"}, {"#2: eng (dts)"}, {"#3: eng (aac)"}};
+    EXPECT_EQ(best(three, {"eng", "ger"}), 2);
+    EXPECT_EQ(best(three, {"spa", "ger", "eng"}), 0);
+    EXPECT_EQ(best(three, {"eng"}, 3), 0) << "always German";
+    EXPECT_EQ(best(three, {"ger"}, 2), 2) << "always English";
+    EXPECT_EQ(best(three, {"ger"}, 1), 0) << "no choice";
+    EXPECT_EQ(best(three, {"ger"}, 9), 0) << "no choice";
+    const Entries foreign{{"#1: deu (he-aac)"}, {"#2: eng (dts) [5.1]"}, {"#3: eng (ac3)"}};
+    EXPECT_EQ(best(foreign, {"ger", "en-US"}), 2);
+    EXPECT_EQ(best({{"#1: jpn (dts)"}, {"#2"}}, {}), 0);
+    EXPECT_EQ(best({}, {"eng"}), std::nullopt);
     EXPECT_EQ(streamIndexOf("#12: eng (ac3) [5.1]"), 12);
 }
 
