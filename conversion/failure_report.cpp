@@ -5,6 +5,7 @@
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/workspace.h"
+#include "support/preferences_attachment.h"
 #include "support/strings.h"
 #include "support/vantor.h"
 
@@ -21,10 +22,10 @@ ReportSender senderOf(Vantor& vantor) {
     const auto& host = vantor.ports().host;
     return {.appName = vantor.appName(),
             .appVersion = vantor.appVersionString(),
-            .supportAddress = "",
+            .supportAddress = vantor.ports().mainBundle.infoValue("FeedbackEmail").value_or(""),
             .machineType = host.machineModel(),
             .operatingSystem = host.operatingSystemVersion(),
-            .preferences = ""};
+            .preferences = preferencesAttachment(vantor.prefsPath())};
 }
 
 }  // namespace

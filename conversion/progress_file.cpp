@@ -17,8 +17,6 @@ namespace {
 
 constexpr std::string_view kOutTime = "out_time_ms=";
 constexpr double kUnitsPerSecond = 1'000'000;
-constexpr std::size_t kLongestName = 255;  // of the common file systems, in bytes
-constexpr std::size_t kRoomForNumber = 8;
 constexpr int kMostRaces = 100;  // lost to other programs, before the name is taken as it is
 
 /// False when somebody else has made the file first.
@@ -46,8 +44,7 @@ std::optional<double> progressPercent(double outTime, std::optional<int> runtime
 }
 
 ProgressFile ProgressFile::create(const std::filesystem::path& folder, std::string_view movieName) {
-    const auto wanted = Fennimar::withNameCut(folder / (std::string(movieName) + ".log"),
-                                              kLongestName, kRoomForNumber);
+    const auto wanted = folder / (std::string(movieName) + ".log");
     auto path = Fennimar::uniqueFile(wanted);
     for (int race = 0; race < kMostRaces && !claim(path); ++race) {
         path = Fennimar::uniqueFile(wanted);
