@@ -1,0 +1,311 @@
+#include "cli/arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+
+#include "app/preference_table.h"
+#include "cli/exit_status.h"
+#include "cli/help_text.h"
+#include "cli/preference_arguments.h"
+#include "cli/suggestion.h"
+#include "cli/usage_error.h"
+#include "support/make_string.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kManyFiles = 1 << 20;  // more than a command line holds
+
+/// Where the parser leaves what it read, before it is checked.
+struct Raw {
+    std::vector<std::string> overrides{};
+    std::vector<std::string> files{};
+    std::string toFolder{};
+    std::string toSaved{};
+    std::string audio{};
+    std::string subtitle{};
+    std::string key{};
+    std::string value{};
+    std::string folder{};
+    bool json = false;
+    bool markdown = false;
+    bool quiet = false;
+};
+
+CLI::App* command(CLI::App& parent, const char* name) {
+    auto* const app = parent.add_subcommand(name);
+    app->fallthrough();  // --set and --help may stand behind the command
+    app->set_help_flag();
+    return app;
+}
+
+/// File names are taken as they are: without this "[a]" would be read as a list.
+void addFiles(CLI::App& app, std::vector<std::string>& files, int most) {
+    app.add_option("FILE", files)->required()->expected(1, most)->allow_extra_args(false);
+}
+
+CLI::Option* addValue(CLI::App& app, const char* name, std::string& value) {
+    auto* const option = app.add_option(name, value);
+    return option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+}
+
+void addConversionOptions(CLI::App& app, Raw& raw) {
+    auto* const folder = addValue(app, "--to", raw.toFolder);
+    addValue(app, "--to-saved", raw.toSaved)->excludes(folder);
+    addValue(app, "--audio", raw.audio);
+    addValue(app, "--subtitle", raw.subtitle);
+    app.add_flag("--json", raw.json);
+}
+
+void addPreferences(CLI::App& program, Raw& raw) {
+    auto* const preferences = command(program, "preferences");
+    preferences->require_subcommand(0, 1);
+    auto* const list = command(*preferences, "list");
+    for (auto* const app : {preferences, list}) {
+        auto* const json = app->add_flag("--json", raw.json);
+        app->add_flag("--markdown", raw.markdown)->excludes(json);
+    }
+    command(*preferences, "get")->add_option("KEY", raw.key)->required();
+    auto* const set = command(*preferences, "set");
+    set->add_option("KEY", raw.key)->required();
+    set->add_option("VALUE", raw.value)->required();
+    command(*preferences, "reset")->add_option("KEY", raw.key)->required();
+
+    auto* const destinations = command(*preferences, "destinations");
+    destinations->require_subcommand(0, 1);
+    destinations->add_flag("--json", raw.json);
+    command(*destinations, "list")->add_flag("--json", raw.json);
+    command(*destinations, "add")->add_option("DIR", raw.folder)->required();
+    command(*destinations, "remove")->add_option("NAME", raw.folder)->required();
+}
+
+void describe(CLI::App& program, Raw& raw) {
+    program.require_subcommand(1);
+    program.set_help_flag("-h,--help");
+    program.set_version_flag("--version", std::string());
+    program.add_option("--set", raw.overrides)->expected(1)->allow_extra_args(false);
+
+    auto* const inspect = command(program, "inspect");
+    inspect->add_flag("--json", raw.json);
+    addFiles(*inspect, raw.files, kManyFiles);
+
+    auto* const print = command(program, "command");
+    addConversionOptions(*print, raw);
+    addFiles(*print, raw.files, 1);
+
+    auto* const convert = command(program, "convert");
+    addConversionOptions(*convert, raw);
+    convert->add_flag("--quiet", raw.quiet);
+    addFiles(*convert, raw.files, kManyFiles);
+
+    addPreferences(program, raw);
+}
+
+/// No argument of a process can hold this character, so it marks a word that is no option and no
+/// command, whatever it looks like.
+constexpr char kLiteral = '\0';
+
+/// The words in the parser's order, last first, with all that stand behind "--" marked: the parser
+/// itself forgets what "--" said once a file has been read, and takes "++" for a sign of its own.
+std::vector<std::string> marked(const std::vector<std::string>& arguments) {
+    std::vector<std::string> words;
+    bool literal = false;
+    for (const auto& word : arguments) {
+        if (!literal && word == "--") {
+            literal = true;
+            continue;
+        }
+        words.push_back(literal || word == "++" ? kLiteral + word : word);
+    }
+    std::ranges::reverse(words);
+    return words;
+}
+
+void unmark(std::string& word) {
+    if (!word.empty() && word.front() == kLiteral) word.erase(0, 1);
+}
+
+void unmark(Raw& raw) {
+    for (auto* const words : {&raw.overrides, &raw.files}) {
+        for (auto& word : *words) unmark(word);
+    }
+    for (auto* const word : {&raw.toFolder, &raw.toSaved, &raw.audio, &raw.subtitle, &raw.key,
+                             &raw.value, &raw.folder}) {
+        unmark(*word);
+    }
+}
+
+/// The chosen command, the innermost last: program, "preferences", "set".
+std::vector<CLI::App*> chosen(CLI::App& program) {
+    std::vector<CLI::App*> path{&program};
+    while (!path.back()->get_subcommands().empty()) {
+        path.push_back(path.back()->get_subcommands().front());
+    }
+    return path;
+}
+
+std::string commandName(const std::vector<CLI::App*>& path) {
+    std::string name;
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        if (i > 1) name += ' ';
+        name += path[i]->get_name();
+    }
+    return name;
+}
+
+std::string unknownOption(const std::string& word, const std::vector<CLI::App*>& path) {
+    std::vector<std::string> known;
+    for (const auto* const app : path) {
+        for (const auto* const option : app->get_options()) {
+            for (const auto& name : option->get_lnames()) known.push_back("--" + name);
+        }
+    }
+    const auto name = word.substr(0, word.find('='));
+    return makeString("There is no option '%@'.%@", name, suggestion(name, known));
+}
+
+std::string unexpectedWord(const std::string& word, const std::vector<CLI::App*>& path) {
+    std::vector<std::string> commands;
+    for (const auto* const app : path.back()->get_subcommands({})) {
+        commands.push_back(app->get_name());
+    }
+    if (commands.empty()) return makeString("There is one argument too many: '%@'.", word);
+    return makeString("There is no command '%@'.%@", word, suggestion(word, commands));
+}
+
+/// One sentence on why the parser gave up.
+std::string sentence(const CLI::ParseError& error, CLI::App& program) {
+    const auto path = chosen(program);
+    auto unread = program.remaining(true);
+    for (auto& word : unread) unmark(word);
+    const auto option = std::ranges::find_if(
+        unread, [](const std::string& word) { return word.size() > 1 && word[0] == '-'; });
+    if (option != unread.end()) return unknownOption(*option, path);
+    if (!unread.empty()) return unexpectedWord(unread.front(), path);
+
+    const std::string text = error.what();
+    const auto name = text.substr(0, text.find_first_of(": "));
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+        if (path.size() == 1) return "No command was given.";
+        return makeString("The command '%@' needs %@.", commandName(path),
+                          name == "FILE" ? "a file" : name);
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr && name.starts_with("--")) {
+        return makeString("The option '%@' needs a value.", name);
+    }
+    if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
+        const auto other = text.substr(text.rfind(' ') + 1);
+        return makeString("The options '%@' and '%@' exclude each other.", name, other);
+    }
+    return text + ".";
+}
+
+Farewell usageError(const std::string& text, const std::string& command) {
+    return {.text = makeString("%@: %@ See '%@%@%@ --help'.\n", kProgramName, text, kProgramName,
+                               command.empty() ? "" : " ", command),
+            .exitStatus = kExitUsage};
+}
+
+std::optional<std::string> whenGiven(const CLI::App& app, const char* option,
+                                     const std::string& value) {
+    if (app.count(option) == 0) return std::nullopt;
+    if (value.empty()) throw UsageError(makeString("The option '%@' needs a value.", option));
+    return value;
+}
+
+ConversionOptions conversionOptions(const CLI::App& app, const Raw& raw) {
+    ConversionOptions options{.toFolder = whenGiven(app, "--to", raw.toFolder),
+                              .toSaved = whenGiven(app, "--to-saved", raw.toSaved),
+                              .subtitleFile = whenGiven(app, "--subtitle", raw.subtitle)};
+    if (app.count("--audio") == 0) return options;
+    const auto* const end = raw.audio.data() + raw.audio.size();
+    std::size_t index = 0;
+    const auto [stop, error] = std::from_chars(raw.audio.data(), end, index);
+    if (error != std::errc{} || stop != end) {
+        throw UsageError(makeString(
+            "'%@' is no index of an audio track: those count from 0 as 'inspect' shows them.",
+            raw.audio));
+    }
+    options.audioTrackIndex = index;
+    return options;
+}
+
+DestinationsRequest destinationsRequest(const std::string& command, const Raw& raw) {
+    DestinationsRequest request{.name = raw.folder, .json = raw.json};
+    if (command == "preferences destinations add") {
+        request.action = DestinationsRequest::Action::Add;
+    } else if (command == "preferences destinations remove") {
+        request.action = DestinationsRequest::Action::Remove;
+    } else {
+        return request;
+    }
+    if (raw.folder.empty()) throw UsageError("A destination folder has a name.");
+    return request;
+}
+
+PreferencesRequest preferencesRequest(const std::string& command, const Raw& raw) {
+    using Action = PreferencesRequest::Action;
+    using Form = PreferencesRequest::Form;
+    PreferencesRequest request;
+    if (raw.json) request.form = Form::Json;
+    if (raw.markdown) request.form = Form::Markdown;
+    if (command == "preferences" || command == "preferences list") return request;
+
+    const auto& entry = preferenceNamed(raw.key);
+    request.key = entry.key;
+    request.action = Action::Get;
+    if (command == "preferences reset") request.action = Action::Reset;
+    if (command == "preferences set") {
+        request.action = Action::Set;
+        request.value = preferenceValue(entry, raw.value);
+    }
+    return request;
+}
+
+Request request(const std::vector<CLI::App*>& path, Raw& raw) {
+    Request result;
+    for (const auto& text : raw.overrides) result.overrides.push_back(preferenceOverride(text));
+    const auto name = commandName(path);
+    const auto& app = *path.back();
+    if (name == "inspect") {
+        result.action = InspectRequest{.files = std::move(raw.files), .json = raw.json};
+    } else if (name == "command") {
+        result.action = CommandRequest{.file = std::move(raw.files.front()),
+                                       .options = conversionOptions(app, raw),
+                                       .json = raw.json};
+    } else if (name == "convert") {
+        result.action = ConvertRequest{.files = std::move(raw.files),
+                                       .options = conversionOptions(app, raw),
+                                       .json = raw.json,
+                                       .quiet = raw.quiet};
+    } else if (name.starts_with("preferences destinations")) {
+        result.action = destinationsRequest(name, raw);
+    } else {
+        result.action = preferencesRequest(name, raw);
+    }
+    return result;
+}
+
+}  // namespace
+
+std::variant<Request, Farewell> parseArguments(const std::vector<std::string>& arguments) {
+    Raw raw;
+    CLI::App program{std::string(), std::string(kProgramName)};
+    describe(program, raw);
+    try {
+        program.parse(marked(arguments));
+        unmark(raw);
+        return request(chosen(program), raw);
+    } catch (const CLI::CallForHelp&) {
+        return Farewell{.text = helpText(commandName(chosen(program)))};
+    } catch (const CLI::CallForVersion&) {
+        return Farewell{.text = versionText()};
+    } catch (const CLI::ParseError& error) {
+        return usageError(sentence(error, program), commandName(chosen(program)));
+    } catch (const UsageError& error) {
+        return usageError(error.what(), commandName(chosen(program)));
+    }
+}
+
+}  // namespace reelvane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace reelvane {
+
+/// Standard output and standard error, and the live line at the bottom of a terminal. Every call
+/// has written all when it returns. Main thread only.
+class Console {
+public:
+    /// What may be shown on standard output.
+    struct Abilities {
+        bool liveLine = false;
+        bool colours = false;
+    };
+    /// Reads from the two streams and the environment what they can do.
+    Console();
+    /// With what they can do given.
+    explicit Console(Abilities abilities) : abilities_(abilities) {}
+
+    /// Called once, when standard output can be written no longer (its reader has gone).
+    void setClosedHandler(std::function<void()> handler) { closed_ = std::move(handler); }
+    [[nodiscard]] bool isClosed() const { return isClosed_; }
+
+    [[nodiscard]] const Abilities& abilities() const { return abilities_; }
+    [[nodiscard]] std::size_t columns() const;
+
+    /// A text for standard output, as it is.
+    void write(std::string_view text);
+    /// A line for standard output; the live line makes room and goes.
+    void line(std::string_view text);
+    /// A line for standard error. Works after standard output has been closed, too.
+    void error(std::string_view text);
+    /// Puts this text into the live line; nothing where there is none.
+    void showLive(std::string_view text);
+    /// Takes the live line away.
+    void endLive();
+
+private:
+    Abilities abilities_;
+    std::function<void()> closed_;
+    bool isClosed_ = false;
+    bool isLive_ = false;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace reelvane {
+
+/// What a terminal may be sent of a text: valid UTF-8, with every control character and every
+/// character that turns the direction of writing as U+FFFD, so that no file name can steer it.
+[[nodiscard]] std::string printable(std::string_view text);
+
+/// The columns that a printable text takes: East Asian wide characters and emoji take two, marks
+/// that join the character before them none (after Unicode 15, EastAsianWidth W and F; the common
+/// ranges).
+[[nodiscard]] std::size_t displayWidth(std::string_view text);
+
+/// The text with its middle left out ("A long…e.mkv") so that it takes at most this many columns.
+[[nodiscard]] std::string elidedMiddle(std::string_view text, std::size_t columns);
+
+/// The text with spaces behind it up to this many columns.
+[[nodiscard]] std::string padded(std::string text, std::size_t columns);
+
+}  // namespace reelvane
