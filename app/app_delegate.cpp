@@ -63,6 +63,7 @@ void AppDelegate::openFiles(const std::vector<std::filesystem::path>& paths) {
 }
 
 void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
+    const RetiredJobs::Hold hold(retired_);
     auto& record = job->fileInfo();
     if (record.destinationURL) names_.promise(*record.destinationURL);
     names_.refresh(record);

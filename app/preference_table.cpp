@@ -15,6 +15,8 @@ namespace {
 /// Far louder than anything that is of use; keeps a mistyped volume from hurting somebody's ears.
 constexpr int kLoudestVolume = 1000;
 
+constexpr std::string_view kEmptyList = "()";  // see support/preference_text.h
+
 constexpr PreferenceEntry boolean(std::string_view key, std::string_view defaultText,
                                   std::string_view meaning) {
     return {.key = key,
@@ -46,7 +48,7 @@ constexpr PreferenceEntry number(std::string_view key, std::string_view defaultT
 
 constexpr PreferenceEntry list(std::string_view key, PreferenceType type,
                                std::string_view meaning) {
-    return {.key = key, .type = type, .meaning = meaning};
+    return {.key = key, .type = type, .defaultText = kEmptyList, .meaning = meaning};
 }
 
 constexpr PreferenceEntry unregistered(PreferenceEntry entry) {
@@ -244,7 +246,7 @@ std::optional<std::string> storedText(const PreferenceEntry& entry, std::string_
             return storedNumber(entry, text);
         case PreferenceType::TextList:
         case PreferenceType::DataList:
-            if (text.empty()) return std::string();
+            if (text.empty() || text == kEmptyList) return std::string(kEmptyList);
             return std::nullopt;
     }
     return std::nullopt;

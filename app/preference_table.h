@@ -19,7 +19,7 @@ inline constexpr int kNoMaximum = std::numeric_limits<int>::max();
 struct PreferenceEntry {
     std::string_view key{};
     PreferenceType type = PreferenceType::Integer;
-    std::string_view defaultText{};  ///< as the store would hold it; empty for an empty list
+    std::string_view defaultText{};  ///< as the store would hold it
     bool registered = true;          ///< false: not among the registered defaults, reads as 0
     int minimum = 0;                 ///< of an integer or a number
     int maximum = 0;                 ///< of an integer or a number; kNoMaximum: none

@@ -1,0 +1,204 @@
+#include "app/app_delegate.h"
+
+#include "tests/app/app_fixture.h"
+
+namespace reelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using enum ConversionJobState;
+
+class AppDelegateTest : public AppFixture {
+protected:
+    [[nodiscard]] std::vector<ConversionJobState> states() const {
+        std::vector<ConversionJobState> states;
+        for (const auto& row : app_->queue().taskArray()) states.push_back(row->state());
+        return states;
+    }
+    [[nodiscard]] std::string title() const { return app_->windowTitle().get(); }
+};
+
+TEST_F(AppDelegateTest, TheNewestJobRunsNextUnlessTheyGoToTheBottom) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
+    EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv", "a.mkv"));
+    EXPECT_THAT(states(), ElementsAre(Queued, Queued, Converting));
+    EXPECT_EQ(title(), "Reelvane  [3 Job(s), 2 Queued]");
+    set(kInsertJobsAtBottomKey, 1);
+    add({movie("d.mkv")});
+    finish(0);
+    EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv", "a.mkv", "d.mkv"));
+    EXPECT_THAT(states(), ElementsAre(Converting, Queued, Finished, Queued));
+}
+
+TEST_F(AppDelegateTest, ABatchStartsWithTheJobOfItsLastFile) {
+    open({movie("a.mkv"), movie("b.mkv")});
+    EXPECT_THAT(rows(), ElementsAre("b.mkv", "a.mkv"));
+    EXPECT_THAT(states(), ElementsAre(Converting, Queued));
+}
+
+TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
+    launch();
+    EXPECT_EQ(title(), "Reelvane ");
+    app_->togglePause();
+    EXPECT_EQ(title(), "Reelvane (Paused)");
+    EXPECT_EQ(app_->addButtonTitle().get(), "Add to Queue");
+    add({movie("a.mkv"), movie("b.mkv")});
+    EXPECT_THAT(states(), ElementsAre(Queued, Queued));
+    app_->togglePause();
+    EXPECT_THAT(states(), ElementsAre(Converting, Queued));
+    app_->togglePause();
+    EXPECT_THAT(states(), ElementsAre(Paused, Queued));
+    EXPECT_TRUE(platform_.processLauncher.children[0].suspended);
+    EXPECT_EQ(title(), "Reelvane (Paused) [2 Job(s), 1 Queued]");
+    app_->continueJob(*app_->queue().taskArray()[1]);
+    EXPECT_FALSE(app_->paused()) << "a job that the user starts un-pauses the queue";
+    EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "but starts no other";
+    EXPECT_EQ(app_->queueControl().pauseTitle().get(), "Pause Queue");
+    fail(1);
+    EXPECT_THAT(states(), ElementsAre(Converting, Failed)) << "a paused job goes on in its turn";
+}
+
+TEST_F(AppDelegateTest, AnUnwritableDestinationMakesNoJob) {
+    launch({.destinationFolder = "/proc/no/such/folder"});
+    open({movie("a.mkv")});
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_THAT(lastAlert(), HasSubstr("the selected destinatation or it is a read-only"));
+    EXPECT_THAT(refused_, ElementsAre("a.mkv"));
+    EXPECT_FALSE(app_->intake().isBusy());
+}
+
+TEST_F(AppDelegateTest, AnAutomaticNameIsCheckedOnceMoreAtTheStart) {
+    add({movie("a.mkv"), movie("b.mkv")});
+    const auto foreign = platform_.folder.write("b.m4v", "of another program");
+    finish(0);
+    EXPECT_EQ(job(0).state(), Converting);
+    EXPECT_EQ(output(0), "b-0.m4v");
+    EXPECT_EQ(fs::file_size(foreign), 18);
+}
+
+TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
+    fs::remove(platform_.folder.path() / "c.mkv");
+    finish(0);
+    EXPECT_THAT(states(), ElementsAre(Failed, Queued, Finished));
+    EXPECT_THAT(lastAlert(), HasSubstr("removed the file c.mkv"));
+    app_->cleanClicked();
+    EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv"));
+    EXPECT_EQ(job(1).state(), Converting) << "a removal asks for the next job";
+}
+
+TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
+    set(kAutoCleanKey, 1);
+    add({movie("a.mkv"), movie("b.mkv")});
+    finish(0);
+    EXPECT_THAT(rows(), ElementsAre("b.mkv"));
+    EXPECT_TRUE(fs::exists(platform_.folder.path() / "a.m4v"));
+}
+
+TEST_F(AppDelegateTest, EveryEndedRunIsCountedAndTheLastMayQuit) {
+    set(kQuitAfterConversionKey, 1);
+    add({movie("a.mkv"), movie("b.mkv")});
+    fail(0);
+    finish(1);
+    EXPECT_EQ(terminated_, 0) << "a failed job keeps the program open";
+    EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCountKey), 2);
+    EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 2);
+    app_->queue().taskArray().back()->remove();
+    add({movie("c.mkv")});
+    finish(2);
+    EXPECT_EQ(terminated_, 1);
+}
+
+TEST_F(AppDelegateTest, OnlyARunningConversionAsksBeforeQuitting) {
+    add({movie("a.mkv"), movie("b.mkv")});
+    platform_.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
+    EXPECT_FALSE(app_->applicationShouldTerminate());
+    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_EQ(lastAlert(), "Conversion is in progresss. Are you sure you want to quit?");
+    app_->togglePause();
+    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_EQ(platform_.alerts.shown.size(), 2);
+}
+
+TEST_F(AppDelegateTest, QuittingEndsEveryJobAndLeavesNothingBehind) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
+    platform_.folder.write("a.m4v", "partial");
+    app_->applicationWillTerminate();
+    EXPECT_THAT(rows(), IsEmpty());
+    for (const auto& child : platform_.processLauncher.children) EXPECT_TRUE(child.terminated);
+    EXPECT_FALSE(fs::exists(platform_.folder.path() / "a.m4v"));
+    EXPECT_GE(platform_.store.synchronized, 1);
+}
+
+TEST_F(AppDelegateTest, AClickOnANotificationRevealsItsFile) {
+    launch();
+    platform_.notifications.activated({.title = "no path"});
+    platform_.notifications.activated({.path = "/out.m4v"});
+    EXPECT_THAT(platform_.workspace.revealed, ElementsAre("/out.m4v"));
+}
+
+TEST_F(AppDelegateTest, AMovedBundleRestartsFromItsNewPlace) {
+    launch();
+    platform_.bundleWatch.tell(kRootChangedFlags | 1U);
+    EXPECT_THAT(platform_.alerts.shown, IsEmpty()) << "only exactly that flag counts";
+    fs::path restarted;
+    app_->lifecycle().setRelaunch([&](const fs::path& bundle) {
+        restarted = bundle;
+        return bundle == "/moved";
+    });
+    platform_.bundleWatch.path = "/moved";
+    platform_.bundleWatch.tell(kRootChangedFlags);
+    EXPECT_EQ(restarted, "/moved");
+    EXPECT_THAT(platform_.alerts.shown.back().buttons, ElementsAre("Restart Reelvane"));
+    platform_.bundleWatch.path = "/lost";
+    platform_.bundleWatch.tell(kRootChangedFlags);
+    EXPECT_EQ(lastAlert(), "Reelvane could not restart itself. Please do so yourself.");
+    platform_.dispatcher.runPending();
+    EXPECT_EQ(terminated_, 2);
+}
+
+TEST_F(AppDelegateTest, LaunchReadsIdentityShowsTheHintOnceAndAsksForWindows) {
+    set(kWelcomeShownKey, 0);
+    set("vantor_1.2_usages", 4);
+    launch();
+    EXPECT_EQ(app_->lifecycle().build(), "Build: 34");
+    EXPECT_EQ(app_->lifecycle().version(), "Version: 1.2");
+    EXPECT_EQ(platform_.alerts.shown.at(0).title, "Picking up Speed!");
+    launch();
+    EXPECT_EQ(platform_.alerts.shown.size(), 1);
+    std::vector<WindowRequest> requests;
+    const auto watch =
+        app_->observeWindowRequests([&](const auto& request) { requests.push_back(request); });
+    EXPECT_FALSE(app_->applicationShouldHandleReopen());
+    app_->openDocumentationWindow(-1);
+    ASSERT_EQ(requests.size(), 2);
+    EXPECT_EQ(requests[0].kind, WindowRequest::Kind::Main);
+    EXPECT_FALSE(requests[1].tab) << "no such tab";
+}
+
+TEST_F(AppDelegateTest, UsagesDecideOnRatings) {
+    UsageCounter counter(platform_.vantor);
+    std::string prompt;
+    const auto watch = counter.observePrompts([&](const auto& text) { prompt = text; });
+    counter.increaseUsages(
+        {.increase = 10, .minimumUsagesForRating = 10, .allowFeedbackNow = true});
+    EXPECT_FALSE(counter.isRateable().get());
+    platform_.preferences.setDefaultInt("vantor_1.2_usages", 0);  // another version
+    counter.increaseUsages({.increase = 1, .minimumUsagesForRating = 10});
+    EXPECT_TRUE(counter.isRateable().get());
+    EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 1);
+    counter.increaseUsages({.minimumUsagesForRating = 0});
+    EXPECT_FALSE(counter.isRateable().get());
+    EXPECT_EQ(prompt, "");
+    counter.increaseUsages({.usagesNamedInText = 20,
+                            .feedbackText = "[APPNAME] [USAGES_ASKREVIEW]",
+                            .allowFeedbackNow = true,
+                            .forceFeedbackNow = true});
+    EXPECT_EQ(prompt, "Reelvane 20");
+}
+
+}  // namespace
+}  // namespace reelvane

@@ -1,0 +1,162 @@
+#include "app/destinations.h"
+
+#include "app/bookmark_problem.h"
+#include "tests/app/app_fixture.h"
+
+namespace reelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::_;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::vector<std::string> titlesOf(const PopUpMenu& menu) {
+    std::vector<std::string> titles;
+    for (const auto& item : menu.items()) titles.push_back(item.title);
+    return titles;
+}
+
+class DestinationsTest : public AppFixture {
+protected:
+    fs::path folder(std::string_view name) const {
+        fs::create_directories(platform_.folder.path() / name);
+        return platform_.folder.path() / name;
+    }
+    void save(const std::vector<std::string>& folders) {
+        platform_.preferences.setDefaultArray(kDestinationBookmarksKey, folders);
+        platform_.preferences.setDefaultArray(kDestinationNamesKey, folders);
+    }
+    void choose(const fs::path& chosen, DestinationMenu menu) {
+        platform_.panels.openAnswers = {{chosen}};
+        app_->destinations().chooseNewDestination(menu);
+    }
+    [[nodiscard]] int stored() const {
+        return platform_.preferences.defaultInt(kDefaultDestinationKey);
+    }
+    [[nodiscard]] std::vector<std::string> names() const {
+        return platform_.preferences.defaultArray(kDestinationNamesKey).value();
+    }
+};
+
+TEST_F(DestinationsTest, LaunchDropsLostFoldersAndClampsTheChoice) {
+    for (const auto& [before, after] : {std::pair{5, 3}, {4, 4}, {3, 3}}) {
+        save({"/one", "/two", "/three"});
+        set(kDefaultDestinationKey, before);
+        platform_.folderAccess.broken = {"/two"};
+        launch();
+        EXPECT_THAT(names(), ElementsAre("/one", "/three"));
+        EXPECT_EQ(stored(), after);
+        EXPECT_THAT(titlesOf(app_->destinations().preferencesDestinationPopUp()),
+                    ElementsAre(_, _, "", "/one", "/three", "", _));
+        EXPECT_THAT(platform_.folderAccess.open, IsEmpty());
+    }
+    EXPECT_EQ(app_->destinations().openedFolders().size(), 3) << "the granted root and two more";
+}
+
+TEST_F(DestinationsTest, AddingFromThePreferencesMakesItTheDefault) {
+    launch();
+    choose("/a/one/", DestinationMenu::Preferences);
+    choose("/a/two", DestinationMenu::FileSheet);
+    EXPECT_THAT(names(), ElementsAre("one", "two"));
+    EXPECT_EQ(stored(), 3);
+    EXPECT_EQ(app_->destinations().destinationPopUp().selectedIndex(), 4);
+    choose("/a/two", DestinationMenu::FileSheet);
+    EXPECT_EQ(lastAlert(), "This destination is already bookmarked. You can not add it again.");
+    EXPECT_EQ(stored(), 0);
+    EXPECT_EQ(app_->destinations().destinationPopUp().selectedIndex(), 0);
+    platform_.folderAccess.broken = {"/broken"};
+    choose("/broken", DestinationMenu::Preferences);
+    EXPECT_EQ(names().size(), 2) << "logged only";
+}
+
+TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
+    const auto saved = folder("saved");
+    save({saved});
+    set(kDefaultDestinationKey, 3);
+    open({movie("a.mkv")});
+    EXPECT_EQ(job(0).fileInfo().destinationURL, saved / "a.m4v");
+    EXPECT_THAT(platform_.folderAccess.open, ElementsAre(saved));
+    app_->applicationWillTerminate();
+    EXPECT_THAT(platform_.folderAccess.open, IsEmpty());
+
+    platform_.folderAccess.closed = {saved};
+    app_->openFiles({movie("b.mkv")});
+    EXPECT_THROW(
+        {
+            try {
+                platform_.dispatcher.runPending();
+            } catch (const BookmarkProblem& problem) {
+                EXPECT_EQ(problem.name(), "Bookmark Problem: startAccessingSecurityScopedResource");
+                EXPECT_EQ(problem.reason(), saved);
+                throw;
+            }
+        },
+        BookmarkProblem);
+    EXPECT_THAT(rows(), IsEmpty());
+}
+
+TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
+    set(kDefaultDestinationKey, 0);
+    set(kAutoAddKey, 0);
+    const auto source = movie("a.mkv");
+    const auto sameFile = platform_.folder.path() / "hard.m4v";
+    fs::create_hard_link(source, sameFile);
+    open({source});
+    for (const auto& chosen : {source, sameFile}) {
+        platform_.panels.saveAnswer = chosen;
+        app_->intake().addToQueue();
+        EXPECT_THAT(lastAlert(), HasSubstr("Thats the worst idea ever."));
+        EXPECT_TRUE(fs::exists(chosen));
+    }
+    app_->intake().addToQueue();  // cancelled
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_EQ(platform_.panels.saved.back().fileName, "a.m4v");
+
+    const auto chosen = movie("chosen.m4v");
+    platform_.panels.saveAnswer = chosen;
+    app_->togglePause();
+    app_->intake().addToQueue();
+    EXPECT_FALSE(fs::exists(chosen)) << "the user agreed to replace it";
+    movie("chosen.m4v");
+    app_->togglePause();
+    EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
+}
+
+TEST_F(DestinationsTest, InASandboxNextToTheSourceNeedsAGrantedFolder) {
+    platform_.folderAccess.granted.clear();
+    platform_.panels.openAnswers = {{"/elsewhere"}, {platform_.folder.path()}};
+    open({movie("a.mkv")});
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_EQ(lastAlert(), "You did not seem to select a folder that contains your MKV.");
+    app_->intake().addToQueue();
+    EXPECT_THAT(rows(), ElementsAre("a.mkv"));
+    open({movie("b.mkv")});
+    EXPECT_THAT(rows(), ElementsAre("b.mkv", "a.mkv")) << "granted once is granted";
+}
+
+TEST(FolderHolding, TheLastPlainPrefixWins) {
+    const std::vector<OpenedFolder> folders{{"/a"}, {"/a/b", true}, {"/c"}};
+    EXPECT_TRUE(folderHolding(folders, "/a/b/x.mp4")->securityScoped);
+    EXPECT_EQ(folderHolding(folders, "/a x/y.mp4")->folder, "/a");
+    EXPECT_EQ(folderHolding(folders, "/d/y.mp4"), nullptr);
+}
+
+TEST(OutputNames, CutLongNamesAndKeepRoomForANumber) {
+    TemporaryFolder folder;
+    OutputNames names;
+    const auto first = names.freePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v");
+    names.promise(first);
+    const auto second = names.freePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v");
+    EXPECT_NE(first, second);
+    for (const auto& path : {first, second}) {
+        EXPECT_LE(path.filename().native().size(), 255);
+        EXPECT_EQ(path.extension(), ".m4v");
+    }
+    names.release(first);
+    EXPECT_EQ(names.freePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v"), first);
+}
+
+}  // namespace
+}  // namespace reelvane

@@ -1,0 +1,54 @@
+#include "app/file_sorting.h"
+
+#include <gmock/gmock.h>
+
+#include "app/subtitle_pairing.h"
+#include "support/paths.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace reelvane {
+namespace {
+
+using testing::ElementsAre;
+using Paths = std::vector<std::filesystem::path>;
+
+TEST(FileSorting, TellsMoviesAndTextSubtitlesApart) {
+    TemporaryFolder folder;
+    const auto pictures = folder.write("p.sub", std::string_view("\x00\x00\x01\xBA rest", 9));
+    const auto text = folder.write("t.SUB", "{1}{2}Hi");
+    const auto sorted = sortFiles(Paths{"/a.MKV", "/missing.sub", pictures, "/b.srt", "/c.txt",
+                                        "/noext", "/d.ts", text, "/.mkv", "/e.smi"},
+                                  Fennimar::readInt);
+    EXPECT_THAT(sorted.movies, ElementsAre("/d.ts", "/a.MKV"));
+    EXPECT_THAT(sorted.subtitles, ElementsAre("/b.srt", "/e.smi", "/missing.sub", text));
+}
+
+TEST(FileSorting, WelcomesADragOnlyWithAMovie) {
+    EXPECT_TRUE(acceptsDrag(Paths{"/a.srt", "/b.WebM"}));
+    EXPECT_FALSE(acceptsDrag(Paths{"/a.srt", "/folder"}));
+    EXPECT_EQ(openableFileTypes().size(), 14);
+    EXPECT_EQ(openableFileTypes().back(), "sub");
+}
+
+TEST(SubtitlePairing, TakesTheFirstNameThatBeginsWithTheMoviesAndKeepsIt) {
+    SubtitlePairing pairing;
+    for (const auto* const file : {"/v/Film.en.srt", "/v/Film.de.ass", "/v/Filn.srt", "/v/G.srt"})
+        pairing.add(file);
+    struct Case {
+        std::string movie;
+        std::optional<std::filesystem::path> subtitle;
+    };
+    for (const auto& [movie, subtitle] :
+         std::initializer_list<Case>{{"/v/Film.mkv", "/v/Film.de.ass"},
+                                     {"/v/Film.mp4", "/v/Film.de.ass"},
+                                     {"/v/Film 2.mkv", {}},
+                                     {"/v/Fil.mkv", "/v/Film.de.ass"},
+                                     {"/v/H.mkv", {}},
+                                     {"/w/Film.mkv", {}}})
+        EXPECT_EQ(pairing.subtitleFor(movie), subtitle) << movie;
+    pairing.add("/v/Film.srt");
+    EXPECT_EQ(pairing.subtitleFor("/v/Film.mkv"), "/v/Film.srt");
+}
+
+}  // namespace
+}  // namespace reelvane
