@@ -2,10 +2,8 @@
 
 #include "support/alerts.h"
 #include "support/make_string.h"
-#include "support/ports/host.h"
-#include "support/ports/main_bundle.h"
 #include "support/ports/workspace.h"
-#include "support/preferences_attachment.h"
+#include "support/problem_reports.h"
 #include "support/strings.h"
 #include "support/vantor.h"
 
@@ -18,27 +16,17 @@ std::string field(std::string_view text) {
     return Fennimar::replaced(Fennimar::escaped(Fennimar::validUtf8(text)), "&", "%26");
 }
 
-ReportSender senderOf(Vantor& vantor) {
-    const auto& host = vantor.ports().host;
-    return {.appName = vantor.appName(),
-            .appVersion = vantor.appVersionString(),
-            .supportAddress = vantor.ports().mainBundle.infoValue("FeedbackEmail").value_or(""),
-            .machineType = host.machineModel(),
-            .operatingSystem = host.operatingSystemVersion(),
-            .preferences = preferencesAttachment(vantor.prefsPath())};
-}
-
 }  // namespace
 
-std::string problemReportLink(const ReportSender& sender, const FailedRun& run) {
-    const auto subject = makeString("%@ v%@ Problem Report", sender.appName, sender.appVersion);
+std::string failureReportLink(const ReportFacts& sender, const FailedRun& run) {
+    const auto subject =
+        makeString("%@ v%@ Problem Report", sender.appName, sender.appVersionString);
     const auto body = makeString(
         "Hello\nConversion of a file failed.\n\nBye\n\nP.S. Details: %@ %@ %@\n\n\n"
         "P.P.S: Hardware: %@ Software: %@ Preferences: %@",
         run.arguments, run.jobOutput, run.recordDescription, sender.machineType,
-        sender.operatingSystem, sender.preferences);
-    return makeString("mailto:%@?subject=%@&body=%@", field(sender.supportAddress), field(subject),
-                      field(body));
+        sender.operatingSystemVersion, sender.preferences);
+    return makeString("mailto:%@?subject=%@&body=%@", kSupportAddress, field(subject), field(body));
 }
 
 void explainFailure(Vantor& vantor, const Diagnosis& diagnosis, const FailedRun& run) {
@@ -49,7 +37,7 @@ void explainFailure(Vantor& vantor, const Diagnosis& diagnosis, const FailedRun&
     const auto answer =
         alert(vantor, diagnosis.title, diagnosis.message, "Send to support", "Cancel");
     if (answer != kFirstButton) return;
-    vantor.ports().workspace.openURL(problemReportLink(senderOf(vantor), run));
+    vantor.ports().workspace.openURL(failureReportLink(gatherReportFacts(vantor, true), run));
 }
 
 }  // namespace reelvane

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "conversion/failure_report.h"
+#include "support/problem_reports.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -66,9 +67,13 @@ TEST(Diagnosis, TheUnexplainedOffersAReportWithAShortenedOutput) {
 }
 
 TEST(FailureReport, TheMailCarriesEverythingAndSurvivesItsOwnSeparators) {
-    EXPECT_EQ(problemReportLink({"Reelvane", "1.2", "help@example.org", "Model", "System", "QQ=="},
-                                {"-i /Tom & Jerry#1.mkv", "50%", "record"}),
-              "mailto:help@example.org?subject=Reelvane%20v1.2%20Problem%20Report&body=Hello%0A"
+    const ReportFacts sender{.appName = "Reelvane",
+                             .appVersionString = "1.2",
+                             .machineType = "Model",
+                             .operatingSystemVersion = "System",
+                             .preferences = "QQ=="};
+    EXPECT_EQ(failureReportLink(sender, {"-i /Tom & Jerry#1.mkv", "50%", "record"}),
+              "mailto:support@reelvane.org?subject=Reelvane%20v1.2%20Problem%20Report&body=Hello%0A"
               "Conversion%20of%20a%20file%20failed.%0A%0ABye%0A%0AP.S.%20Details:%20-i%20/Tom%20"
               "%26%20Jerry%231.mkv%2050%25%20record%0A%0A%0AP.P.S:%20Hardware:%20Model%20Software:"
               "%20System%20Preferences:%20QQ==");
