@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/dbus_connection.h"
-#include "platform/posix_descriptor.h"
+#include "support/file_descriptor.h"
 
 namespace reelvane {
 namespace {
@@ -98,7 +98,7 @@ private:
     struct Held {
         const InhibitService* service = nullptr;
         guint32 cookie = 0;
-        PosixDescriptor descriptor{};
+        FileDescriptor descriptor{};
     };
 
     DBusConnection& busOf(const InhibitService& service) {
@@ -114,8 +114,8 @@ private:
             g_variant_get(answer.values.get(), "(h)", &index);
             if (!answer.descriptors) return false;
             held.descriptor =
-                PosixDescriptor(g_unix_fd_list_get(answer.descriptors.get(), index, nullptr));
-            if (!held.descriptor) return false;
+                FileDescriptor(g_unix_fd_list_get(answer.descriptors.get(), index, nullptr));
+            if (!held.descriptor.isOpen()) return false;
         }
         held_.emplace(id, std::move(held));
         return true;

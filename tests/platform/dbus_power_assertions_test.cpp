@@ -10,7 +10,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/posix_descriptor.h"
+#include "support/file_descriptor.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/platform/private_bus.h"
 #include "tests/platform/recording_log.h"
@@ -38,13 +38,13 @@ struct Descriptor {
     GDBusMessage* answer(GDBusMessage* call) {
         std::array<int, 2> ends{};
         EXPECT_EQ(::pipe(ends.data()), 0);
-        readingEnd = PosixDescriptor(ends[0]);
+        readingEnd = FileDescriptor(ends[0]);
         auto* const message = MockService::reply(call, g_variant_new("(h)", 0));
         const GObjectHandle<GUnixFDList> list(g_unix_fd_list_new_from_array(&ends[1], 1));
         g_dbus_message_set_unix_fd_list(message, list.get());
         return message;
     }
-    PosixDescriptor readingEnd;
+    FileDescriptor readingEnd;
 };
 
 struct Power : testing::Test {
@@ -131,7 +131,7 @@ TEST_F(Power, ABusThatNeverAnswersDoesNotHoldUpTheEnd) {
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
     const auto path = folder.path() / "bus";
     path.native().copy(address.sun_path, sizeof address.sun_path - 1);
-    const PosixDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+    const FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
     // The address family is told apart by its first member, as the socket interface has it.
     ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
               0);

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <csignal>
 #include <cstdlib>
 #include <deque>
 #include <functional>
@@ -9,9 +10,11 @@
 #include <gio/gunixfdlist.h>
 #include <mutex>
 #include <string>
+#include <sys/prctl.h>
 #include <utility>
 
 #include "platform/gio_handles.h"
+#include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {
 
@@ -20,23 +23,39 @@ namespace reelvane {
 class PrivateBus {
 public:
     PrivateBus() {
-        g_test_dbus_up(bus_.get());
-        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address(), 1);
+        const auto config = folder_.write(
+            "bus.conf",
+            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
+            "<policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+            "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+        const GObjectHandle<GSubprocessLauncher> launcher(
+            g_subprocess_launcher_new(static_cast<GSubprocessFlags>(
+                G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE)));
+        // A test that crashes leaves no daemon behind.
+        g_subprocess_launcher_set_child_setup(
+            launcher.get(), [](gpointer) { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, nullptr);
+        daemon_.reset(g_subprocess_launcher_spawn(launcher.get(), nullptr, "dbus-daemon",
+                                                  "--nofork", "--print-address", "--config-file",
+                                                  config.c_str(), nullptr));
+        const GObjectHandle<GDataInputStream> output(
+            g_data_input_stream_new(g_subprocess_get_stdout_pipe(daemon_.get())));
+        const GLibText line(g_data_input_stream_read_line(output.get(), nullptr, nullptr, nullptr));
+        address_ = line.get();
+        for (const auto* const name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
+            ::setenv(name, address_.c_str(), 1);
     }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
     PrivateBus(PrivateBus&&) = delete;
     PrivateBus& operator=(PrivateBus&&) = delete;
-    ~PrivateBus() { g_test_dbus_stop(bus_.get()); }
-
-    [[nodiscard]] const char* address() const { return g_test_dbus_get_bus_address(bus_.get()); }
+    ~PrivateBus() { g_subprocess_force_exit(daemon_.get()); }
 
     [[nodiscard]] GObjectHandle<GDBusConnection> connect() const {
         constexpr auto flags =
             static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                               G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-        return GObjectHandle<GDBusConnection>(
-            g_dbus_connection_new_for_address_sync(address(), flags, nullptr, nullptr, nullptr));
+        return GObjectHandle<GDBusConnection>(g_dbus_connection_new_for_address_sync(
+            address_.c_str(), flags, nullptr, nullptr, nullptr));
     }
 
     void record(std::string call) {
@@ -59,7 +78,9 @@ public:
     }
 
 private:
-    GObjectHandle<GTestDBus> bus_{g_test_dbus_new(G_TEST_DBUS_NONE)};
+    TemporaryFolder folder_;
+    GObjectHandle<GSubprocess> daemon_;
+    std::string address_;
     std::mutex mutex_;
     std::condition_variable recorded_;
     std::deque<std::string> calls_;
@@ -108,6 +129,7 @@ public:
     }
 
     void emit(const char* path, const char* interface, const char* name, GVariant* values) {
+        const std::scoped_lock lock(mutex_);
         g_dbus_connection_emit_signal(connection_.get(), nullptr, path, interface, name, values,
                                       nullptr);
     }

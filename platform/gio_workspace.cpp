@@ -1,0 +1,75 @@
+#include "platform/gio_workspace.h"
+
+#include <chrono>
+#include <utility>
+
+#include "platform/dbus_connection.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kWarning = 4;
+/// A file manager that the call starts first takes its time.
+constexpr auto kFileManagerTime = std::chrono::seconds(15);
+
+void open(const std::string& uri, BackgroundThread::Context& context) {
+    // GIO talks over the bus that the whole process shares. As that connection comes, its loss
+    // would end the program.
+    const GObjectHandle<GDBusConnection> shared(
+        g_bus_get_sync(G_BUS_TYPE_SESSION, context.cancellable(), nullptr));
+    if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
+    GLibError error;
+    if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) == FALSE)
+        context.log(kWarning, "Could not open " + uri + ": " + error.message());
+}
+
+/// Keeps every byte of the name; empty, and logged, for a path that is not absolute.
+std::string uriOf(const std::filesystem::path& path, BackgroundThread::Context& context) {
+    GLibError error;
+    const GLibText uri(g_filename_to_uri(path.c_str(), nullptr, error.out()));
+    if (uri) return uri.get();
+    context.log(kWarning, "Could not show " + path.native() + ": " + error.message());
+    return {};
+}
+
+void showInFileManager(const std::filesystem::path& file, BackgroundThread::Context& context) {
+    const auto uri = uriOf(file, context);
+    if (uri.empty()) return;
+    DBusConnection bus(Bus::Session);
+    const char* const uris[] = {uri.c_str()};
+    const auto answer = bus.call({"org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+                                  "org.freedesktop.FileManager1", "ShowItems"},
+                                 g_variant_new("(@ass)", g_variant_new_strv(uris, 1), ""), "()",
+                                 context.cancellable(), kFileManagerTime);
+    bus.close(context.cancellable());
+    if (answer.values || context.isCancelled()) return;
+    const auto folder = uriOf(file.parent_path(), context);
+    if (!folder.empty()) open(folder, context);
+}
+
+void moveToTrash(const std::filesystem::path& file, BackgroundThread::Context& context) {
+    // The local file system's own Trash: no daemon has to run for it.
+    const GObjectHandle<GFile> trashed(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
+    GLibError error;
+    if (g_file_trash(trashed.get(), context.cancellable(), error.out()) == FALSE)
+        context.log(kWarning,
+                    "Could not move " + file.native() + " to the Trash: " + error.message());
+}
+
+}  // namespace
+
+GioWorkspace::GioWorkspace(SystemLog& log) : handlers_(log), fileManager_(log) {}
+
+void GioWorkspace::openURL(const std::string& url) {
+    handlers_.run([url](auto& context) { open(url, context); });
+}
+
+void GioWorkspace::reveal(const std::filesystem::path& file) {
+    fileManager_.run([file](auto& context) { showInFileManager(file, context); });
+}
+
+void GioWorkspace::recycle(const std::filesystem::path& file) {
+    handlers_.run([file](auto& context) { moveToTrash(file, context); });
+}
+
+}  // namespace reelvane

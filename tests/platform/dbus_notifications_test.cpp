@@ -1,0 +1,109 @@
+#include "platform/dbus_notifications.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+
+#include "platform/glib_dispatcher.h"
+#include "tests/platform/private_bus.h"
+#include "tests/platform/recording_log.h"
+
+namespace reelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr auto kName = "org.freedesktop.Notifications";
+constexpr auto kPath = "/org/freedesktop/Notifications";
+
+const Notification kFinished{.title = "Finished <1>",
+                             .text = "a < b & c > \xff",
+                             .actionTitle = "Show",
+                             .path = "/movies/a.mp4"};
+
+struct Notifying : testing::Test {
+    /// A daemon with these capabilities; it counts its notifications up from 1.
+    void startDaemon(const std::vector<const char*>& capabilities) {
+        daemon.emplace(bus, kName, [capabilities, id = 0U](GDBusMessage* call) mutable {
+            if (g_str_equal(g_dbus_message_get_member(call), "Notify") != FALSE)
+                return MockService::reply(call, g_variant_new("(u)", ++id));
+            auto* const words =
+                g_variant_new_strv(capabilities.data(), static_cast<gssize>(capabilities.size()));
+            return MockService::reply(call, g_variant_new_tuple(&words, 1));
+        });
+    }
+    void click(guint32 id) { daemon->emit(kPath, kName, "ActionInvoked", actionOf(id)); }
+    static GVariant* actionOf(guint32 id) { return g_variant_new("(us)", id, "default"); }
+
+    PrivateBus bus;
+    RecordingLog log;
+    GlibDispatcher dispatcher;
+    std::optional<MockService> daemon;
+    std::optional<DBusNotifications> notifications{std::in_place, log, dispatcher, "Reelvane",
+                                                   "org.example.App"};
+};
+
+TEST_F(Notifying, WhatIsSentFollowsTheCapabilities) {
+    const struct {
+        std::vector<const char*> capabilities;
+        const char* sent;
+    } rows[] = {
+        {{"body"}, "'a < b & c > \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>}, -1)"},
+        {{"body", "body-markup", "actions"},
+         "'a &lt; b &amp; c &gt; \xEF\xBF\xBD', ['default', 'Show', 'show', 'Show'], "
+         "{'desktop-entry': <'org.example.App'>}, -1)"},
+        {{"sound"},
+         "'a < b & c > \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>, "
+         "'sound-name': <'message-new-instant'>}, -1)"},
+    };
+    for (const auto& row : rows) {
+        startDaemon(row.capabilities);
+        DBusNotifications sender(log, dispatcher, "Reelvane", "org.example.App");
+        sender.deliver(kFinished);
+        EXPECT_EQ(bus.nextCall(), "GetCapabilities()");
+        EXPECT_EQ(
+            bus.nextCall(),
+            std::string("Notify('Reelvane', 0, 'org.example.App', 'Finished <1>', ") + row.sent);
+    }
+}
+
+TEST_F(Notifying, AClickHandsBackTheNotificationUntilItIsClosed) {
+    startDaemon({"actions"});
+    std::vector<std::string> clicked;
+    notifications->setActivation([&](const Notification& notification) {
+        clicked.push_back(notification.title + notification.path.value_or("").native());
+        dispatcher.quit();
+    });
+    notifications->deliver(kFinished);
+    notifications->deliver({.title = "second", .actionTitle = "Show"});
+    EXPECT_EQ(bus.nextCall(), "GetCapabilities()");
+    EXPECT_THAT(bus.nextCall(), StartsWith("Notify("));
+    EXPECT_THAT(bus.nextCall(), HasSubstr("'second'"));
+    click(99);
+    click(1);
+    dispatcher.run();
+    daemon->emit(kPath, kName, "NotificationClosed", g_variant_new("(uu)", 1U, 2U));
+    click(1);
+    click(2);
+    dispatcher.run();
+    EXPECT_THAT(clicked, ElementsAre("Finished <1>/movies/a.mp4", "second"));
+}
+
+TEST_F(Notifying, NoDaemonIsLoggedOnceAndALaterOneIsUsed) {
+    notifications->deliver(kFinished);
+    notifications->deliver(kFinished);
+    notifications.reset();
+    EXPECT_THAT(log.messages(), ElementsAre(HasSubstr("shows no notifications")));
+
+    startDaemon({});
+    notifications.emplace(log, dispatcher, "Reelvane", "org.example.App");
+    notifications->deliver(kFinished);
+    notifications.reset();  // at once: what was delivered goes out all the same
+    EXPECT_EQ(bus.nextCall(), "GetCapabilities()");
+    EXPECT_THAT(bus.nextCall(), StartsWith("Notify("));
+}
+
+}  // namespace
+}  // namespace reelvane
