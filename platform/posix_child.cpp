@@ -41,8 +41,8 @@ LaunchError launchError(int error) {
 }
 
 // The system's own header declares the function without C linkage.
-PosixDescriptor openEndDescriptor(pid_t process) {
-    return PosixDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+FileDescriptor openEndDescriptor(pid_t process) {
+    return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
 }
 
 int waitForEnd(pid_t process) {
@@ -55,7 +55,7 @@ int waitForEnd(pid_t process) {
 
 }  // namespace
 
-PosixChild::PosixChild(pid_t process, PosixDescriptor end, PosixDescriptor output)
+PosixChild::PosixChild(pid_t process, FileDescriptor end, FileDescriptor output)
     : process_(process),
       end_(std::move(end)),
       output_(std::move(output)) {}
@@ -64,7 +64,7 @@ PosixChild::Start PosixChild::start(const ProcessRequest& request) {
     auto forked = forkAndExecute(request);
     if (forked.process > 0 && forked.error == 0) {
         auto end = openEndDescriptor(forked.process);
-        if (end)
+        if (end.isOpen())
             return {.child = PosixChild(forked.process, std::move(end), std::move(forked.output))};
         forked.error = errno;
         ::kill(-forked.process, SIGKILL);

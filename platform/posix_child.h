@@ -5,7 +5,7 @@
 #include <string>
 #include <sys/types.h>
 
-#include "platform/posix_descriptor.h"
+#include "support/file_descriptor.h"
 #include "support/ports/child_process.h"
 
 namespace reelvane {
@@ -39,11 +39,11 @@ public:
     [[nodiscard]] std::string takePendingOutput() const;
 
 private:
-    PosixChild(pid_t process, PosixDescriptor end, PosixDescriptor output);
+    PosixChild(pid_t process, FileDescriptor end, FileDescriptor output);
 
     pid_t process_;
-    PosixDescriptor end_;
-    PosixDescriptor output_;
+    FileDescriptor end_;
+    FileDescriptor output_;
 };
 
 struct PosixChild::Start {

@@ -17,16 +17,18 @@ namespace {
 constexpr int kFirstFree = 3;  // after the standard descriptors
 
 struct Pipe {
-    PosixDescriptor readEnd{};
-    PosixDescriptor writeEnd{};
+    FileDescriptor readEnd{};
+    FileDescriptor writeEnd{};
+
+    [[nodiscard]] bool isOpen() const { return readEnd.isOpen() && writeEnd.isOpen(); }
 };
 
 // Never one of the standard numbers, not even where this program was started without them: the
 // child puts others there.
-PosixDescriptor aboveStandard(int descriptor) {
-    if (descriptor < 0 || descriptor >= kFirstFree) return PosixDescriptor(descriptor);
-    const PosixDescriptor low(descriptor);
-    return PosixDescriptor(::fcntl(low.get(), F_DUPFD_CLOEXEC, kFirstFree));
+FileDescriptor aboveStandard(int descriptor) {
+    if (descriptor < 0 || descriptor >= kFirstFree) return FileDescriptor(descriptor);
+    const FileDescriptor low(descriptor);
+    return FileDescriptor(::fcntl(low.get(), F_DUPFD_CLOEXEC, kFirstFree));
 }
 
 Pipe makePipe() {
@@ -123,7 +125,7 @@ ForkResult forkAndExecute(const ProcessRequest& request) {
     auto output = makePipe();
     auto failure = makePipe();
     const auto input = aboveStandard(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-    if (!output.readEnd || !output.writeEnd || !failure.readEnd || !failure.writeEnd || !input) {
+    if (!output.isOpen() || !failure.isOpen() || !input.isOpen()) {
         return {.error = errno};
     }
     ::fcntl(output.readEnd.get(), F_SETFL, O_NONBLOCK);

@@ -1,0 +1,94 @@
+#include "platform/executable_bundle.h"
+
+#include <cstdlib>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/ini_document.h"
+#include "platform/ini_file.h"
+#include "support/strings.h"
+
+namespace reelvane {
+
+namespace {
+
+std::string environmentValue(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string() : value;
+}
+
+bool isExecutable(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+}
+
+std::filesystem::path absolutePath(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::absolute(path, ignored);
+}
+
+/// Where nothing of that name is found: in the first folder searched, never a file that happens to
+/// lie in the current one.
+std::filesystem::path foundInPath(const std::filesystem::path& name) {
+    auto folders = environmentValue("PATH");
+    if (folders.empty()) folders = "/usr/local/bin:/usr/bin:/bin";
+    std::optional<std::filesystem::path> first;
+    for (const auto folder : Fennimar::split(folders, ":")) {
+        if (folder.empty()) continue;
+        const auto candidate = absolutePath(std::filesystem::path(folder) / name);
+        if (isExecutable(candidate)) return candidate;
+        if (!first) first = candidate;
+    }
+    return first.value_or("/usr/bin" / name);
+}
+
+std::optional<std::filesystem::path> ffmpegFromEnvironment() {
+    const std::filesystem::path named = environmentValue("REELVANE_FFMPEG");
+    if (named.empty()) return std::nullopt;
+    return named.has_parent_path() ? absolutePath(named) : foundInPath(named);
+}
+
+std::filesystem::path runningExecutable() {
+    std::error_code ignored;
+    return std::filesystem::read_symlink("/proc/self/exe", ignored);
+}
+
+}  // namespace
+
+ExecutableBundle::ExecutableBundle() : ExecutableBundle(runningExecutable()) {}
+
+ExecutableBundle::ExecutableBundle(std::filesystem::path executable)
+    : executable_(std::move(executable)),
+      otherFFmpeg_(ffmpegFromEnvironment()) {}
+
+std::filesystem::path ExecutableBundle::bundlePath() const {
+    return executable_.parent_path();
+}
+
+std::filesystem::path ExecutableBundle::executablePath() const {
+    return executable_;
+}
+
+std::filesystem::path ExecutableBundle::resourcesPath() const {
+    return bundlePath() / "resources";
+}
+
+std::filesystem::path ExecutableBundle::pathForResource(std::string_view name) const {
+    if (name == "ffmpeg" && otherFFmpeg_) return *otherFFmpeg_;
+    return resourcesPath() / name;
+}
+
+std::optional<std::string> ExecutableBundle::infoValue(std::string_view key) const {
+    std::call_once(infoRead_, [this] {
+        const auto content = readWhole(resourcesPath() / "Info.ini");
+        if (const auto document = IniDocument::parse(content.text, "Info")) {
+            info_ = document->values();
+        }
+    });
+    const auto found = info_.find(key);
+    if (found == info_.end() || found->second.empty()) return std::nullopt;
+    return found->second;
+}
+
+}  // namespace reelvane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "support/ports/preferences_store.h"
+
+using GKeyFile = struct _GKeyFile;  // NOLINT(bugprone-reserved-identifier): GLib's name
+
+namespace reelvane {
+
+/// One group of a key file (INI). Comments, other groups and whatever is not changed stay as they
+/// stand. Keys and values may be any bytes: what a key file cannot hold is escaped.
+///
+/// In a key, a byte that the format gives a meaning is written "%3D", and so is a "%" that two
+/// hexadecimal digits follow. In a value, control characters, blanks at the ends, and bytes that
+/// are not UTF-8 are written "\n", "\s", "\xFF" and the like. Other escapes are read as they stand.
+class IniDocument {
+public:
+    explicit IniDocument(std::string group);
+
+    /// Absent when the text is no key file.
+    [[nodiscard]] static std::optional<IniDocument> parse(const std::string& text,
+                                                          std::string group);
+
+    [[nodiscard]] PreferenceValues values() const;
+    /// Writes what differs from `values()`, and forgets what is missing.
+    void setValues(const PreferenceValues& values);
+    [[nodiscard]] std::string text() const;
+
+private:
+    struct Free {
+        void operator()(GKeyFile* file) const;
+    };
+
+    std::string group_;
+    std::unique_ptr<GKeyFile, Free> file_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,148 @@
+#include "platform/ini_preferences_store.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <utility>
+
+#include "platform/ini_document.h"
+#include "support/strings.h"
+
+namespace reelvane {
+
+namespace {
+
+constexpr auto kGroup = "Preferences";
+
+/// The lock that every writer of the file holds; not open when it cannot be had. It goes with the
+/// descriptor, however the program ends.
+FileDescriptor lockFor(const std::filesystem::path& path) {
+    makePrivateFolder(path.parent_path());
+    auto name = path;
+    name += ".lock";
+    FileDescriptor lock(
+        ::open(name.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    while (lock.isOpen() && ::flock(lock.get(), LOCK_EX) < 0) {
+        if (errno != EINTR) lock.reset();
+    }
+    return lock;
+}
+
+/// For a sentence: bytes that are not UTF-8 replaced.
+std::string quoted(const std::filesystem::path& path) {
+    return '"' + Fennimar::validUtf8(path.native()) + '"';
+}
+
+std::string damagedText(const std::filesystem::path& path,
+                        const std::optional<std::filesystem::path>& kept) {
+    if (kept) {
+        return "The preferences file " + quoted(path) + " could not be read. It was kept as " +
+               quoted(*kept) + ", and the default preferences are used.";
+    }
+    auto wanted = path;
+    wanted += ".damaged";
+    return "The preferences file " + quoted(path) +
+           " could not be read, and it could not be kept as " + quoted(wanted) +
+           ". The default preferences are used, and changes will not be saved until you move the "
+           "file away.";
+}
+
+}  // namespace
+
+struct IniPreferencesStore::Reading {
+    FileContent content{};
+    IniDocument document{kGroup};
+};
+
+IniPreferencesStore::IniPreferencesStore(std::filesystem::path path) : path_(std::move(path)) {}
+
+IniPreferencesStore::Reading IniPreferencesStore::read() const {
+    Reading reading{.content = readWhole(path_)};
+    if (reading.content.state != ReadState::Read) return reading;
+    if (auto document = IniDocument::parse(reading.content.text, kGroup)) {
+        reading.document = *std::move(document);
+    } else {
+        reading.content.state = ReadState::Unreadable;
+    }
+    return reading;
+}
+
+// Under the lock a damaged file can be moved: no other process is just replacing it.
+IniPreferencesStore::Reading IniPreferencesStore::readLocked() const {
+    auto reading = read();
+    if (reading.content.state != ReadState::Unreadable) return reading;
+    const auto kept = setAside(path_);
+    tell(damagedText(path_, kept));
+    if (kept) reading.content = {};
+    return reading;
+}
+
+void IniPreferencesStore::tell(std::string problem) const {
+    const std::scoped_lock lock(mutex_);
+    problem_ = std::move(problem);
+}
+
+void IniPreferencesStore::remember(Reading reading) const {
+    const std::scoped_lock lock(mutex_);
+    if (reading.content.state == ReadState::NotNow) return;
+    values_ = reading.document.values();
+    identity_ = reading.content.identity;
+    file_ = std::move(reading.content.file);
+    known_ = true;
+}
+
+void IniPreferencesStore::refresh() const {
+    {
+        const auto identity = identityOf(path_);
+        const std::scoped_lock lock(mutex_);
+        if (known_ && identity == identity_) return;
+    }
+    auto reading = read();
+    if (reading.content.state == ReadState::Unreadable) {
+        const auto lock = lockFor(path_);
+        if (lock.isOpen()) {
+            reading = readLocked();
+        } else {
+            tell(damagedText(path_, std::nullopt));
+        }
+    }
+    remember(std::move(reading));
+}
+
+std::optional<std::string> IniPreferencesStore::value(std::string_view key) const {
+    refresh();
+    const std::scoped_lock lock(mutex_);
+    const auto found = values_.find(key);
+    return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+bool IniPreferencesStore::edit(const std::function<void(PreferenceValues&)>& change) {
+    const auto lock = lockFor(path_);
+    if (!lock.isOpen()) return false;
+    auto reading = readLocked();
+    const auto state = reading.content.state;
+    if (state != ReadState::Absent && state != ReadState::Read) return false;
+    const auto before = reading.document.values();
+    auto after = before;
+    change(after);
+    if (after == before) return true;
+    reading.document.setValues(after);
+    auto replaced = replaceFile(path_, reading.document.text());
+    if (!replaced) return false;
+    reading.content = *std::move(replaced);
+    remember(std::move(reading));
+    return true;
+}
+
+void IniPreferencesStore::synchronize() {
+    // Every edit has put the file onto the device; where it could not, its folder's entry follows.
+    synchronizeFolder(path_.parent_path());
+}
+
+std::optional<std::string> IniPreferencesStore::problem() const {
+    refresh();
+    const std::scoped_lock lock(mutex_);
+    return problem_;
+}
+
+}  // namespace reelvane

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/ini_file.h"
+#include "support/ports/preferences_store.h"
+
+namespace reelvane {
+
+/// The preferences in one group of a key file. Every edit takes a lock file beside it
+/// ("NAME.lock", which stays), reads what is on disk and replaces the file in one step, so readers
+/// need no lock. Any thread; `edit` blocks while another process edits.
+///
+/// What stands at the path and is no readable key file is set aside, never overwritten; where that
+/// fails, nothing is written.
+class IniPreferencesStore final : public PreferencesStore {
+public:
+    explicit IniPreferencesStore(std::filesystem::path path);
+
+    [[nodiscard]] std::optional<std::string> value(std::string_view key) const override;
+    bool edit(const std::function<void(PreferenceValues&)>& change) override;
+    void synchronize() override;
+
+    /// What the user must know of the stored file; absent when all is well. Reads it if need be.
+    [[nodiscard]] std::optional<std::string> problem() const;
+
+private:
+    struct Reading;
+
+    [[nodiscard]] Reading read() const;
+    [[nodiscard]] Reading readLocked() const;
+    void refresh() const;
+    void remember(Reading reading) const;
+    void tell(std::string problem) const;
+
+    std::filesystem::path path_;
+    mutable std::mutex mutex_;  ///< guards what follows; never held while waiting for the lock file
+    mutable bool known_ = false;
+    mutable std::optional<FileIdentity> identity_;  ///< of what `values_` were read from
+    mutable FileDescriptor file_;                   ///< keeps its inode number from being reused
+    mutable PreferenceValues values_;
+    mutable std::optional<std::string> problem_;
+};
+
+}  // namespace reelvane

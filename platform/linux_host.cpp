@@ -1,0 +1,72 @@
+#include "platform/linux_host.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include "platform/account_database.h"
+#include "platform/ini_file.h"
+#include "platform/shell_assignments.h"
+#include "platform/xdg_user_folders.h"
+#include "support/strings.h"
+
+namespace reelvane {
+
+namespace {
+
+/// "de" out of "de_DE.UTF-8@euro"; empty for the locales that name no language.
+std::string_view languageOf(std::string_view locale) {
+    const auto language = locale.substr(0, locale.find_first_of("_.@-"));
+    return language == "C" || language == "POSIX" ? std::string_view() : language;
+}
+
+}  // namespace
+
+LinuxHost::LinuxHost(std::filesystem::path root) : root_(std::move(root)) {}
+
+std::string LinuxHost::machineModel() const {
+    const auto content = readWhole(root_ / "sys/class/dmi/id/product_name");
+    return std::string(Fennimar::trimmedOfWhitespaceAndNewlines(content.text));
+}
+
+std::string LinuxHost::operatingSystemVersion() const {
+    for (const auto* const file : {"etc/os-release", "usr/lib/os-release"}) {
+        const auto values = parseShellAssignments(readWhole(root_ / file).text);
+        if (const auto found = values.find("PRETTY_NAME"); found != values.end()) {
+            return found->second;
+        }
+    }
+    return {};
+}
+
+std::vector<std::string> LinuxHost::preferredLanguages() const {
+    std::vector<std::string> languages;
+    for (const auto* const variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* const value = std::getenv(variable);
+        if (value == nullptr) continue;
+        for (const auto locale : Fennimar::split(value, ":")) {
+            const auto language = languageOf(locale);
+            const bool known = std::ranges::find(languages, language) != languages.end();
+            if (!language.empty() && !known) languages.emplace_back(language);
+        }
+    }
+    return languages;
+}
+
+std::string LinuxHost::loginName() const {
+    return currentAccount().name;
+}
+
+std::vector<std::string> LinuxHost::administrators() const {
+    for (const auto* const group : {"admin", "sudo", "wheel"}) {
+        if (auto members = groupMembers(group)) return *std::move(members);
+    }
+    return {};
+}
+
+UserFolders LinuxHost::folders() const {
+    return xdgUserFolders();
+}
+
+}  // namespace reelvane

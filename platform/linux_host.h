@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/ports/host.h"
+
+namespace reelvane {
+
+/// What the Linux system says of itself and its user, asked anew at each call. Any thread.
+class LinuxHost final : public Host {
+public:
+    /// `root` is the folder that stands for "/" when system files are read.
+    explicit LinuxHost(std::filesystem::path root = "/");
+
+    [[nodiscard]] std::string machineModel() const override;
+    [[nodiscard]] std::string operatingSystemVersion() const override;
+    [[nodiscard]] std::vector<std::string> preferredLanguages() const override;
+    [[nodiscard]] std::string loginName() const override;
+    [[nodiscard]] std::vector<std::string> administrators() const override;
+    [[nodiscard]] UserFolders folders() const override;
+
+private:
+    std::filesystem::path root_;
+};
+
+}  // namespace reelvane

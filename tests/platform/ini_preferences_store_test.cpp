@@ -1,0 +1,255 @@
+#include "platform/ini_preferences_store.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include "tests/fakes/temporary_folder.h"
+
+namespace reelvane {
+namespace {
+
+using std::filesystem::path;
+using testing::HasSubstr;
+using testing::Optional;
+using testing::UnorderedElementsAre;
+
+std::string contentOf(const path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::string> namesIn(const path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        names.push_back(entry.path().filename());
+    }
+    return names;
+}
+
+mode_t modeOf(const path& file) {
+    struct stat status = {};
+    return ::stat(file.c_str(), &status) == 0 ? status.st_mode & 0777U : 0U;
+}
+
+bool set(PreferencesStore& store, const std::string& key, const std::string& value) {
+    return store.edit([&](PreferenceValues& values) { values[key] = value; });
+}
+
+TEST(IniPreferencesStore, AnAbsentFileIsMadeByTheFirstChangeForThisUserAlone) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "config/Some.Program/Some.Program.ini";
+    IniPreferencesStore store(file);
+    EXPECT_EQ(store.value("a"), std::nullopt);
+    EXPECT_EQ(store.problem(), std::nullopt);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "config"));
+    EXPECT_TRUE(store.edit([](PreferenceValues&) {}));
+    EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_TRUE(set(store, "a", "1"));
+    EXPECT_THAT(store.value("a"), Optional(std::string("1")));
+    EXPECT_EQ(modeOf(file), 0600U);
+    EXPECT_EQ(modeOf(file.parent_path()), 0700U);
+    EXPECT_THAT(namesIn(file.parent_path()),
+                UnorderedElementsAre("Some.Program.ini", "Some.Program.ini.lock"));
+}
+
+TEST(IniPreferencesStore, KeysAndValuesMayBeAnyBytes) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "p.ini";
+    PreferenceValues everything;
+    for (const auto* const key :
+         {"", "%", "%%3D", "%25", "%=", "%4", "_a/b [x]_asked", "vantor_asl_lev%i_pos%i", "#c",
+          "[g]", "Name[de]", " a ", "a\nb", "\xFF", "ü", "Encoding", "a=b", "x\\n"}) {
+        everything.emplace(key, std::string("value of ") + key);
+    }
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string one(1, static_cast<char>(byte));
+        everything.emplace("byte" + std::to_string(byte), one + one);
+        everything.emplace("key" + one, one + "in" + one + "side\\" + one);
+    }
+    everything["utf8"] = "Größe 大きさ \xC3";
+    everything["blanks"] = "  two  ";
+    everything["escapes"] = R"(C:\new\xFF\s\q \\n)";
+    everything["empty"] = "";
+    IniPreferencesStore store(file);
+    ASSERT_TRUE(store.edit([&](PreferenceValues& values) { values = everything; }));
+    PreferenceValues read;
+    ASSERT_TRUE(IniPreferencesStore(file).edit([&](PreferenceValues& values) { read = values; }));
+    EXPECT_EQ(read, everything);
+    EXPECT_THAT(contentOf(file), HasSubstr("\nvantor_asl_lev%i_pos%i=value of "));
+}
+
+TEST(IniPreferencesStore, WhatOthersWroteSurvivesAnEdit) {
+    const TemporaryFolder folder;
+    const auto file = folder.write("p.ini",
+                                   "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\n"
+                                   "Path=C:\\dir\nold=1\ngone=2\n");
+    IniPreferencesStore store(file);
+    EXPECT_THAT(store.value("Path"), Optional(std::string("C:\\dir")));
+    ASSERT_TRUE(store.edit([](PreferenceValues& values) {
+        values["old"] = "3";
+        values.erase("gone");
+    }));
+    EXPECT_EQ(
+        contentOf(file),
+        "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\nPath=C:\\dir\nold=3\n");
+}
+
+TEST(IniPreferencesStore, ReadersSeeEveryChangeOfOtherProcesses) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "p.ini";
+    IniPreferencesStore writer(file);
+    const IniPreferencesStore reader(file);
+    for (int i = 0; i < 50; ++i) {  // same size, same clock tick, inode numbers up for reuse
+        const auto text = std::to_string(100 + i);
+        ASSERT_TRUE(set(writer, "a", text));
+        ASSERT_THAT(reader.value("a"), Optional(text));
+    }
+    std::filesystem::remove(file);
+    EXPECT_EQ(reader.value("a"), std::nullopt);
+}
+
+TEST(IniPreferencesStore, ProcessesAndThreadsAtOnceLoseNothing) {
+    constexpr int kEach = 200;
+    if (std::filesystem::exists("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);  // no waiting disk
+    const TemporaryFolder folder;
+    ::unsetenv("TMPDIR");
+    const auto file = folder.path() / "p.ini";
+    const auto count = [](IniPreferencesStore& store, const std::string& name) {
+        bool well = true;
+        for (int i = 0; i < kEach; ++i) {
+            well = store.edit([&](PreferenceValues& values) {
+                auto& number = values["count"];
+                number = std::to_string(number.empty() ? 1 : std::stoi(number) + 1);
+                values[name + std::to_string(i / 10)] = number;
+            }) && well;
+        }
+        return well;
+    };
+    const pid_t other = ::fork();
+    IniPreferencesStore store(file);
+    if (other == 0) ::_exit(count(store, "child") ? 0 : 1);
+    std::thread thread([&] { EXPECT_TRUE(count(store, "thread")); });
+    EXPECT_TRUE(count(store, "parent"));
+    thread.join();
+    int status = -1;
+    ::waitpid(other, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_THAT(store.value("count"), Optional(std::to_string(3 * kEach)));
+    std::size_t keys = 0;
+    EXPECT_TRUE(store.edit([&](PreferenceValues& values) { keys = values.size(); }));
+    EXPECT_EQ(keys, 3U * kEach / 10 + 1);
+}
+
+TEST(IniPreferencesStore, ASymbolicLinkIsFollowed) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path() / "kept");
+    const auto file = folder.path() / "p.ini";
+    std::filesystem::create_symlink("kept/real.ini", file);
+    IniPreferencesStore store(file);
+    for (const auto* const value : {"1", "2"}) {
+        ASSERT_TRUE(set(store, "a", value));
+        EXPECT_TRUE(std::filesystem::is_symlink(file));
+        EXPECT_EQ(contentOf(folder.path() / "kept/real.ini"),
+                  std::string("[Preferences]\na=") + value + "\n");
+    }
+}
+
+TEST(IniPreferencesStore, WhatCannotBeReadIsSetAside) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "p.ini";
+    folder.write("p.ini.damaged", "earlier");
+    const std::function<void()> damages[] = {
+        [&] { folder.write("p.ini", "[Preferences]\nno pair\n"); },
+        [&] { folder.write("p.ini", std::string(50, '\0')); },
+        [&] { std::filesystem::create_directory(file); },
+        [&] { ::mkfifo(file.c_str(), 0600); },
+        [&] { std::filesystem::create_symlink("/dev/null", file); },
+        [&] { std::filesystem::create_symlink("p.ini", file); },
+    };
+    int number = 0;
+    for (const auto& damage : damages) {
+        std::filesystem::remove_all(file);
+        damage();
+        const auto type = std::filesystem::symlink_status(file).type();
+        const auto kept = file.native() + ".damaged-" + std::to_string(++number);
+        IniPreferencesStore store(file);
+        if (number % 2 == 0) {
+            EXPECT_TRUE(set(store, "a", "1"));
+        } else {
+            EXPECT_EQ(store.value("a"), std::nullopt);
+        }
+        EXPECT_EQ(std::filesystem::symlink_status(kept).type(), type) << kept;
+        EXPECT_THAT(store.problem(), Optional(testing::AllOf(HasSubstr('"' + file.native() + '"'),
+                                                             HasSubstr('"' + kept + '"'))));
+        EXPECT_TRUE(set(store, "a", "2"));
+        EXPECT_THAT(IniPreferencesStore(file).value("a"), Optional(std::string("2")));
+    }
+    EXPECT_EQ(contentOf(file.native() + ".damaged"), "earlier");
+}
+
+/// In a process of its own; as root, permissions would be ignored there.
+int inUnprivilegedProcess(const std::function<bool()>& test) {
+    const pid_t process = ::fork();
+    if (process == 0) {
+        if (::getuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(2);
+        ::_exit(test() ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(process, &status, 0);
+    return status;
+}
+
+TEST(IniPreferencesStore, WhereNothingCanBeWrittenTheOldFileStaysWhole) {
+    const TemporaryFolder folder;
+    const auto good = folder.write("good.ini", "[Preferences]\na=1\n");
+    const auto bad = folder.write("bad.ini", "junk");
+    folder.write("good.ini.lock", "");
+    folder.write("bad.ini.lock", "");
+    ::chmod(folder.path().c_str(), 0555);
+    EXPECT_EQ(inUnprivilegedProcess([&] {
+                  IniPreferencesStore readable(good);
+                  IniPreferencesStore damaged(bad);
+                  return !set(readable, "a", "2") && readable.value("a") == "1" &&
+                         !set(damaged, "a", "2") && damaged.value("a") == std::nullopt &&
+                         damaged.problem()->find("will not be saved") != std::string::npos;
+              }),
+              0);
+    ::chmod(folder.path().c_str(), 0755);
+    EXPECT_EQ(contentOf(bad), "junk");
+    EXPECT_EQ(contentOf(good), "[Preferences]\na=1\n");
+    EXPECT_EQ(namesIn(folder.path()).size(), 4U);
+}
+
+TEST(IniPreferencesStore, AWriteCutShortLeavesTheOldFileAndNothingElse) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "p.ini";
+    IniPreferencesStore store(file);
+    ASSERT_TRUE(set(store, "a", "1"));
+    const pid_t process = ::fork();
+    if (process == 0) {
+        // The file size limit stands for a full disk: the write stops in the middle.
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{.rlim_cur = 1000, .rlim_max = 1000};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        ::_exit(set(store, "b", std::string(5000, 'x')) || store.value("b") ? 1 : 0);
+    }
+    int status = -1;
+    ::waitpid(process, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(contentOf(file), "[Preferences]\na=1\n");
+    EXPECT_THAT(namesIn(folder.path()), UnorderedElementsAre("p.ini", "p.ini.lock"));
+}
+
+}  // namespace
+}  // namespace reelvane
