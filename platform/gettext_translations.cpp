@@ -1,0 +1,104 @@
+#include "platform/gettext_translations.h"
+
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <glib.h>
+#include <iterator>
+#include <utility>
+
+namespace reelvane {
+namespace {
+
+constexpr std::uint32_t kMagic = 0x950412DE;
+
+/// The numbers and texts of a catalogue, each read only where it lies inside the file.
+class CatalogueReader {
+public:
+    explicit CatalogueReader(std::string_view bytes) : bytes_(bytes) {}
+
+    /// False when it is no catalogue. It may be of either byte order.
+    bool begin() {
+        const auto magic = number(0);
+        swapped_ = magic == GUINT32_SWAP_LE_BE(kMagic);
+        return magic == kMagic || swapped_;
+    }
+
+    [[nodiscard]] std::optional<std::uint32_t> number(std::uint64_t offset) const {
+        std::uint32_t value = 0;
+        if (offset + sizeof value > bytes_.size()) return std::nullopt;
+        std::memcpy(&value, bytes_.data() + offset, sizeof value);
+        return swapped_ ? GUINT32_SWAP_LE_BE(value) : value;
+    }
+
+    /// The text that the table's entry points to, up to its first NUL: what follows is a plural.
+    [[nodiscard]] std::optional<std::string> text(std::uint64_t table, std::uint64_t entry) const {
+        const auto length = number(table + 8 * entry);
+        const auto offset = number(table + 8 * entry + 4);
+        if (!length || !offset || std::uint64_t{*offset} + *length > bytes_.size())
+            return std::nullopt;
+        const auto text = bytes_.substr(*offset, *length);
+        return std::string(text.substr(0, text.find('\0')));
+    }
+
+private:
+    std::string_view bytes_;
+    bool swapped_ = false;
+};
+
+std::optional<TranslationCatalogue> readCatalogue(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) return std::nullopt;
+    return parseCatalogue(std::string(std::istreambuf_iterator<char>(stream), {}));
+}
+
+bool isEnglish(std::string_view language) {
+    return language == "C" || language == "POSIX" || language == "en" ||
+           language.starts_with("en_") || language.starts_with("en.") ||
+           language.starts_with("en@");
+}
+
+TranslationCatalogue preferredCatalogue(const std::filesystem::path& folder) {
+    for (const char* const* language = g_get_language_names(); *language; ++language) {
+        // A name is a folder's name at most, whatever the environment holds.
+        if (std::string_view(*language).find('/') != std::string_view::npos) continue;
+        auto catalogue = readCatalogue(folder / (std::string(*language) + ".mo"));
+        if (catalogue) return std::move(*catalogue);
+        if (isEnglish(*language)) break;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::optional<TranslationCatalogue> parseCatalogue(std::string_view bytes) {
+    constexpr std::uint64_t kCount = 8;
+    constexpr std::uint64_t kOriginals = 12;
+    constexpr std::uint64_t kTranslations = 16;
+    CatalogueReader reader(bytes);
+    if (!reader.begin()) return std::nullopt;
+    const auto count = reader.number(kCount);
+    const auto originals = reader.number(kOriginals);
+    const auto translations = reader.number(kTranslations);
+    if (!count || !originals || !translations) return std::nullopt;
+    TranslationCatalogue catalogue;
+    for (std::uint64_t entry = 0; entry < *count; ++entry) {
+        auto original = reader.text(*originals, entry);
+        auto translation = reader.text(*translations, entry);
+        if (!original || !translation) return std::nullopt;
+        if (!translation->empty()) catalogue.emplace(std::move(*original), std::move(*translation));
+    }
+    catalogue.erase("");  // the catalogue's own head
+    return catalogue;
+}
+
+GettextTranslations::GettextTranslations(std::filesystem::path folder)
+    : folder_(std::move(folder)) {}
+
+std::string GettextTranslations::localized(std::string_view text) const {
+    std::call_once(read_, [this] { catalogue_ = preferredCatalogue(folder_); });
+    const auto found = catalogue_.find(std::string(text));
+    return found == catalogue_.end() ? std::string(text) : found->second;
+}
+
+}  // namespace reelvane

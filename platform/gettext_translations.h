@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "support/ports/translations.h"
+
+namespace reelvane {
+
+using TranslationCatalogue = std::unordered_map<std::string, std::string>;
+
+/// The singular texts of a compiled gettext catalogue, by the text they translate; absent when the
+/// bytes are none. Format: GNU gettext manual, "The Format of GNU MO Files".
+[[nodiscard]] std::optional<TranslationCatalogue> parseCatalogue(std::string_view bytes);
+
+/// Translations from gettext catalogues, "<language>.mo" in one folder, read at the first text.
+/// They are read here and not by the C library, whose locale then stays "C" so that numbers are
+/// read and written the same everywhere, and which needs the language's locale to be installed.
+/// The first language that the user prefers (`LANGUAGE`, `LC_ALL`, `LC_MESSAGES`, `LANG`) and that
+/// has a catalogue wins; the texts themselves are English.
+class GettextTranslations final : public Translations {
+public:
+    explicit GettextTranslations(std::filesystem::path folder);
+
+    [[nodiscard]] std::string localized(std::string_view text) const override;
+
+private:
+    std::filesystem::path folder_;
+    mutable std::once_flag read_;
+    mutable TranslationCatalogue catalogue_;  ///< filled once, by the first call from any thread
+};
+
+}  // namespace reelvane

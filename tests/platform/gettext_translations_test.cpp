@@ -1,0 +1,68 @@
+#include "platform/gettext_translations.h"
+
+#include <clocale>
+#include <cstdlib>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+
+#include "tests/fakes/temporary_folder.h"
+
+namespace reelvane {
+namespace {
+
+struct Translated : testing::Test {
+    void addCatalogue(const std::string& language, const std::string& translation,
+                      const std::string& options = "") {
+        const auto po = folder.write(
+            "x.po",
+            "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n"
+            "msgid \"Quit\"\nmsgstr \"" +
+                translation +
+                "\"\n"
+                "msgid \"%d file\"\nmsgid_plural \"%d files\"\nmsgstr[0] \"%d \xC3\xA4\"\n"
+                "msgstr[1] \"b\"\nmsgid \"Untranslated\"\nmsgstr \"\"\n");
+        const auto command = "msgfmt " + options + " -o '" +
+                             (folder.path() / (language + ".mo")).native() + "' '" + po.native() +
+                             "'";
+        ASSERT_EQ(std::system(command.c_str()), 0);
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(Translated, TheFirstPreferredLanguageWithACatalogueWins) {
+    addCatalogue("de", "Beenden");
+    addCatalogue("pt_BR", "Sair");
+    const struct {
+        const char* languages;
+        const char* quit;
+    } rows[] = {{"de", "Beenden"},        {"de_AT.UTF-8", "Beenden"}, {"fr:pt_BR:de", "Sair"},
+                {"pt_PT:de", "Beenden"},  {"en_GB:de", "Quit"},       {"fr", "Quit"},
+                {"../x/de:de", "Beenden"}};
+    for (const auto& row : rows) {
+        ::setenv("LANGUAGE", row.languages, 1);
+        EXPECT_EQ(GettextTranslations(folder.path()).localized("Quit"), row.quit) << row.languages;
+    }
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+    ::unsetenv("LANGUAGE");
+}
+
+TEST_F(Translated, ACatalogueOfEitherByteOrderIsReadAndADamagedOneIsNone) {
+    for (const auto* const options : {"--endianness=little", "--endianness=big"}) {
+        addCatalogue("xx", "Ende", options);
+        std::ifstream stream(folder.path() / "xx.mo", std::ios::binary);
+        const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+        const auto catalogue = parseCatalogue(bytes);
+        ASSERT_TRUE(catalogue.has_value());
+        EXPECT_THAT(*catalogue,
+                    testing::UnorderedElementsAre(testing::Pair("Quit", "Ende"),
+                                                  testing::Pair("%d file", "%d \xC3\xA4")));
+        for (std::size_t length = 0; length + 1 < bytes.size(); ++length)
+            EXPECT_FALSE(parseCatalogue(bytes.substr(0, length)).has_value()) << length;
+    }
+}
+
+}  // namespace
+}  // namespace reelvane

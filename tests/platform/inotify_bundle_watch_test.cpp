@@ -1,0 +1,63 @@
+#include "platform/inotify_bundle_watch.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/fakes/temporary_folder.h"
+
+namespace reelvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Moved : testing::Test {
+    Moved() {
+        fs::create_directories(bundle);
+        watch.start(bundle, [this](std::uint32_t flags) {
+            EXPECT_EQ(flags, kRootChangedFlags);
+            ++told;
+        });
+    }
+    /// Runs the main context until the watch has told once more, or nothing more is due.
+    void turn(int upTo) {
+        for (int turns = 0; told < upTo && turns < 1000; ++turns)
+            g_main_context_iteration(nullptr, TRUE);
+    }
+
+    TemporaryFolder folder;
+    fs::path root = fs::canonical(folder.path());
+    fs::path bundle = root / "a/b/bundle";
+    int told = 0;
+    InotifyBundleWatch watch{std::chrono::milliseconds(1)};
+};
+
+TEST_F(Moved, AMoveOfTheBundleOrOfAFolderAboveItIsToldWithTheNewPlace) {
+    fs::rename(bundle, root / "a/b/elsewhere");
+    turn(1);
+    EXPECT_EQ(watch.currentPath(), root / "a/b/elsewhere");
+    fs::rename(root / "a", root / "c");
+    turn(2);
+    EXPECT_EQ(watch.currentPath(), root / "c/b/elsewhere");
+    fs::create_directory(root / "new");
+    fs::rename(root / "c/b/elsewhere", root / "new/bundle");
+    turn(3);
+    fs::rename(root / "new", root / "newer");  // watched only since the last move
+    turn(4);
+    EXPECT_EQ(watch.currentPath(), root / "newer/bundle");
+    EXPECT_EQ(told, 4);
+}
+
+TEST_F(Moved, WhatComesBackOrGoesAwayIsNoMove) {
+    fs::rename(root / "a", root / "c");
+    fs::rename(root / "c", root / "a");
+    g_main_context_iteration(nullptr, TRUE);  // the events
+    g_main_context_iteration(nullptr, TRUE);  // the latency's end
+    EXPECT_EQ(told, 0);
+    fs::remove(bundle);
+    EXPECT_EQ(watch.currentPath(), bundle);
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+    EXPECT_EQ(told, 0);
+}
+
+}  // namespace
+}  // namespace reelvane
