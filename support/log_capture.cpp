@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <ctime>
 #include <fcntl.h>
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include "support/make_string.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -32,15 +32,6 @@ std::string captureLine(std::uint32_t level, std::string_view appName, std::stri
     return makeString("%@ %@  %@[%i] <%@>: %@\n", date, time, appName, ::getpid(), name, message);
 }
 
-void writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const auto written = ::write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return;  // nobody is left to be told
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 void keepEnd(const std::filesystem::path& path, std::uint64_t maxSize) {
     const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
     if (file < 0) return;
@@ -52,8 +43,9 @@ void keepEnd(const std::filesystem::path& path, std::uint64_t maxSize) {
         const auto got = ::pread(file, end.data(), end.size(), static_cast<off_t>(size - maxSize));
         // Only a whole copy of the end may replace the file.
         if (got == static_cast<ssize_t>(end.size())) {
-            writeAll(file, end);
-            if (::ftruncate(file, static_cast<off_t>(maxSize)) == 0) ::fsync(file);
+            if (writeAll(file, end) && ::ftruncate(file, static_cast<off_t>(maxSize)) == 0) {
+                ::fsync(file);
+            }
         }
     }
     ::close(file);
@@ -81,7 +73,7 @@ std::optional<std::string> LogCapture::append(std::uint32_t level, std::string_v
     if (file_ < 0) return std::nullopt;
     const auto line = captureLine(level, appName, message);
     if (!Fennimar::isValidUtf8(line)) return Fennimar::validUtf8(line);
-    writeAll(file_, line);
+    writeAll(file_, line);  // when it fails nobody is left to be told
     return std::nullopt;
 }
 

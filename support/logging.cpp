@@ -76,20 +76,35 @@ std::string dateDescription() {
                       utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
 }
 
-std::uint32_t takePosition(std::uint32_t& position, std::uint32_t places) {
-    const std::lock_guard lock(logState().mutex);
-    const auto taken = position;
-    position = (taken + 1) % places;
-    return taken;
-}
+/// Marks the time in which this thread writes to a ring.
+class RingWriting {
+public:
+    RingWriting() { writingRing = true; }
+    ~RingWriting() { writingRing = false; }
+    RingWriting(const RingWriting&) = delete;
+    RingWriting& operator=(const RingWriting&) = delete;
+    RingWriting(RingWriting&&) = delete;
+    RingWriting& operator=(RingWriting&&) = delete;
+};
+
+struct Ring {
+    std::string keyStart;
+    std::uint32_t& position;
+    std::uint32_t places = 0;
+};
 
 /// A store that cannot be written may say so in the log, and that message must not try it again.
-void writeRing(const LogSinks& sinks, const std::string& key, std::string_view message) {
+void keepInRing(const LogSinks& sinks, const Ring& ring, std::string_view message) {
     if (sinks.preferences == nullptr || writingRing) return;
-    writingRing = true;
+    const RingWriting writing;
+    auto key = ring.keyStart;
+    {
+        const std::lock_guard lock(logState().mutex);
+        key += std::to_string(ring.position);
+        ring.position = (ring.position + 1) % ring.places;
+    }
     sinks.preferences->setDefaultString(
         key, makeString("date: %@ message: %@", dateDescription(), message));
-    writingRing = false;
 }
 
 }  // namespace
@@ -108,8 +123,11 @@ void log_message(std::uint32_t level, const std::string& message) {
         vn_log_level(kLogError, "could not open create data from string %@ for log", *lost);
     }
     if (level >= kLevels) return;
-    const auto position = takePosition(state.levelPositions.at(level), kLevelRingPlaces);
-    writeRing(use.sinks(), makeString("vantor_asl_lev%i_pos%i", level, position), message);
+    keepInRing(use.sinks(),
+               {.keyStart = makeString("vantor_asl_lev%i_pos", level),
+                .position = state.levelPositions.at(level),
+                .places = kLevelRingPlaces},
+               message);
     if (use.sinks().systemLog != nullptr) {
         use.sinks().systemLog->write(static_cast<int>(level), message);
     }
@@ -122,10 +140,12 @@ void vn_log_enablecapturetofile(const std::filesystem::path& file, std::uint64_t
 }
 
 void log_to_prefs(std::string_view message) {
-    auto& state = logState();
     const SinkUse use;
-    const auto position = takePosition(state.prefsPosition, kPrefsRingPlaces);
-    writeRing(use.sinks(), makeString("vantor_logtoprefs_pos%i", position), message);
+    keepInRing(use.sinks(),
+               {.keyStart = "vantor_logtoprefs_pos",
+                .position = logState().prefsPosition,
+                .places = kPrefsRingPlaces},
+               message);
 }
 
 }  // namespace reelvane

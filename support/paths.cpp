@@ -9,6 +9,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "support/posix_io.h"
 #include "support/strings.h"
 #include "support/utf8.h"
 
@@ -17,32 +18,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::size_t kLongestName = 255;  // in bytes, on every usual file system
+
 /// Whether a name is in use, be it by a link that leads nowhere.
 bool isOccupied(const fs::path& path) {
     struct stat status {};
     return ::lstat(path.c_str(), &status) == 0;
 }
 
+/// The character that crosses the limit goes whole.
 std::string_view cutAtCharacter(std::string_view text, std::size_t maximumBytes) {
     if (text.size() <= maximumBytes) return text;
-    // The character that crosses the limit goes whole.
     std::size_t end = 0;
-    for (std::size_t next = 0; next <= maximumBytes && next < text.size();) {
+    while (true) {
+        const auto next = end + reelvane::decodeUtf8(text.substr(end)).length;
+        if (next > maximumBytes) return text.substr(0, end);
         end = next;
-        next += reelvane::decodeUtf8(text.substr(next)).length;
-        if (next <= maximumBytes) end = next;
     }
-    return text.substr(0, end);
-}
-
-bool writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const auto written = ::write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
 }
 
 }  // namespace
@@ -66,7 +58,7 @@ bool fileIsAlias(const fs::path& path) {
 bool isWriteablePath(const fs::path& path) {
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (file < 0) return false;
-    const bool written = writeAll(file, "TEST");
+    const bool written = reelvane::writeAll(file, "TEST");
     const bool closed = ::close(file) == 0;
     return ::unlink(path.c_str()) == 0 && written && closed;
 }
@@ -76,13 +68,11 @@ fs::path uniqueFile(const fs::path& path, const std::function<bool(const fs::pat
         return isOccupied(candidate) || (isTaken && isTaken(candidate));
     };
     if (const auto fitting = withNameCut(path); !taken(fitting)) return fitting;
+    auto dotted = path;
+    if (!path.has_extension()) dotted += ".";
     for (std::uint64_t number = 0;; ++number) {
         const auto suffix = "-" + std::to_string(number);
-        auto extension = path.extension().native();
-        if (extension.empty()) extension = ".";
-        auto plain = path;
-        plain.replace_extension(extension);
-        const auto fitting = withNameCut(plain, 255, suffix.size());
+        const auto fitting = withNameCut(dotted, kLongestName, suffix.size());
         const auto name = fitting.stem().native() + suffix + fitting.extension().native();
         if (const auto candidate = path.parent_path() / name; !taken(candidate)) return candidate;
     }

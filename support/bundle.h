@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What depends on the program that runs: its translations, its resources, its identifier. All are
+/// safe from any thread.
+namespace reelvane {
+
+class Vantor;
+
+/// The translation of a text into the user's language; the text itself when there is none.
+[[nodiscard]] std::string localized(const Vantor& vantor, std::string_view text);
+
+/// Marks a text that is deliberately not translated.
+// NOLINTNEXTLINE(readability-identifier-naming): the library's name for it
+[[nodiscard]] constexpr std::string_view LocalizationNotNeeded(std::string_view text) {
+    return text;
+}
+
+/// The path of a resource, whether or not it is there.
+[[nodiscard]] std::filesystem::path resourceURL(const Vantor& vantor, std::string_view name);
+
+/// Makes a new private folder among the temporary files, "IDENTIFIER.XXXXXX" with other letters for
+/// each X; absent when that fails. The caller removes it.
+[[nodiscard]] std::optional<std::filesystem::path> makeTempFolder(const Vantor& vantor);
+
+/// "\nKEY: VALUE" for each key, in order; "(null)" stands for a missing value.
+[[nodiscard]] std::string makeDescription(
+    const std::map<std::string, std::string, std::less<>>& object,
+    const std::vector<std::string>& keys);
+
+}  // namespace reelvane

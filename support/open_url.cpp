@@ -1,0 +1,57 @@
+#include "support/open_url.h"
+
+#include "support/make_string.h"
+#include "support/ports/main_bundle.h"
+#include "support/ports/workspace.h"
+#include "support/problem_reports.h"
+#include "support/strings.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+namespace {
+
+constexpr std::string_view kMakersWebSite = "https://www.reelvane.org/";
+
+std::string infoLink(const Vantor& vantor, std::string_view key) {
+    return vantor.ports().mainBundle.infoValue(key).value_or("");
+}
+
+std::string productPage(const Vantor& vantor) {
+    if (auto page = infoLink(vantor, "VendorProductPage"); !page.empty()) return page;
+    const auto name = Fennimar::lowercased(vantor.appName());
+    const auto word = Fennimar::partBefore(Fennimar::partBefore(name, " "), "-");
+    return makeString("%@%@/", kMakersWebSite, word);
+}
+
+}  // namespace
+
+std::string linkForChoice(const Vantor& vantor, int choice) {
+    switch (choice) {
+        case kBetaTestURL:
+            // The "s" in place of a mail scheme is how this link has always been.
+            return makeString(
+                "s%@?subject=%@ Beta Versions&body=Hello\nI would like to test upcoming beta "
+                "versions of %@.\nBye\n",
+                feedbackAddress(vantor), vantor.appName(), vantor.appName());
+        case kProductPageURL:
+            return productPage(vantor);
+        case kStorePageURL:
+            return infoLink(vantor, "StoreProductPage");
+        case kStoreApplicationURL:
+            return Fennimar::replaced(infoLink(vantor, "StoreProductPage"), "https", "macappstore");
+        case kMacupdatePageURL:
+            return infoLink(vantor, "MacupdateProductPage");
+        default:
+            return {};
+    }
+}
+
+void openURL(Vantor& vantor, int choice) {
+    if (choice == kSupportRequestURL) {
+        sendSupportRequestMail(vantor, "<Insert Support Request Here>");
+        return;
+    }
+    vantor.ports().workspace.openURL(Fennimar::escaped(linkForChoice(vantor, choice)));
+}
+
+}  // namespace reelvane

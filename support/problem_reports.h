@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "support/ports/dispatcher.h"
+
+/// Reports to the maker by mail: an unexpected failure, or a user's request for support.
+namespace reelvane {
+
+class Vantor;
+
+/// Where a problem report goes, whatever the information file says.
+inline constexpr std::string_view kSupportAddress = "support@reelvane.org";
+
+/// What a mail to the support says of the program and of the machine it runs on.
+struct ReportFacts {
+    std::string appName{};
+    std::string appVersionString{};
+    int appBuildNumber = 0;
+    std::string machineType{};
+    std::string operatingSystemVersion{};
+    bool isUserAdmin = false;
+    std::size_t crashLogCount = 0;
+    std::string preferences{};  ///< the stored preferences' file in Base64; empty: left out
+};
+
+/// Asks the host. Any thread.
+[[nodiscard]] ReportFacts gatherReportFacts(const Vantor& vantor, bool withPreferences);
+
+/// The mail link of a problem report, not yet percent-encoded.
+[[nodiscard]] std::string problemReportLink(const ReportFacts& facts, std::string_view message,
+                                            std::string_view details, bool fatal);
+/// The mail link of a support request, not yet percent-encoded.
+[[nodiscard]] std::string supportRequestLink(const ReportFacts& facts, std::string_view address,
+                                             std::string_view text);
+/// What the alert shows of the details: all of up to 400 characters, else their beginning.
+[[nodiscard]] std::string shownDetails(std::string_view details);
+
+/// `FeedbackEmail` of the information file, else the built-in address.
+[[nodiscard]] std::string feedbackAddress(const Vantor& vantor);
+
+/// Ends the process with a status. Tests hand in one that only takes note.
+using EndProcess = std::function<void(int status)>;
+/// Ends the process at once. Nothing is cleaned up: preferences are on disk already, children die
+/// with their parent, and after an unexpected failure no destructor can be trusted.
+[[noreturn]] void endProcess(int status);
+
+/// How a fatal report ends, and how long it waits for a main thread that may itself be stuck.
+struct FatalEnd {
+    EndProcess endProcess = reelvane::endProcess;
+    Interval patience = std::chrono::seconds(10);
+};
+
+/// Shows what went wrong and opens the mail if the user wants to send it. Any thread; waits for the
+/// user's answer. A fatal one ends the process with status 1; off the main thread it does so
+/// without an alert when the main thread does not turn to it in time.
+void alert_feedback(Vantor& vantor, std::string_view message, std::string_view details, bool fatal,
+                    const FatalEnd& end = {});
+void alert_feedback_fatal(Vantor& vantor, std::string_view message, std::string_view details,
+                          const FatalEnd& end = {});
+void alert_feedback_nonfatal(Vantor& vantor, std::string_view message, std::string_view details);
+
+/// Opens a mail to the support that begins with the text. With the Option key held the preferences
+/// go with it. Main thread only.
+void sendSupportRequestMail(Vantor& vantor, std::string_view text);
+
+}  // namespace reelvane

@@ -1,0 +1,97 @@
+#include "support/strings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Fennimar {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(Lines, EndAtEveryNewlineCharacterAndKeepEmptyOnes) {
+    EXPECT_THAT(lines("a\r\nb\n\nc"), ElementsAre("a", "", "b", "", "c"));
+    EXPECT_THAT(lines("a\u0085b\u2028c\u2029d\ve\ff"), ElementsAre("a", "b", "c", "d", "e", "f"));
+    EXPECT_THAT(lines(""), ElementsAre(""));
+    EXPECT_THAT(lines("\xC3\n\x85"), ElementsAre("\xC3", "\x85"));  // not UTF-8
+}
+
+TEST(Split, KeepsEmptyPartsAndTakesOverlapsOnce) {
+    EXPECT_THAT(split("a, b, ", ", "), ElementsAre("a", "b", ""));
+    EXPECT_THAT(split("aaa", "aa"), ElementsAre("", "a"));
+    EXPECT_THAT(split("abc", ""), ElementsAre("abc"));
+    EXPECT_EQ(replaced("aXbXX", "X", "--"), "a--b----");
+    EXPECT_EQ(replaced("abc", "", "-"), "abc");
+}
+
+TEST(Trimming, KnowsUnicodeSpacesAndStopsAtOddBytes) {
+    EXPECT_EQ(trimmedOfWhitespaceAndNewlines("\u3000\t a\u00A0b \u2003\r\n"), "a\u00A0b");
+    EXPECT_EQ(trimmedOfWhitespaceAndNewlines(" \n\u00A0 "), "");
+    EXPECT_EQ(trimmedOfWhitespaceAndNewlines(" \xA0 "), "\xA0");  // a lone continuation byte
+    EXPECT_EQ(trimmedOf("--a-b--", "-"), "a-b");
+    EXPECT_EQ(trimmedOf("--", "-"), "");
+    EXPECT_EQ(trimmedTo("[1280x720],", "0123456789"), "1280x720");
+    EXPECT_EQ(trimmedTo("none", "0123456789"), "");
+}
+
+TEST(Characters, AreCodePointsAndOddBytesCountAsOne) {
+    EXPECT_EQ(characterCount("aé€😀"), 4U);
+    EXPECT_EQ(characterCount("\xE2\x82z\xFF"), 4U);
+    EXPECT_EQ(clamp("é€😀x", 3), "é€😀");
+    EXPECT_EQ(clamp("ab", 3), "ab");
+    EXPECT_EQ(clamp("ab", 0), "");
+}
+
+TEST(Utf8, RefusesWhatTheStandardRefuses) {
+    for (const std::string_view good : {"", "plain", "é€😀", "\u07FF\uFFFF\U0010FFFF"}) {
+        EXPECT_TRUE(isValidUtf8(good)) << good;
+    }
+    struct Case {
+        std::string_view bytes;
+        std::string_view repaired;
+    };
+    for (const auto& [bytes, repaired] :
+         {Case{"\xC0\x80", "\uFFFD\uFFFD"}, Case{"\xE0\x80\x80", "\uFFFD\uFFFD\uFFFD"},
+          Case{"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},
+          Case{"\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"}, Case{"a\xE2\x82", "a\uFFFD\uFFFD"},
+          Case{"\xFFz", "\uFFFDz"}}) {
+        EXPECT_FALSE(isValidUtf8(bytes)) << repaired;
+        EXPECT_EQ(validUtf8(bytes), repaired);
+    }
+}
+
+TEST(Escaped, KeepsWhatAQueryAllows) {
+    EXPECT_EQ(escaped("mailto:a@b.c?subject=A b&body=100%\n#é"),
+              "mailto:a@b.c?subject=A%20b&body=100%25%0A%23%C3%A9");
+}
+
+TEST(LeadingNumbers, ReadWhatTheTextBeginsWith) {
+    struct Case {
+        std::string_view text;
+        int integer;
+        double real;
+    };
+    for (const auto& [text, integer, real] :
+         {Case{" 42 kb/s", 42, 42}, Case{"-7.5x", -7, -7.5}, Case{"+3", 3, 3}, Case{"+-3", 0, 0},
+          Case{"", 0, 0}, Case{"x1", 0, 0}, Case{"inf", 0, 0}, Case{"-nan", 0, 0},
+          Case{".5", 0, 0.5}, Case{"99999999999", 2147483647, 99999999999.0},
+          Case{"-99999999999", -2147483647 - 1, -99999999999.0}, Case{"1e-999", 1, 0}}) {
+        EXPECT_EQ(leadingInteger(text), integer) << text;
+        EXPECT_DOUBLE_EQ(leadingDouble(text), real) << text;
+    }
+    EXPECT_GT(leadingDouble("1e999"), 1e300);
+}
+
+TEST(Parts, SplitAtTheFirstSeparatorOnly) {
+    EXPECT_EQ(partAfter("a: b: c", ": "), "b: c");
+    EXPECT_EQ(partAfter("abc", ":"), std::nullopt);
+    EXPECT_EQ(partBefore("a: b: c", ": "), "a");
+    EXPECT_EQ(partBefore("abc", ":"), "abc");
+    EXPECT_EQ(joined(std::vector<std::string>{"a", "", "c"}, "/"), "a//c");
+    EXPECT_EQ(lowercased("MÄ-Kv"), "mÄ-kv");
+}
+
+}  // namespace
+}  // namespace Fennimar
