@@ -70,7 +70,7 @@ Diagnosis told(std::string_view title, std::string_view message) {
 
 Diagnosis diagnose(const FailureFacts& facts) {
     if (!facts.startProblem.empty()) return told(kConversionFailed, facts.startProblem);
-    const auto row = std::ranges::find_if(
+    const auto* const row = std::ranges::find_if(
         kRows, [&](const Row& candidate) { return matches(candidate, facts.jobOutput); });
     if (row != kRows.end()) return told(kConversionFailed, row->message);
     if (facts.embeddedSubtitlesConverted) return told(kInformation, kEmbeddedSubtitles);

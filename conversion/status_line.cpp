@@ -39,7 +39,7 @@ double remainingTime(double progress, double elapsed) {
 
 std::string statusLine(const StatusFacts& facts) {
     const auto word = kConversionJobStateWords[static_cast<std::size_t>(facts.state)];
-    const auto base = makeString("Status: %@", word);
+    auto base = makeString("Status: %@", word);
     switch (facts.state) {
         case ConversionJobState::Failed:
             return makeString("%@   Click the arrow at the right to get more information.", base);
