@@ -36,7 +36,7 @@ std::filesystem::path foundInPath(const std::filesystem::path& name) {
     std::optional<std::filesystem::path> first;
     for (const auto folder : Fennimar::split(folders, ":")) {
         if (folder.empty()) continue;
-        const auto candidate = absolutePath(std::filesystem::path(folder) / name);
+        auto candidate = absolutePath(std::filesystem::path(folder) / name);
         if (isExecutable(candidate)) return candidate;
         if (!first) first = candidate;
     }

@@ -141,8 +141,9 @@ std::optional<FileContent> replaceFile(const std::filesystem::path& path, const 
         return std::nullopt;
     }
     synchronizeFolder(target.parent_path());
-    return FileContent{
-        .state = ReadState::Read, .identity = identityOfOpen(file.get()), .file = std::move(file)};
+    FileContent content{.state = ReadState::Read, .identity = identityOfOpen(file.get())};
+    content.file = std::move(file);
+    return content;
 }
 
 std::optional<std::filesystem::path> setAside(const std::filesystem::path& path) {

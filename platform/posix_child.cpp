@@ -64,8 +64,9 @@ PosixChild::Start PosixChild::start(const ProcessRequest& request) {
     auto forked = forkAndExecute(request);
     if (forked.process > 0 && forked.error == 0) {
         auto end = openEndDescriptor(forked.process);
-        if (end.isOpen())
+        if (end.isOpen()) {
             return {.child = PosixChild(forked.process, std::move(end), std::move(forked.output))};
+        }
         forked.error = errno;
         ::kill(-forked.process, SIGKILL);
     }
@@ -88,11 +89,11 @@ bool PosixChild::waitFor(std::chrono::milliseconds time) const {
     }
 }
 
-int PosixChild::reap() {
+int PosixChild::reap() const {
     return waitForEnd(process_);
 }
 
-void PosixChild::terminate() {
+void PosixChild::terminate() const {
     signalGroup(SIGTERM);
     signalGroup(SIGCONT);  // a suspended process takes no other signal
     static_cast<void>(waitFor(kTerminationGrace));

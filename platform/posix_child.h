@@ -31,9 +31,9 @@ public:
     [[nodiscard]] bool waitFor(std::chrono::milliseconds time) const;
     /// Waits for the end and answers the exit status, or the number of the signal that ended it.
     /// To be called once, and nothing but `takePendingOutput` after it.
-    [[nodiscard]] int reap();
+    [[nodiscard]] int reap() const;
     /// SIGTERM, SIGCONT, and after two seconds SIGKILL; returns when the child is gone.
-    void terminate();
+    void terminate() const;
 
     /// What the pipe holds now. A writer that the child left behind cannot draw this out.
     [[nodiscard]] std::string takePendingOutput() const;
