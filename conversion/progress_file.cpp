@@ -43,11 +43,15 @@ std::optional<double> progressPercent(double outTime, std::optional<int> runtime
     return std::min(outTime / *runtimeSeconds * 100, 100.0);
 }
 
+std::filesystem::path ProgressFile::freePath(const std::filesystem::path& folder,
+                                             std::string_view movieName) {
+    return Fennimar::uniqueFile(folder / (std::string(movieName) + ".log"));
+}
+
 ProgressFile ProgressFile::create(const std::filesystem::path& folder, std::string_view movieName) {
-    const auto wanted = folder / (std::string(movieName) + ".log");
-    auto path = Fennimar::uniqueFile(wanted);
+    auto path = freePath(folder, movieName);
     for (int race = 0; race < kMostRaces && !claim(path); ++race) {
-        path = Fennimar::uniqueFile(wanted);
+        path = freePath(folder, movieName);
     }
     return ProgressFile(path);
 }

@@ -24,6 +24,9 @@ public:
     ProgressFile() = default;
     explicit ProgressFile(std::filesystem::path path) : path_(std::move(path)) {}
 
+    /// The path that `create` would take now. Makes nothing.
+    [[nodiscard]] static std::filesystem::path freePath(const std::filesystem::path& folder,
+                                                        std::string_view movieName);
     /// Makes an empty file, named after the movie, under a name that nobody has: two programs that
     /// share the folder never get the same one. Where none can be made the path is answered all
     /// the same, and the converter says why it cannot write there.
