@@ -94,8 +94,9 @@ void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
 void AppDelegate::refuseUnwritable(std::unique_ptr<ConversionJob> job) {
     const auto source = job->fileInfo().fileURL;
     releaseName(*job);
-    if (const auto& folder = job->fileInfo().securityURL)
+    if (const auto& folder = job->fileInfo().securityURL) {
         vantor_.ports().folderAccess.stopAccessing(*folder);
+    }
     const VettingAlert alert{
         .title = vantor_.appName(),
         .message =

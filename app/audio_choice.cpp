@@ -8,11 +8,12 @@ std::optional<std::string> audioChoiceProblem(const MKVFileInfo& record,
                                               std::size_t audioTrackIndex) {
     const auto tracks = record.audioTrackInformation.size();
     if (audioTrackIndex < tracks) return std::nullopt;
-    if (tracks == 0)
+    if (tracks == 0) {
         return makeString(
             "The file '%@' has no audio track, so none can be chosen. Please convert it without "
             "choosing an audio track.",
             record.fileName);
+    }
     return makeString(
         "The file '%@' has no audio track with the index %lu. Please choose an index from 0 to "
         "%lu.",

@@ -41,14 +41,12 @@ void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::
         const auto folder = std::filesystem::absolute(*choices_.destinationFolder);
         answer(ResolvedDestination{.destinationURL =
                                        names_.freePath(folder, record.fileName, extension())});
-    } else if (!menuIndex || *menuIndex == kSeparatorDestination) {
+    } else if (!menuIndex || !destinations_.isDestination(*menuIndex)) {
         answer(std::nullopt);
     } else if (*menuIndex == kAskDestination) {
         askWithSavePanel(record, std::move(answer));
     } else if (*menuIndex == kNextToSourceDestination) {
         findFolderNextTo(record, std::move(answer));
-    } else if (*menuIndex >= kFirstFolderDestination + destinations_.savedFolderCount()) {
-        answer(std::nullopt);  // the item that adds a destination is none itself
     } else {
         const auto folder = destinations_.openSavedFolder(*menuIndex);
         answer(ResolvedDestination{
@@ -64,10 +62,11 @@ void DestinationResolver::askWithSavePanel(const MKVFileInfo& record, Answer ans
         {.folder = record.fileURL.parent_path(), .fileName = std::move(name), .extension = type},
         [this, source = record.fileURL,
          answer = std::move(answer)](const std::optional<std::filesystem::path>& chosen) {
-            if (chosen)
+            if (chosen) {
                 takeChosenPath(source, *chosen, answer);
-            else
+            } else {
                 answer(std::nullopt);
+            }
         });
 }
 
@@ -94,8 +93,9 @@ std::optional<ResolvedDestination> DestinationResolver::nextTo(const MKVFileInfo
     if (opened == nullptr) return std::nullopt;
     ResolvedDestination destination{.destinationURL =
                                         names_.freePath(folder, record.fileName, extension())};
-    if (opened->securityScoped && vantor_.ports().folderAccess.startAccessing(opened->folder))
+    if (opened->securityScoped && vantor_.ports().folderAccess.startAccessing(opened->folder)) {
         destination.securityURL = opened->folder;
+    }
     return destination;
 }
 
@@ -119,12 +119,13 @@ void DestinationResolver::findFolderNextTo(const MKVFileInfo& record, Answer ans
             }
             destinations_.addOpenedFolder(chosen.front());
             auto found = nextTo(record);
-            if (!found)
+            if (!found) {
                 dispatch_async_main(vantor_, [&vantor = vantor_] {
                     alert_apptitled(vantor,
                                     "You did not seem to select a folder that contains your MKV.",
                                     "Cancel");
                 });
+            }
             answer(std::move(found));
         });
 }

@@ -68,8 +68,9 @@ void Destinations::store(const SavedFolders& folders) {
 }
 
 void Destinations::validateAtLaunch() {
-    for (auto& granted : vantor_.ports().folderAccess.grantedFolders())
+    for (auto& granted : vantor_.ports().folderAccess.grantedFolders()) {
         addOpenedFolder(std::move(granted));
+    }
     const auto saved = savedFolders();
     SavedFolders valid;
     for (std::size_t i = 0; i < saved.bookmarks.size(); ++i) {
@@ -156,13 +157,19 @@ void Destinations::refuseDuplicate() {
     destinationPopUp_.selectItemAtIndex(kAskDestination);
 }
 
+bool Destinations::isDestination(std::size_t menuIndex) const {
+    return menuIndex != kSeparatorDestination &&
+           menuIndex < kFirstFolderDestination + savedFolders().bookmarks.size();
+}
+
 std::filesystem::path Destinations::openSavedFolder(std::size_t menuIndex) {
     auto& access = vantor_.ports().folderAccess;
     const auto bookmarks = savedFolders().bookmarks;
     const auto resolved = access.resolveBookmark(bookmarks.at(menuIndex - kFirstFolderDestination));
     if (!resolved.folder) throw BookmarkProblem("URLByResolvingBookmarkData", resolved.error);
-    if (!access.startAccessing(*resolved.folder))
+    if (!access.startAccessing(*resolved.folder)) {
         throw BookmarkProblem("startAccessingSecurityScopedResource", resolved.folder->native());
+    }
     return *resolved.folder;
 }
 

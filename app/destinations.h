@@ -60,7 +60,8 @@ public:
     /// Lets the user pick a folder and saves it.
     void chooseNewDestination(DestinationMenu menu);
 
-    [[nodiscard]] std::size_t savedFolderCount() const { return savedFolders().bookmarks.size(); }
+    /// False for the separators and the item that adds a destination.
+    [[nodiscard]] bool isDestination(std::size_t menuIndex) const;
     /// Resolves the saved folder behind a menu index and starts the access to it.
     /// Throws BookmarkProblem when the folder cannot be found or opened.
     [[nodiscard]] std::filesystem::path openSavedFolder(std::size_t menuIndex);

@@ -171,6 +171,7 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
 void FileIntake::fillAudioPopUp() {
     const auto& entries = fileInfo_->audioTrackInformation;
     std::vector<MenuItem> items;
+    items.reserve(entries.size());
     for (const auto& entry : entries) items.push_back({.title = entry.text});
     audioPopUp_.setItems(std::move(items));
     const auto chosen =
@@ -183,8 +184,9 @@ void FileIntake::fillAudioPopUp() {
 
 void FileIntake::addToQueue() {
     // A file that was left, or is not yet known, is not there to be added; nor is one twice.
-    if (!fileInfo_ || isScanning_.get() || resolving_ || topConstraint_.get() != kSheetShown)
+    if (!fileInfo_ || isScanning_.get() || resolving_ || topConstraint_.get() != kSheetShown) {
         return;
+    }
     resolving_ = true;
     const auto track = audioPopUp_.selectedIndex().value_or(0);
     try {
@@ -193,10 +195,11 @@ void FileIntake::addToQueue() {
                            track](const std::optional<ResolvedDestination>& destination) {
                               if (!alive.lock()) return;
                               resolving_ = false;
-                              if (destination)
+                              if (destination) {
                                   addResolved(track, *destination);
-                              else if (choices_.unattended)
+                              } else if (choices_.unattended) {
                                   leaveUnadded();
+                              }
                           });
     } catch (...) {
         resolving_ = false;

@@ -30,12 +30,15 @@ bool isTextSubtitle(std::string_view extension) {
 SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
                       const FirstBytesReader& firstBytes) {
     SortedFiles sorted;
-    for (const auto& path : paths)
+    for (const auto& path : paths) {
         if (isTextSubtitle(Fennimar::lowercasedExtension(path))) sorted.subtitles.push_back(path);
-    for (const auto& path : paths)
+    }
+    for (const auto& path : paths) {
         if (Fennimar::lowercasedExtension(path) == kPossiblyPictures &&
-            firstBytes(path) != kPackHeader)
+            firstBytes(path) != kPackHeader) {
             sorted.subtitles.push_back(path);
+        }
+    }
     std::copy_if(paths.rbegin(), paths.rend(), std::back_inserter(sorted.movies), isMovie);
     return sorted;
 }

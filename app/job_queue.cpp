@@ -39,8 +39,9 @@ int JobQueue::jobCountWithState(ConversionJobState state) const {
 
 std::vector<ConversionJob*> JobQueue::jobsWithState(ConversionJobState state) const {
     std::vector<ConversionJob*> jobs;
-    for (const auto& job : taskArray_)
+    for (const auto& job : taskArray_) {
         if (job->state() == state) jobs.push_back(job.get());
+    }
     return jobs;
 }
 

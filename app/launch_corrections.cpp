@@ -12,15 +12,17 @@ constexpr int kUsagesBeforeSpeedHint = 4;
 
 void resetIfExcluded(Preferences& preferences, std::string_view key) {
     const auto& entry = *findPreference(key);
-    if (preferences.defaultInt(key) == entry.excluded)
+    if (preferences.defaultInt(key) == entry.excluded) {
         preferences.setDefaultInt(key, defaultInteger(entry));
+    }
 }
 
 void resetIfOutside(Preferences& preferences, std::string_view key) {
     const auto& entry = *findPreference(key);
     const auto value = preferences.defaultInt(key);
-    if (value < entry.minimum || value > entry.maximum)
+    if (value < entry.minimum || value > entry.maximum) {
         preferences.setDefaultInt(key, defaultInteger(entry));
+    }
 }
 
 }  // namespace
@@ -45,15 +47,17 @@ void upgradeDestinationIndex(Preferences& preferences) {
     // The caller's choice for this run is numbered for the present menu, and hides the stored
     // value; the next run without such a choice does the step.
     if (preferences.isSetForThisRun(kDefaultDestinationKey)) return;
-    if (const auto destination = preferences.defaultInt(kDefaultDestinationKey); destination != 0)
+    if (const auto destination = preferences.defaultInt(kDefaultDestinationKey); destination != 0) {
         preferences.setDefaultInt(kDefaultDestinationKey, destination + 1);
+    }
     preferences.setDefaultInt(kHasUpgradedFromPre13Key, 1);
 }
 
 void clampDefaultDestination(Preferences& preferences, std::size_t folders) {
     const auto count = static_cast<int>(folders);
-    if (preferences.defaultInt(kDefaultDestinationKey) > count + 2)
+    if (preferences.defaultInt(kDefaultDestinationKey) > count + 2) {
         preferences.setDefaultInt(kDefaultDestinationKey, count + 1);
+    }
     resetIfExcluded(preferences, kDefaultDestinationKey);
 }
 

@@ -60,9 +60,10 @@ void Lifecycle::bundleMoved(const std::function<void()>& terminate) {
                     text("%@ has been moved, but applications should never be moved while they are "
                          "running."),
                     text("Restart %@"));
-    if (!relaunch_ || !relaunch_(ports.bundleWatch.currentPath()))
+    if (!relaunch_ || !relaunch_(ports.bundleWatch.currentPath())) {
         alert_apptitled(vantor_, text("%@ could not restart itself. Please do so yourself."),
                         "Quit");
+    }
     terminate();
 }
 

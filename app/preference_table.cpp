@@ -165,25 +165,29 @@ std::optional<T> wholeNumber(std::string_view text) {
 
 std::optional<std::string> storedBoolean(std::string_view typed) {
     const auto word = Fennimar::lowercased(typed);
-    for (const auto* const yes : {"1", "yes", "true", "on"})
+    for (const auto* const yes : {"1", "yes", "true", "on"}) {
         if (word == yes) return "1";
-    for (const auto* const no : {"0", "no", "false", "off"})
+    }
+    for (const auto* const no : {"0", "no", "false", "off"}) {
         if (word == no) return "0";
+    }
     return std::nullopt;
 }
 
 std::optional<std::string> storedInteger(const PreferenceEntry& entry, std::string_view typed) {
     const auto value = wholeNumber<int>(typed);
-    if (!value || *value < entry.minimum || *value > entry.maximum || value == entry.excluded)
+    if (!value || *value < entry.minimum || *value > entry.maximum || value == entry.excluded) {
         return std::nullopt;
+    }
     return std::to_string(*value);
 }
 
 std::optional<std::string> storedNumber(const PreferenceEntry& entry, std::string_view typed) {
     const auto value = wholeNumber<float>(typed);
     // The comparison is false for what is no number, which so does not fit either.
-    if (!value || !(*value >= float(entry.minimum) && *value <= float(entry.maximum)))
+    if (!value || !(*value >= float(entry.minimum) && *value <= float(entry.maximum))) {
         return std::nullopt;
+    }
     std::array<char, 32> text{};
     const auto plain = *value == 0 ? 0.0F : *value;  // no negative zero
     const auto written = std::to_chars(text.data(), text.data() + text.size(), plain);
@@ -214,8 +218,9 @@ int defaultInteger(const PreferenceEntry& entry) {
 
 PreferenceValues registeredDefaults() {
     PreferenceValues values;
-    for (const auto& entry : kTable)
+    for (const auto& entry : kTable) {
         if (entry.registered) values.emplace(entry.key, entry.defaultText);
+    }
     return values;
 }
 

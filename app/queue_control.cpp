@@ -18,10 +18,11 @@ void QueueControl::startNextJobInQueue() {
     if (paused_) return;
     auto* const job = queue_.nextRunnableJob();
     if (job == nullptr) return;
-    if (job->state() == ConversionJobState::Paused)
+    if (job->state() == ConversionJobState::Paused) {
         job->continueJob();
-    else
+    } else {
         start(*job);
+    }
 }
 
 void QueueControl::start(ConversionJob& job) {

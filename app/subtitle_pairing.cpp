@@ -18,8 +18,9 @@ std::optional<std::filesystem::path> SubtitlePairing::subtitleFor(
     const auto prefix = withoutExtension(movie);
     // Every key that begins with the prefix follows it in order, and the smallest of them at once.
     const auto found = importSubtitleFiles_.lower_bound(prefix);
-    if (found == importSubtitleFiles_.end() || !found->first.starts_with(prefix))
+    if (found == importSubtitleFiles_.end() || !found->first.starts_with(prefix)) {
         return std::nullopt;
+    }
     return found->second;
 }
 
