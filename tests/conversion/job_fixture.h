@@ -24,6 +24,7 @@ protected:
     void startAndWrite() {
         job->start();
         platform.folder.write("movie.m4v", "half a movie");
+        controller.told.clear();
     }
 
     FakePlatform platform;
