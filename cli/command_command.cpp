@@ -1,0 +1,132 @@
+#include <cstdlib>
+#include <system_error>
+#include <unistd.h>
+
+#include "app/audio_choice.h"
+#include "app/destinations.h"
+#include "app/output_names.h"
+#include "app/preference_keys.h"
+#include "app/settings_reader.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/conversion_choices.h"
+#include "cli/exit_status.h"
+#include "cli/inspection.h"
+#include "cli/json_lines.h"
+#include "cli/saved_destinations.h"
+#include "cli/shell_quoting.h"
+#include "cli/text_lines.h"
+#include "cli/text_width.h"
+#include "conversion/audio_method.h"
+#include "conversion/command_builder.h"
+#include "conversion/progress_file.h"
+#include "conversion/subtitle_arguments.h"
+#include "support/make_string.h"
+#include "support/ports/host.h"
+#include "support/ports/main_bundle.h"
+#include "support/preferences.h"
+
+namespace reelvane {
+namespace {
+
+/// Where a conversion would keep its progress file: the documents folder, which it would make if
+/// need be, or else the folder of the program's own data.
+std::filesystem::path progressFolder(const CommandContext& context) {
+    const auto folders = context.host.folders();
+    auto existing = folders.documents;
+    std::error_code ignored;
+    while (!std::filesystem::exists(existing, ignored) && existing.has_relative_path()) {
+        existing = existing.parent_path();
+    }
+    const bool usable =
+        std::filesystem::is_directory(existing, ignored) && ::access(existing.c_str(), W_OK) == 0;
+    return usable ? folders.documents : folders.applicationData / appName(context.mainBundle);
+}
+
+/// Where the result would go, by the same rules as a conversion's.
+FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& choices,
+                               const MKVFileInfo& record) {
+    if (choices.destinationFolder) return {.folder = choices.destinationFolder};
+    const auto row =
+        static_cast<std::size_t>(context.preferences.defaultInt(kDefaultDestinationKey));
+    if (row == kNextToSourceDestination) return {.folder = record.fileURL.parent_path()};
+    const auto saved = savedDestinations(context.preferences);
+    if (row >= kFirstFolderDestination && row < kFirstFolderDestination + saved.size()) {
+        return folderSavedAs(context.preferences, context.folderAccess,
+                             saved[row - kFirstFolderDestination].name);
+    }
+    return {.problem = "No destination could be chosen. Please name one with --to."};
+}
+
+/// The list, or an empty one and the one sentence on why there is none.
+struct ArgumentsAnswer {
+    std::vector<std::string> arguments{};
+    std::string problem{};
+};
+
+ArgumentsAnswer argumentsFor(const CommandContext& context, const RunChoices& choices,
+                             MKVFileInfo record) {
+    if (choices.audioTrackIndex) {
+        if (auto problem = audioChoiceProblem(record, *choices.audioTrackIndex)) {
+            return {.problem = *std::move(problem)};
+        }
+    }
+    const auto destination = destinationFolder(context, choices, record);
+    if (!destination.folder) return {.problem = destination.problem};
+    const bool mp4 = context.preferences.defaultInt(kDefaultExtensionKey) == 0;
+    record.destinationURL =
+        OutputNames().freePath(*destination.folder, record.fileName, mp4 ? "mp4" : "m4v");
+    record.subtitleFileURL = choices.subtitleFile;
+
+    const auto track =
+        choices.audioTrackIndex ? choices.audioTrackIndex : bestAudioOf(context, record);
+    const auto settings = withWholeSubtitles(record, readConversionSettings(context.preferences));
+    if (track) {
+        const auto& entry = record.audioTrackInformation.at(*track).text;
+        const auto method =
+            calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
+        if (!isAudioMethod(method)) {
+            return {.problem = makeString("The audio handling chosen for %@ audio is not valid "
+                                          "(%i). Please choose another one in the preferences.",
+                                          codecOf(entry), static_cast<int>(method))};
+        }
+    }
+    const auto progressFile = ProgressFile::freePath(progressFolder(context), record.fileName);
+    return {.arguments = buildArguments({.file = record,
+                                         .audioTrackIndex = track.value_or(0),
+                                         .settings = settings,
+                                         .progressFile = progressFile})};
+}
+
+}  // namespace
+
+int runCommand(const CommandContext& context, const CommandRequest& request) {
+    auto& console = context.console;
+    setUnattendedPreferences(context.preferences);
+    const auto chosen =
+        conversionChoices(request.options, context.preferences, context.folderAccess);
+    if (!chosen.problem.empty()) {
+        console.error(chosen.problem);
+        return kExitFailure;
+    }
+    const auto inspection = inspectFile(context, request.file);
+    if (inspection.toolProblem != ProbeToolProblem::None) {
+        console.error(toolProblemOf(context, inspection.toolProblem));
+        return kExitFailure;
+    }
+    // Warnings, too, go where they do not mix with the list.
+    for (const auto& alert : inspection.alerts) {
+        console.error(errorText(printable(request.file), {}, alert.message));
+    }
+    if (!inspection.record) return kExitFailure;
+    const auto answer = argumentsFor(context, chosen.choices, *inspection.record);
+    if (!answer.problem.empty()) {
+        console.error(answer.problem);
+        return kExitFailure;
+    }
+    console.line(request.json ? argumentsLine(answer.arguments)
+                              : shellQuotedLine(answer.arguments));
+    return console.isClosed() ? kExitFailure : kExitSuccess;
+}
+
+}  // namespace reelvane

@@ -1,0 +1,213 @@
+#include "cli/convert_run.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "app/app_delegate.h"
+#include "app/file_sorting.h"
+#include "support/dispatch.h"
+#include "support/paths.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+namespace {
+
+double secondsBetween(TimePoint from, TimePoint to) {
+    return std::chrono::duration<double>(to - from).count();
+}
+
+bool isMovie(const InputFile& file) {
+    return std::ranges::find(movieFileTypes, Fennimar::lowercasedExtension(file.path)) !=
+           movieFileTypes.end();
+}
+
+}  // namespace
+
+ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter& reporter,
+                       std::function<void()> ended)
+    : vantor_(vantor),
+      controller_(controller),
+      reporter_(reporter),
+      ended_(std::move(ended)),
+      begin_(vantor.ports().dispatcher.now()) {
+    subscriptions_.push_back(
+        controller.queue().observeTaskArray([] {}, [this] { queueChanged(); }));
+    subscriptions_.push_back(controller.intake().observeRefusals(
+        [this](const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
+            ++read_;
+            refuse(givenName(file), alerts);
+            checkLater();
+        }));
+    subscriptions_.push_back(controller.intake().observeIdle([this] { checkLater(); }));
+    subscriptions_.push_back(controller.intake().isScanning().observe([this] { showReading(); }));
+}
+
+ConvertRun::~ConvertRun() = default;
+
+void ConvertRun::start(const CheckedInputs& inputs) {
+    for (const auto& input : inputs.refused) refuse(input.given, std::span(&input.alert, 1));
+    std::vector<std::filesystem::path> paths;
+    for (const auto& file : inputs.files) {
+        given_.emplace(file.path, file.given);
+        paths.push_back(file.path);
+        if (isMovie(file)) ++movies_;
+    }
+    if (!paths.empty()) controller_.openFiles(paths);
+    checkLater();
+}
+
+void ConvertRun::alerted(const AlertContent& content) {
+    // Asked again, a job that cannot start says the same again.
+    const bool repeated = asking_ && content.message == lastAlert_.message;
+    lastAlert_ = content;
+    if (!repeated) reporter_.alerted(content.title, content.message);
+}
+
+void ConvertRun::abandon() {
+    over_ = true;
+    subscriptions_.clear();
+    followed_.clear();
+}
+
+void ConvertRun::refuse(const std::string& given, std::span<const VettingAlert> alerts) {
+    ++summary_.refused;
+    reporter_.refused(given, alerts);
+}
+
+const std::string& ConvertRun::givenName(const std::filesystem::path& path) const {
+    const auto found = given_.find(path);
+    return found == given_.end() ? path.native() : found->second;
+}
+
+void ConvertRun::showReading() {
+    const bool converts = controller_.jobCountWithState(ConversionJobState::Converting) > 0;
+    if (controller_.intake().isScanning().get() && !converts) {
+        reporter_.reading(std::min(read_ + 1, movies_), movies_);
+    }
+}
+
+void ConvertRun::queueChanged() {
+    const auto& jobs = controller_.queue().taskArray();
+    for (const auto& job : jobs) {
+        if (!followed_.contains(job.get())) follow(*job);
+    }
+    // The address of a job that is gone may come back as another one.
+    std::erase_if(followed_, [&](const auto& entry) {
+        return std::ranges::none_of(jobs,
+                                    [&](const auto& job) { return job.get() == entry.first; });
+    });
+    checkLater();
+}
+
+void ConvertRun::follow(ConversionJob& job) {
+    ++read_;
+    const auto& record = job.fileInfo();
+    auto& followed = followed_[&job];
+    followed.subject = {.file = givenName(record.fileURL),
+                        .output = record.destinationURL.value_or(std::filesystem::path())};
+    followed.subscription = job.observe([this, &job] { jobChanged(job); });
+    reporter_.queued(followed.subject);
+    jobChanged(job);  // it may have been started before it came into the list
+}
+
+void ConvertRun::jobChanged(const ConversionJob& job) {
+    const auto found = followed_.find(&job);
+    if (found == followed_.end() || found->second.ended) return;
+    auto& followed = found->second;
+    // A start may have had to take another name.
+    if (job.fileInfo().destinationURL) followed.subject.output = *job.fileInfo().destinationURL;
+    switch (job.state()) {
+        case ConversionJobState::Queued:
+        case ConversionJobState::Paused:
+            break;
+        case ConversionJobState::Converting:
+            tellStart(followed, job);
+            tellProgress(followed, job);
+            break;
+        case ConversionJobState::Finished:
+            tellFinished(followed, job);
+            break;
+        case ConversionJobState::Failed: {
+            const auto diagnosis = job.diagnosis();
+            tellFailed(followed, diagnosis.title, diagnosis.message, job.jobOutput());
+            break;
+        }
+    }
+    checkLater();
+}
+
+void ConvertRun::tellStart(Followed& followed, const ConversionJob& job) {
+    if (followed.number != 0) return;
+    followed.number = ++starts_;
+    followed.started = vantor_.ports().dispatcher.now();
+    reporter_.started(followed.subject, job.arguments());
+}
+
+void ConvertRun::tellProgress(Followed& followed, const ConversionJob& job) {
+    if (job.progress() <= followed.told) return;
+    followed.told = job.progress();
+    ConvertProgress progress{.percent = job.progress(),
+                             .status = job.stateInfoString(),
+                             .number = followed.number,
+                             .files = movies_};
+    const auto elapsed = secondsBetween(followed.started, vantor_.ports().dispatcher.now());
+    const auto runtime = job.fileInfo().runtimeSeconds;
+    if (progress.percent > 0) {
+        progress.remaining = job.remainingSeconds();
+        if (runtime && elapsed > 0) progress.speed = progress.percent / 100 * *runtime / elapsed;
+    }
+    reporter_.progress(followed.subject, progress);
+}
+
+void ConvertRun::tellFinished(Followed& followed, const ConversionJob& job) {
+    followed.ended = true;
+    const auto bytes = Fennimar::fileSize(followed.subject.output);
+    ++summary_.finished;
+    summary_.bytes += bytes;
+    reporter_.finished(followed.subject, job.conversionSeconds(), bytes);
+}
+
+void ConvertRun::tellFailed(Followed& followed, const std::string& title,
+                            const std::string& message, const std::string& log) {
+    followed.ended = true;
+    ++summary_.failed;
+    reporter_.failed(followed.subject, title, message, log);
+}
+
+void ConvertRun::checkLater() {
+    if (over_ || std::exchange(checking_, true)) return;
+    dispatch_async_main(vantor_, [this, alive = std::weak_ptr(alive_)] {
+        if (!alive.lock()) return;
+        checking_ = false;
+        if (!over_) check();
+    });
+}
+
+void ConvertRun::check() {
+    if (controller_.intake().isBusy()) return;
+    if (controller_.jobCountWithState(ConversionJobState::Converting) > 0) return;
+    if (auto* const next = controller_.queue().nextRunnableJob()) {
+        askForNextJob(*next);
+        checkLater();
+        return;
+    }
+    over_ = true;
+    summary_.seconds = secondsBetween(begin_, vantor_.ports().dispatcher.now());
+    ended_();
+}
+
+void ConvertRun::askForNextJob(ConversionJob& next) {
+    asking_ = true;
+    controller_.startNextJobInQueue();
+    asking_ = false;
+    if (next.state() != ConversionJobState::Queued) return;
+    // Refused: it would be the next one for ever, so it makes way for those behind it.
+    const auto found = followed_.find(&next);
+    if (found != followed_.end()) {
+        tellFailed(found->second, lastAlert_.title, lastAlert_.message, next.jobOutput());
+    }
+    refusedStarts_.push_back(controller_.queue().takeJob(next));
+}
+
+}  // namespace reelvane

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/convert_reporter.h"
+#include "cli/input_check.h"
+#include "support/observable.h"
+#include "support/ports/alerts.h"
+#include "support/ports/dispatcher.h"
+
+namespace reelvane {
+
+class AppDelegate;
+class ConversionJob;
+class Vantor;
+
+/// One run of `convert`: opens the files, follows the queue until nothing is left in it, and tells
+/// a reporter what happens. Nobody watches, so it asks for the next job itself where a start ended
+/// without one. Main thread only; outlives neither the controller nor the reporter.
+class ConvertRun {
+public:
+    /// `ended` is called once, in a turn of the main loop, when nothing is left to do.
+    ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter& reporter,
+               std::function<void()> ended);
+    ~ConvertRun();
+    ConvertRun(const ConvertRun&) = delete;
+    ConvertRun& operator=(const ConvertRun&) = delete;
+    ConvertRun(ConvertRun&&) = delete;
+    ConvertRun& operator=(ConvertRun&&) = delete;
+
+    void start(const CheckedInputs& inputs);
+    /// To be told of every alert.
+    void alerted(const AlertContent& content);
+    /// Ends the run before its time: from here on nothing more is told of jobs.
+    void abandon();
+
+    [[nodiscard]] const ConvertSummary& summary() const { return summary_; }
+
+private:
+    /// What has been told of a job so far.
+    struct Followed {
+        EventSubject subject{};
+        std::size_t number = 0;  ///< in the order in which the jobs started; 0: not yet
+        bool ended = false;
+        double told = -1;  ///< the progress that was told last
+        TimePoint started{};
+        Subscription subscription{};
+    };
+
+    void refuse(const std::string& given, std::span<const VettingAlert> alerts);
+    [[nodiscard]] const std::string& givenName(const std::filesystem::path& path) const;
+    void showReading();
+
+    void queueChanged();
+    void follow(ConversionJob& job);
+    void jobChanged(const ConversionJob& job);
+    void tellStart(Followed& followed, const ConversionJob& job);
+    void tellProgress(Followed& followed, const ConversionJob& job);
+    void tellFinished(Followed& followed, const ConversionJob& job);
+    void tellFailed(Followed& followed, const std::string& title, const std::string& message,
+                    const std::string& log);
+
+    void checkLater();
+    void check();
+    void askForNextJob(ConversionJob& next);
+
+    Vantor& vantor_;
+    AppDelegate& controller_;
+    ConvertReporter& reporter_;
+    std::function<void()> ended_;
+    ConvertSummary summary_;
+    TimePoint begin_;
+    std::map<std::filesystem::path, std::string> given_;  // by absolute path
+    std::size_t movies_ = 0;
+    std::size_t read_ = 0;  // movies that are queued or refused
+    std::size_t starts_ = 0;
+    std::map<const ConversionJob*, Followed> followed_;
+    std::vector<std::unique_ptr<ConversionJob>> refusedStarts_;  // taken off the queue
+    std::vector<Subscription> subscriptions_;
+    AlertContent lastAlert_;
+    bool asking_ = false;
+    bool checking_ = false;  // a check is on its way
+    bool over_ = false;
+    // Shared only so that a turn of the loop after this object's end can tell.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace reelvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "media/vetting.h"
+
+namespace reelvane {
+
+/// One name from the command line.
+struct InputFile {
+    std::string given{};           ///< as the user wrote it
+    std::filesystem::path path{};  ///< absolute
+};
+
+/// A name that leads to no conversion, and why.
+struct RefusedInput {
+    std::string given{};
+    VettingAlert alert{};
+};
+
+struct CheckedInputs {
+    std::vector<InputFile> files{};  ///< movies and subtitle files to open, in the order given
+    std::vector<RefusedInput> refused{};
+};
+
+/// The absolute path, its bytes kept and nothing resolved. A relative one hangs on the folder in
+/// which the program was started.
+[[nodiscard]] std::filesystem::path absolutePath(const std::string& given);
+
+/// Why the name cannot be taken in; absent when it can be. Looks at the file's kind and extension
+/// only. `appName` titles the message.
+[[nodiscard]] std::optional<VettingAlert> inputProblem(const InputFile& file,
+                                                       std::string_view appName);
+
+/// Sorts out what an open request would pass over in silence: names without a file, folders,
+/// unknown extensions, and subtitle files that belong to none of the movies.
+[[nodiscard]] CheckedInputs checkInputs(const std::vector<std::string>& given,
+                                        std::string_view appName);
+
+}  // namespace reelvane

@@ -1,0 +1,185 @@
+// The command line's composition root: the only place that knows the platform.
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <glib-unix.h>
+#include <memory>
+#include <unistd.h>
+
+#include "app/preference_table.h"
+#include "cli/arguments.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/conversion_choices.h"
+#include "cli/convert_command.h"
+#include "cli/declining_panels.h"
+#include "cli/exit_status.h"
+#include "cli/help_text.h"
+#include "cli/stderr_alerts.h"
+#include "platform/dbus_notifications.h"
+#include "platform/dbus_power_assertions.h"
+#include "platform/executable_bundle.h"
+#include "platform/gettext_translations.h"
+#include "platform/gio_workspace.h"
+#include "platform/glib_dispatcher.h"
+#include "platform/ini_preferences_store.h"
+#include "platform/inotify_bundle_watch.h"
+#include "platform/linux_host.h"
+#include "platform/posix_folder_access.h"
+#include "platform/posix_process_launcher.h"
+#include "platform/syslog_system_log.h"
+#include "support/damaged_application.h"
+#include "support/make_string.h"
+#include "support/problem_reports.h"
+#include "support/uncaught_exceptions.h"
+#include "support/vantor.h"
+
+namespace reelvane {
+namespace {
+
+constexpr auto kEndingSignals = std::to_array<int>({SIGINT, SIGTERM, SIGHUP});
+
+/// False where the caller wants the signal to be ignored, as nohup does.
+bool isWanted(int signal) {
+    struct sigaction present {};
+    return ::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN;
+}
+
+/// For what leaves nothing behind: a probe ends with the thread that runs it.
+void exitAtOnceOnSignals() {
+    for (const int signal : kEndingSignals) {
+        if (!isWanted(signal)) continue;
+        struct sigaction action {};
+        action.sa_handler = [](int number) { ::_exit(exitStatusOfSignal(number)); };
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
+/// For what has to be cleaned up: the main loop ends with the signal's status. The handlers stay,
+/// so that a second signal does not cut the cleaning short.
+void quitOnSignals(GlibDispatcher& dispatcher) {
+    struct Quit {
+        GlibDispatcher* dispatcher;
+        int signal;
+    };
+    const auto quit = [](gpointer data) -> gboolean {
+        const auto& chosen = *static_cast<Quit*>(data);
+        chosen.dispatcher->quit(exitStatusOfSignal(chosen.signal));
+        return G_SOURCE_CONTINUE;
+    };
+    const auto release = [](gpointer data) {
+        const std::unique_ptr<Quit> owner(static_cast<Quit*>(data));
+    };
+    for (const int signal : kEndingSignals) {
+        if (!isWanted(signal)) continue;
+        auto data = std::make_unique<Quit>(Quit{.dispatcher = &dispatcher, .signal = signal});
+        g_unix_signal_add_full(G_PRIORITY_HIGH, signal, quit, data.release(), release);
+    }
+}
+
+/// What every command needs, made in this order.
+struct Base {
+    explicit Base(Console& shown) : console(shown) {}
+
+    Console& console;
+    ExecutableBundle mainBundle;
+    LinuxHost host;
+    PosixFolderAccess folderAccess;
+    PosixProcessLauncher processLauncher;
+    std::string identifier = mainBundle.infoValue("Identifier").value_or("org.reelvane.Reelvane");
+    IniPreferencesStore store{host.folders().configuration / identifier / (identifier + ".ini")};
+    Preferences preferences{store};
+};
+
+int convert(Base& base, const ConvertRequest& request) {
+    setUnattendedPreferences(base.preferences);
+    const auto name = base.mainBundle.infoValue("Name").value_or("Reelvane");
+    StderrAlerts alerts(base.console);
+    DecliningPanels panels;
+    GlibDispatcher dispatcher;
+    quitOnSignals(dispatcher);
+    SyslogSystemLog systemLog{std::string(kProgramName)};
+    InotifyBundleWatch bundleWatch;
+    DBusNotifications notifications(systemLog, dispatcher, name, base.identifier);
+    DBusPowerAssertions powerAssertions(systemLog, name);
+    GettextTranslations translations(base.mainBundle.resourcesPath() / "po");
+    GioWorkspace workspace(systemLog);
+    Vantor vantor({.alerts = alerts,
+                   .bundleWatch = bundleWatch,
+                   .dispatcher = dispatcher,
+                   .folderAccess = base.folderAccess,
+                   .host = base.host,
+                   .mainBundle = base.mainBundle,
+                   .notifications = notifications,
+                   .panels = panels,
+                   .powerAssertions = powerAssertions,
+                   .processLauncher = base.processLauncher,
+                   .systemLog = systemLog,
+                   .translations = translations,
+                   .workspace = workspace},
+                  base.preferences);
+    const UncaughtExceptionHandler uncaught(vantor);
+    runDamagedApplicationTest(vantor);
+    const auto status = runConvert(vantor, base.console, alerts,
+                                   {.quit = [&](int wanted) { dispatcher.quit(wanted); },
+                                    .run = [&] { return dispatcher.run(); }},
+                                   request);
+    // Interrupted, the program does not wait for a probe that hangs: the probe ends with it.
+    if (status > kExitFailure) endProcess(status);
+    return status;
+}
+
+int run(Base& base, const Request& request) {
+    const CommandContext context{.console = base.console,
+                                 .store = base.store,
+                                 .preferences = base.preferences,
+                                 .folderAccess = base.folderAccess,
+                                 .host = base.host,
+                                 .mainBundle = base.mainBundle,
+                                 .processLauncher = base.processLauncher};
+    struct Runner {
+        Base& base;
+        const CommandContext& context;
+        int operator()(const InspectRequest& inspect) const { return runInspect(context, inspect); }
+        int operator()(const CommandRequest& command) const { return runCommand(context, command); }
+        int operator()(const ConvertRequest& conversion) const { return convert(base, conversion); }
+        int operator()(const PreferencesRequest& preferences) const {
+            return runPreferences(context, preferences);
+        }
+        int operator()(const DestinationsRequest& destinations) const {
+            return runDestinations(context, destinations);
+        }
+    };
+    return std::visit(Runner{.base = base, .context = context}, request.action);
+}
+
+int start(Console& console, const Request& request) {
+    exitAtOnceOnSignals();
+    Base base(console);
+    base.preferences.registerDefaults(registeredDefaults());
+    for (const auto& [key, text] : request.overrides) base.preferences.setForThisRun(key, text);
+    if (const auto problem = base.store.problem()) console.error(*problem);
+    return run(base, request);
+}
+
+int bidFarewell(const Farewell& farewell) {
+    const int stream = farewell.exitStatus == kExitSuccess ? STDOUT_FILENO : STDERR_FILENO;
+    const auto length = static_cast<ssize_t>(farewell.text.size());
+    const bool written = ::write(stream, farewell.text.data(), farewell.text.size()) == length;
+    return written || farewell.exitStatus != kExitSuccess ? farewell.exitStatus : kExitFailure;
+}
+
+}  // namespace
+}  // namespace reelvane
+
+int main(int argc, char** argv) {
+    // A reader that has gone is an error of the write, not the end of the process.
+    std::signal(SIGPIPE, SIG_IGN);
+    const auto parsed = reelvane::parseArguments({argv + std::min(argc, 1), argv + argc});
+    if (const auto* const farewell = std::get_if<reelvane::Farewell>(&parsed)) {
+        return reelvane::bidFarewell(*farewell);
+    }
+    reelvane::Console console;
+    return reelvane::start(console, std::get<reelvane::Request>(parsed));
+}

@@ -1,0 +1,54 @@
+#include "cli/text_lines.h"
+
+#include "cli/text_width.h"
+#include "support/make_string.h"
+#include "support/size_text.h"
+#include "support/strings.h"
+#include "support/time_text.h"
+
+namespace reelvane {
+
+std::string errorText(std::string_view name, std::string_view what, std::string_view message) {
+    std::string text(name);
+    if (!what.empty()) text += makeString(": %@", what);
+    if (message.empty()) return text;
+    bool first = true;
+    for (const auto line : Fennimar::lines(message)) {
+        if (first) {
+            text += ": ";
+        } else if (!line.empty()) {
+            text += "\n    ";
+        }
+        text += printable(line);
+        first = false;
+    }
+    return text;
+}
+
+std::string summaryText(const ConvertSummary& summary) {
+    auto text =
+        makeString("%lu %@ converted", summary.finished, summary.finished == 1 ? "file" : "files");
+    if (summary.failed > 0) text += makeString(", %lu failed", summary.failed);
+    if (summary.refused > 0) text += makeString(", %lu refused", summary.refused);
+    if (summary.finished == 0) return text;
+    return text + makeString(" (%@, %@)", formattedTimeFromTimeInterval(summary.seconds),
+                             fileSizeText(summary.bytes));
+}
+
+std::string wrapped(std::string_view text, std::size_t columns, std::size_t indent) {
+    const std::string margin(indent, ' ');
+    std::string result;
+    std::string line;
+    for (const auto word : Fennimar::split(text, " ")) {
+        const bool fits = displayWidth(line) + 1 + displayWidth(word) + indent <= columns;
+        if (!line.empty() && !fits) {
+            result += margin + line + "\n";
+            line.clear();
+        }
+        if (!line.empty()) line += ' ';
+        line += word;
+    }
+    return result + margin + line;
+}
+
+}  // namespace reelvane

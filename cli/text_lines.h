@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "cli/convert_reporter.h"
+
+namespace reelvane {
+
+/// "Film.mkv: failed: Movie conversion failed because ...", on as many lines as the message has,
+/// those after the first indented. An empty `what` is left out. `name` is printable.
+[[nodiscard]] std::string errorText(std::string_view name, std::string_view what,
+                                    std::string_view message);
+
+/// "3 files converted, 1 failed, 1 refused (1m 3s, 1.43 GB)": what there is.
+[[nodiscard]] std::string summaryText(const ConvertSummary& summary);
+
+/// The text broken at spaces into lines of at most `columns`, each with `indent` spaces before it.
+[[nodiscard]] std::string wrapped(std::string_view text, std::size_t columns, std::size_t indent);
+
+}  // namespace reelvane

@@ -1,0 +1,122 @@
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+#include "cli/console.h"
+#include "cli/convert_reporter.h"
+#include "cli/progress_line.h"
+#include "cli/text_lines.h"
+#include "cli/text_width.h"
+#include "support/make_string.h"
+#include "support/size_text.h"
+#include "support/time_text.h"
+
+namespace reelvane {
+namespace {
+
+std::string nameOf(const EventSubject& subject) {
+    return printable(std::filesystem::path(subject.file).filename().native());
+}
+
+class TextReporter final : public ConvertReporter {
+public:
+    TextReporter(Console& console, bool quiet)
+        : console_(console),
+          quiet_(quiet),
+          live_(!quiet && console.abilities().liveLine) {}
+
+    void reading(std::size_t number, std::size_t files) override {
+        if (!live_) return;
+        console_.showLive(elidedMiddle(makeString("Reading %lu of %lu...", number, files), room()));
+    }
+
+    void queued(const EventSubject& /*subject*/) override {}
+
+    void started(const EventSubject& subject, std::span<const std::string> /*list*/) override {
+        if (quiet_ || live_) return;
+        console_.line(nameOf(subject) + ": converting");
+    }
+
+    void progress(const EventSubject& subject, const ConvertProgress& progress) override {
+        const ProgressFacts facts{.name = nameOf(subject),
+                                  .percent = progress.percent,
+                                  .speed = progress.speed,
+                                  .remaining = progress.remaining,
+                                  .number = progress.number,
+                                  .files = progress.files};
+        if (live_) {
+            console_.showLive(progressLine(facts, room(), console_.abilities().colours));
+        } else if (!quiet_ && progress.percent > 0) {
+            console_.line(makeString("%@: %@", facts.name, progressText(facts)));
+        }
+    }
+
+    void finished(const EventSubject& subject, double seconds, std::uint64_t bytes) override {
+        if (quiet_) return;
+        console_.line(makeString("%@ -> %@ (%@, %@)", nameOf(subject),
+                                 printable(subject.output.native()),
+                                 formattedTimeFromTimeInterval(seconds), fileSizeText(bytes)));
+    }
+
+    void failed(const EventSubject& subject, std::string_view /*title*/, std::string_view message,
+                std::string_view /*log*/) override {
+        console_.error(errorText(nameOf(subject), "failed", unlessTold(message)));
+        alerts_.clear();
+    }
+
+    void refused(std::string_view file, std::span<const VettingAlert> alerts) override {
+        std::string text;
+        for (const auto& alert : alerts) {
+            const auto message = unlessTold(alert.message);
+            if (!text.empty() && !message.empty()) text += '\n';
+            text += message;
+        }
+        console_.error(errorText(printable(file), "refused", text));
+        alerts_.clear();
+    }
+
+    void alerted(std::string_view title, std::string_view message) override {
+        // What the refusal of a file has said already.
+        if (told_.contains(message)) return;
+        alerts_.emplace(message);
+        console_.error(errorText(printable(title), {}, message));
+    }
+
+    void ended(const ConvertSummary& summary, bool interrupted) override {
+        console_.endLive();
+        if (interrupted) {
+            console_.error("Interrupted: nothing unfinished was left behind.");
+            return;
+        }
+        const auto files = summary.finished + summary.failed + summary.refused;
+        if (quiet_ || files < 2) return;
+        console_.line(summaryText(summary));
+    }
+
+private:
+    /// One column stays free: a terminal may wrap a line that fills it.
+    [[nodiscard]] std::size_t room() const {
+        return std::max<std::size_t>(console_.columns(), 2) - 1;
+    }
+
+    /// Empty when an alert has just said it; otherwise an alert that is still to come need not.
+    std::string unlessTold(std::string_view message) {
+        if (alerts_.contains(message)) return {};
+        told_.emplace(message);
+        return std::string(message);
+    }
+
+    Console& console_;
+    bool quiet_;
+    bool live_;
+    std::set<std::string, std::less<>> alerts_;  // since the last refusal or failure
+    std::set<std::string, std::less<>> told_;    // by refusals and failures
+};
+
+}  // namespace
+
+std::unique_ptr<ConvertReporter> makeTextReporter(Console& console, bool quiet) {
+    return std::make_unique<TextReporter>(console, quiet);
+}
+
+}  // namespace reelvane
