@@ -39,7 +39,7 @@ bool BackgroundThread::Context::isCancelled() const {
 
 void BackgroundThread::Context::log(int priority, const std::string& message) {
     const std::scoped_lock lock(shared_->mutex);
-    if (shared_->log) shared_->log->write(priority, message);
+    if (shared_->log != nullptr) shared_->log->write(priority, message);
 }
 
 void BackgroundThread::Context::loop() {
@@ -57,10 +57,11 @@ void BackgroundThread::Context::loop() {
                 shared.inLast = true;
             }
         }
-        if (task)
+        if (task) {
             task(*this);
-        else if (!shared.inLast)
+        } else if (!shared.inLast) {
             g_main_context_iteration(shared.mainContext.get(), TRUE);
+        }
     }
     g_main_context_pop_thread_default(shared.mainContext.get());
     const std::scoped_lock lock(shared.mutex);
@@ -106,10 +107,11 @@ void BackgroundThread::finish(Task last) {
     }
     if (!ended) shared.log = nullptr;
     lock.unlock();
-    if (ended)
+    if (ended) {
         thread_.join();
-    else
+    } else {
         thread_.detach();
+    }
 }
 
 }  // namespace reelvane

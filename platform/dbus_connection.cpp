@@ -11,10 +11,10 @@ namespace {
 /// GLib would start a bus daemon that nobody ends where the desktop has none.
 GLibText sessionBusAddress(GError** error) {
     const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    if (address && *address) return GLibText(g_strdup(address));
+    if (address != nullptr && *address != '\0') return GLibText(g_strdup(address));
     const char* const folder = std::getenv("XDG_RUNTIME_DIR");
     std::error_code ignored;
-    if (folder && *folder == '/') {
+    if (folder != nullptr && *folder == '/') {
         const auto socket = std::filesystem::path(folder) / "bus";
         if (std::filesystem::is_socket(socket, ignored)) {
             const GLibText escaped(g_dbus_address_escape_value(socket.c_str()));
@@ -35,13 +35,14 @@ GLibText addressOf(Bus bus, GCancellable* cancellable, GError** error) {
 DBusConnection::DBusConnection(Bus bus) : bus_(bus) {}
 
 DBusConnection::~DBusConnection() {
-    if (subscription_) g_dbus_connection_signal_unsubscribe(connection_.get(), subscription_);
+    if (subscription_ != 0) g_dbus_connection_signal_unsubscribe(connection_.get(), subscription_);
 }
 
 bool DBusConnection::open(GCancellable* cancellable, GError** error) {
-    if (connection_ && !g_dbus_connection_is_closed(connection_.get())) return true;
-    if (const auto lost = std::exchange(subscription_, 0))
+    if (connection_ && g_dbus_connection_is_closed(connection_.get()) == FALSE) return true;
+    if (const auto lost = std::exchange(subscription_, 0); lost != 0) {
         g_dbus_connection_signal_unsubscribe(connection_.get(), lost);
+    }
     connection_.reset();
     const auto address = addressOf(bus_, cancellable, error);
     if (!address) return false;

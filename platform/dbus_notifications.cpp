@@ -23,14 +23,19 @@ using Capabilities = std::set<std::string, std::less<>>;
 std::string escapedForMarkup(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
-        if (c == '&')
-            escaped += "&amp;";
-        else if (c == '<')
-            escaped += "&lt;";
-        else if (c == '>')
-            escaped += "&gt;";
-        else
-            escaped += c;
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            default:
+                escaped += c;
+        }
     }
     return escaped;
 }
@@ -45,6 +50,10 @@ GVariant* actionsOf(const Notification& notification, const Capabilities& capabi
             g_variant_builder_add(&actions, "s", word);
     }
     return g_variant_builder_end(&actions);
+}
+
+bool hasType(GVariant* values, const char* type) {
+    return g_variant_is_of_type(values, G_VARIANT_TYPE(type)) != FALSE;
 }
 
 }  // namespace
@@ -92,8 +101,9 @@ private:
     bool notify(const Notification& notification, std::string& error,
                 BackgroundThread::Context& context) {
         const auto title = validUtf8(notification.title);
-        auto text = validUtf8(notification.text);
-        if (capabilities_->contains("body-markup")) text = escapedForMarkup(text);
+        // Escaped even where "body-markup" is not announced: such daemons read markup all the same,
+        // and what looks like a tag would be lost.
+        const auto text = escapedForMarkup(validUtf8(notification.text));
         constexpr std::uint32_t kNew = 0;
         auto answer = bus_.call(
             {kService, kPath, kService, "Notify"},
@@ -109,24 +119,24 @@ private:
         return true;
     }
 
-    GVariant* hints() const {
+    [[nodiscard]] GVariant* hints() const {
         GVariantBuilder hints;
         g_variant_builder_init(&hints, G_VARIANT_TYPE_VARDICT);
         g_variant_builder_add(&hints, "{sv}", "desktop-entry",
                               g_variant_new_string(desktopEntry_.c_str()));
-        if (capabilities_->contains("sound"))
+        if (capabilities_->contains("sound")) {
             g_variant_builder_add(&hints, "{sv}", "sound-name",
                                   g_variant_new_string(kDefaultSound));
+        }
         return g_variant_builder_end(&hints);
     }
 
     void signalArrived(const std::string& name, GVariant* values) {
         std::uint32_t id = 0;
-        if (name == "ActionInvoked" && g_variant_is_of_type(values, G_VARIANT_TYPE("(us)"))) {
+        if (name == "ActionInvoked" && hasType(values, "(us)")) {
             g_variant_get(values, "(u&s)", &id, nullptr);
             if (const auto found = shown_.find(id); found != shown_.end()) click_(found->second);
-        } else if (name == "NotificationClosed" &&
-                   g_variant_is_of_type(values, G_VARIANT_TYPE("(uu)"))) {
+        } else if (name == "NotificationClosed" && hasType(values, "(uu)")) {
             g_variant_get(values, "(uu)", &id, nullptr);
             shown_.erase(id);
         }

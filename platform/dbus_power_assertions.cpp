@@ -79,7 +79,7 @@ public:
         if (found == held_.end()) return;
         const auto held = std::move(found->second);
         held_.erase(found);
-        if (!held.service->uninhibit) return;
+        if (held.service->uninhibit == nullptr) return;
         auto method = held.service->inhibit;
         method.name = held.service->uninhibit;
         // An error says that the service is gone, and what it held with it.
@@ -107,7 +107,7 @@ private:
 
     bool hold(PowerAssertionID id, const InhibitService& service, const DBusAnswer& answer) {
         Held held{.service = &service};
-        if (service.uninhibit) {
+        if (service.uninhibit != nullptr) {
             g_variant_get(answer.values.get(), "(u)", &held.cookie);
         } else {
             gint32 index = 0;

@@ -35,8 +35,9 @@ public:
     [[nodiscard]] std::optional<std::string> text(std::uint64_t table, std::uint64_t entry) const {
         const auto length = number(table + 8 * entry);
         const auto offset = number(table + 8 * entry + 4);
-        if (!length || !offset || std::uint64_t{*offset} + *length > bytes_.size())
+        if (!length || !offset || std::uint64_t{*offset} + *length > bytes_.size()) {
             return std::nullopt;
+        }
         const auto text = bytes_.substr(*offset, *length);
         return std::string(text.substr(0, text.find('\0')));
     }
@@ -59,7 +60,7 @@ bool isEnglish(std::string_view language) {
 }
 
 TranslationCatalogue preferredCatalogue(const std::filesystem::path& folder) {
-    for (const char* const* language = g_get_language_names(); *language; ++language) {
+    for (const char* const* language = g_get_language_names(); *language != nullptr; ++language) {
         // A name is a folder's name at most, whatever the environment holds.
         if (std::string_view(*language).find('/') != std::string_view::npos) continue;
         auto catalogue = readCatalogue(folder / (std::string(*language) + ".mo"));

@@ -40,7 +40,7 @@ public:
 
     [[nodiscard]] GError** out() { return &error_; }
     /// Empty when the call went well.
-    [[nodiscard]] std::string message() const { return error_ ? error_->message : ""; }
+    [[nodiscard]] std::string message() const { return error_ != nullptr ? error_->message : ""; }
 
 private:
     GError* error_ = nullptr;

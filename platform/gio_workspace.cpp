@@ -1,5 +1,6 @@
 #include "platform/gio_workspace.h"
 
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -19,8 +20,9 @@ void open(const std::string& uri, BackgroundThread::Context& context) {
         g_bus_get_sync(G_BUS_TYPE_SESSION, context.cancellable(), nullptr));
     if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
     GLibError error;
-    if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) == FALSE)
+    if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) == FALSE) {
         context.log(kWarning, "Could not open " + uri + ": " + error.message());
+    }
 }
 
 /// Keeps every byte of the name; empty, and logged, for a path that is not absolute.
@@ -36,11 +38,12 @@ void showInFileManager(const std::filesystem::path& file, BackgroundThread::Cont
     const auto uri = uriOf(file, context);
     if (uri.empty()) return;
     DBusConnection bus(Bus::Session);
-    const char* const uris[] = {uri.c_str()};
-    const auto answer = bus.call({"org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
-                                  "org.freedesktop.FileManager1", "ShowItems"},
-                                 g_variant_new("(@ass)", g_variant_new_strv(uris, 1), ""), "()",
-                                 context.cancellable(), kFileManagerTime);
+    const std::array uris{uri.c_str()};
+    const auto answer =
+        bus.call({"org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+                  "org.freedesktop.FileManager1", "ShowItems"},
+                 g_variant_new("(@ass)", g_variant_new_strv(uris.data(), uris.size()), ""), "()",
+                 context.cancellable(), kFileManagerTime);
     bus.close(context.cancellable());
     if (answer.values || context.isCancelled()) return;
     const auto folder = uriOf(file.parent_path(), context);
@@ -51,9 +54,10 @@ void moveToTrash(const std::filesystem::path& file, BackgroundThread::Context& c
     // The local file system's own Trash: no daemon has to run for it.
     const GObjectHandle<GFile> trashed(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
     GLibError error;
-    if (g_file_trash(trashed.get(), context.cancellable(), error.out()) == FALSE)
+    if (g_file_trash(trashed.get(), context.cancellable(), error.out()) == FALSE) {
         context.log(kWarning,
                     "Could not move " + file.native() + " to the Trash: " + error.message());
+    }
 }
 
 }  // namespace

@@ -37,8 +37,9 @@ fs::path InotifyBundleWatch::currentPath() const {
 
 void InotifyBundleWatch::watchPath(fs::path path) {
     path_ = std::move(path);
-    for (auto folder = path_; folder.has_relative_path(); folder = folder.parent_path())
+    for (auto folder = path_; folder.has_relative_path(); folder = folder.parent_path()) {
         ::inotify_add_watch(inotify_.get(), folder.c_str(), IN_MOVE_SELF | IN_ONLYDIR);
+    }
 }
 
 void InotifyBundleWatch::eventsArrived() {

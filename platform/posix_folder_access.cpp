@@ -62,7 +62,7 @@ std::vector<fs::path> PosixFolderAccess::grantedFolders() const {
     if (!isSandboxed(sandboxMarker_)) return {"/"};
     std::vector<fs::path> granted;
     const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (runtime && *runtime == '/') granted.push_back(fs::path(runtime) / "doc");
+    if (runtime != nullptr && *runtime == '/') granted.push_back(fs::path(runtime) / "doc");
     granted.insert(granted.end(), bookmarked_.begin(), bookmarked_.end());
     return granted;
 }

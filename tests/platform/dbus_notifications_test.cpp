@@ -50,12 +50,13 @@ TEST_F(Notifying, WhatIsSentFollowsTheCapabilities) {
         std::vector<const char*> capabilities;
         const char* sent;
     } rows[] = {
-        {{"body"}, "'a < b & c > \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>}, -1)"},
+        {{"body"},
+         "'a &lt; b &amp; c &gt; \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>}, -1)"},
         {{"body", "body-markup", "actions"},
          "'a &lt; b &amp; c &gt; \xEF\xBF\xBD', ['default', 'Show', 'show', 'Show'], "
          "{'desktop-entry': <'org.example.App'>}, -1)"},
         {{"sound"},
-         "'a < b & c > \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>, "
+         "'a &lt; b &amp; c &gt; \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>, "
          "'sound-name': <'message-new-instant'>}, -1)"},
     };
     for (const auto& row : rows) {
