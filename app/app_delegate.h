@@ -45,7 +45,9 @@ public:
     void applicationWillFinishLaunching();
     /// False: the user wants to stay because a conversion runs.
     [[nodiscard]] bool applicationShouldTerminate();
-    /// Removes every job, running ones included, and puts the preferences onto the disk.
+    /// Removes every job, running ones included, and puts the preferences onto the disk. Removing
+    /// the running job starts the next one, which is removed in its turn, unless the queue is
+    /// paused.
     void applicationWillTerminate();
     /// The program was opened again while it runs. False: nothing is left to do for the platform.
     [[nodiscard]] bool applicationShouldHandleReopen();

@@ -16,8 +16,8 @@ namespace reelvane {
 namespace {
 
 std::string lastComponent(const std::filesystem::path& folder) {
-    return folder.has_filename() ? folder.filename().native()
-                                 : folder.parent_path().filename().native();
+    const auto name = (folder.has_filename() ? folder : folder.parent_path()).filename();
+    return name.empty() ? folder.native() : name.native();  // the root has no name of its own
 }
 
 /// The row of the folder that was added last: behind it stand a separator and the adding item.

@@ -227,7 +227,8 @@ void FileIntake::leaveUnadded() {
 }
 
 void FileIntake::cancelAdd() {
-    if (resolving_) return;  // the panel's answer decides
+    // The probe or the panel is at work on the present file; its end decides what comes next.
+    if (resolving_ || isScanning_.get()) return;
     if (hasWaitingFiles()) {
         addNextFile();
         return;

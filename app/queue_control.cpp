@@ -31,6 +31,7 @@ void QueueControl::start(ConversionJob& job) {
 }
 
 void QueueControl::continueJob(ConversionJob& job) {
+    if (queue_.jobCountWithState(ConversionJobState::Converting) != 0) return;
     if (job.state() == ConversionJobState::Queued) names_.refresh(job.fileInfo());
     job.continueJob();
 }

@@ -26,7 +26,8 @@ public:
     void startNextJobInQueue();
     /// Starts a queued job, its output path checked once more.
     void start(ConversionJob& job);
-    /// Starts or continues one job on the user's word, whatever stands before it.
+    /// Starts or continues one job on the user's word, whatever stands before it; not while another
+    /// one converts.
     void continueJob(ConversionJob& job);
 
     /// The user pauses or resumes the queue.

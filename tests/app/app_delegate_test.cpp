@@ -57,6 +57,8 @@ TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
     EXPECT_FALSE(app_->paused()) << "a job that the user starts un-pauses the queue";
     EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "but starts no other";
     EXPECT_EQ(app_->queueControl().pauseTitle().get(), "Pause Queue");
+    app_->continueJob(*app_->queue().taskArray()[0]);
+    EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "never two at a time";
     fail(1);
     EXPECT_THAT(states(), ElementsAre(Converting, Failed)) << "a paused job goes on in its turn";
 }
@@ -93,6 +95,10 @@ TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
 TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
     set(kAutoCleanKey, 1);
     add({movie("a.mkv"), movie("b.mkv")});
+    platform_.processLauncher.onLaunch = [this, &first = job(1)](auto&) {
+        platform_.dispatcher.runPending();  // as an alert's own loop does
+        EXPECT_EQ(first.fileInfo().fileName, "a.mkv") << "it still stands below this call";
+    };
     finish(0);
     EXPECT_THAT(rows(), ElementsAre("b.mkv"));
     EXPECT_TRUE(fs::exists(platform_.folder.path() / "a.m4v"));

@@ -66,9 +66,11 @@ TEST_F(DestinationsTest, AddingFromThePreferencesMakesItTheDefault) {
     EXPECT_EQ(lastAlert(), "This destination is already bookmarked. You can not add it again.");
     EXPECT_EQ(stored(), 0);
     EXPECT_EQ(app_->destinations().destinationPopUp().selectedIndex(), 0);
+    choose("/", DestinationMenu::Preferences);
+    EXPECT_EQ(names().back(), "/");
     platform_.folderAccess.broken = {"/broken"};
     choose("/broken", DestinationMenu::Preferences);
-    EXPECT_EQ(names().size(), 2) << "logged only";
+    EXPECT_EQ(names().size(), 3) << "logged only";
 }
 
 TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {

@@ -30,6 +30,7 @@ TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
     EXPECT_EQ(intake().fileInfo()->fileName, "a.mkv") << "what is shown is not pushed aside";
     intake().addToQueue();
     EXPECT_TRUE(intake().isScanning().get());
+    intake().cancelAdd();
     intake().addToQueue();
     EXPECT_EQ(rows().size(), 1) << "nothing to add while scanning";
     platform_.dispatcher.runPending();
