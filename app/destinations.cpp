@@ -10,6 +10,7 @@
 #include "support/logging.h"
 #include "support/ports/panels.h"
 #include "support/ports/translations.h"
+#include "support/preference_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -62,9 +63,10 @@ Destinations::SavedFolders Destinations::savedFolders() const {
 }
 
 void Destinations::store(const SavedFolders& folders) {
-    auto& preferences = vantor_.preferences();
-    preferences.setDefaultArray(kDestinationBookmarksKey, folders.bookmarks);
-    preferences.setDefaultArray(kDestinationNamesKey, folders.names);
+    // In one step: the lists belong together, whatever happens in between.
+    vantor_.preferences().setTogether(
+        {{std::string(kDestinationBookmarksKey), preferenceText(folders.bookmarks)},
+         {std::string(kDestinationNamesKey), preferenceText(folders.names)}});
 }
 
 void Destinations::validateAtLaunch() {
