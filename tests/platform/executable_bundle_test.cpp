@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
 
 #include "tests/fakes/temporary_folder.h"
 
@@ -39,10 +41,7 @@ TEST(ExecutableBundle, TheEnvironmentMayNameAnotherFfmpeg) {
              ((folder.path() / "first:").native() + (folder.path() / "second").native()).c_str(),
              1);
     const auto here = std::filesystem::current_path();
-    const struct {
-        const char* value;
-        path expected;
-    } cases[] = {
+    const std::vector<std::pair<const char*, path>> cases = {
         {"", "/bundle/resources/ffmpeg"},
         {"/opt/x/ffmpeg", "/opt/x/ffmpeg"},
         {"build/ffmpeg", here / "build/ffmpeg"},

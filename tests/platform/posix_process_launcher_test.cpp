@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "platform/glib_dispatcher.h"
 #include "tests/fakes/temporary_folder.h"
@@ -66,11 +67,12 @@ public:
 };
 
 TEST(PosixProcessLauncher, RunAnswersOutputAndStatus) {
-    const struct {
-        ProcessRequest request;
-        std::string output;
-        int status;
-    } cases[] = {
+    struct Case {
+        ProcessRequest request{};
+        std::string output{};
+        int status = 0;
+    };
+    const std::vector<Case> cases = {
         {shell("echo out; echo err >&2; exit 3"), "out\nerr\n", 3},
         {shell("kill -KILL $$"), "", SIGKILL},
         {shell("exec >&- 2>&-; exit 4"), "", 4},
@@ -124,10 +126,7 @@ TEST(PosixProcessLauncher, AFailedStartSaysWhy) {
         std::filesystem::permissions(file, std::filesystem::perms::owner_all);
     }
     const std::string tooLong(200'000, 'x');
-    const struct {
-        ProcessRequest request;
-        LaunchError error;
-    } cases[] = {
+    const std::vector<std::pair<ProcessRequest, LaunchError>> cases = {
         {{.executable = folder.path() / "none"}, LaunchError::NotFound},
         {{.executable = plain / "below"}, LaunchError::NotFound},
         {{.executable = noInterpreter}, LaunchError::NotFound},
