@@ -40,9 +40,8 @@ CLI::App* command(CLI::App& parent, const char* name) {
     return app;
 }
 
-/// File names are taken as they are: without this "[a]" would be read as a list.
 void addFiles(CLI::App& app, std::vector<std::string>& files, int most) {
-    app.add_option("FILE", files)->required()->expected(1, most)->allow_extra_args(false);
+    app.add_option("FILE", files)->required()->expected(1, most)->allow_extra_args(most > 1);
 }
 
 CLI::Option* addValue(CLI::App& app, const char* name, std::string& value) {
@@ -106,8 +105,13 @@ void describe(CLI::App& program, Raw& raw) {
 /// command, whatever it looks like.
 constexpr char kLiteral = '\0';
 
+/// What the parser would take for a sign or a list of its own.
+bool isMisread(const std::string& word) {
+    return word == "++" || word.starts_with('[');
+}
+
 /// The words in the parser's order, last first, with all that stand behind "--" marked: the parser
-/// itself forgets what "--" said once a file has been read, and takes "++" for a sign of its own.
+/// itself forgets what "--" said once a file has been read.
 std::vector<std::string> marked(const std::vector<std::string>& arguments) {
     std::vector<std::string> words;
     bool literal = false;
@@ -116,7 +120,7 @@ std::vector<std::string> marked(const std::vector<std::string>& arguments) {
             literal = true;
             continue;
         }
-        words.push_back(literal || word == "++" ? kLiteral + word : word);
+        words.push_back(literal || isMisread(word) ? kLiteral + word : word);
     }
     std::ranges::reverse(words);
     return words;

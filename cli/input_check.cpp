@@ -21,18 +21,20 @@ VettingAlert refusal(std::string_view appName, std::string message) {
     return {.title = std::string(appName), .message = std::move(message), .button = "OK"};
 }
 
+/// Why the file cannot be taken in, by its kind and extension; empty when it can be.
 std::string fileProblem(const InputFile& file) {
     std::error_code error;
     const auto status = std::filesystem::status(file.path, error);
     const auto name = Fennimar::validUtf8(file.given);
-    if (status.type() == std::filesystem::file_type::not_found) {
-        return makeString("There is no file '%@'. Please check the name and the folder.", name);
+    // A link that leads nowhere is explained when it is probed.
+    const bool dangling = status.type() == std::filesystem::file_type::not_found;
+    if (error && !dangling) {
+        return makeString("The file '%@' cannot be read: %@.", name, error.message());
     }
-    if (error) return makeString("The file '%@' cannot be read: %@.", name, error.message());
     if (std::filesystem::is_directory(status)) {
         return makeString("'%@' is a folder. Please name the movies in it.", name);
     }
-    if (!std::filesystem::is_regular_file(status)) {
+    if (!dangling && !std::filesystem::is_regular_file(status)) {
         return makeString("'%@' is no regular file, so it is not read.", name);
     }
     const bool known =
@@ -60,10 +62,13 @@ std::filesystem::path absolutePath(const std::string& given) {
     return error ? std::filesystem::path(given) : path;
 }
 
-std::optional<VettingAlert> inputProblem(const InputFile& file, std::string_view appName) {
-    auto problem = fileProblem(file);
-    if (problem.empty()) return std::nullopt;
-    return refusal(appName, std::move(problem));
+std::optional<VettingAlert> missingFileAlert(const InputFile& file, std::string_view appName) {
+    std::error_code error;
+    const auto status = std::filesystem::symlink_status(file.path, error);
+    if (status.type() != std::filesystem::file_type::not_found) return std::nullopt;
+    return refusal(appName,
+                   makeString("There is no file '%@'. Please check the name and the folder.",
+                              Fennimar::validUtf8(file.given)));
 }
 
 CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_view appName) {
@@ -71,8 +76,11 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
     std::vector<InputFile> candidates;
     for (const auto& name : given) {
         InputFile file{.given = name, .path = absolutePath(name)};
-        if (auto problem = inputProblem(file, appName)) {
-            checked.refused.push_back({.given = name, .alert = *std::move(problem)});
+        if (auto missing = missingFileAlert(file, appName)) {
+            checked.refused.push_back({.given = name, .alert = *std::move(missing)});
+        } else if (auto problem = fileProblem(file); !problem.empty()) {
+            checked.refused.push_back(
+                {.given = name, .alert = refusal(appName, std::move(problem))});
         } else {
             candidates.push_back(std::move(file));
         }

@@ -30,10 +30,10 @@ struct CheckedInputs {
 /// which the program was started.
 [[nodiscard]] std::filesystem::path absolutePath(const std::string& given);
 
-/// Why the name cannot be taken in; absent when it can be. Looks at the file's kind and extension
-/// only. `appName` titles the message.
-[[nodiscard]] std::optional<VettingAlert> inputProblem(const InputFile& file,
-                                                       std::string_view appName);
+/// That nothing of this name is there, not even a link; absent when something is. `appName` titles
+/// the message.
+[[nodiscard]] std::optional<VettingAlert> missingFileAlert(const InputFile& file,
+                                                           std::string_view appName);
 
 /// Sorts out what an open request would pass over in silence: names without a file, folders,
 /// unknown extensions, and subtitle files that belong to none of the movies.

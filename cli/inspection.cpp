@@ -34,8 +34,12 @@ std::string appName(const MainBundle& mainBundle) {
 
 Inspection inspectFile(const CommandContext& context, const std::string& given) {
     const auto tools = probeTools(context);
+    const InputFile file{.given = given, .path = absolutePath(given)};
+    if (auto missing = missingFileAlert(file, tools.appName)) {
+        return {.alerts = {*std::move(missing)}};
+    }
     try {
-        return initWithURL(absolutePath(given), readProbeOptions(context.preferences), tools);
+        return initWithURL(file.path, readProbeOptions(context.preferences), tools);
     } catch (const std::out_of_range&) {
         return {.alerts = {{.title = tools.appName,
                             .message = makeString(
