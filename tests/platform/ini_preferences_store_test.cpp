@@ -42,6 +42,18 @@ mode_t modeOf(const path& file) {
     return ::stat(file.c_str(), &status) == 0 ? status.st_mode & 0777U : 0U;
 }
 
+/// Starts a process that plays this part.
+pid_t startProcess(const std::function<bool()>& part) {
+    const pid_t process = ::fork();
+    if (process == 0) ::_exit(part() ? 0 : 1);
+    return process;
+}
+
+bool endedWell(pid_t process) {
+    int status = -1;
+    return ::waitpid(process, &status, 0) == process && status == 0;
+}
+
 bool set(PreferencesStore& store, const std::string& key, const std::string& value) {
     return store.edit([&](PreferenceValues& values) { values[key] = value; });
 }
@@ -133,21 +145,18 @@ bool countUp(IniPreferencesStore& store, const std::string& name, int times) {
 }
 
 TEST(IniPreferencesStore, ProcessesAndThreadsAtOnceLoseNothing) {
-    if (std::filesystem::exists("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);  // no waiting disk
+    ::setenv("TMPDIR", "/dev/shm", 1);  // no disk to wait for
     const TemporaryFolder folder;
     ::unsetenv("TMPDIR");
     IniPreferencesStore store(folder.path() / "p.ini");
-    const pid_t other = ::fork();
-    if (other == 0) ::_exit(countUp(store, "child", 200) ? 0 : 1);
+    const auto other = startProcess([&] { return countUp(store, "child", 200); });
     std::thread thread([&] { EXPECT_TRUE(countUp(store, "thread", 200)); });
     EXPECT_TRUE(countUp(store, "parent", 200));
     thread.join();
-    int status = -1;
-    ::waitpid(other, &status, 0);
-    EXPECT_EQ(status, 0);
-    std::size_t keys = 0;
-    EXPECT_TRUE(store.edit([&](PreferenceValues& values) { keys = values.size(); }));
-    EXPECT_EQ(keys, 3U * 20 + 1);
+    EXPECT_TRUE(endedWell(other));
+    PreferenceValues all;
+    EXPECT_TRUE(store.edit([&](PreferenceValues& values) { all = values; }));
+    EXPECT_EQ(all.size(), 3U * 20 + 1);
     EXPECT_THAT(store.value("count"), Optional(std::string("600")));
 }
 
@@ -165,6 +174,18 @@ TEST(IniPreferencesStore, ASymbolicLinkIsFollowed) {
     }
 }
 
+void expectSetAside(const path& file, const path& kept, bool byEdit) {
+    SCOPED_TRACE(kept);
+    const auto type = std::filesystem::symlink_status(file).type();
+    IniPreferencesStore store(file);
+    EXPECT_TRUE(byEdit ? set(store, "a", "1") : store.value("a") == std::nullopt);
+    EXPECT_EQ(std::filesystem::symlink_status(kept).type(), type);
+    EXPECT_THAT(store.problem(), Optional(testing::AllOf(HasSubstr('"' + file.native() + '"'),
+                                                         HasSubstr('"' + kept.native() + '"'))));
+    EXPECT_TRUE(set(store, "a", "2"));
+    EXPECT_THAT(IniPreferencesStore(file).value("a"), Optional(std::string("2")));
+}
+
 TEST(IniPreferencesStore, WhatCannotBeReadIsSetAside) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "p.ini";
@@ -177,37 +198,12 @@ TEST(IniPreferencesStore, WhatCannotBeReadIsSetAside) {
         [&] { std::filesystem::create_symlink("/dev/null", file); },
         [&] { std::filesystem::create_symlink("p.ini", file); },
     };
-    int number = 0;
-    for (const auto& damage : damages) {
+    for (std::size_t i = 0; i < damages.size(); ++i) {
         std::filesystem::remove_all(file);
-        damage();
-        const auto type = std::filesystem::symlink_status(file).type();
-        const auto kept = file.native() + ".damaged-" + std::to_string(++number);
-        IniPreferencesStore store(file);
-        if (number % 2 == 0) {
-            EXPECT_TRUE(set(store, "a", "1"));
-        } else {
-            EXPECT_EQ(store.value("a"), std::nullopt);
-        }
-        EXPECT_EQ(std::filesystem::symlink_status(kept).type(), type) << kept;
-        EXPECT_THAT(store.problem(), Optional(testing::AllOf(HasSubstr('"' + file.native() + '"'),
-                                                             HasSubstr('"' + kept + '"'))));
-        EXPECT_TRUE(set(store, "a", "2"));
-        EXPECT_THAT(IniPreferencesStore(file).value("a"), Optional(std::string("2")));
+        damages[i]();
+        expectSetAside(file, file.native() + ".damaged-" + std::to_string(i + 1), i % 2 == 0);
     }
     EXPECT_EQ(contentOf(file.native() + ".damaged"), "earlier");
-}
-
-/// In a process of its own; as root, permissions would be ignored there.
-int inUnprivilegedProcess(const std::function<bool()>& test) {
-    const pid_t process = ::fork();
-    if (process == 0) {
-        if (::getuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(2);
-        ::_exit(test() ? 0 : 1);
-    }
-    int status = -1;
-    ::waitpid(process, &status, 0);
-    return status;
 }
 
 TEST(IniPreferencesStore, WhereNothingCanBeWrittenTheOldFileStaysWhole) {
@@ -217,14 +213,16 @@ TEST(IniPreferencesStore, WhereNothingCanBeWrittenTheOldFileStaysWhole) {
     folder.write("good.ini.lock", "");
     folder.write("bad.ini.lock", "");
     ::chmod(folder.path().c_str(), 0555);
-    EXPECT_EQ(inUnprivilegedProcess([&] {
-                  IniPreferencesStore readable(good);
-                  IniPreferencesStore damaged(bad);
-                  return !set(readable, "a", "2") && readable.value("a") == "1" &&
-                         !set(damaged, "a", "2") && damaged.value("a") == std::nullopt &&
-                         damaged.problem()->find("will not be saved") != std::string::npos;
-              }),
-              0);
+    const auto process = startProcess([&] {
+        // To the superuser no folder is read-only.
+        if (::getuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) return false;
+        IniPreferencesStore readable(good);
+        IniPreferencesStore damaged(bad);
+        return !set(readable, "a", "2") && readable.value("a") == "1" && !set(damaged, "a", "2") &&
+               damaged.value("a") == std::nullopt &&
+               damaged.problem()->find("will not be saved") != std::string::npos;
+    });
+    EXPECT_TRUE(endedWell(process));
     ::chmod(folder.path().c_str(), 0755);
     EXPECT_EQ(contentOf(bad), "junk");
     EXPECT_EQ(contentOf(good), "[Preferences]\na=1\n");
@@ -236,17 +234,14 @@ TEST(IniPreferencesStore, AWriteCutShortLeavesTheOldFileAndNothingElse) {
     const auto file = folder.path() / "p.ini";
     IniPreferencesStore store(file);
     ASSERT_TRUE(set(store, "a", "1"));
-    const pid_t process = ::fork();
-    if (process == 0) {
+    const auto process = startProcess([&] {
         // The file size limit stands for a full disk: the write stops in the middle.
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{.rlim_cur = 1000, .rlim_max = 1000};
         ::setrlimit(RLIMIT_FSIZE, &limit);
-        ::_exit(set(store, "b", std::string(5000, 'x')) || store.value("b") ? 1 : 0);
-    }
-    int status = -1;
-    ::waitpid(process, &status, 0);
-    EXPECT_EQ(status, 0);
+        return !set(store, "b", std::string(5000, 'x')) && store.value("b") == std::nullopt;
+    });
+    EXPECT_TRUE(endedWell(process));
     EXPECT_EQ(contentOf(file), "[Preferences]\na=1\n");
     EXPECT_THAT(namesIn(folder.path()), UnorderedElementsAre("p.ini", "p.ini.lock"));
 }

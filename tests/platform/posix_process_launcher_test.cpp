@@ -158,8 +158,8 @@ TEST(PosixProcessLauncher, AGrandchildThatHoldsThePipeDelaysNothing) {
 }
 
 TEST(PosixProcessLauncher, TerminateEndsASuspendedChildAndWhatItStarted) {
-    LaunchedChild launched(shell("sleep 60 & echo $!; echo $$; wait"));
-    while (std::ranges::count(launched.output, '\n') < 2) launched.runUntilLine();
+    LaunchedChild launched(shell("sleep 60 & printf '%s\\n%s\\n' $! $$; wait"));
+    launched.runUntilLine();
     const auto process = std::stoi(launched.output.substr(launched.output.find('\n')));
     const auto grandchild = ::syscall(SYS_pidfd_open, std::stoi(launched.output), 0);
     launched.child->suspend();
