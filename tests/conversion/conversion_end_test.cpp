@@ -5,7 +5,6 @@
 namespace reelvane {
 namespace {
 
-using std::chrono_literals::operator""s;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -13,13 +12,13 @@ using State = ConversionJobState;
 
 TEST_F(JobTest, ASuccessKeepsTheOutputAndAnnouncesIt) {
     startAndWrite();
-    platform.dispatcher.advance(5s);
+    platform.dispatcher.advance(std::chrono::seconds(5));
     child().exit(0, "frame=1 bitrate=1");
     EXPECT_EQ(job->progress(), 100);
     EXPECT_EQ(job->jobOutput(), "frame=1 bitrate=1") << "the rest of the pipe is not filtered";
     EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionEnded"));
     EXPECT_THAT(platform.powerAssertions.held, IsEmpty());
-    platform.dispatcher.advance(60s);
+    platform.dispatcher.advance(std::chrono::seconds(60));
     EXPECT_EQ(job->stateInfoString(), "Status: Finished [Conversion took: 5s]");
     const auto& notification = platform.notifications.delivered.at(0);
     EXPECT_EQ(notification.title, "Reelvane Conversion Finished");

@@ -7,7 +7,6 @@
 namespace reelvane {
 namespace {
 
-using std::chrono_literals::operator""s;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -101,19 +100,19 @@ TEST_F(JobTest, FollowsTheRunButNotThePause) {
     child().print("frame=1 bitrate=1\rfirst\n");
     child().print("second\xFF\n");
     EXPECT_EQ(job->jobOutput(), "firstsecond\xFF");
-    platform.dispatcher.advance(60s);
+    platform.dispatcher.advance(std::chrono::seconds(60));
     EXPECT_EQ(changes, 1) << "only a new position is a change";
     platform.folder.write("Documents/movie.mkv.log", "out_time_ms=50000000\n");
     job->pause();
     EXPECT_EQ(job->state(), State::Paused);
     EXPECT_TRUE(child().suspended);
     EXPECT_THAT(platform.powerAssertions.held, IsEmpty());
-    platform.dispatcher.advance(5s);
+    platform.dispatcher.advance(std::chrono::seconds(5));
     EXPECT_EQ(job->progress(), 0);
     job->continueJob();
     EXPECT_FALSE(child().suspended);
     EXPECT_EQ(platform.powerAssertions.held.size(), 1);
-    platform.dispatcher.advance(1s);
+    platform.dispatcher.advance(std::chrono::seconds(1));
     EXPECT_EQ(job->progress(), 50);
     EXPECT_EQ(changes, 4);
     EXPECT_EQ(job->stateInfoString(), "Status: Converting   Audio:  eng (ac3)   ETA: 1m 6s");

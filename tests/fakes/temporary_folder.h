@@ -28,8 +28,9 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
     /// Makes a file with this content and answers its path.
+    // NOLINTNEXTLINE(modernize-use-nodiscard): mostly called for the file alone
     std::filesystem::path write(std::string_view name, std::string_view content = "x") const {
-        const auto file = path_ / name;
+        auto file = path_ / name;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << content;
         return file;
