@@ -46,8 +46,9 @@ GVariant* actionsOf(const Notification& notification, const Capabilities& capabi
     if (notification.actionTitle && capabilities.contains("actions")) {
         const auto title = validUtf8(*notification.actionTitle);
         // "default" is a click on the notification itself.
-        for (const auto* const word : {"default", title.c_str(), "show", title.c_str()})
+        for (const auto* const word : {"default", title.c_str(), "show", title.c_str()}) {
             g_variant_builder_add(&actions, "s", word);
+        }
     }
     return g_variant_builder_end(&actions);
 }

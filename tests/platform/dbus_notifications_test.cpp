@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "platform/glib_dispatcher.h"
 #include "tests/platform/private_bus.h"
@@ -27,8 +29,8 @@ struct Notifying : testing::Test {
     /// A daemon with these capabilities; it counts its notifications up from 1.
     void startDaemon(const std::vector<const char*>& capabilities) {
         daemon.emplace(bus, kName, [capabilities, id = 0U](GDBusMessage* call) mutable {
-            if (g_str_equal(g_dbus_message_get_member(call), "Notify") != FALSE)
-                return MockService::reply(call, g_variant_new("(u)", ++id));
+            const std::string method = g_dbus_message_get_member(call);
+            if (method == "Notify") return MockService::reply(call, g_variant_new("(u)", ++id));
             auto* const words =
                 g_variant_new_strv(capabilities.data(), static_cast<gssize>(capabilities.size()));
             return MockService::reply(call, g_variant_new_tuple(&words, 1));
@@ -46,10 +48,11 @@ struct Notifying : testing::Test {
 };
 
 TEST_F(Notifying, WhatIsSentFollowsTheCapabilities) {
-    const struct {
+    struct Row {
         std::vector<const char*> capabilities;
         const char* sent;
-    } rows[] = {
+    };
+    const std::vector<Row> rows{
         {{"body"},
          "'a &lt; b &amp; c &gt; \xEF\xBF\xBD', [], {'desktop-entry': <'org.example.App'>}, -1)"},
         {{"body", "body-markup", "actions"},

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <vector>
 
 #include "tests/fakes/temporary_folder.h"
 
@@ -35,12 +36,14 @@ struct Translated : testing::Test {
 TEST_F(Translated, TheFirstPreferredLanguageWithACatalogueWins) {
     addCatalogue("de", "Beenden");
     addCatalogue("pt_BR", "Sair");
-    const struct {
+    struct Row {
         const char* languages;
         const char* quit;
-    } rows[] = {{"de", "Beenden"},        {"de_AT.UTF-8", "Beenden"}, {"fr:pt_BR:de", "Sair"},
-                {"pt_PT:de", "Beenden"},  {"en_GB:de", "Quit"},       {"fr", "Quit"},
-                {"../x/de:de", "Beenden"}};
+    };
+    const std::vector<Row> rows{{"de", "Beenden"},        {"de_AT.UTF-8", "Beenden"},
+                                {"fr:pt_BR:de", "Sair"},  {"pt_PT:de", "Beenden"},
+                                {"en_GB:de", "Quit"},     {"fr", "Quit"},
+                                {"../x/de:de", "Beenden"}};
     for (const auto& row : rows) {
         ::setenv("LANGUAGE", row.languages, 1);
         EXPECT_EQ(GettextTranslations(folder.path()).localized("Quit"), row.quit) << row.languages;

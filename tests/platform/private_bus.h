@@ -41,8 +41,9 @@ public:
             g_data_input_stream_new(g_subprocess_get_stdout_pipe(daemon_.get())));
         const GLibText line(g_data_input_stream_read_line(output.get(), nullptr, nullptr, nullptr));
         address_ = line.get();
-        for (const auto* const name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
+        for (const auto* const name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"}) {
             ::setenv(name, address_.c_str(), 1);
+        }
     }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -66,8 +67,8 @@ public:
     /// The next call that any service got, as "Method(arguments)"; waits for it.
     [[nodiscard]] std::string nextCall() {
         std::unique_lock lock(mutex_);
-        if (!recorded_.wait_for(lock, std::chrono::seconds(10), [this] { return !calls_.empty(); }))
-            return "none";
+        const auto isThere = [this] { return !calls_.empty(); };
+        if (!recorded_.wait_for(lock, std::chrono::seconds(10), isThere)) return "none";
         auto call = std::move(calls_.front());
         calls_.pop_front();
         return call;
@@ -137,9 +138,8 @@ public:
 private:
     static GDBusMessage* received(GDBusConnection* /*connection*/, GDBusMessage* message,
                                   gboolean incoming, gpointer self) {
-        if (!incoming ||
-            g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL)
-            return message;
+        const auto type = g_dbus_message_get_message_type(message);
+        if (incoming == FALSE || type != G_DBUS_MESSAGE_TYPE_METHOD_CALL) return message;
         static_cast<MockService*>(self)->handle(GObjectHandle<GDBusMessage>(message));
         return nullptr;
     }
@@ -147,12 +147,12 @@ private:
     void handle(GObjectHandle<GDBusMessage> call) {
         const std::scoped_lock lock(mutex_);
         auto* const body = g_dbus_message_get_body(call.get());
-        const GLibText text(body ? g_variant_print(body, FALSE) : g_strdup("()"));
+        const GLibText text(body != nullptr ? g_variant_print(body, FALSE) : g_strdup("()"));
         auto* const answer = answer_(call.get());
         const std::string method = g_dbus_message_get_member(call.get());
-        if (!answer) held_ = std::move(call);
+        if (answer == nullptr) held_ = std::move(call);
         bus_.record(method + text.get());
-        if (answer) send(answer);
+        if (answer != nullptr) send(answer);
     }
 
     void send(GDBusMessage* answer) {
