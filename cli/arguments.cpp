@@ -83,7 +83,7 @@ void describe(CLI::App& program, Raw& raw) {
     program.require_subcommand(1);
     program.set_help_flag("-h,--help");
     program.set_version_flag("--version", std::string());
-    program.add_option("--set", raw.overrides)->expected(1)->allow_extra_args(false);
+    program.add_option("--set", raw.overrides)->allow_extra_args(false);
 
     auto* const inspect = command(program, "inspect");
     inspect->add_flag("--json", raw.json);
