@@ -5,10 +5,6 @@
 namespace reelvane {
 namespace {
 
-namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using enum ConversionJobState;
 
 class AppDelegateTest : public AppFixture {
@@ -31,12 +27,9 @@ TEST_F(AppDelegateTest, TheNewestJobRunsNextUnlessTheyGoToTheBottom) {
     finish(0);
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv", "a.mkv", "d.mkv"));
     EXPECT_THAT(states(), ElementsAre(Converting, Queued, Finished, Queued));
-}
-
-TEST_F(AppDelegateTest, ABatchStartsWithTheJobOfItsLastFile) {
+    launch();
     open({movie("a.mkv"), movie("b.mkv")});
-    EXPECT_THAT(rows(), ElementsAre("b.mkv", "a.mkv"));
-    EXPECT_THAT(states(), ElementsAre(Converting, Queued));
+    EXPECT_THAT(states(), ElementsAre(Queued, Converting)) << "the last of a batch starts it";
 }
 
 TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
@@ -136,28 +129,15 @@ TEST_F(AppDelegateTest, QuittingEndsEveryJobAndLeavesNothingBehind) {
     EXPECT_THAT(rows(), IsEmpty());
     for (const auto& child : platform_.processLauncher.children) EXPECT_TRUE(child.terminated);
     EXPECT_FALSE(fs::exists(platform_.folder.path() / "a.m4v"));
-    EXPECT_GE(platform_.store.synchronized, 1);
-}
-
-TEST_F(AppDelegateTest, AClickOnANotificationRevealsItsFile) {
-    launch();
-    platform_.notifications.activated({.title = "no path"});
-    platform_.notifications.activated({.path = "/out.m4v"});
-    EXPECT_THAT(platform_.workspace.revealed, ElementsAre("/out.m4v"));
 }
 
 TEST_F(AppDelegateTest, AMovedBundleRestartsFromItsNewPlace) {
     launch();
+    app_->lifecycle().setRelaunch([](const fs::path& bundle) { return bundle == "/moved"; });
     platform_.bundleWatch.tell(kRootChangedFlags | 1U);
     EXPECT_THAT(platform_.alerts.shown, IsEmpty()) << "only exactly that flag counts";
-    fs::path restarted;
-    app_->lifecycle().setRelaunch([&](const fs::path& bundle) {
-        restarted = bundle;
-        return bundle == "/moved";
-    });
     platform_.bundleWatch.path = "/moved";
     platform_.bundleWatch.tell(kRootChangedFlags);
-    EXPECT_EQ(restarted, "/moved");
     EXPECT_THAT(platform_.alerts.shown.back().buttons, ElementsAre("Restart Reelvane"));
     platform_.bundleWatch.path = "/lost";
     platform_.bundleWatch.tell(kRootChangedFlags);
@@ -166,44 +146,27 @@ TEST_F(AppDelegateTest, AMovedBundleRestartsFromItsNewPlace) {
     EXPECT_EQ(terminated_, 2);
 }
 
-TEST_F(AppDelegateTest, LaunchReadsIdentityShowsTheHintOnceAndAsksForWindows) {
+TEST_F(AppDelegateTest, TheSpeedHintIsShownOnce) {
     set(kWelcomeShownKey, 0);
     set("vantor_1.2_usages", 4);
     launch();
-    EXPECT_EQ(app_->lifecycle().build(), "Build: 34");
-    EXPECT_EQ(app_->lifecycle().version(), "Version: 1.2");
-    EXPECT_EQ(platform_.alerts.shown.at(0).title, "Picking up Speed!");
     launch();
-    EXPECT_EQ(platform_.alerts.shown.size(), 1);
-    std::vector<WindowRequest> requests;
-    const auto watch =
-        app_->observeWindowRequests([&](const auto& request) { requests.push_back(request); });
-    EXPECT_FALSE(app_->applicationShouldHandleReopen());
-    app_->openDocumentationWindow(-1);
-    ASSERT_EQ(requests.size(), 2);
-    EXPECT_EQ(requests[0].kind, WindowRequest::Kind::Main);
-    EXPECT_FALSE(requests[1].tab) << "no such tab";
+    ASSERT_EQ(platform_.alerts.shown.size(), 1);
+    EXPECT_EQ(platform_.alerts.shown[0].title, "Picking up Speed!");
 }
 
-TEST_F(AppDelegateTest, UsagesDecideOnRatings) {
+TEST_F(AppDelegateTest, UsagesOverAllVersionsDecideOnRatings) {
     UsageCounter counter(platform_.vantor);
-    std::string prompt;
-    const auto watch = counter.observePrompts([&](const auto& text) { prompt = text; });
-    counter.increaseUsages(
-        {.increase = 10, .minimumUsagesForRating = 10, .allowFeedbackNow = true});
-    EXPECT_FALSE(counter.isRateable().get());
-    platform_.preferences.setDefaultInt("vantor_1.2_usages", 0);  // another version
-    counter.increaseUsages({.increase = 1, .minimumUsagesForRating = 10});
-    EXPECT_TRUE(counter.isRateable().get());
+    const auto count = [&](int increase, int minimum) {
+        counter.increaseUsages({.increase = increase, .minimumUsagesForRating = minimum});
+        return counter.isRateable().get();
+    };
+    EXPECT_FALSE(count(10, 10));
+    set("vantor_1.2_usages", 0);  // another version
+    EXPECT_TRUE(count(1, 10));
     EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 1);
-    counter.increaseUsages({.minimumUsagesForRating = 0});
-    EXPECT_FALSE(counter.isRateable().get());
-    EXPECT_EQ(prompt, "");
-    counter.increaseUsages({.usagesNamedInText = 20,
-                            .feedbackText = "[APPNAME] [USAGES_ASKREVIEW]",
-                            .allowFeedbackNow = true,
-                            .forceFeedbackNow = true});
-    EXPECT_EQ(prompt, "Reelvane 20");
+    EXPECT_TRUE(count(0, 10));
+    EXPECT_FALSE(count(0, 0));
 }
 
 }  // namespace

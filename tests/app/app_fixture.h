@@ -15,6 +15,9 @@
 
 namespace reelvane {
 
+namespace fs = std::filesystem;
+using namespace testing;  // NOLINT(google-build-using-namespace): a test's own vocabulary
+
 /// The controller on fakes: every probe prints `report`, the test plays the conversions.
 class AppFixture : public testing::Test {
 protected:
@@ -35,20 +38,18 @@ protected:
         app_->setTerminateHandler([this] { ++terminated_; });
         app_->applicationWillFinishLaunching();
         refusals_ = app_->intake().observeRefusals(
-            [this](const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
+            [this](const fs::path& file, const std::vector<VettingAlert>& alerts) {
                 refused_.push_back(file.filename());
                 refusalTexts_.push_back(alerts.empty() ? "" : alerts.front().message);
             });
         return *app_;
     }
-    std::filesystem::path movie(std::string_view name) const {
-        return platform_.folder.write(name);
-    }
+    fs::path movie(std::string_view name) const { return platform_.folder.write(name); }
     /// Opens the files one batch each, so that each is added before the next arrives.
-    void add(const std::vector<std::filesystem::path>& files) {
+    void add(const std::vector<fs::path>& files) {
         for (const auto& file : files) open({file});
     }
-    void open(const std::vector<std::filesystem::path>& files) {
+    void open(const std::vector<fs::path>& files) {
         if (!app_) launch();
         app_->openFiles(files);
         platform_.dispatcher.runPending();
@@ -75,9 +76,7 @@ protected:
     [[nodiscard]] std::string output(std::size_t row) const {
         return job(row).fileInfo().destinationURL->filename();
     }
-    [[nodiscard]] std::string lastAlert() const {
-        return platform_.alerts.shown.empty() ? "" : platform_.alerts.shown.back().message;
-    }
+    [[nodiscard]] std::string lastAlert() const { return platform_.alerts.shown.back().message; }
 
     FakePlatform platform_;
     std::string report_ =

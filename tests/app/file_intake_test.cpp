@@ -5,11 +5,6 @@
 namespace reelvane {
 namespace {
 
-namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 class FileIntakeTest : public AppFixture {
 protected:
     [[nodiscard]] std::vector<std::string> probed() const {

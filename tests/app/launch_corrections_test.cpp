@@ -18,42 +18,28 @@ protected:
 };
 
 TEST_F(LaunchCorrections, PutMenuValuesRight) {
-    struct Case {
-        std::string_view key;
-        int stored, corrected;
-    };
-    for (const auto& [key, stored, corrected] :
-         std::initializer_list<Case>{{kExternalSubtitleEncodingKey, 1, 0},
-                                     {kExternalSubtitleEncodingKey, 2, 2},
-                                     {kExternalSubtitleEncodingKey, 99, 99},
-                                     {kCustomUnknownHandlingKey, 3, 1},
-                                     {kCustomUnknownHandlingKey, -1, 1},
-                                     {kCustomUnknownHandlingKey, 0, 0}}) {
+    const auto corrected = [this](std::string_view key, int stored) {
         preferences_.setDefaultInt(key, stored);
         correctMenuValues(preferences_);
-        EXPECT_EQ(preferences_.defaultInt(key), corrected) << key << " " << stored;
-    }
+        return preferences_.defaultInt(key);
+    };
+    for (const auto& [stored, after] : {std::pair(1, 0), {2, 2}, {99, 99}})
+        EXPECT_EQ(corrected(kExternalSubtitleEncodingKey, stored), after);
+    for (const auto& [stored, after] : {std::pair(3, 1), {-1, 1}, {0, 0}})
+        EXPECT_EQ(corrected(kCustomUnknownHandlingKey, stored), after);
 }
 
 TEST_F(LaunchCorrections, ClampTheDestinationToTheSavedFolders) {
-    struct Case {
-        std::size_t folders;
-        int stored, clamped;
-    };
-    for (const auto& [folders, stored, clamped] : std::initializer_list<Case>{{2, 4, 4},
-                                                                              {2, 5, 3},
-                                                                              {2, 6, 3},
-                                                                              {2, 2, 0},
-                                                                              {1, 4, 0},
-                                                                              {1, 3, 3},
-                                                                              {0, 3, 1},
-                                                                              {0, 1, 1},
-                                                                              {0, 0, 0},
-                                                                              {2, 3, 3}}) {
+    const auto clamped = [this](std::size_t folders, int stored) {
         preferences_.setDefaultInt(kDefaultDestinationKey, stored);
         clampDefaultDestination(preferences_, folders);
-        EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), clamped) << stored;
-    }
+        return preferences_.defaultInt(kDefaultDestinationKey);
+    };
+    for (const auto& [stored, after] : {std::pair(4, 4), {5, 3}, {6, 3}, {2, 0}, {3, 3}})
+        EXPECT_EQ(clamped(2, stored), after);
+    EXPECT_EQ(clamped(1, 4), 0);
+    for (const auto& [stored, after] : {std::pair(3, 1), {1, 1}, {0, 0}})
+        EXPECT_EQ(clamped(0, stored), after);
 }
 
 TEST_F(LaunchCorrections, UpgradeAStoredDestinationOnce) {
