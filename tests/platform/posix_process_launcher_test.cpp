@@ -177,8 +177,9 @@ TEST(PosixProcessLauncher, SuspendedChildrenGoOnWhenResumed) {
     launched.onOutput = {};
     launched.child->suspend();
     launched.child->resume();
-    const auto again =
-        launched.dispatcher.every(std::chrono::milliseconds(5), [&] { launched.child->resume(); });
+    const auto again = launched.dispatcher.every(std::chrono::milliseconds(5), [&] {
+        if (launched.child) launched.child->resume();  // else it ended in this very turn
+    });
     launched.dispatcher.run();
     EXPECT_EQ(launched.output, "ready\non\n");
     EXPECT_EQ(launched.status, 0);
