@@ -36,7 +36,7 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
     subscriptions_.push_back(controller.intake().observeRefusals(
         [this](const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
             ++read_;
-            refuse(givenName(file), alerts);
+            refuse(takeGivenName(file), alerts);
             checkLater();
         }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { checkLater(); }));
@@ -75,9 +75,10 @@ void ConvertRun::refuse(const std::string& given, std::span<const VettingAlert> 
     reporter_.refused(given, alerts);
 }
 
-const std::string& ConvertRun::givenName(const std::filesystem::path& path) const {
-    const auto found = given_.find(path);
-    return found == given_.end() ? path.native() : found->second;
+std::string ConvertRun::takeGivenName(const std::filesystem::path& path) {
+    const auto found = given_.lower_bound(path);  // files are taken in the order given
+    if (found == given_.end() || found->first != path) return path.native();
+    return std::move(given_.extract(found).mapped());
 }
 
 void ConvertRun::showReading() {
@@ -104,7 +105,7 @@ void ConvertRun::follow(ConversionJob& job) {
     ++read_;
     const auto& record = job.fileInfo();
     auto& followed = followed_[&job];
-    followed.subject = {.file = givenName(record.fileURL),
+    followed.subject = {.file = takeGivenName(record.fileURL),
                         .output = record.destinationURL.value_or(std::filesystem::path())};
     followed.subscription = job.observe([this, &job] { jobChanged(job); });
     reporter_.queued(followed.subject);

@@ -53,7 +53,8 @@ private:
     };
 
     void refuse(const std::string& given, std::span<const VettingAlert> alerts);
-    [[nodiscard]] const std::string& givenName(const std::filesystem::path& path) const;
+    /// The name under which the user gave the movie that is taken up or refused now.
+    [[nodiscard]] std::string takeGivenName(const std::filesystem::path& path);
     void showReading();
 
     void queueChanged();
@@ -75,7 +76,7 @@ private:
     std::function<void()> ended_;
     ConvertSummary summary_;
     TimePoint begin_;
-    std::map<std::filesystem::path, std::string> given_;  // by absolute path
+    std::multimap<std::filesystem::path, std::string> given_;  // by absolute path
     std::size_t movies_ = 0;
     std::size_t read_ = 0;  // movies that are queued or refused
     std::size_t starts_ = 0;

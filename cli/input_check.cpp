@@ -58,8 +58,13 @@ bool belongsToOne(const std::filesystem::path& subtitle, const std::vector<Input
 
 std::filesystem::path absolutePath(const std::string& given) {
     std::error_code error;
-    auto path = std::filesystem::absolute(given, error);
-    return error ? std::filesystem::path(given) : path;
+    const auto absolute = std::filesystem::absolute(given, error);
+    if (error) return given;
+    std::filesystem::path path;
+    for (const auto& part : absolute) {
+        if (part != ".") path /= part;
+    }
+    return path;
 }
 
 std::optional<VettingAlert> missingFileAlert(const InputFile& file, std::string_view appName) {

@@ -26,8 +26,9 @@ struct CheckedInputs {
     std::vector<RefusedInput> refused{};
 };
 
-/// The absolute path, its bytes kept and nothing resolved. A relative one hangs on the folder in
-/// which the program was started.
+/// The absolute path, its bytes kept and no link resolved. A relative one hangs on the folder in
+/// which the program was started. Without "." as a part, so that "./Film.mkv" and "Film.srt" are
+/// seen to belong together.
 [[nodiscard]] std::filesystem::path absolutePath(const std::string& given);
 
 /// That nothing of this name is there, not even a link; absent when something is. `appName` titles

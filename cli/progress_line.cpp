@@ -12,7 +12,7 @@
 namespace reelvane {
 namespace {
 
-constexpr std::size_t kShortestName = 12;
+constexpr std::size_t kShortestName = 16;
 constexpr std::size_t kLongestName = 40;
 constexpr std::size_t kShortestBar = 8;
 constexpr std::size_t kLongestBar = 30;
@@ -86,7 +86,7 @@ std::string progressLine(const ProgressFacts& facts, std::size_t columns, bool c
     const bool hasBar = room >= kShortestName + kBarFrame + kShortestBar;
     if (!hasBar) return before + padded(elidedMiddle(facts.name, room), room) + " " + behind;
 
-    const auto forName = std::min(wanted, room - kBarFrame - kShortestBar);
+    const auto forName = std::min(wanted, std::max(kShortestName, (room - kBarFrame) * 3 / 5));
     const auto forBar = std::min(room - kBarFrame - forName, kLongestBar);
     return before + padded(elidedMiddle(facts.name, forName), forName) + " " +
            bar(facts.percent, forBar, coloured) + " " + behind;

@@ -1,0 +1,92 @@
+#include "cli/arguments.h"
+
+#include <gmock/gmock.h>
+
+namespace reelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+template <typename T>
+T parsed(const std::vector<std::string>& arguments) {
+    const auto result = parseArguments(arguments);
+    if (const auto* const farewell = std::get_if<Farewell>(&result)) {
+        ADD_FAILURE() << farewell->text;
+        return {};
+    }
+    return std::get<T>(std::get<Request>(result).action);
+}
+
+TEST(Arguments, EveryFileNameComesThroughAsItIs) {
+    const auto convert = parsed<ConvertRequest>({"convert", "[a].mkv", "[b]", "++", "convert",
+                                                 "--json", "a b", "--", "-x.mkv", "--to", "--"});
+    EXPECT_THAT(convert.files,
+                ElementsAre("[a].mkv", "[b]", "++", "convert", "a b", "-x.mkv", "--to", "--"));
+    EXPECT_TRUE(convert.json);
+    EXPECT_FALSE(convert.options.toFolder);
+    EXPECT_THAT(parsed<InspectRequest>({"inspect", "--", "-h"}).files, ElementsAre("-h"));
+    EXPECT_EQ(parsed<CommandRequest>({"command", "--to", "[d]", "\xFF.mkv"}).file, "\xFF.mkv");
+}
+
+TEST(Arguments, OverridesStandBeforeAndAfterTheCommand) {
+    const auto result = parseArguments(
+        {"--set", "AutoClean=yes", "convert", "a", "--set", "AudioVolume=80", "--audio", "2"});
+    const auto& request = std::get<Request>(result);
+    ASSERT_EQ(request.overrides.size(), 2U);
+    EXPECT_EQ(request.overrides[0].text, "1");
+    EXPECT_EQ(request.overrides[1].key, "AudioVolume");
+    EXPECT_EQ(std::get<ConvertRequest>(request.action).options.audioTrackIndex, 2U);
+}
+
+TEST(Arguments, PreferencesKnowTheirCommands) {
+    EXPECT_EQ(parsed<PreferencesRequest>({"preferences", "--markdown"}).form,
+              PreferencesRequest::Form::Markdown);
+    const auto set = parsed<PreferencesRequest>({"preferences", "set", "AutoAdd", "on"});
+    EXPECT_EQ(set.action, PreferencesRequest::Action::Set);
+    EXPECT_EQ(set.value, "1");
+    EXPECT_EQ(parsed<DestinationsRequest>({"preferences", "destinations", "remove", "x"}).action,
+              DestinationsRequest::Action::Remove);
+}
+
+TEST(Arguments, UsageErrorsAreOneSentenceThatHelps) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{}, "No command was given."},
+        {{"convrt", "a"}, "There is no command 'convrt'. Did you mean 'convert'?"},
+        {{"convert"}, "The command 'convert' needs a file."},
+        {{"convert", "--jsn", "a"}, "There is no option '--jsn'. Did you mean '--json'?"},
+        {{"convert", "--to"}, "The option '--to' needs a value."},
+        {{"convert", "--to", "", "a"}, "The option '--to' needs a value."},
+        {{"convert", "--to", "x", "--to-saved", "y", "a"}, "exclude each other."},
+        {{"convert", "--audio", "1x", "a"}, "'1x' is no index of an audio track"},
+        {{"command", "a", "b"}, "There is one argument too many: 'b'."},
+        {{"--set", "AACBitrte=1", "convert", "a"}, "Did you mean 'AACBitrate'?"},
+        {{"--set", "AACBitrate=9", "convert", "a"}, "which takes: integer, 0 to 3."},
+        {{"--set", "AACBitrate", "convert", "a"}, "is not of the form KEY=VALUE."},
+        {{"preferences", "set", "AACBitrate"}, "needs VALUE."},
+        {{"preferences", "get", "Unheard"}, "There is no preference named 'Unheard'. See"},
+        {{"preferences", "destinations", "ad"}, "Did you mean 'add'?"}};
+    for (const auto& [arguments, sentence] : cases) {
+        const auto result = parseArguments(arguments);
+        const auto* const farewell = std::get_if<Farewell>(&result);
+        ASSERT_NE(farewell, nullptr) << sentence;
+        EXPECT_EQ(farewell->exitStatus, 2);
+        EXPECT_THAT(farewell->text, HasSubstr(sentence));
+        EXPECT_EQ(std::count(farewell->text.begin(), farewell->text.end(), '\n'), 1);
+    }
+}
+
+TEST(Arguments, HelpNamesEveryOptionOfItsCommand) {
+    for (const auto* const command : {"convert", "command"}) {
+        const auto help = std::get<Farewell>(parseArguments({command, "--help"}));
+        EXPECT_EQ(help.exitStatus, 0);
+        for (const auto* const option :
+             {"--to DIR", "--to-saved", "--audio", "--subtitle", "--json", "--set", "Example"}) {
+            EXPECT_THAT(help.text, HasSubstr(option)) << command;
+        }
+    }
+    EXPECT_THAT(std::get<Farewell>(parseArguments({"-h"})).text, HasSubstr("Exit status"));
+}
+
+}  // namespace
+}  // namespace reelvane

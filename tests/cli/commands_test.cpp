@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include "tests/cli/cli_fixture.h"
+
+namespace reelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+using Inspect = CliTest;
+using Command = CliTest;
+using PreferencesCommand = CliTest;
+
+TEST_F(Inspect, PrintsOneObjectPerFileInOrder) {
+    movie("b\xFF.mkv");
+    folder_.write("broken.mkv", "  Duration: 00:00:12.00\n  Stream #0:0: Video: h264, 320x240\n");
+    folder_.write("old.mkv",
+                  "  Duration: 00:00:12.00, start: 0.0, bitrate: 1 kb/s\n"
+                  "  Stream #0:0: Video: wmv3, 320x240\n");
+    const auto outcome =
+        cli({"inspect", "--json", "old.mkv", "broken.mkv", "none.mkv", "./b\xFF.mkv"});
+    EXPECT_EQ(outcome.status, 1);
+    const auto found = objects(outcome.output);
+    ASSERT_EQ(found.size(), 4U) << errors();
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_FALSE(found[i].at("accepted"));
+        EXPECT_EQ(found[i].at("alerts").size(), 1U) << found[i];
+    }
+    EXPECT_THAT(found[2].at("alerts")[0].at("message"), HasSubstr("There is no file 'none.mkv'"));
+    EXPECT_EQ(found[3].at("file"), "./b\uFFFD.mkv");
+    EXPECT_EQ(found[3].at("runtimeSeconds"), 12);
+    EXPECT_EQ(found[3].at("bestLanguage"), "#1: eng (ac3)");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(Inspect, AMissingFfmpegIsOneSentenceThatNamesThePackage) {
+    environment_ = {"REELVANE_FFMPEG=/nowhere/ffmpeg"};
+    movie("a.mkv");
+    const auto outcome = cli({"inspect", "a.mkv", "a.mkv"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_THAT(errors(), HasSubstr("sudo apt install ffmpeg"));
+    EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
+}
+
+TEST_F(Command, IsTheListOfTheConversionAndMakesNothing) {
+    movie("it's.mkv");
+    folder_.write("it's.m4v");
+    const auto line = cli({"command", "--audio", "1", "--set", "ConversionPreset=1", "it's.mkv"});
+    EXPECT_EQ(line.status, 0);
+    EXPECT_THAT(line.output, HasSubstr("-map 0:2"));
+    EXPECT_THAT(line.output, HasSubstr(R"(it'\''s-0.m4v')"));
+    EXPECT_FALSE(std::filesystem::exists(path("home")));
+
+    const auto list = cli({"command", "--json", "it's.mkv"});
+    const auto events = objects(cli({"convert", "--json", "it's.mkv"}).output);
+    ASSERT_GE(events.size(), 2U) << errors();
+    EXPECT_EQ(nlohmann::json::parse(list.output), events[1].at("arguments"));
+}
+
+TEST_F(Command, ExplainsWhatCannotBeFollowed) {
+    movie("a.mkv");
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{"--audio", "2"}, "has no audio track with the index 2"},
+        {{"--to", "none"}, "There is no folder 'none'"},
+        {{"--to-saved", "none"}, "There is no saved destination named 'none'"},
+        {{"--subtitle", "none.srt"}, "There is no subtitle file 'none.srt'"},
+        {{"--set", "DefaultDestination=0"}, "Please name one with --to."}};
+    for (const auto& [options, sentence] : cases) {
+        std::vector<std::string> arguments{"command", "a.mkv"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(cli(arguments).status, 1);
+        EXPECT_THAT(errors(), HasSubstr(sentence));
+    }
+}
+
+TEST_F(PreferencesCommand, StoresReadsListsAndForgets) {
+    EXPECT_EQ(cli({"preferences", "set", "AACBitrate", "3"}).status, 0);
+    EXPECT_EQ(cli({"preferences", "get", "AACBitrate"}).output, "3\n");
+    EXPECT_EQ(cli({"--set", "AACBitrate=2", "preferences", "get", "AACBitrate"}).output, "2\n");
+    for (const auto& row : objects(cli({"preferences", "--json"}).output)) {
+        if (row.at("key") == "AACBitrate") {
+            EXPECT_EQ(row.at("value"), "3");
+            EXPECT_EQ(row.at("default"), "1");
+        }
+    }
+    EXPECT_EQ(cli({"preferences", "reset", "AACBitrate"}).status, 0);
+    EXPECT_EQ(cli({"preferences", "get", "AACBitrate"}).output, "1\n");
+}
+
+TEST_F(PreferencesCommand, AWriteThatFailsIsTold) {
+    folder_.write("home/.config", "no folder");
+    EXPECT_EQ(cli({"preferences", "set", "AACBitrate", "3"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("The preference AACBitrate could not be stored."));
+}
+
+TEST_F(PreferencesCommand, TheReferencePageIsTheOneInTheDocumentation) {
+    std::ifstream page(REELVANE_REFERENCE, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(page), {}};
+    EXPECT_EQ(cli({"preferences", "list", "--markdown"}).output, text);
+}
+
+TEST_F(PreferencesCommand, SavedDestinationsAreUsedByName) {
+    std::filesystem::create_directories(path("Movies"));
+    std::filesystem::create_directories(path("Other"));
+    for (const auto* const name : {"Movies/", "Other"}) {
+        EXPECT_EQ(cli({"preferences", "destinations", "add", name}).status, 0) << errors();
+    }
+    EXPECT_EQ(cli({"preferences", "destinations", "add", "./Movies"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("already bookmarked"));
+    movie("a.mkv");
+    const auto arguments = cli({"command", "--json", "--to-saved", "Movies", "a.mkv"}).output;
+    EXPECT_EQ(nlohmann::json::parse(arguments).back(), path("Movies/a.m4v").native());
+
+    EXPECT_EQ(cli({"preferences", "set", "DefaultDestination", "4"}).status, 0);
+    EXPECT_EQ(cli({"preferences", "destinations", "remove", "Movies"}).status, 0);
+    EXPECT_EQ(cli({"preferences", "get", "DefaultDestination"}).output, "3\n");
+    const auto left = objects(cli({"preferences", "destinations", "--json"}).output);
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_EQ(left[0].at("folder"), path("Other").native());
+    EXPECT_EQ(cli({"preferences", "destinations", "remove", "Othr"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("Did you mean 'Other'?"));
+}
+
+TEST_F(PreferencesCommand, HelpVersionAndUsageErrorsTouchNothing) {
+    for (const auto* const argument : {"--help", "--version", "--nothing"}) {
+        EXPECT_EQ(cli({argument}).status, std::string_view(argument) == "--nothing" ? 2 : 0);
+    }
+    EXPECT_FALSE(std::filesystem::exists(path("home")));
+}
+
+}  // namespace
+}  // namespace reelvane

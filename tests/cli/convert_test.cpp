@@ -1,0 +1,139 @@
+#include <gmock/gmock.h>
+
+#include "tests/cli/cli_fixture.h"
+
+namespace reelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+using Convert = CliTest;
+
+TEST_F(Convert, TellsEveryStepAsAnEvent) {
+    movie("a.mkv");
+    folder_.write("a.srt", "1\n");
+    const auto outcome = cli({"convert", "--json", "./a.mkv", "a.srt"});
+    EXPECT_EQ(outcome.status, 0) << errors();
+    EXPECT_THAT(eventNames(outcome.output),
+                ElementsAre("queued", "started", "progress", "finished"));
+    const auto finished = objects(outcome.output).back();
+    EXPECT_EQ(finished.at("file"), "./a.mkv");
+    EXPECT_EQ(finished.at("output"), path("a.m4v").native());
+    EXPECT_EQ(finished.at("bytes"), std::filesystem::file_size(path("a.m4v")));
+    EXPECT_THAT(outcome.output, HasSubstr("a.srt"));
+    EXPECT_FALSE(hasProgressFiles());
+}
+
+TEST_F(Convert, TellsWhatIsPassedOver) {
+    movie("a.mkv");
+    folder_.write("b.txt");
+    folder_.write("z.srt");
+    const auto outcome = cli({"convert", "--json", "--set", "QuitAfterConversion=1", ".", "b.txt",
+                              "none.mkv", "z.srt", "a.mkv"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(eventNames(outcome.output),
+                ElementsAre("refused", "refused", "refused", "refused", "queued", "started",
+                            "progress", "finished"));
+    EXPECT_EQ(cli({"convert", "z.srt"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("belongs to none of the movies"));
+}
+
+TEST_F(Convert, GoesOnAfterAFailureAndARefusal) {
+    movie("a.mkv");
+    movie("b.mkv", "!spam 200000\n!print Operation timed out\n!exit 1\n");
+    movie("c.mkv");
+    folder_.write("d.mkv", "  Stream #0:0: Video: wmv3, 320x240\n");
+    const auto outcome = cli({"convert", "a.mkv", "b.mkv", "c.mkv", "d.mkv"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(std::filesystem::exists(path("a.m4v")));
+    EXPECT_FALSE(std::filesystem::exists(path("b.m4v")));
+    EXPECT_TRUE(std::filesystem::exists(path("c.m4v")));
+    EXPECT_THAT(outcome.output, HasSubstr("2 files converted, 1 failed, 1 refused"));
+    EXPECT_THAT(outcome.output, Not(HasSubstr("\r")));
+    EXPECT_THAT(outcome.output, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(errors(), HasSubstr("b.mkv: failed: Movie conversion failed"));
+    EXPECT_FALSE(hasProgressFiles());
+}
+
+TEST_F(Convert, ASourceThatVanishedDoesNotHoldUpTheOthers) {
+    movie("a.mkv");
+    movie("gone.mkv");
+    movie("z.mkv", "!hang\n");
+    // The last file starts first; the others wait, and one of them goes.
+    Child running(command({"convert", "--json", "a.mkv", "gone.mkv", "z.mkv"}));
+    awaitFile(path("z.m4v"));
+    std::filesystem::remove(path("gone.mkv"));
+    const auto fake = run({"pkill", "-f", path("z.mkv").native() + " .*-progress"});
+    EXPECT_EQ(fake.status, 0);
+    const auto outcome = running.wait();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(std::filesystem::exists(path("a.m4v"))) << outcome.output << errors();
+    EXPECT_EQ(std::ranges::count(eventNames(outcome.output), "failed"), 2);
+}
+
+TEST_F(Convert, QuietSaysNothingOfSuccess) {
+    movie("a.mkv");
+    const auto outcome = cli({"convert", "--quiet", "a.mkv"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output + errors(), "");
+}
+
+TEST_F(Convert, SignalsLeaveNothingUnfinishedBehind) {
+    movie("a.mkv", "!hang\n");
+    movie("b.mkv", "!hang\n");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        Child running(command({"convert", "a.mkv", "b.mkv"}));
+        awaitFile(path("b.m4v"));
+        running.send(signal);
+        running.send(signal);  // somebody impatient
+        EXPECT_EQ(running.wait().status, 128 + signal);
+        EXPECT_FALSE(std::filesystem::exists(path("a.m4v")));
+        EXPECT_FALSE(std::filesystem::exists(path("b.m4v")));
+        EXPECT_FALSE(hasProgressFiles());
+        EXPECT_NE(run({"pgrep", "-f", path("b.mkv").native()}).status, 0);
+    }
+}
+
+TEST_F(Convert, AProbeThatHangsDoesNotHoldUpAnInterruption) {
+    movie("a.mkv", "!probehang\n");
+    Child running(command({"convert", "a.mkv"}));
+    for (int i = 0; i < 1000 && run({"pgrep", "-f", path("a.mkv").native()}).status != 0; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    running.send(SIGINT);
+    EXPECT_EQ(running.wait().status, 130);
+    EXPECT_NE(run({"pgrep", "-f", path("a.mkv").native()}).status, 0);
+}
+
+TEST_F(Convert, AReaderThatLeftEndsTheRun) {
+    movie("a.mkv", "!progress 1000000\n!hang\n");
+    auto words = command({"convert", "--json", "a.mkv"});
+    const auto script = std::ranges::find(words, R"(cd "$0" && exec "$@" 2>stderr)");
+    ASSERT_NE(script, words.end());
+    *script = R"(cd "$0" && { "$@" 2>stderr; echo $? >status; } | head -1)";
+    const auto outcome = run(words);
+    EXPECT_THAT(eventNames(outcome.output), ElementsAre("queued"));
+    EXPECT_EQ(content("status"), "141\n");
+    EXPECT_FALSE(std::filesystem::exists(path("a.m4v")));
+    EXPECT_FALSE(hasProgressFiles());
+}
+
+TEST_F(Convert, AMissingFfmpegRefusesTheFiles) {
+    environment_ = {"REELVANE_FFMPEG=/nowhere/ffmpeg"};
+    movie("a.mkv");
+    EXPECT_EQ(cli({"convert", "a.mkv"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("sudo apt install ffmpeg"));
+    EXPECT_THAT(errors(), HasSubstr("a.mkv: refused"));
+}
+
+TEST_F(Convert, AReportThatCannotBeReadEndsInAReportAndNotInAnAbort) {
+    folder_.write("broken.mkv", "  Duration: 00:00:12.00\n  Stream #0:0: Video: h264, 320x240\n");
+    EXPECT_EQ(cli({"convert", "broken.mkv"}).status, 1);
+    EXPECT_THAT(errors(), StartsWith("Fatal Error"));
+}
+
+}  // namespace
+}  // namespace reelvane

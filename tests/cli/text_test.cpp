@@ -1,0 +1,118 @@
+#include <cmath>
+#include <gmock/gmock.h>
+
+#include "cli/json_lines.h"
+#include "cli/progress_line.h"
+#include "cli/shell_quoting.h"
+#include "cli/suggestion.h"
+#include "cli/terminal.h"
+#include "cli/text_lines.h"
+#include "cli/text_width.h"
+
+namespace reelvane {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Suggestion, CountsInsertionsDeletionsReplacementsAndSwaps) {
+    EXPECT_EQ(editDistance("", "abc"), 3U);
+    EXPECT_EQ(editDistance("--jsn", "--json"), 1U);
+    EXPECT_EQ(editDistance("convret", "convert"), 1U);
+    EXPECT_EQ(editDistance("kitten", "Sitting"), 3U);
+}
+
+TEST(Suggestion, NamesTheNearestThatIsNearEnough) {
+    const std::vector<std::string> known{"list", "get", "reset"};
+    EXPECT_EQ(suggestion("rest", known), " Did you mean 'reset'?");
+    EXPECT_EQ(suggestion("something", known), "");
+    EXPECT_EQ(suggestion("x", {}), "");
+}
+
+TEST(ShellQuoting, AShellReadsBackWhatWasMeant) {
+    EXPECT_EQ(shellQuoted("-map"), "-map");
+    EXPECT_EQ(shellQuoted(""), "''");
+    EXPECT_EQ(shellQuoted("[0:1]volume=0.50[out]"), "'[0:1]volume=0.50[out]'");
+    EXPECT_EQ(shellQuoted("it's"), R"('it'\''s')");
+    EXPECT_EQ(shellQuoted("a\nb\x01'\\"), R"($'a\nb\001\'\\')");
+    EXPECT_EQ(shellQuoted("\xFF é"), "'\xFF é'");
+    EXPECT_EQ(shellQuotedLine(std::vector<std::string>{"-i", "a b"}), "-i 'a b'");
+}
+
+TEST(TextWidth, CountsColumnsAndElidesWholeCharacters) {
+    EXPECT_EQ(displayWidth("a第é"), 4U);
+    EXPECT_EQ(displayWidth("e\u0301"), 1U);
+    EXPECT_EQ(elidedMiddle("short", 5), "short");
+    EXPECT_EQ(elidedMiddle("abcdefghij", 7), "abc…hij");
+    for (const auto* const text :
+         {"第一話とても長い名前.mkv", "ée\u0301é\u0301éeeeeeeeeee", "abcdefghij"}) {
+        for (std::size_t columns = 0; columns < 16; ++columns) {
+            EXPECT_LE(displayWidth(elidedMiddle(text, columns)), columns);
+        }
+    }
+}
+
+TEST(TextWidth, NothingSteersTheTerminal) {
+    EXPECT_EQ(printable("a\x1b[31m\n\xFF\u202Eé"), "a\uFFFD[31m\uFFFD\uFFFD\uFFFDé");
+}
+
+TEST(ProgressLine, FitsEveryWidthAndDropsTheLeastImportantFirst) {
+    const ProgressFacts facts{.name = "第一話 A.Very.Long.Movie.Name.Of.2024.1080p.mkv",
+                              .percent = 42.9,
+                              .speed = 31.4,
+                              .remaining = 3663,
+                              .number = 2,
+                              .files = 12};
+    for (std::size_t columns = 1; columns < 200; ++columns) {
+        EXPECT_LE(displayWidth(progressLine(facts, columns, false)), columns);
+    }
+    const auto wide = progressLine(facts, 120, false);
+    for (const auto* const part : {"[2/12] 第一話", ".mkv [███", "42%", "31x", "61m 3s"}) {
+        EXPECT_THAT(wide, HasSubstr(part));
+    }
+    EXPECT_THAT(progressLine(facts, 40, false), Not(HasSubstr("31x")));
+    EXPECT_THAT(progressLine(facts, 40, false), EndsWith("42%   61m 3s"));
+    EXPECT_THAT(progressLine(facts, 79, true), HasSubstr("\x1b[32m"));
+    EXPECT_THAT(progressLine(facts, 79, false), Not(HasSubstr("\x1b")));
+}
+
+TEST(ProgressLine, SaysOnlyWhatIsKnown) {
+    EXPECT_EQ(progressText({.percent = 99.9}), "99%");
+    EXPECT_EQ(progressText({.percent = 5, .speed = 1.25, .remaining = 63}),
+              "5% at 1.2x, 1m 3s left");
+}
+
+TEST(Terminal, LiveLinesAndColoursNeedATerminalThatCan) {
+    const TerminalFacts terminal{.isTerminal = true, .term = "xterm"};
+    EXPECT_TRUE(canShowLiveLine(terminal) && canShowColours(terminal));
+    EXPECT_FALSE(canShowLiveLine({.isTerminal = true, .term = "dumb"}));
+    EXPECT_FALSE(canShowLiveLine({.isTerminal = true}));
+    EXPECT_FALSE(canShowLiveLine({.isTerminal = false, .term = "xterm"}));
+    EXPECT_FALSE(canShowColours({.isTerminal = true, .term = "xterm", .noColor = "1"}));
+}
+
+TEST(TextLines, MessagesAndSummariesNameWhatThereIs) {
+    EXPECT_EQ(errorText("a", "failed", "x\n\ny\x1b"), "a: failed: x\n    y\uFFFD");
+    EXPECT_EQ(errorText("a", "failed", ""), "a: failed");
+    EXPECT_EQ(summaryText({.finished = 1, .refused = 2, .seconds = 63, .bytes = 1430000000}),
+              "1 file converted, 2 refused (1m 3s, 1.43 GB)");
+    EXPECT_EQ(summaryText({.failed = 2}), "0 files converted, 2 failed");
+    EXPECT_EQ(wrapped("one two three", 9, 2), "  one two\n  three");
+}
+
+TEST(JsonLines, AbsentIsNullAndBadBytesAreReplaced) {
+    const MKVFileInfo record{.audioTrackInformation = {{.text = "#1: eng (ac3)"}}};
+    const auto line = acceptedLine({.file = "\xFF.mkv", .record = record, .bestAudio = 0});
+    EXPECT_EQ(line,
+              "{\"file\":\"\uFFFD.mkv\",\"accepted\":true,\"fileName\":\"\",\"fileSize\":0,"
+              "\"runtimeSeconds\":null,\"videoTrackID\":null,\"videoCodec\":null,"
+              "\"resolution\":null,\"referenceFrames\":null,\"audioTrackInformation\":[{\"text\":"
+              "\"#1: eng (ac3)\",\"HZ\":null}],\"subtitleTrackIDs\":[],\"subtitleCount\":0,"
+              "\"informationString\":\"\",\"bestLanguage\":\"#1: eng (ac3)\",\"alerts\":[]}");
+    EXPECT_THAT(progressEvent({.file = "a"}, 12.3456, std::nullopt, "s"),
+                HasSubstr("\"percent\":12.35,\"remaining\":null"));
+}
+
+}  // namespace
+}  // namespace reelvane

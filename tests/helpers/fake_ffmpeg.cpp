@@ -1,0 +1,81 @@
+// Stands in for ffmpeg where a test needs it to behave in a certain way. The "movie" is a text: its
+// lines are the report that a probe prints, except those that begin with "!", which say how the
+// conversion of that movie goes:
+//
+//     !progress 5000000   writes this position into the progress file
+//     !print TEXT         prints the text as a warning
+//     !spam 100000        prints so many bytes
+//     !hang               leaves half an output behind and never ends
+//     !probehang          the probe never ends
+//     !exit 1             ends with this status, half an output left behind
+//
+// Otherwise the output is a small MP4 file with a track per "-map".
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+#include "tests/fakes/small_mp4.h"
+
+namespace {
+
+std::string valueOf(const std::vector<std::string>& arguments, std::string_view option) {
+    const auto found = std::find(arguments.begin(), arguments.end(), option);
+    return found == arguments.end() || found + 1 == arguments.end() ? "" : found[1];
+}
+
+[[noreturn]] void hang() {
+    while (true) ::pause();
+}
+
+int probe(std::ifstream& script) {
+    std::string report = "ffmpeg version fake\n";
+    std::string line;
+    while (std::getline(script, line)) {
+        if (line == "!probehang") hang();
+        if (!line.starts_with('!')) report += line + "\n";
+    }
+    std::cerr << report << std::flush;
+    return 1;  // as ffmpeg without an output
+}
+
+int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
+    const auto& output = arguments.back();
+    std::ofstream progress(valueOf(arguments, "-progress"), std::ios::app);
+    std::ofstream(output) << "half";
+    std::string word;
+    while (script >> word) {
+        std::string value;
+        if (word == "!progress" && script >> value) {
+            progress << "out_time_ms=" << value << "\nprogress=continue\n" << std::flush;
+        } else if (word == "!print" && std::getline(script, value)) {
+            std::cerr << value << "\n" << std::flush;
+        } else if (word == "!spam" && script >> value) {
+            std::cerr << std::string(std::stoul(value), 'x') << "\n" << std::flush;
+        } else if (word == "!hang") {
+            hang();
+        } else if (word == "!exit" && script >> value) {
+            return std::stoi(value);
+        }
+    }
+    const auto maps = std::count(arguments.begin(), arguments.end(), "-map");
+    reelvane::SmallMp4 movie;
+    movie.tracks.assign(static_cast<std::size_t>(maps), {.handler = "soun", .codec = "mp4a"});
+    movie.tracks.front() = {.handler = "vide", .codec = "avc1"};
+    std::ofstream(output, std::ios::binary) << movie.bytes();
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    std::ifstream script(valueOf(arguments, "-i"), std::ios::binary);
+    if (valueOf(arguments, "-progress").empty()) return probe(script);
+    return convert(script, arguments);
+}
