@@ -33,6 +33,10 @@ struct Row {
     std::string cues{};
 };
 
+void PrintTo(const Row& row, std::ostream* stream) {
+    *stream << row.movie;
+}
+
 const std::vector<Row> kRows = {
     {"aac.mkv", {"h264:avc1 aac:2:eng", "h264:avc1 aac:2:eng", "h264:avc1 aac:2:eng"}},
     {"ac3-51.mkv", {"h264:avc1 aac:2:eng ac3:6:eng", "h264:avc1 ac3:6:eng", "h264:avc1 ac3:6:eng"}},
@@ -123,6 +127,9 @@ struct Refusal {
     std::string movie;
     std::string sentence;
 };
+void PrintTo(const Refusal& refusal, std::ostream* stream) {
+    *stream << refusal.movie;
+}
 std::string refusalName(const testing::TestParamInfo<Refusal>& refusal) {
     return refusal.param.movie.substr(0, refusal.param.movie.find('.'));
 }
