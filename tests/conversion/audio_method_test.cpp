@@ -1,6 +1,7 @@
 #include "conversion/audio_method.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace reelvane {
 namespace {
@@ -11,11 +12,12 @@ TEST(AudioMethodChoice, FollowsCodecSurroundAndPreset) {
     const AudioSettings downmixing{.conversionPreset = 1, .ac3Downmix = true, .dtsDownmix = true};
     // Numbers that tell which preference was read: they come back as they are stored.
     const AudioSettings custom{2, false, false, 10, 11, 12, 13, 14, 15, 16};
-    const struct {
+    struct Row {
         const AudioSettings& settings;
         const char* codec;
         int stereo, surround;
-    } rows[] = {
+    };
+    const std::vector<Row> rows = {
         {compatible, "ac3", 0, 0},  {compatible, "aac", 3, 3}, {custom, "aac", 3, 3},
         {fast, "ac3", 3, 3},        {fast, "dts", 1, 2},       {fast, "mp3", 1, 1},
         {fast, "AC3", 1, 1},        {downmixing, "ac3", 3, 1}, {downmixing, "dts", 1, 1},

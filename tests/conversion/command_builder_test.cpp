@@ -63,12 +63,13 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
                      {"#2: ger (ac3) [5.1]"},
                      {"#3: eng (dts) [5.1]"},
                      {"#4: eng (ac3) [5.1]"}};
-    const struct {
+    struct Row {
         Audio audio{};
         ConversionSettings settings{};
         const char* there = "";
         const char* notThere = "?";
-    } rows[] = {
+    };
+    const std::vector<Row> rows = {
         {mp3, {.audioVolume = 99}, " -map 0:1 ", "volume="},
         {mp3, {.audioVolume = 101}, " -map 0:1 ", "volume="},
         {mp3, {.audioVolume = 98.9F}, "-map [out] ", "-map 0:1 "},
@@ -96,10 +97,11 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
 }
 
 TEST(CommandBuilder, ExternalSubtitlesAreASecondInput) {
-    const std::pair<int, const char*> rows[] = {{1, "-i IN -i S -stats"},
-                                                {3, "-i IN -sub_charenc UTF-8 -i S -stats"},
-                                                {38, "-i IN -sub_charenc ISO-8859-16 -i S -stats"},
-                                                {39, "-i IN -i S -stats"}};
+    const std::vector<std::pair<int, const char*>> rows = {
+        {1, "-i IN -i S -stats"},
+        {3, "-i IN -sub_charenc UTF-8 -i S -stats"},
+        {38, "-i IN -sub_charenc ISO-8859-16 -i S -stats"},
+        {39, "-i IN -i S -stats"}};
     for (const auto& [encoding, part] : rows) {
         auto input = movie({{"#1: eng (aac)"}}, {.externalSubtitleEncoding = encoding});
         input.file.subtitleFileURL = "S";
@@ -108,11 +110,12 @@ TEST(CommandBuilder, ExternalSubtitlesAreASecondInput) {
 }
 
 TEST(CommandBuilder, ContainerIsNamedWhereTheExtensionWouldMislead) {
-    const struct {
+    struct Row {
         const char *output, *video, *audio;
         int preset;
         const char* end;
-    } rows[] = {
+    };
+    const std::vector<Row> rows = {
         {"o.m4v", "h264", "aac", 1, "-y o.m4v"},
         {"o.m4v", "mpeg4", "ac3", 1, "-y o.m4v"},
         {"o.m4v", "av1", "aac", 1, "-y -f mp4 o.m4v"},

@@ -56,7 +56,7 @@ TEST_F(JobTest, TooLittleSpaceLeavesTheJobQueued) {
 }
 
 TEST_F(JobTest, ARefusedStartFailsCleanlyAndLetsTheNextJobRun) {
-    const std::pair<const char*, std::function<void()>> rows[] = {
+    const std::vector<std::pair<const char*, std::function<void()>>> rows = {
         {"The audio handling chosen for ac3 audio is not valid (7). Please choose another",
          [this] { controller.settings.audio = {.conversionPreset = 2, .customAC3Handling = 7}; }},
         {"ffmpeg", [this] { platform.processLauncher.nextError = LaunchError::NotFound; }},

@@ -1,6 +1,7 @@
 #include "conversion/diagnosis.h"
 
 #include <gmock/gmock.h>
+#include <vector>
 
 #include "conversion/failure_report.h"
 #include "support/problem_reports.h"
@@ -13,11 +14,12 @@ TEST(Diagnosis, TheFirstMatchingRowDecides) {
         return std::string("Could not find tag for codec vp8 in ") + stream +
                ", codec not currently supported in container";
     };
-    const struct {
+    struct Row {
         std::string output;
         bool embedded, external;
         const char *title, *part;
-    } rows[] = {
+    };
+    const std::vector<Row> rows = {
         {"USER_REMOVED No space left on device", true, true, "Conversion Failed", "free space"},
         {"File too large Operation timed out", true, true, "Conversion Failed", "large files."},
         {"Operation timed out", true, true, "Conversion Failed", "network volume"},
