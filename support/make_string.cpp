@@ -58,8 +58,8 @@ std::optional<Place> readPlace(std::string_view text) {
         ++at;
         place.precision = std::min(static_cast<int>(readNumber(text, at)), kMaximumPrecision);
     }
-    while (at < text.size() && std::string_view("hlqzjt").find(text[at]) != std::string_view::npos)
-        ++at;
+    const std::string_view lengthModifiers = "hlqzjt";
+    while (at < text.size() && lengthModifiers.find(text[at]) != std::string_view::npos) ++at;
     if (at == text.size()) return std::nullopt;
     if (std::string_view("@sidux%f").find(text[at]) == std::string_view::npos) return std::nullopt;
     place.conversion = text[at];
@@ -95,7 +95,8 @@ double realOf(const FormatArgument::Value& value) {
     return static_cast<double>(std::get<long long>(value));
 }
 
-std::string padded(const Place& place, std::string sign, std::string text, bool zeros) {
+std::string padded(const Place& place, const std::string& sign, const std::string& text,
+                   bool zeros) {
     const auto size = sign.size() + text.size();
     if (size >= place.width) return sign + text;
     const auto missing = place.width - size;

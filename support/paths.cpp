@@ -67,14 +67,14 @@ fs::path uniqueFile(const fs::path& path, const std::function<bool(const fs::pat
     const auto taken = [&isTaken](const fs::path& candidate) {
         return isOccupied(candidate) || (isTaken && isTaken(candidate));
     };
-    if (const auto fitting = withNameCut(path); !taken(fitting)) return fitting;
+    if (auto fitting = withNameCut(path); !taken(fitting)) return fitting;
     auto dotted = path;
     if (!path.has_extension()) dotted += ".";
     for (std::uint64_t number = 0;; ++number) {
         const auto suffix = "-" + std::to_string(number);
         const auto fitting = withNameCut(dotted, kLongestName, suffix.size());
         const auto name = fitting.stem().native() + suffix + fitting.extension().native();
-        if (const auto candidate = path.parent_path() / name; !taken(candidate)) return candidate;
+        if (auto candidate = path.parent_path() / name; !taken(candidate)) return candidate;
     }
 }
 
