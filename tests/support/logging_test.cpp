@@ -1,5 +1,6 @@
 #include "support/logging.h"
 
+#include <atomic>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

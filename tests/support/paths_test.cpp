@@ -93,15 +93,5 @@ TEST(FileTests, TellLinksFromFilesAndNothing) {
     EXPECT_TRUE(fileExists(folder.path()));
 }
 
-TEST(PathTexts, ExpandHomeAndReadExtensions) {
-    EXPECT_EQ(expanded("~", "/home/a"), "/home/a");
-    EXPECT_EQ(expanded("~/x y", "/home/a"), "/home/a/x y");
-    EXPECT_EQ(expanded("~bob/x", "/home/a"), "~bob/x");
-    EXPECT_EQ(expanded("/x/~", "/home/a"), "/x/~");
-    EXPECT_EQ(lowercasedExtension("/a.b/Movie.MKV"), "mkv");
-    EXPECT_EQ(lowercasedExtension("/a.b/Movie"), "");
-    EXPECT_EQ(lowercasedExtension("movie."), "");
-}
-
 }  // namespace
 }  // namespace Fennimar

@@ -123,24 +123,5 @@ TEST(Preferences, CountOnTopOfWhatIsStoredAtThatMoment) {
     EXPECT_EQ(f.preferences.defaultInt("K"), std::numeric_limits<int>::max());
 }
 
-TEST(Preferences, KeepEveryTypeAndForgetOnRequest) {
-    Fixture f;
-    f.preferences.setDefaultFloat("float", 99.5F);
-    f.preferences.setDefaultURL("url", "/a b/\xFF");
-    f.preferences.setDefaultArray("array", {"a", ""});
-    f.preferences.setDefaultDict("dict", {{"k", "v"}});
-    f.preferences.setDefaultString("string", "(not a list)");
-    EXPECT_EQ(f.preferences.defaultFloat("float"), 99.5F);
-    EXPECT_EQ(f.preferences.defaultURL("url"), "/a b/\xFF");
-    EXPECT_THAT(*f.preferences.defaultArray("array"), ElementsAre("a", ""));
-    EXPECT_THAT(*f.preferences.defaultDict("dict"), ElementsAre(Pair("k", "v")));
-    EXPECT_EQ(f.preferences.defaultString("string"), "(not a list)");
-    EXPECT_EQ(f.preferences.defaultArray("string"), std::nullopt);
-    EXPECT_EQ(f.preferences.defaultString("array"), std::nullopt);
-    EXPECT_EQ(f.preferences.defaultInt("array"), 0);
-    f.preferences.setDefaultObject("array", std::nullopt);
-    EXPECT_FALSE(f.store.values.contains("array"));
-}
-
 }  // namespace
 }  // namespace reelvane

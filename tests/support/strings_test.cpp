@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "support/arrays.h"
+
 namespace Fennimar {
 namespace {
 
@@ -84,13 +86,13 @@ TEST(LeadingNumbers, ReadWhatTheTextBeginsWith) {
     EXPECT_GT(leadingDouble("1e999"), 1e300);
 }
 
-TEST(Parts, SplitAtTheFirstSeparatorOnly) {
-    EXPECT_EQ(partAfter("a: b: c", ": "), "b: c");
-    EXPECT_EQ(partAfter("abc", ":"), std::nullopt);
-    EXPECT_EQ(partBefore("a: b: c", ": "), "a");
-    EXPECT_EQ(partBefore("abc", ":"), "abc");
-    EXPECT_EQ(joined(std::vector<std::string>{"a", "", "c"}, "/"), "a//c");
-    EXPECT_EQ(lowercased("MÄ-Kv"), "mÄ-kv");
+TEST(Arrays, LoseTheElementsAtTheGivenPlaces) {
+    const std::vector<std::string> list{"a", "bb", "ccc"};
+    const auto isLong = [](const std::string& text) { return text.size() > 1; };
+    EXPECT_THAT(arrayByRemovingObjectsAtIndexes(list, {0, 2, 9}), ElementsAre("bb"));
+    EXPECT_THAT(filtered(list, isLong), ElementsAre("bb", "ccc"));
+    EXPECT_EQ(reduce(list, [](const std::string& text) { return std::ssize(text); }), 6);
+    EXPECT_EQ(path(list), "a/bb/ccc");
 }
 
 }  // namespace
