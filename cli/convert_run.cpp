@@ -58,9 +58,10 @@ void ConvertRun::start(const CheckedInputs& inputs) {
 }
 
 void ConvertRun::alerted(const AlertContent& content) {
-    // Asked again, a job that cannot start says the same again.
-    const bool repeated = asking_ && content.message == lastAlert_.message;
+    // A job that could not start when another ended says the same again when it is asked again.
+    const bool repeated = asking_ && !lastAlertAsked_ && content.message == lastAlert_.message;
     lastAlert_ = content;
+    lastAlertAsked_ = asking_;
     if (!repeated) reporter_.alerted(content.title, content.message);
 }
 

@@ -84,6 +84,7 @@ private:
     std::vector<std::unique_ptr<ConversionJob>> refusedStarts_;  // taken off the queue
     std::vector<Subscription> subscriptions_;
     AlertContent lastAlert_;
+    bool lastAlertAsked_ = false;  // it came while a job was asked to start
     bool asking_ = false;
     bool checking_ = false;  // a check is on its way
     bool over_ = false;

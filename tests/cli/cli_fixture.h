@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -71,16 +72,30 @@ protected:
         return names;
     }
 
-    /// Waits until the file is there; a test that waits in vain fails.
-    void awaitFile(const std::filesystem::path& file) const {
-        for (int i = 0; i < 1000 && !std::filesystem::exists(file); ++i) {
+    /// Waits until the condition holds; a test that waits in vain fails.
+    template <typename Condition>
+    void await(Condition condition) const {
+        for (int i = 0; i < 1000 && !condition(); ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
-        ASSERT_TRUE(std::filesystem::exists(file)) << errors();
+        ASSERT_TRUE(condition()) << errors();
+    }
+    void awaitFile(const std::filesystem::path& file) const {
+        await([&] { return std::filesystem::exists(file); });
     }
     [[nodiscard]] bool hasProgressFiles() const {
         const auto documents = path("home/Documents");
         return std::filesystem::exists(documents) && !std::filesystem::is_empty(documents);
+    }
+
+    /// Whether some process has this path among its arguments.
+    static bool isUsed(const std::filesystem::path& file) {
+        for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+            std::ifstream list(entry.path() / "cmdline", std::ios::binary);
+            const std::string arguments{std::istreambuf_iterator<char>(list), {}};
+            if (arguments.find(file.native() + '\0') != std::string::npos) return true;
+        }
+        return false;
     }
 
     TemporaryFolder folder_;

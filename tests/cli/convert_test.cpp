@@ -61,17 +61,31 @@ TEST_F(Convert, GoesOnAfterAFailureAndARefusal) {
 TEST_F(Convert, ASourceThatVanishedDoesNotHoldUpTheOthers) {
     movie("a.mkv");
     movie("gone.mkv");
-    movie("z.mkv", "!hang\n");
+    movie("z.mkv", "!await " + path("go").native() + "\n");
     // The last file starts first; the others wait, and one of them goes.
     Child running(command({"convert", "--json", "a.mkv", "gone.mkv", "z.mkv"}));
     awaitFile(path("z.m4v"));
     std::filesystem::remove(path("gone.mkv"));
-    const auto fake = run({"pkill", "-f", path("z.mkv").native() + " .*-progress"});
-    EXPECT_EQ(fake.status, 0);
+    folder_.write("go");
     const auto outcome = running.wait();
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(std::filesystem::exists(path("a.m4v"))) << outcome.output << errors();
-    EXPECT_EQ(std::ranges::count(eventNames(outcome.output), "failed"), 2);
+    EXPECT_EQ(std::ranges::count(eventNames(outcome.output), "failed"), 1);
+}
+
+TEST_F(Convert, MoviesThatFindNoRoomMakeWayForTheOthers) {
+    const auto room = std::filesystem::space(folder_.path()).available;
+    for (const auto* const name : {"big.mkv", "huge.mkv"}) {
+        std::filesystem::resize_file(movie(name, "!end\n"), room + (1U << 30U));
+    }
+    movie("a.mkv");
+    const auto outcome = cli({"convert", "--json", "a.mkv", "big.mkv", "huge.mkv"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(std::filesystem::exists(path("a.m4v"))) << outcome.output << errors();
+    const auto names = eventNames(outcome.output);
+    EXPECT_EQ(std::ranges::count(names, "failed"), 2);
+    EXPECT_EQ(std::ranges::count(names, "alert"), 2);
+    EXPECT_FALSE(hasProgressFiles());
 }
 
 TEST_F(Convert, QuietSaysNothingOfSuccess) {
@@ -93,19 +107,17 @@ TEST_F(Convert, SignalsLeaveNothingUnfinishedBehind) {
         EXPECT_FALSE(std::filesystem::exists(path("a.m4v")));
         EXPECT_FALSE(std::filesystem::exists(path("b.m4v")));
         EXPECT_FALSE(hasProgressFiles());
-        EXPECT_NE(run({"pgrep", "-f", path("b.mkv").native()}).status, 0);
+        EXPECT_FALSE(isUsed(path("b.mkv")));
     }
 }
 
 TEST_F(Convert, AProbeThatHangsDoesNotHoldUpAnInterruption) {
     movie("a.mkv", "!probehang\n");
     Child running(command({"convert", "a.mkv"}));
-    for (int i = 0; i < 1000 && run({"pgrep", "-f", path("a.mkv").native()}).status != 0; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    await([this] { return isUsed(path("a.mkv")); });
     running.send(SIGINT);
     EXPECT_EQ(running.wait().status, 130);
-    EXPECT_NE(run({"pgrep", "-f", path("a.mkv").native()}).status, 0);
+    await([this] { return !isUsed(path("a.mkv")); });
 }
 
 TEST_F(Convert, AReaderThatLeftEndsTheRun) {

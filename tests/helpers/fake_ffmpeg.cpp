@@ -5,8 +5,10 @@
 //     !progress 5000000   writes this position into the progress file
 //     !print TEXT         prints the text as a warning
 //     !spam 100000        prints so many bytes
+//     !await FILE         waits until this file is there
 //     !hang               leaves half an output behind and never ends
 //     !probehang          the probe never ends
+//     !end                what follows is not read
 //     !exit 1             ends with this status, half an output left behind
 //
 // Otherwise the output is a small MP4 file with a track per "-map".
@@ -37,6 +39,7 @@ int probe(std::ifstream& script) {
     std::string report = "ffmpeg version fake\n";
     std::string line;
     while (std::getline(script, line)) {
+        if (line == "!end") break;
         if (line == "!probehang") hang();
         if (!line.starts_with('!')) report += line + "\n";
     }
@@ -57,6 +60,8 @@ int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
             std::cerr << value << "\n" << std::flush;
         } else if (word == "!spam" && script >> value) {
             std::cerr << std::string(std::stoul(value), 'x') << "\n" << std::flush;
+        } else if (word == "!await" && script >> value) {
+            while (::access(value.c_str(), F_OK) != 0) ::usleep(10000);
         } else if (word == "!hang") {
             hang();
         } else if (word == "!exit" && script >> value) {
