@@ -15,7 +15,7 @@ namespace {
 
 struct Translated : testing::Test {
     void addCatalogue(const std::string& language, const std::string& translation,
-                      const std::string& options = "") {
+                      const std::string& options = "") const {
         const auto po = folder.write(
             "x.po",
             "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n"
@@ -58,12 +58,14 @@ TEST_F(Translated, ACatalogueOfEitherByteOrderIsReadAndADamagedOneIsNone) {
         std::ifstream stream(folder.path() / "xx.mo", std::ios::binary);
         const std::string bytes(std::istreambuf_iterator<char>(stream), {});
         const auto catalogue = parseCatalogue(bytes);
-        ASSERT_TRUE(catalogue.has_value());
-        EXPECT_THAT(*catalogue,
+        EXPECT_THAT(catalogue.value_or(TranslationCatalogue()),
                     testing::UnorderedElementsAre(testing::Pair("Quit", "Ende"),
                                                   testing::Pair("%d file", "%d \xC3\xA4")));
-        for (std::size_t length = 0; length + 1 < bytes.size(); ++length)
-            EXPECT_FALSE(parseCatalogue(bytes.substr(0, length)).has_value()) << length;
+        std::size_t readable = 0;
+        for (std::size_t length = 0; length + 1 < bytes.size(); ++length) {
+            readable += parseCatalogue(bytes.substr(0, length)).has_value() ? 1 : 0;
+        }
+        EXPECT_EQ(readable, 0U);
     }
 }
 

@@ -53,8 +53,9 @@ struct Desktop {
 };
 
 struct GioWorkspaceTest : testing::Test {
-    static void SetUpTestSuite() { desktop.emplace(); }
-    static void TearDownTestSuite() { desktop.reset(); }
+    static void SetUpTestSuite() {
+        if (!desktop) desktop.emplace();
+    }
 
     static inline std::optional<Desktop> desktop;
     PrivateBus bus;

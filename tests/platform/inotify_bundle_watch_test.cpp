@@ -18,9 +18,10 @@ struct Moved : testing::Test {
         });
     }
     /// Runs the main context until the watch has told once more, or nothing more is due.
-    void turn(int upTo) {
-        for (int turns = 0; told < upTo && turns < 1000; ++turns)
+    void turn(int upTo) const {
+        for (int turns = 0; told < upTo && turns < 1000; ++turns) {
             g_main_context_iteration(nullptr, TRUE);
+        }
     }
 
     TemporaryFolder folder;

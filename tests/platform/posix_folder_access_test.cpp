@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(PosixFolderAccess, ABookmarkIsThePathAndFindsOnlyAFolder) {
+TEST(PosixFolderAccess, ABookmarkIsThePath) {
     const TemporaryFolder folder;
     const auto kept = folder.path() / "k\xff pt";
     std::filesystem::create_directory(kept);
@@ -21,13 +21,16 @@ TEST(PosixFolderAccess, ABookmarkIsThePathAndFindsOnlyAFolder) {
     EXPECT_EQ(bookmark, kept.native());
     EXPECT_EQ(access.resolveBookmark(*bookmark).folder, kept);
     EXPECT_EQ(access.createBookmark("/").bookmark, "/");
+}
 
-    std::filesystem::remove(kept);
+TEST(PosixFolderAccess, ABookmarkIsMadeOfAndFindsOnlyAFolder) {
+    const TemporaryFolder folder;
+    PosixFolderAccess access;
     const auto file = folder.write("file");
-    for (const auto& bad : {kept.native(), file.native(), std::string("relative"), std::string(),
-                            folder.path().native() + std::string("\0x", 2)}) {
-        EXPECT_FALSE(access.resolveBookmark(bad).folder.has_value()) << bad;
-        EXPECT_FALSE(access.resolveBookmark(bad).error.empty());
+    for (const auto& bad :
+         {folder.path().native() + "/gone", file.native(), std::string("relative"), std::string(),
+          folder.path().native() + std::string("\0x", 2)}) {
+        EXPECT_FALSE(access.resolveBookmark(bad).error.empty()) << bad;
     }
     EXPECT_FALSE(access.createBookmark(file).error.empty());
 }
