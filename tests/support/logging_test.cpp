@@ -75,10 +75,10 @@ TEST(Log, TellsTheSystemOfLevelsThatItKnows) {
 TEST(Log, SurvivesASinkThatLogs) {
     class LoggingStore final : public PreferencesStore {
     public:
-        [[nodiscard]] std::optional<std::string> value(std::string_view) const override {
+        [[nodiscard]] std::optional<std::string> value(std::string_view /*key*/) const override {
             return std::nullopt;
         }
-        bool edit(const std::function<void(PreferenceValues&)>&) override {
+        bool edit(const std::function<void(PreferenceValues&)>& /*change*/) override {
             ++edits;
             vn_log_level(kLogError, "cannot write");
             return false;
@@ -99,12 +99,13 @@ TEST(Log, SurvivesASinkThatLogs) {
 TEST(Log, TakesMessagesFromManyThreadsWhileSinksComeAndGo) {
     class CountingLog final : public SystemLog {
     public:
-        void write(int, const std::string&) override { ++count; }
+        void write(int /*priority*/, const std::string& /*message*/) override { ++count; }
         std::atomic<int> count = 0;
     };
     CountingLog counting;
     log_set_sinks({.systemLog = &counting});
     std::vector<std::thread> threads;
+    threads.reserve(3);
     for (int i = 0; i < 3; ++i) {
         threads.emplace_back([] {
             for (int n = 0; n < 200; ++n) vn_log_level(kLogInfo, "n");
