@@ -21,10 +21,15 @@ void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutpu
     auto& vantor = vantor_;
     auto& controller = controller_;
     const auto settings = controller.conversionSettings();
-    const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
-                       .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
-                       .failed = exitStatus != 0};
     closeRun(remainingOutput);
+    // The converter's word is not enough: it also ends with 0 over a file that is broken.
+    if (exitStatus == 0) outputCheck_ = checkOutput(fileInfo_, arguments_, jobOutput_);
+    const auto fileName = Fennimar::validUtf8(fileInfo_.fileName);
+    const EndedRun run{
+        .fileName = fileName,
+        .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
+        .failed = exitStatus != 0 || !outputCheck_.proof.problem.empty(),
+        .endsEarly = endsEarlyText(fileName, outputCheck_.proof, fileInfo_.runtimeSeconds)};
     if (run.failed) {
         fail();
     } else {
@@ -59,10 +64,12 @@ void ConversionJob::fail() {
 void ConversionJob::succeed(const ConversionSettings& settings) {
     auto& vantor = vantor_;
     const auto source = fileInfo_.fileURL;
+    const bool endsEarly = outputCheck_.proof.endsEarly;
     finishedOK_ = true;
     setState(ConversionJobState::Finished);
     if (settings.autoClean) remove();
-    if (settings.autoRemove) removeSource(vantor, source, settings.autoRemoveType);
+    // What is missing from a short output may still be in the source.
+    if (settings.autoRemove && !endsEarly) removeSource(vantor, source, settings.autoRemoveType);
 }
 
 Diagnosis ConversionJob::diagnosis() const {
@@ -70,6 +77,7 @@ Diagnosis ConversionJob::diagnosis() const {
     const auto arguments = Fennimar::joined(arguments_, " ");
     return diagnose({.startProblem = startProblem_,
                      .jobOutput = jobOutput_,
+                     .incompleteOutput = !outputCheck_.proof.problem.empty(),
                      .arguments = arguments,
                      .embeddedSubtitlesConverted = mapsEmbeddedSubtitles(fileInfo_, settings),
                      .externalSubtitles = fileInfo_.subtitleFileURL.has_value()});

@@ -94,6 +94,7 @@ void ConversionJob::start() {
     aacFile_.clear();
     jobOutput_.clear();
     startProblem_.clear();
+    outputCheck_ = {};
     if (!checkInput()) return;
     deleteOutput();
     progressFile_ = ProgressFile::create(vantor_.docDir(), fileInfo_.fileName);

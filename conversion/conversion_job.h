@@ -11,6 +11,7 @@
 #include "conversion/conversion_job_state.h"
 #include "conversion/conversion_settings.h"
 #include "conversion/diagnosis.h"
+#include "conversion/output_check.h"
 #include "conversion/progress_file.h"
 #include "media/mkv_file_info.h"
 #include "support/observable.h"
@@ -67,6 +68,10 @@ public:
     /// Ends the process, deletes what is unfinished and takes the job off the list.
     void remove();
 
+    /// What reading the output back has shown: "12 s, 3 tracks, 1.43 GB, verified"; empty before
+    /// the job is Finished.
+    [[nodiscard]] const std::string& details() const { return outputCheck_.details; }
+
     /// Why the job failed, by the diagnosis table.
     [[nodiscard]] Diagnosis diagnosis() const;
 
@@ -116,6 +121,7 @@ private:
     std::string jobOutput_;  ///< the converter's warnings and errors, byte for byte
     std::vector<std::string> arguments_;
     std::string startProblem_;  ///< why the converter was never run; empty: nothing kept it
+    OutputCheck outputCheck_;   ///< of a run that ended with status 0
     std::unique_ptr<ChildProcess> task_;
     std::unique_ptr<Timer> timer_;
     std::optional<TimePoint> startDate_;

@@ -44,6 +44,9 @@ constexpr auto kRows = std::to_array<Row>({
      "can't be embedded into MP4s."},
 });
 
+constexpr std::string_view kIncomplete =
+    "The converted file is incomplete, so it was not kept. Please check the destination disk and "
+    "try again.";
 constexpr std::string_view kEmbeddedSubtitles =
     "A problem occured - this is most likely related to the subtitles embedded into the movie. "
     "Please disable conversion of embedded subtitles in the preferences and try again.";
@@ -73,6 +76,7 @@ Diagnosis diagnose(const FailureFacts& facts) {
     const auto* const row = std::ranges::find_if(
         kRows, [&](const Row& candidate) { return matches(candidate, facts.jobOutput); });
     if (row != kRows.end()) return told(kConversionFailed, row->message);
+    if (facts.incompleteOutput) return told(kConversionFailed, kIncomplete);
     if (facts.embeddedSubtitlesConverted) return told(kInformation, kEmbeddedSubtitles);
     if (facts.externalSubtitles) return told(kInformation, kExternalSubtitles);
     // File names and the converter's output may be any bytes; what is shown is text.

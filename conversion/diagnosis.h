@@ -16,7 +16,8 @@ struct Diagnosis {
 struct FailureFacts {
     std::string_view startProblem{};  ///< why the converter never ran; empty: it ran
     std::string_view jobOutput{};
-    std::string_view arguments{};             ///< joined with single spaces
+    bool incompleteOutput = false;  ///< the converter was content, but the file is not whole
+    std::string_view arguments{};   ///< joined with single spaces
     bool embeddedSubtitlesConverted = false;  ///< enabled, and the input has at least one
     bool externalSubtitles = false;
 };

@@ -3,6 +3,7 @@
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/workspace.h"
+#include "support/time_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -13,9 +14,19 @@ Notification endNotification(std::string_view appName, const EndedRun& run) {
                 .text = makeString("%@ has failed to convert the file %@.", appName, run.fileName)};
     }
     return {.title = makeString("%@ Conversion Finished", appName),
-            .text = makeString("%@ has finished converting the file %@.", appName, run.fileName),
+            .text = run.endsEarly.empty() ? makeString("%@ has finished converting the file %@.",
+                                                       appName, run.fileName)
+                                          : run.endsEarly,
             .actionTitle = "Show",
             .path = run.output};
+}
+
+std::string endsEarlyText(std::string_view fileName, const OutputProof& proof,
+                          std::optional<int> runtimeSeconds) {
+    if (!proof.endsEarly) return {};
+    return makeString("%@ ended after %@ of %@: the source may be damaged.", fileName,
+                      formattedTimeFromTimeInterval(proof.seconds),
+                      formattedTimeFromTimeInterval(runtimeSeconds.value_or(0)));
 }
 
 void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType) {

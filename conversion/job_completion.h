@@ -1,11 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "conversion/conversion_job.h"
 #include "conversion/conversion_settings.h"
+#include "conversion/output_proof.h"
 #include "support/ports/notifications.h"
 
 namespace reelvane {
@@ -15,10 +17,15 @@ struct EndedRun {
     std::string fileName{};
     std::filesystem::path output{};
     bool failed = false;
+    std::string endsEarly{};  ///< what to tell of an output that is whole but too short; or empty
 };
 
 /// What the user is told at the end of a run.
 [[nodiscard]] Notification endNotification(std::string_view appName, const EndedRun& run);
+
+/// "%@ ended after %@ of %@: the source may be damaged."; empty for an output of full length.
+[[nodiscard]] std::string endsEarlyText(std::string_view fileName, const OutputProof& proof,
+                                        std::optional<int> runtimeSeconds);
 
 /// Removes a converted source as `autoRemoveType` says: 0 to the Trash, anything else for good.
 void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType);

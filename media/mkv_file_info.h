@@ -17,11 +17,12 @@ struct AudioEntry {
 
 /// One probed input file. Filled once by the probe, then owned by the job that converts it.
 struct MKVFileInfo {
-    std::vector<AudioEntry> audioTrackInformation{};         ///< in report order
-    std::vector<int> subtitleTrackIDs{};                     ///< text subtitles, in report order
-    std::string informationString{};                         ///< one line for the user
-    std::string fileName{};                                  ///< last component of `fileURL`
-    std::filesystem::path fileURL{};                         ///< absolute
+    std::vector<AudioEntry> audioTrackInformation{};  ///< in report order
+    std::vector<int> subtitleTrackIDs{};              ///< text subtitles, in report order
+    std::vector<int> forcedSubtitleTrackIDs{};        ///< those of them that are marked as forced
+    std::string informationString{};                  ///< one line for the user
+    std::string fileName{};                           ///< last component of `fileURL`
+    std::filesystem::path fileURL{};                  ///< absolute
     std::optional<std::filesystem::path> destinationURL{};   ///< set when the file is added
     std::optional<int> videoTrackID{};                       ///< absent: no usable video
     std::optional<int> runtimeSeconds{};                     ///< absent: no readable duration

@@ -81,6 +81,9 @@ public:
             ++report_.record.subtitleCount;
             if (Fennimar::containsAny(line, kTextSubtitles)) {
                 report_.record.subtitleTrackIDs.push_back(index);
+                if (Fennimar::contains(line, "(forced)")) {
+                    report_.record.forcedSubtitleTrackIDs.push_back(index);
+                }
             }
         }
         return true;

@@ -13,7 +13,7 @@ using State = ConversionJobState;
 TEST_F(JobTest, ASuccessKeepsTheOutputAndAnnouncesIt) {
     startAndWrite();
     platform.dispatcher.advance(std::chrono::seconds(5));
-    child().exit(0, "frame=1 bitrate=1");
+    finish("frame=1 bitrate=1");
     EXPECT_EQ(job->progress(), 100);
     EXPECT_EQ(job->jobOutput(), "frame=1 bitrate=1") << "the rest of the pipe is not filtered";
     EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionEnded"));
@@ -56,18 +56,53 @@ TEST_F(JobTest, CleanAndRemoveHappenBeforeTheNextJob) {
     controller.onTold = [this](const std::string& what) {
         if (what == "startNextJobInQueue") controller.converting = 1;
     };
-    child().exit(0);
+    finish();
     EXPECT_THAT(controller.told,
                 ElementsAre("removeJob", "startNextJobInQueue", "conversionEnded"));
     EXPECT_THAT(platform.workspace.recycled, ElementsAre(source));
     EXPECT_TRUE(exists(output) && !child().terminated);
 }
 
+TEST_F(JobTest, AnExitStatusOfZeroIsNotYetSuccess) {
+    controller.settings.autoRemove = true;
+    const std::vector<std::pair<const char*, std::function<void()>>> rows = {
+        {"is incomplete, so it was not kept", [this] { child().exit(0); }},
+        {"is incomplete", [this] { finish("av_interleaved: Error writing trailer"); }},
+        {"not enough free space", [this] { finish("x: No space left on device"); }},
+        {"is incomplete", [this] {
+             SmallMp4 movie;
+             movie.tracks.resize(1);  // of the two that were mapped
+             platform.folder.write("movie.m4v", movie.bytes());
+             child().exit(0);
+         }}};
+    for (const auto& [reason, end] : rows) {
+        startAndWrite();
+        end();
+        EXPECT_EQ(job->state(), State::Failed) << reason;
+        EXPECT_THAT(job->diagnosis().message, HasSubstr(reason));
+        EXPECT_TRUE(exists(source) && !exists(output)) << reason;
+        EXPECT_THAT(platform.workspace.recycled, IsEmpty());
+        EXPECT_EQ(job->details(), "");
+    }
+}
+
+TEST_F(JobTest, AShortOutputIsKeptAndSoIsItsSource) {
+    controller.settings.autoRemove = true;
+    job->fileInfo().runtimeSeconds = 125;
+    startAndWrite();
+    finish();
+    EXPECT_EQ(job->state(), State::Finished);
+    EXPECT_THAT(job->details(), HasSubstr("100 s, 2 tracks, "));
+    EXPECT_EQ(platform.notifications.delivered.at(0).text,
+              "movie.mkv ended after 1m 40s of 2m 5s: the source may be damaged.");
+    EXPECT_TRUE(exists(source) && exists(output) && platform.workspace.recycled.empty());
+}
+
 TEST_F(JobTest, TheSourceCanBeDeletedForGood) {
     controller.settings.autoRemove = true;
     controller.settings.autoRemoveType = 1;
     startAndWrite();
-    child().exit(0);
+    finish();
     EXPECT_TRUE(!exists(source) && platform.workspace.recycled.empty());
 }
 
@@ -77,7 +112,7 @@ TEST_F(JobTest, QuitsWhenNothingConvertsAndNothingFailed) {
         job->start();
         controller.converting = converting;
         controller.failed = failed;
-        child().exit(0);
+        finish();
         EXPECT_EQ(controller.told.back() == "terminate", converting + failed == 0);
     }
 }

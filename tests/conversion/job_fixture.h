@@ -7,6 +7,7 @@
 #include "conversion/conversion_job.h"
 #include "tests/fakes/fake_job_controller.h"
 #include "tests/fakes/fake_platform.h"
+#include "tests/fakes/small_mp4.h"
 
 namespace reelvane {
 
@@ -25,6 +26,15 @@ protected:
         job->start();
         platform.folder.write("movie.m4v", "half a movie");
         controller.told.clear();
+    }
+
+    /// The converter has written all of it and ended well.
+    void finish(std::string_view rest = {}) {
+        SmallMp4 movie;
+        movie.seconds = 100;
+        std::filesystem::remove(output);
+        platform.folder.write("movie.m4v", movie.bytes());
+        child().exit(0, rest);
     }
 
     FakePlatform platform;

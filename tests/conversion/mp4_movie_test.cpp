@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <iterator>
 
+#include "conversion/output_check.h"
 #include "conversion/output_proof.h"
 #include "conversion/track_flags.h"
 #include "tests/fakes/small_mp4.h"
@@ -107,6 +108,15 @@ TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
     EXPECT_FALSE(proveOutput(longMovie, {.mappedStreams = 1, .runtimeSeconds = 10000}).endsEarly);
     EXPECT_EQ(proofText(proveOutput(longMovie, {}), 1430000000),
               "9950 s, 1 track, 1.43 GB, verified");
+}
+
+TEST(OutputCheck, FindsTheForcedTracksInOutputOrder) {
+    const MKVFileInfo record{.subtitleTrackIDs = {2, 3},
+                             .forcedSubtitleTrackIDs = {2},
+                             .subtitleFileURL = "/movies/Film.Forced.srt"};
+    const auto mapped = mappedStreams(
+        {"-map", "0:0", "-map", "[out]", "-map", "1:0", "-map", "0:3", "-map", "0:2", "out"});
+    EXPECT_THAT(forcedSubtitles(record, mapped), testing::ElementsAre(0, 2));
 }
 
 TEST_F(Mp4MovieTest, TrackFlagsAreSetInPlaceOnce) {

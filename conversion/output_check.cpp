@@ -1,0 +1,78 @@
+#include "conversion/output_check.h"
+
+#include <algorithm>
+
+#include "conversion/mp4_movie.h"
+#include "conversion/track_flags.h"
+#include "support/logging.h"
+#include "support/paths.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace {
+
+constexpr std::string_view kExternalSubtitle = "1:0";
+
+bool isForcedByName(const std::filesystem::path& subtitle) {
+    return Fennimar::lowercasedExtension(subtitle.stem()) == "forced";
+}
+
+/// Sets the flags and reads the file back once more, so that what was proven stays proven.
+Mp4Reading withTrackFlags(const std::filesystem::path& output, Mp4Reading reading,
+                          const std::set<std::size_t>& forced) {
+    const auto patches = trackFlagPatches(*reading.movie, forced);
+    if (patches.empty()) return reading;
+    if (!applyPatches(output, patches)) {
+        vn_log_level(kLogError, "Error: the track flags of %@ could not be set", output);
+    }
+    return readMp4(output);
+}
+
+}  // namespace
+
+std::vector<std::string> mappedStreams(const std::vector<std::string>& arguments) {
+    std::vector<std::string> mapped;
+    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
+        if (arguments[i] == "-map") mapped.push_back(arguments[i + 1]);
+    }
+    return mapped;
+}
+
+std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
+                                      const std::vector<std::string>& mapped) {
+    std::set<std::size_t> forced;
+    std::size_t subtitle = 0;
+    for (const auto& stream : mapped) {
+        const bool external = record.subtitleFileURL && stream == kExternalSubtitle;
+        const auto number = Fennimar::partAfter(stream, "0:");
+        const int index = number ? Fennimar::leadingInteger(*number) : -1;
+        if (!external && std::ranges::count(record.subtitleTrackIDs, index) == 0) continue;
+        if (external ? isForcedByName(*record.subtitleFileURL)
+                     : std::ranges::count(record.forcedSubtitleTrackIDs, index) > 0) {
+            forced.insert(subtitle);
+        }
+        ++subtitle;
+    }
+    return forced;
+}
+
+OutputCheck checkOutput(const MKVFileInfo& record, const std::vector<std::string>& arguments,
+                        std::string_view jobOutput) {
+    if (!record.destinationURL) return {.proof = {.problem = "has no destination"}};
+    if (outputAdmitsFailure(jobOutput)) return {.proof = {.problem = "was not written to its end"}};
+    const auto& output = *record.destinationURL;
+    const auto mapped = mappedStreams(arguments);
+    const OutputExpectation expectation{.mappedStreams = mapped.size(),
+                                        .runtimeSeconds = record.runtimeSeconds};
+    auto reading = readMp4(output);
+    OutputCheck check{.proof = proveOutput(reading, expectation)};
+    if (!check.proof.problem.empty()) return check;
+    reading = withTrackFlags(output, std::move(reading), forcedSubtitles(record, mapped));
+    check.proof = proveOutput(reading, expectation);
+    if (check.proof.problem.empty()) {
+        check.details = proofText(check.proof, Fennimar::fileSize(output));
+    }
+    return check;
+}
+
+}  // namespace reelvane

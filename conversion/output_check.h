@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "conversion/output_proof.h"
+#include "media/mkv_file_info.h"
+
+namespace reelvane {
+
+/// What reading a finished output back has shown.
+struct OutputCheck {
+    OutputProof proof{};
+    std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified"; empty unless it is whole
+};
+
+/// Reads the output of a run back that ended with status 0 and, when it is whole, sets its track
+/// flags in place. Some milliseconds, whatever the size of the file.
+[[nodiscard]] OutputCheck checkOutput(const MKVFileInfo& record,
+                                      const std::vector<std::string>& arguments,
+                                      std::string_view jobOutput);
+
+/// The streams that an argument list maps, "0:1" or "[out]", in the order of the output's tracks.
+[[nodiscard]] std::vector<std::string> mappedStreams(const std::vector<std::string>& arguments);
+
+/// Which of the output's subtitle tracks, counted from 0, are forced: the input says so of an
+/// embedded one; an external file is forced when its name ends in ".forced" before its extension.
+[[nodiscard]] std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
+                                                    const std::vector<std::string>& mapped);
+
+}  // namespace reelvane
