@@ -35,7 +35,7 @@ Console::Console() {
     abilities_ = {.liveLine = canShowLiveLine(facts), .colours = canShowColours(facts)};
 }
 
-std::size_t Console::columns() const {
+std::size_t Console::columns() {
     return terminalColumns(STDOUT_FILENO);
 }
 

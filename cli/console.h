@@ -26,7 +26,7 @@ public:
     [[nodiscard]] bool isClosed() const { return isClosed_; }
 
     [[nodiscard]] const Abilities& abilities() const { return abilities_; }
-    [[nodiscard]] std::size_t columns() const;
+    [[nodiscard]] static std::size_t columns();
 
     /// A text for standard output, as it is.
     void write(std::string_view text);

@@ -50,7 +50,7 @@ std::string refusedText(const std::string& file, const std::vector<VettingAlert>
 
 int runInspect(const CommandContext& context, const InspectRequest& request) {
     auto& console = context.console;
-    const auto columns = std::max<std::size_t>(console.columns(), 20);
+    const auto columns = std::max<std::size_t>(Console::columns(), 20);
     int status = kExitSuccess;
     for (const auto& file : request.files) {
         const auto inspection = inspectFile(context, file);

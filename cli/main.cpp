@@ -139,11 +139,10 @@ int run(Base& base, const Request& request) {
                                  .mainBundle = base.mainBundle,
                                  .processLauncher = base.processLauncher};
     struct Runner {
-        Base& base;
         const CommandContext& context;
         int operator()(const InspectRequest& inspect) const { return runInspect(context, inspect); }
         int operator()(const CommandRequest& command) const { return runCommand(context, command); }
-        int operator()(const ConvertRequest& conversion) const { return convert(base, conversion); }
+        int operator()(const ConvertRequest& /*handled before*/) const { return kExitFailure; }
         int operator()(const PreferencesRequest& preferences) const {
             return runPreferences(context, preferences);
         }
@@ -151,7 +150,7 @@ int run(Base& base, const Request& request) {
             return runDestinations(context, destinations);
         }
     };
-    return std::visit(Runner{.base = base, .context = context}, request.action);
+    return std::visit(Runner{.context = context}, request.action);
 }
 
 int start(Console& console, const Request& request) {
@@ -160,7 +159,17 @@ int start(Console& console, const Request& request) {
     base.preferences.registerDefaults(registeredDefaults());
     for (const auto& [key, text] : request.overrides) base.preferences.setForThisRun(key, text);
     if (const auto problem = base.store.problem()) console.error(*problem);
-    return run(base, request);
+    // A conversion has its own handler, which reports from where the exception was thrown.
+    if (const auto* const conversion = std::get_if<ConvertRequest>(&request.action)) {
+        return convert(base, *conversion);
+    }
+    try {
+        return run(base, request);
+    } catch (const std::exception& exception) {
+        console.error(makeString("Something unexpected happened (%@). Please report it to %@.",
+                                 exception.what(), kSupportAddress));
+        return kExitFailure;
+    }
 }
 
 int bidFarewell(const Farewell& farewell) {
@@ -173,6 +182,8 @@ int bidFarewell(const Farewell& farewell) {
 }  // namespace
 }  // namespace reelvane
 
+// What is thrown is meant to arrive nowhere: it ends in the fatal report.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
     // A reader that has gone is an error of the write, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);

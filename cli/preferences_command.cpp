@@ -15,7 +15,7 @@ void list(const CommandContext& context, PreferencesRequest::Form form) {
     const auto rows = preferenceRows(context.preferences);
     switch (form) {
         case PreferencesRequest::Form::Table:
-            console.line(preferenceListText(rows, console.columns()));
+            console.line(preferenceListText(rows, Console::columns()));
             break;
         case PreferencesRequest::Form::Json:
             for (const auto& row : rows) console.line(preferenceLine(row));

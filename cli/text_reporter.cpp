@@ -96,7 +96,7 @@ public:
 private:
     /// One column stays free: a terminal may wrap a line that fills it.
     [[nodiscard]] std::size_t room() const {
-        return std::max<std::size_t>(console_.columns(), 2) - 1;
+        return std::max<std::size_t>(Console::columns(), 2) - 1;
     }
 
     /// Empty when an alert has just said it; otherwise an alert that is still to come need not.
