@@ -100,6 +100,7 @@ FolderAnswer folderSavedAs(const Preferences& preferences, FolderAccess& access,
 
 std::string unknownDestination(const std::vector<SavedDestination>& known, std::string_view name) {
     std::vector<std::string> names;
+    names.reserve(known.size());
     for (const auto& destination : known) names.push_back(Fennimar::validUtf8(destination.name));
     return makeString("There is no saved destination named '%@'.%@", Fennimar::validUtf8(name),
                       suggestion(name, names));

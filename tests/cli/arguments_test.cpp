@@ -1,5 +1,6 @@
 #include "cli/arguments.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace reelvane {
@@ -16,6 +17,19 @@ T parsed(const std::vector<std::string>& arguments) {
         return {};
     }
     return std::get<T>(std::get<Request>(result).action);
+}
+
+Farewell farewell(const std::vector<std::string>& arguments) {
+    const auto result = parseArguments(arguments);
+    const auto* const found = std::get_if<Farewell>(&result);
+    return found != nullptr ? *found : Farewell{.text = "it was understood", .exitStatus = -1};
+}
+
+void expectHelpNames(const std::vector<std::string>& arguments,
+                     const std::vector<std::string>& parts) {
+    const auto help = farewell(arguments);
+    EXPECT_EQ(help.exitStatus, 0);
+    for (const auto& part : parts) EXPECT_THAT(help.text, HasSubstr(part)) << arguments.front();
 }
 
 TEST(Arguments, EveryFileNameComesThroughAsItIs) {
@@ -67,25 +81,19 @@ TEST(Arguments, UsageErrorsAreOneSentenceThatHelps) {
         {{"preferences", "get", "Unheard"}, "There is no preference named 'Unheard'. See"},
         {{"preferences", "destinations", "ad"}, "Did you mean 'add'?"}};
     for (const auto& [arguments, sentence] : cases) {
-        const auto result = parseArguments(arguments);
-        const auto* const farewell = std::get_if<Farewell>(&result);
-        ASSERT_NE(farewell, nullptr) << sentence;
-        EXPECT_EQ(farewell->exitStatus, 2);
-        EXPECT_THAT(farewell->text, HasSubstr(sentence));
-        EXPECT_EQ(std::count(farewell->text.begin(), farewell->text.end(), '\n'), 1);
+        const auto error = farewell(arguments);
+        EXPECT_EQ(error.exitStatus, 2);
+        EXPECT_THAT(error.text, HasSubstr(sentence));
+        EXPECT_EQ(std::ranges::count(error.text, '\n'), 1) << error.text;
     }
 }
 
 TEST(Arguments, HelpNamesEveryOptionOfItsCommand) {
-    for (const auto* const command : {"convert", "command"}) {
-        const auto help = std::get<Farewell>(parseArguments({command, "--help"}));
-        EXPECT_EQ(help.exitStatus, 0);
-        for (const auto* const option :
-             {"--to DIR", "--to-saved", "--audio", "--subtitle", "--json", "--set", "Example"}) {
-            EXPECT_THAT(help.text, HasSubstr(option)) << command;
-        }
-    }
-    EXPECT_THAT(std::get<Farewell>(parseArguments({"-h"})).text, HasSubstr("Exit status"));
+    const std::vector<std::string> options{"--to DIR", "--to-saved", "--audio", "--subtitle",
+                                           "--json",   "--set",      "Example"};
+    expectHelpNames({"convert", "--help"}, options);
+    expectHelpNames({"command", "--help"}, options);
+    expectHelpNames({"-h"}, {"Exit status", "XDG_CONFIG_HOME", "convert FILE"});
 }
 
 }  // namespace
