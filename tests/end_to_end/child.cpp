@@ -14,6 +14,7 @@ Child::Child(const std::vector<std::string>& command) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const auto& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
@@ -45,8 +46,9 @@ Outcome Child::wait() {
     Outcome outcome;
     std::array<char, 65536> piece{};
     ssize_t length = 0;
-    while ((length = ::read(output_, piece.data(), piece.size())) > 0)
+    while ((length = ::read(output_, piece.data(), piece.size())) > 0) {
         outcome.output.append(piece.data(), static_cast<std::size_t>(length));
+    }
     int status = 0;
     ::waitpid(pid_, &status, 0);
     pid_ = -1;

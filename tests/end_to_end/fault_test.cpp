@@ -40,15 +40,16 @@ private:
     Child child_;
 };
 
-TEST(Interrupted, EndsFfmpegAndLeavesNothing) {
-    for (const int signal : {SIGINT, SIGTERM}) {
-        RunningConversion running;
-        ASSERT_TRUE(running.writing);
-        EXPECT_EQ(running.endWith(signal).status, 128 + signal);
-        EXPECT_EQ(running.sandbox.processes(), 0);
-        EXPECT_THAT(running.sandbox.leftovers(), IsEmpty());
-    }
+class Interrupted : public testing::TestWithParam<int> {};
+
+TEST_P(Interrupted, EndsFfmpegAndLeavesNothing) {
+    RunningConversion running;
+    ASSERT_TRUE(running.writing);
+    EXPECT_EQ(running.endWith(GetParam()).status, 128 + GetParam());
+    EXPECT_EQ(running.sandbox.processes(), 0);
+    EXPECT_THAT(running.sandbox.leftovers(), IsEmpty());
 }
+INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, testing::Values(SIGHUP, SIGINT, SIGTERM));
 
 TEST(Killed, TakesFfmpegAlongAndTheNextStartClearsUp) {
     RunningConversion running;
@@ -100,7 +101,7 @@ protected:
         ASSERT_EQ(::mount("tmpfs", sandbox_.out().c_str(), "tmpfs", flags, options.c_str()), 0)
             << "run me in a mount namespace";
     }
-    ~NeedsMount() override { ::umount(sandbox_.out().c_str()); }
+    void TearDown() override { ::umount(sandbox_.out().c_str()); }
 
     Sandbox sandbox_;
 };

@@ -31,8 +31,9 @@ std::string tracksOf(const std::filesystem::path& file) {
         auto track = stream.at("codec_name").get<std::string>();
         if (type == "video") track += ":" + stream.at("codec_tag_string").get<std::string>();
         if (type == "audio") track += ":" + std::to_string(stream.at("channels").get<int>());
-        if (type != "video")
+        if (type != "video") {
             track += ":" + stream.value("/tags/language"_json_pointer, std::string("none"));
+        }
         tracks += (tracks.empty() ? "" : " ") + track;
     }
     return tracks;

@@ -62,8 +62,9 @@ std::vector<std::string> commandOf(const Recipe& recipe, const std::filesystem::
     for (const auto& source :
          {"testsrc2=size=320x180:rate=25" + length,
           "aevalsrc=0.1*sin(2764*t)|0.1*sin(3455*t):c=stereo:s=48000" + length,
-          "aevalsrc=0.1*sin(2764*t)|0.1*sin(3455*t)|0|0|0|0:c=5.1:s=48000" + length})
+          "aevalsrc=0.1*sin(2764*t)|0.1*sin(3455*t)|0|0|0|0:c=5.1:s=48000" + length}) {
         command.insert(command.end(), {"-f", "lavfi", "-i", source});
+    }
     command.insert(command.end(), {"-i", subtitles.native()});
     for (auto& word : words(recipe.arguments)) command.push_back(std::move(word));
     command.push_back(output.native());
@@ -86,7 +87,7 @@ std::filesystem::path movie(std::string_view name) {
     const auto key =
         std::hash<std::string_view>()(recipe->arguments) ^ std::hash<std::string>()(subtitleFile());
     const auto folder = std::filesystem::path(REELVANE_TEST_MOVIES) / std::to_string(key);
-    const auto finished = folder / name;
+    auto finished = folder / name;
     if (std::filesystem::exists(finished)) return finished;
 
     // Tests run side by side: each makes its own, and the last rename wins with equal bytes.

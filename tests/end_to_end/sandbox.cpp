@@ -17,9 +17,11 @@ Sandbox::Sandbox() {
 
 std::vector<std::string> Sandbox::leftovers() const {
     std::vector<std::string> names;
-    for (const auto& folder : {out(), root() / "home/Documents"})
-        for (const auto& entry : fs::recursive_directory_iterator(folder))
+    for (const auto& folder : {out(), root() / "home/Documents"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(folder)) {
             names.push_back(entry.path().filename().native());
+        }
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -39,8 +41,9 @@ std::vector<std::string> Sandbox::command(std::vector<std::string> arguments) co
                                       "DBUS_SESSION_BUS_ADDRESS=disabled:",
                                       "DBUS_SYSTEM_BUS_ADDRESS=disabled:"};
     for (const char* variable : {"DISPLAY", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME",
-                                 "XDG_CACHE_HOME", "REELVANE_FFMPEG"})
+                                 "XDG_CACHE_HOME", "REELVANE_FFMPEG"}) {
         words.insert(std::next(words.begin()), {"-u", variable});
+    }
     if (ffmpeg_ != "ffmpeg") words.push_back("REELVANE_FFMPEG=" + ffmpeg_);
     words.emplace_back(REELVANE_CLI);
     words.insert(words.end(), std::make_move_iterator(arguments.begin()),
