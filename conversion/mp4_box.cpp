@@ -1,5 +1,6 @@
 #include "conversion/mp4_box.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -13,11 +14,16 @@ namespace {
 constexpr std::uint64_t kShortHeader = 8;
 constexpr std::uint64_t kLongHeader = 16;
 
+// A read costs this much and one for every four of its bytes, which is what a table's entry has.
+constexpr std::uint64_t kReadCost = 64;
+constexpr std::uint64_t kBudget = std::uint64_t{1} << 27U;
+
 }  // namespace
 
 ByteSource::ByteSource(FileDescriptor file, std::uint64_t size)
     : file_(std::move(file)),
-      size_(size) {}
+      size_(size),
+      budget_(kBudget) {}
 
 std::optional<ByteSource> ByteSource::open(const std::filesystem::path& file) {
     FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -27,8 +33,30 @@ std::optional<ByteSource> ByteSource::open(const std::filesystem::path& file) {
     return ByteSource(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));
 }
 
+bool ByteSource::spend(std::uint64_t bytes) const {
+    const auto cost = kReadCost + bytes / 4;
+    isExhausted_ = isExhausted_ || cost > budget_;
+    if (!isExhausted_) budget_ -= cost;
+    return !isExhausted_;
+}
+
 bool ByteSource::read(std::uint64_t offset, std::span<std::byte> buffer) const {
-    if (offset > size_ || buffer.size() > size_ - offset) return false;
+    if (offset > size_ || buffer.size() > size_ - offset || !spend(buffer.size())) return false;
+    if (buffer.size() > window_.size()) return readFile(offset, buffer);
+    const bool inWindow = offset >= windowBegin_ && offset - windowBegin_ <= windowSize_ &&
+                          buffer.size() <= windowSize_ - (offset - windowBegin_);
+    if (!inWindow) {
+        windowBegin_ = offset;
+        windowSize_ = std::min<std::uint64_t>(window_.size(), size_ - offset);
+        if (!readFile(offset, std::span(window_).first(windowSize_))) windowSize_ = 0;
+        if (windowSize_ == 0 && !buffer.empty()) return false;
+    }
+    std::ranges::copy(std::span(window_).subspan(offset - windowBegin_, buffer.size()),
+                      buffer.begin());
+    return true;
+}
+
+bool ByteSource::readFile(std::uint64_t offset, std::span<std::byte> buffer) const {
     while (!buffer.empty()) {
         const auto count =
             ::pread(file_.get(), buffer.data(), buffer.size(), static_cast<off_t>(offset));
@@ -96,6 +124,12 @@ std::optional<std::uint64_t> numberInBox(const ByteSource& file, const Mp4Box& b
     if (position > box.contentSize() || width > box.contentSize() - position) return std::nullopt;
     if (!file.read(box.contentBegin + position, field)) return std::nullopt;
     return bigEndian(field);
+}
+
+std::optional<std::uint64_t> durationInBox(const ByteSource& file, const Mp4Box& box,
+                                           std::uint64_t position, std::size_t width) {
+    const auto duration = numberInBox(file, box, position, width);
+    return duration == (width == 8 ? UINT64_MAX : UINT32_MAX) ? 0 : duration;
 }
 
 }  // namespace reelvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -13,21 +14,34 @@
 
 namespace reelvane {
 
-/// Reads parts of a file that nobody vouches for. Main thread or background; not shared.
+/// Reads parts of a file that nobody vouches for. All reads together are limited, so that no file
+/// can keep the reader busy: some two million small ones, or 512 MiB. Any thread, but not shared.
 class ByteSource {
 public:
     /// Absent when the file cannot be opened for reading.
     [[nodiscard]] static std::optional<ByteSource> open(const std::filesystem::path& file);
 
     [[nodiscard]] std::uint64_t size() const { return size_; }
-    /// Fills the whole buffer from the offset; false when the file does not hold that much.
+    /// Fills the whole buffer from the offset; false when the file does not hold that much, or when
+    /// too much has been read already.
     [[nodiscard]] bool read(std::uint64_t offset, std::span<std::byte> buffer) const;
+    /// The limit was met: what could not be read is unknown, not broken.
+    [[nodiscard]] bool isExhausted() const { return isExhausted_; }
 
 private:
     ByteSource(FileDescriptor file, std::uint64_t size);
 
+    [[nodiscard]] bool spend(std::uint64_t bytes) const;
+    [[nodiscard]] bool readFile(std::uint64_t offset, std::span<std::byte> buffer) const;
+
     FileDescriptor file_;
     std::uint64_t size_ = 0;
+    // Neighbouring headers and fields cost one read of the file.
+    mutable std::array<std::byte, 4096> window_{};
+    mutable std::uint64_t windowBegin_ = 0;
+    mutable std::uint64_t windowSize_ = 0;
+    mutable std::uint64_t budget_ = 0;
+    mutable bool isExhausted_ = false;
 };
 
 /// A number of 1, 2, 4 or 8 bytes, most significant byte first.
@@ -61,5 +75,9 @@ bool forEachBox(const ByteSource& file, std::uint64_t begin, std::uint64_t end,
 /// A number of `width` bytes at `position` in the box's content; absent when it lies outside.
 [[nodiscard]] std::optional<std::uint64_t> numberInBox(const ByteSource& file, const Mp4Box& box,
                                                        std::uint64_t position, std::size_t width);
+
+/// A duration: as numberInBox, but 0 where all bits are set, which says that it is unknown.
+[[nodiscard]] std::optional<std::uint64_t> durationInBox(const ByteSource& file, const Mp4Box& box,
+                                                         std::uint64_t position, std::size_t width);
 
 }  // namespace reelvane

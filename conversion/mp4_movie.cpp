@@ -3,10 +3,15 @@
 #include <algorithm>
 
 #include "conversion/mp4_box.h"
+#include "conversion/mp4_fragments.h"
 #include "conversion/mp4_track_reader.h"
 
 namespace reelvane {
 namespace {
+
+// No real file comes near either of them.
+constexpr std::size_t kMostRanges = 16384;
+constexpr std::size_t kMostTracks = 1024;
 
 /// What stands at the top level of a file.
 struct TopLevel {
@@ -16,6 +21,16 @@ struct TopLevel {
     bool isMp4 = false;
     std::string cutBox{};  ///< the type of a box that reaches beyond the end of the file
     bool whole = true;
+
+    /// Beyond the most ranges the last one grows, which leaves out a check and finds no fault.
+    void addMedia(const MediaRange& range) {
+        mediaBytes += range.end - range.begin;
+        if (media.size() < kMostRanges) {
+            media.push_back(range);
+        } else {
+            media.back().end = range.end;
+        }
+    }
 };
 
 TopLevel readTopLevel(const ByteSource& file) {
@@ -31,8 +46,7 @@ TopLevel readTopLevel(const ByteSource& file) {
         if (box->type == "ftyp") top.isMp4 = true;
         if (box->type == "moov" && !top.moov) top.moov = box;
         if (box->type == "mdat") {
-            top.media.push_back({.begin = box->contentBegin, .end = box->end});
-            top.mediaBytes += box->contentSize();
+            top.addMedia({.begin = box->contentBegin, .end = box->end});
         }
         offset = box->end;
     }
@@ -64,44 +78,74 @@ std::optional<MovieHeader> readMovieHeader(const ByteSource& file, const Mp4Box&
     const auto version = numberInBox(file, *mvhd, 0, 1);
     const bool wide = version == 1U;
     const auto scale = numberInBox(file, *mvhd, wide ? 20 : 12, 4);
-    const auto duration = numberInBox(file, *mvhd, wide ? 24 : 16, wide ? 8 : 4);
+    const auto duration = durationInBox(file, *mvhd, wide ? 24 : 16, wide ? 8 : 4);
     if (!version || !scale || !duration || *scale == 0) return std::nullopt;
     return MovieHeader{.timeScale = *scale,
                        .seconds = static_cast<double>(*duration) / static_cast<double>(*scale)};
+}
+
+/// Reads all tracks into the movie; answers the problem, or an empty text.
+std::string readTracks(const ByteSource& file, const Mp4Box& moov, const TrackContext& context,
+                       Mp4Movie& movie) {
+    std::string problem;
+    const bool whole = forEachBox(file, moov.contentBegin, moov.end, [&](const Mp4Box& box) {
+        if (box.type != "trak") return true;
+        auto track = readTrack(file, box, context);
+        problem = std::move(track.problem);
+        if (track.track) movie.tracks.push_back(std::move(*track.track));
+        if (movie.tracks.size() > kMostTracks) problem = "has too many tracks";
+        return problem.empty();
+    });
+    if (!whole) return "has a damaged index (moov)";
+    if (problem.empty() && movie.tracks.empty()) return "has no track";
+    return problem;
+}
+
+bool hasTooLittleMedia(const Mp4Movie& movie) {
+    auto left = movie.mediaBytes;
+    return std::ranges::any_of(movie.tracks, [&left](const Mp4Track& track) {
+        const bool fits = track.sampleBytes <= left;
+        left -= fits ? track.sampleBytes : 0;
+        return !fits;
+    });
+}
+
+Mp4Reading readOpened(const ByteSource& file) {
+    const auto top = readTopLevel(file);
+    if (auto problem = problemOf(top)) return {.problem = std::move(*problem)};
+    const auto header = readMovieHeader(file, *top.moov);
+    if (!header) {
+        // QuickTime can pack the whole index with zlib; hardly any file of this century does.
+        const bool packed = childBox(file, *top.moov, "cmov").has_value();
+        return {.problem = packed ? "has a compressed index, which cannot be checked"
+                                  : "has a damaged movie header (mvhd)"};
+    }
+    Mp4Movie movie{.seconds = header->seconds, .mediaBytes = top.mediaBytes};
+    const TrackContext context{.timeScale = header->timeScale, .media = top.media};
+    auto problem = readTracks(file, *top.moov, context, movie);
+    if (!problem.empty()) return {.problem = std::move(problem)};
+    if (hasTooLittleMedia(movie)) {
+        return {.problem = "has less media data than its index describes"};
+    }
+    if (const auto mvex = childBox(file, *top.moov, "mvex")) {
+        movie.fragmented = true;
+        if (!readFragments(file, *mvex, movie)) return {.problem = "has a damaged fragment (moof)"};
+    }
+    return {.movie = std::move(movie)};
 }
 
 }  // namespace
 
 Mp4Reading readMp4(const std::filesystem::path& path) {
     const auto file = ByteSource::open(path);
-    if (!file) return {.problem = "cannot be opened"};
-    const auto top = readTopLevel(*file);
-    if (auto problem = problemOf(top)) return {.problem = std::move(*problem)};
-    const auto header = readMovieHeader(*file, *top.moov);
-    if (!header) return {.problem = "has a damaged movie header (mvhd)"};
-
-    Mp4Movie movie{.seconds = header->seconds, .mediaBytes = top.mediaBytes};
-    movie.fragmented = childBox(*file, *top.moov, "mvex").has_value();
-    const TrackContext context{
-        .timeScale = header->timeScale, .fragmented = movie.fragmented, .media = top.media};
-    std::string problem;
-    const bool whole =
-        forEachBox(*file, top.moov->contentBegin, top.moov->end, [&](const Mp4Box& box) {
-            if (box.type != "trak") return true;
-            auto track = readTrack(*file, box, context);
-            problem = track.problem;
-            if (track.track) movie.tracks.push_back(std::move(*track.track));
-            return problem.empty();
-        });
-    if (!whole) return {.problem = "has a damaged index (moov)"};
-    if (!problem.empty()) return {.problem = std::move(problem)};
-    if (movie.tracks.empty()) return {.problem = "has no track"};
-    std::uint64_t needed = 0;
-    for (const auto& track : movie.tracks) needed += track.sampleBytes;
-    if (!movie.fragmented && needed > movie.mediaBytes) {
-        return {.problem = "has less media data than its index describes"};
+    if (!file) {
+        std::error_code unknown;
+        const bool missing = !std::filesystem::exists(path, unknown) && !unknown;
+        return {.problem = missing ? "is not there" : "cannot be read"};
     }
-    return {.movie = std::move(movie)};
+    auto reading = readOpened(*file);
+    if (file->isExhausted()) return {.problem = "has an index that is too large to be checked"};
+    return reading;
 }
 
 }  // namespace reelvane

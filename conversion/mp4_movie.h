@@ -14,10 +14,11 @@ enum class Mp4TrackKind { Video, Audio, Text, Other };
 struct Mp4Track {
     std::uint32_t trackID = 0;
     Mp4TrackKind kind = Mp4TrackKind::Other;
-    std::string handler{};   ///< "vide", "soun", "sbtl", "text", ...
-    std::string codec{};     ///< the type of the first sample entry: "avc1", "mp4a", "tx3g"
-    std::string language{};  ///< three letters; "und" when the file says so
-    double seconds = 0;      ///< play time
+    std::string handler{};        ///< "vide", "soun", "sbtl", "text", ...
+    std::string codec{};          ///< the type of the first sample entry: "avc1", "mp4a", "tx3g"
+    std::string language{};       ///< three letters; "und" when the file says so
+    double seconds = 0;           ///< play time; 0: unknown
+    std::uint64_t timeScale = 1;  ///< units per second of the media's own times; never 0
     bool enabled = false;
     std::uint32_t flags = 0;           ///< of the track header, 24 bits; bit 0 is `enabled`
     std::uint32_t alternateGroup = 0;  ///< 0: in no group
@@ -33,7 +34,7 @@ struct Mp4Track {
 
 /// What the box structure of a file says (ISO/IEC 14496-12; display flags: 3GPP TS 26.245, 5.16).
 struct Mp4Movie {
-    double seconds = 0;
+    double seconds = 0;            ///< play time; 0: unknown
     bool fragmented = false;       ///< its samples stand in fragments, not in the index
     std::uint64_t mediaBytes = 0;  ///< in all media data boxes together
     std::vector<Mp4Track> tracks{};
@@ -46,8 +47,9 @@ struct Mp4Reading {
 
 /// Reads a file's index and checks that the file is whole: every box lies inside its parent and the
 /// file, there is an index with at least one track, the media data is not empty, and every chunk
-/// that the index names starts inside media data that is large enough for all samples. Reads only
-/// the boxes it needs and never more than 64 KiB at a time. Any thread.
+/// that the index names starts inside media data that is large enough for all samples. Fragments
+/// are read for their play time. Reads only the boxes it needs and never more than 64 KiB at a
+/// time; hostile input meets the limit of ByteSource. Any thread.
 [[nodiscard]] Mp4Reading readMp4(const std::filesystem::path& file);
 
 }  // namespace reelvane

@@ -1,7 +1,7 @@
 #include "conversion/mp4_track_reader.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <vector>
 
 namespace reelvane {
@@ -10,10 +10,10 @@ namespace {
 constexpr std::size_t kBlock = std::size_t{64} * 1024;
 
 /// Hands a table's entries to `visit`, a block at a time, as long as it answers true. False when
-/// the table is larger than its box.
+/// the table is larger than its box. A movie has a million entries: the call is to be inlined.
+template <typename Visit>
 bool forEachEntry(const ByteSource& file, const Mp4Box& table, std::uint64_t begin,
-                  std::uint64_t count, std::size_t width,
-                  const std::function<bool(std::uint64_t)>& visit) {
+                  std::uint64_t count, std::size_t width, Visit visit) {
     if (begin > table.contentSize() || count > (table.contentSize() - begin) / width) return false;
     std::vector<std::byte> block(std::min<std::uint64_t>(kBlock, count * width));
     auto offset = table.contentBegin + begin;
@@ -31,9 +31,8 @@ bool forEachEntry(const ByteSource& file, const Mp4Box& table, std::uint64_t beg
 }
 
 bool isInMedia(std::uint64_t offset, std::span<const MediaRange> media) {
-    return std::ranges::any_of(media, [offset](const MediaRange& range) {
-        return offset >= range.begin && offset < range.end;
-    });
+    const auto next = std::ranges::upper_bound(media, offset, {}, &MediaRange::begin);
+    return next != media.begin() && offset < std::prev(next)->end;
 }
 
 bool readTrackHeader(const ByteSource& file, const Mp4Box& trak, const TrackContext& context,
@@ -44,7 +43,7 @@ bool readTrackHeader(const ByteSource& file, const Mp4Box& trak, const TrackCont
     const bool wide = version == 1U;
     const auto flags = numberInBox(file, *tkhd, 1, 3);
     const auto trackID = numberInBox(file, *tkhd, wide ? 20 : 12, 4);
-    const auto duration = numberInBox(file, *tkhd, wide ? 28 : 20, wide ? 8 : 4);
+    const auto duration = durationInBox(file, *tkhd, wide ? 28 : 20, wide ? 8 : 4);
     const std::uint64_t groupPosition = wide ? 46 : 34;
     const auto group = numberInBox(file, *tkhd, groupPosition, 2);
     if (!version || !flags || !trackID || !duration || !group) return false;
@@ -93,9 +92,11 @@ bool readMediaHeaders(const ByteSource& file, const Mp4Box& mdia, Mp4Track& trac
     const auto hdlr = childBox(file, mdia, "hdlr");
     if (!mdhd || !hdlr) return false;
     const bool wide = numberInBox(file, *mdhd, 0, 1) == 1U;
+    const auto timeScale = numberInBox(file, *mdhd, wide ? 20 : 12, 4);
     const auto language = numberInBox(file, *mdhd, wide ? 32 : 20, 2);
     const auto handler = numberInBox(file, *hdlr, 8, 4);
-    if (!language || !handler) return false;
+    if (!timeScale || *timeScale == 0 || !language || !handler) return false;
+    track.timeScale = *timeScale;
     track.language = languageText(*language);
     track.handler = fourLetters(*handler);
     track.kind = kindOf(track.handler);
@@ -125,7 +126,9 @@ bool readSampleSizes(const ByteSource& file, const Mp4Box& stbl, Mp4Track& track
     const auto count = numberInBox(file, *stsz, 8, 4);
     if (!common || !count) return false;
     track.sampleCount = *count;
-    track.sampleBytes = *common * *count;
+    // QuickTime counts the units of sound that is not packed in frames and calls each 1 byte long.
+    const bool areUnits = track.kind == Mp4TrackKind::Audio && *common == 1;
+    track.sampleBytes = areUnits ? 0 : *common * *count;
     if (*common != 0) return true;
     return forEachEntry(file, *stsz, 12, *count, 4, [&track](std::uint64_t size) {
         track.sampleBytes += size;
@@ -151,6 +154,15 @@ std::optional<std::string> chunkProblem(const ByteSource& file, const Mp4Box& st
     return std::nullopt;
 }
 
+/// QuickTime lets a track refer to the media data of other files.
+bool isSelfContained(const ByteSource& file, const Mp4Box& minf) {
+    const auto dinf = childBox(file, minf, "dinf");
+    const auto dref = dinf ? childBox(file, *dinf, "dref") : std::nullopt;
+    const auto entry = dref ? readBox(file, dref->contentBegin + 8, dref->end) : std::nullopt;
+    const auto flags = entry ? numberInBox(file, *entry, 1, 3) : std::nullopt;
+    return !flags || (*flags & 1U) != 0;
+}
+
 }  // namespace
 
 TrackReading readTrack(const ByteSource& file, const Mp4Box& trak, const TrackContext& context) {
@@ -167,6 +179,7 @@ TrackReading readTrack(const ByteSource& file, const Mp4Box& trak, const TrackCo
     if (!stbl || !readSampleEntry(file, *stbl, track)) {
         return {.problem = "has a damaged sample description (stsd)"};
     }
+    if (!isSelfContained(file, *minf)) return {.problem = "keeps its media data in another file"};
     if (!readSampleSizes(file, *stbl, track)) {
         return {.problem = "has a damaged sample size table (stsz)"};
     }

@@ -19,7 +19,6 @@ struct MediaRange {
 /// What a track is read against.
 struct TrackContext {
     std::uint64_t timeScale = 1;          ///< of the movie header, never 0
-    bool fragmented = false;              ///< sample tables may be empty
     std::span<const MediaRange> media{};  ///< in file order
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "support/make_string.h"
 #include "support/size_text.h"
@@ -36,9 +35,13 @@ OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expe
     return proof;
 }
 
+std::string contentText(double seconds, std::size_t tracks, std::uint64_t fileSize) {
+    return makeString("%.0f s, %lu %@, %@", seconds, tracks, tracks == 1 ? "track" : "tracks",
+                      fileSizeText(fileSize));
+}
+
 std::string proofText(const OutputProof& proof, std::uint64_t fileSize) {
-    return makeString("%li s, %lu %@, %@, verified", std::lround(proof.seconds), proof.tracks,
-                      proof.tracks == 1 ? "track" : "tracks", fileSizeText(fileSize));
+    return contentText(proof.seconds, proof.tracks, fileSize) + ", verified";
 }
 
 }  // namespace reelvane

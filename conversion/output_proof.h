@@ -31,7 +31,9 @@ struct OutputProof {
 [[nodiscard]] OutputProof proveOutput(const Mp4Reading& reading,
                                       const OutputExpectation& expectation);
 
-/// "12 s, 3 tracks, 1.43 GB, verified"; powers of ten, as file managers count.
+/// "12 s, 3 tracks, 1.43 GB": what a whole file holds; powers of ten, as file managers count.
+[[nodiscard]] std::string contentText(double seconds, std::size_t tracks, std::uint64_t fileSize);
+/// The same of a proven output: "12 s, 3 tracks, 1.43 GB, verified".
 [[nodiscard]] std::string proofText(const OutputProof& proof, std::uint64_t fileSize);
 
 }  // namespace reelvane
