@@ -21,9 +21,9 @@ public:
     }
     [[nodiscard]] bool isMainThread() const override { return onMain_; }
     [[nodiscard]] std::unique_ptr<Timer> every(Interval interval, Work tick) override {
-        auto alive = std::make_shared<bool>(true);
-        rearm(interval, std::move(tick), alive);
-        return std::make_unique<FakeTimer>(std::move(alive));
+        auto timer = std::make_unique<FakeTimer>(std::make_shared<Work>(std::move(tick)));
+        rearm(interval, timer->tick);
+        return timer;
     }
     [[nodiscard]] TimePoint now() const override { return now_; }
 
@@ -42,35 +42,26 @@ public:
         }
         now_ = until;
     }
-    [[nodiscard]] bool hasWork() const { return !due_.empty(); }
 
 private:
     struct Entry {
         bool onMain = true;
         Work work{};
     };
-    class FakeTimer final : public Timer {
-    public:
-        explicit FakeTimer(std::shared_ptr<bool> alive) : alive_(std::move(alive)) {}
-        ~FakeTimer() override { *alive_ = false; }
-        FakeTimer(const FakeTimer&) = delete;
-        FakeTimer& operator=(const FakeTimer&) = delete;
-        FakeTimer(FakeTimer&&) = delete;
-        FakeTimer& operator=(FakeTimer&&) = delete;
-
-    private:
-        std::shared_ptr<bool> alive_;
+    struct FakeTimer final : Timer {
+        explicit FakeTimer(std::shared_ptr<Work> work) : tick(std::move(work)) {}
+        std::shared_ptr<Work> tick;
     };
 
     void submit(Interval delay, bool onMain, Work work) {
         due_.emplace(now_ + delay, Entry{.onMain = onMain, .work = std::move(work)});
     }
-    void rearm(Interval interval, Work tick, std::shared_ptr<bool> alive) {
-        submit(interval, true, [this, interval, tick = std::move(tick), alive = std::move(alive)] {
-            if (!*alive) return;
-            const auto keep = tick;
-            rearm(interval, keep, alive);
-            keep();
+    void rearm(Interval interval, std::weak_ptr<Work> tick) {
+        submit(interval, true, [this, interval, tick = std::move(tick)] {
+            const auto kept = tick.lock();
+            if (!kept) return;
+            rearm(interval, tick);
+            (*kept)();
         });
     }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,11 @@ public:
         return state == ConversionJobState::Converting ? converting : failed;
     }
     void pauseContinueClicked() override { say("pauseContinueClicked"); }
+    void outputBegun(const std::filesystem::path& output,
+                     const std::filesystem::path& /*progressFile*/) override {
+        unfinished.insert(output);
+    }
+    void outputSettled(const std::filesystem::path& output) override { unfinished.erase(output); }
     void conversionEnded() override { say("conversionEnded"); }
     [[nodiscard]] ConversionSettings conversionSettings() const override { return settings; }
     void terminate() override { say("terminate"); }
@@ -24,6 +31,7 @@ public:
     ConversionSettings settings{};
     int converting = 0;  ///< how many jobs convert
     int failed = 0;      ///< how many jobs have failed
+    std::set<std::filesystem::path> unfinished;
     std::vector<std::string> told;
     std::function<void(const std::string&)> onTold;  ///< called for each, to look or to act
 

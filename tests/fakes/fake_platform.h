@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -29,7 +30,7 @@
 
 namespace reelvane {
 
-class FakePreferencesStore final : public PreferencesStore {
+class FakePreferencesStore : public PreferencesStore {
 public:
     [[nodiscard]] std::optional<std::string> value(std::string_view key) const override {
         const auto found = values.find(key);
@@ -39,10 +40,9 @@ public:
         change(values);
         return true;
     }
-    void synchronize() override { ++synchronized; }
+    void synchronize() override {}
 
     PreferenceValues values;
-    int synchronized = 0;
 };
 
 class FakeAlerts final : public Alerts {
@@ -117,25 +117,26 @@ public:
                       .accountHome = root} {}
     [[nodiscard]] std::string machineModel() const override { return "Model 1"; }
     [[nodiscard]] std::string operatingSystemVersion() const override { return "System 12"; }
-    [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return languages; }
+    [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return {"en"}; }
     [[nodiscard]] std::string loginName() const override { return "ada"; }
     [[nodiscard]] std::vector<std::string> administrators() const override { return admins; }
     [[nodiscard]] UserFolders folders() const override { return userFolders; }
+    [[nodiscard]] std::optional<std::string> processStartTime(int processID) const override {
+        const auto found = processes.find(processID);
+        return found == processes.end() ? std::nullopt : std::optional(found->second);
+    }
 
     UserFolders userFolders;
-    std::vector<std::string> languages{"en"};
     std::vector<std::string> admins;
+    std::map<int, std::string> processes{{::getpid(), "now"}};  ///< start time by number
 };
 
 class FakePanels final : public Panels {
 public:
-    void open(const OpenPanelRequest& request,
+    void open(const OpenPanelRequest& /*request*/,
               std::function<void(std::vector<std::filesystem::path>)> answer) override {
-        opened.push_back(request);
-        auto chosen = openAnswers.empty() ? std::vector<std::filesystem::path>{}
-                                          : std::exchange(openAnswers.front(), {});
+        answer(openAnswers.empty() ? std::vector<std::filesystem::path>{} : openAnswers.front());
         if (!openAnswers.empty()) openAnswers.pop_front();
-        answer(std::move(chosen));
     }
     void save(const SavePanelRequest& request,
               std::function<void(std::optional<std::filesystem::path>)> answer) override {
@@ -145,7 +146,6 @@ public:
 
     std::deque<std::vector<std::filesystem::path>> openAnswers;  ///< when empty: cancelled
     std::optional<std::filesystem::path> saveAnswer;             ///< when absent: cancelled
-    std::vector<OpenPanelRequest> opened;
     std::vector<SavePanelRequest> saved;
 };
 
@@ -167,10 +167,9 @@ public:
 class FakeNotifications final : public Notifications {
 public:
     void deliver(const Notification& notification) override { delivered.push_back(notification); }
-    void setActivation(Activation activation) override { activated = std::move(activation); }
+    void setActivation(Activation /*activation*/) override {}
 
     std::vector<Notification> delivered;
-    Activation activated;
 };
 
 class FakeFolderAccess final : public FolderAccess {
@@ -221,9 +220,10 @@ public:
 };
 
 /// Every fake, and a Vantor on top of them, in a temporary folder of its own.
-struct FakePlatform {
+template <typename DispatcherType>
+struct PlatformWith {
     TemporaryFolder folder;
-    FakeDispatcher dispatcher;
+    DispatcherType dispatcher;
     FakeProcessLauncher processLauncher;
     FakePreferencesStore store;
     FakeAlerts alerts;
@@ -238,20 +238,10 @@ struct FakePlatform {
     FakeBundleWatch bundleWatch;
     FakeTranslations translations;
     Preferences preferences{store};
-    Vantor vantor{{.alerts = alerts,
-                   .bundleWatch = bundleWatch,
-                   .dispatcher = dispatcher,
-                   .folderAccess = folderAccess,
-                   .host = host,
-                   .mainBundle = mainBundle,
-                   .notifications = notifications,
-                   .panels = panels,
-                   .powerAssertions = powerAssertions,
-                   .processLauncher = processLauncher,
-                   .systemLog = systemLog,
-                   .translations = translations,
-                   .workspace = workspace},
+    Vantor vantor{{alerts, bundleWatch, dispatcher, folderAccess, host, mainBundle, notifications,
+                   panels, powerAssertions, processLauncher, systemLog, translations, workspace},
                   preferences};
 };
+using FakePlatform = PlatformWith<FakeDispatcher>;
 
 }  // namespace reelvane

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "support/ports/dispatcher.h"
-#include "support/vantor.h"
 
 namespace reelvane {
 
@@ -17,15 +16,6 @@ namespace reelvane {
 /// thread that made it as the main one. Delays count as over at once; there are no timers.
 class ThreadedDispatcher final : public Dispatcher {
 public:
-    ThreadedDispatcher() = default;
-    ~ThreadedDispatcher() override {
-        for (auto& thread : threads_) thread.join();
-    }
-    ThreadedDispatcher(const ThreadedDispatcher&) = delete;
-    ThreadedDispatcher& operator=(const ThreadedDispatcher&) = delete;
-    ThreadedDispatcher(ThreadedDispatcher&&) = delete;
-    ThreadedDispatcher& operator=(ThreadedDispatcher&&) = delete;
-
     void asyncMain(Work work) override {
         const std::lock_guard lock(mutex_);
         main_.push_back(std::move(work));
@@ -73,25 +63,8 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<Work> main_;
-    std::vector<std::thread> threads_;
     bool stopped_ = false;
+    std::vector<std::jthread> threads_;  // last: joined while all that their work uses still stands
 };
-
-/// The same ports with another dispatcher.
-inline Ports withDispatcher(const Ports& ports, Dispatcher& dispatcher) {
-    return {.alerts = ports.alerts,
-            .bundleWatch = ports.bundleWatch,
-            .dispatcher = dispatcher,
-            .folderAccess = ports.folderAccess,
-            .host = ports.host,
-            .mainBundle = ports.mainBundle,
-            .notifications = ports.notifications,
-            .panels = ports.panels,
-            .powerAssertions = ports.powerAssertions,
-            .processLauncher = ports.processLauncher,
-            .systemLog = ports.systemLog,
-            .translations = ports.translations,
-            .workspace = ports.workspace};
-}
 
 }  // namespace reelvane

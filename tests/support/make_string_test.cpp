@@ -1,6 +1,5 @@
 #include "support/make_string.h"
 
-#include <clocale>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -9,13 +8,10 @@
 namespace reelvane {
 namespace {
 
-TEST(MakeString, TakesAnyArgumentInItsPlainForm) {
+TEST(MakeString, KnowsConversionsFlagsWidthsAndPrecisions) {
     EXPECT_EQ(makeString("%@ %@ %@ %@ %@", "a", 3, 1.5, 2.0, std::filesystem::path("/b c")),
               "a 3 1.5 2 /b c");
     EXPECT_EQ(makeString("%@|%i", std::string_view("x"), true), "x|1");
-}
-
-TEST(MakeString, KnowsFlagsWidthsAndPrecisions) {
     EXPECT_EQ(makeString("%5i|%-5i|%05i|%+i|% i|%.3i", 42, 42, -42, 42, 42, 7),
               "   42|42   |-0042|+42| 42|007");
     EXPECT_EQ(makeString("%f|%.1f|%8.2f|%.0f", 1.5, 0.25, -3.14159, 2.5),
@@ -37,12 +33,11 @@ TEST(MakeString, SurvivesFormatsAndArgumentsThatDoNotMatch) {
 }
 
 TEST(FormattedTime, SaysMinutesOnlyWhenThereAreAny) {
-    EXPECT_EQ(formattedTimeFromTimeInterval(59.9), "59s");
-    EXPECT_EQ(formattedTimeFromTimeInterval(60), "1m 0s");
-    EXPECT_EQ(formattedTimeFromTimeInterval(125.4), "2m 5s");
-    EXPECT_EQ(formattedTimeFromTimeInterval(7325), "122m 5s");
-    EXPECT_EQ(formattedTimeFromTimeInterval(-0.5), "0s");
-    EXPECT_EQ(formattedTimeFromTimeInterval(std::numeric_limits<double>::infinity()), "?");
+    constexpr auto kNever = std::numeric_limits<double>::infinity();
+    for (const auto& [seconds, text] :
+         {std::pair(59.9, "59s"), {60, "1m 0s"}, {7325, "122m 5s"}, {-0.5, "0s"}, {kNever, "?"}}) {
+        EXPECT_EQ(formattedTimeFromTimeInterval(seconds), text);
+    }
 }
 
 }  // namespace

@@ -3,9 +3,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/stat.h>
 
-#include "support/strings.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace Fennimar {
@@ -16,46 +14,40 @@ using reelvane::TemporaryFolder;
 
 TEST(UniqueFile, CountsFromZeroUntilANameIsFree) {
     const TemporaryFolder folder;
-    const auto movie = folder.path() / "b.mkv";
-    EXPECT_EQ(uniqueFile(movie), movie);
+    const auto unique = [&](const char* name, const char* promised = "") {
+        return uniqueFile(folder.path() / name,
+                          [=](const auto& path) { return path.stem() == promised; })
+            .filename();
+    };
+    EXPECT_EQ(unique("b.mkv"), "b.mkv");
     folder.write("b.mkv");
-    EXPECT_EQ(uniqueFile(movie), folder.path() / "b-0.mkv");
+    EXPECT_EQ(unique("b.mkv"), "b-0.mkv");
     fs::create_symlink("/nowhere", folder.path() / "b-0.mkv");  // a dead link is taken
-    EXPECT_EQ(uniqueFile(movie), folder.path() / "b-1.mkv");
-    EXPECT_EQ(uniqueFile(movie, [](const fs::path& path) { return path.stem() == "b-1"; }),
-              folder.path() / "b-2.mkv");
-    EXPECT_EQ(
-        uniqueFile(folder.path() / "new", [](const auto& path) { return path.filename() == "new"; })
-            .filename(),
-        "new-0.");
+    EXPECT_EQ(unique("b.mkv"), "b-1.mkv");
+    EXPECT_EQ(unique("b.mkv", "b-1"), "b-2.mkv");
+    EXPECT_EQ(unique("new", "new"), "new-0.");
     folder.write(".hidden");
-    EXPECT_EQ(uniqueFile(folder.path() / ".hidden").filename(), ".hidden-0.");
-}
-
-TEST(UniqueFile, KeepsNamesWithinWhatFileSystemsTake) {
-    const TemporaryFolder folder;
+    EXPECT_EQ(unique(".hidden"), ".hidden-0.");
     std::string stem;
-    for (int i = 0; i < 90; ++i) stem += "€";  // 270 bytes
-    const auto first = uniqueFile(folder.path() / (stem + ".mp4"));
-    EXPECT_EQ(first.filename().native(), stem.substr(0, 249) + ".mp4");
-    folder.write(first.filename().native());
-    const auto second = uniqueFile(folder.path() / (stem + ".mp4"));
-    EXPECT_EQ(second.filename().native(), stem.substr(0, 249) + "-0.mp4");
+    for (int i = 0; i < 90; ++i) stem += "€";  // 270 bytes; file systems take 255
+    const auto cut = stem.substr(0, 249);
+    EXPECT_EQ(unique((stem + ".mp4").c_str()), cut + ".mp4");
+    folder.write(cut + ".mp4");
+    EXPECT_EQ(unique((stem + ".mp4").c_str()), cut + "-0.mp4");
 }
 
 TEST(NameCut, FallsOnACharacterAndKeepsTheExtension) {
-    struct Case {
-        std::string name;
-        std::size_t maximum;
-        std::size_t reserved;
-        std::string cut;
-    };
     for (const auto& [name, maximum, reserved, cut] :
-         {Case{"short.mp4", 255, 2, "short.mp4"}, Case{"abcdef.mp4", 8, 0, "abcd.mp4"},
-          Case{"abcdef.mp4", 8, 2, "ab.mp4"}, Case{"aé€.mp4", 9, 0, "aé.mp4"},
-          Case{"aéx.mp4", 6, 0, "a.mp4"}, Case{"a.longextension", 6, 0, "a.long"},
-          Case{"\xFF\xFE\xFD.ts", 5, 0, "\xFF\xFE.ts"}}) {
-        EXPECT_EQ(withNameCut("/d/" + name, maximum, reserved).native(), "/d/" + cut) << name;
+         {std::tuple("short.mp4", 255U, 2U, "short.mp4"),
+          {"abcdef.mp4", 8, 0, "abcd.mp4"},
+          {"abcdef.mp4", 8, 2, "ab.mp4"},
+          {"aé€.mp4", 9, 0, "aé.mp4"},
+          {"aéx.mp4", 6, 0, "a.mp4"},
+          {"a.longextension", 6, 0, "a.long"},
+          {"\xFF\xFE\xFD.ts", 5, 0, "\xFF\xFE.ts"}}) {
+        EXPECT_EQ(withNameCut(fs::path("/d") / name, maximum, reserved).native(),
+                  std::string("/d/") + cut)
+            << name;
     }
 }
 
@@ -79,18 +71,15 @@ TEST(FileTests, TellLinksFromFilesAndNothing) {
     const auto dead = folder.path() / "dead";
     fs::create_symlink(file, link);
     fs::create_symlink("/nowhere", dead);
-    EXPECT_TRUE(fileExists(link));
-    EXPECT_FALSE(fileExists(dead));
-    EXPECT_TRUE(fileIsAlias(dead));
-    EXPECT_FALSE(fileIsAlias(file));
+    EXPECT_TRUE(fileExists(link) && !fileExists(dead));
+    EXPECT_TRUE(fileIsAlias(dead) && !fileIsAlias(file));
     EXPECT_EQ(fileSize(folder.path() / "missing"), 0U);
     EXPECT_EQ(readInt(file), 1U);
     EXPECT_EQ(readInt(folder.write("three", "abc")), std::nullopt);
     EXPECT_EQ(readInt(folder.path()), std::nullopt);
     removeFile(dead);
     removeFile(folder.path());  // a folder stays
-    EXPECT_FALSE(fileIsAlias(dead));
-    EXPECT_TRUE(fileExists(folder.path()));
+    EXPECT_TRUE(fileExists(folder.path()) && !fileIsAlias(dead));
 }
 
 }  // namespace

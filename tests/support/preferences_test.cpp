@@ -16,28 +16,26 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-const std::vector<std::string>& awkwardTexts() {
-    static const std::vector<std::string> texts{"",
-                                                " ",
-                                                "  two  ",
-                                                "a;b",
-                                                "k=v",
-                                                "line\nbreak\r\n\t",
-                                                "()",
-                                                "(a;)",
-                                                "{}",
-                                                "{k=v;}",
-                                                "back\\slash\\",
-                                                "\\n",
-                                                "\\x41",
-                                                "é€😀 #[x]",
-                                                "\xFF\xFE/\xC3",
-                                                std::string("\0\x01\x7F", 3)};
-    return texts;
-}
-
-TEST(PreferenceText, BringsEveryTextBackByteForByte) {
-    for (const auto& text : awkwardTexts()) {
+TEST(PreferenceText, BringsEveryTextListAndDictionaryBackByteForByte) {
+    using Texts = std::vector<std::string>;
+    const Texts awkward{"",
+                        " ",
+                        "  two  ",
+                        "a;b",
+                        "k=v",
+                        "line\nbreak\r\n\t",
+                        "()",
+                        "(a;)",
+                        "{}",
+                        "{k=v;}",
+                        "back\\slash\\",
+                        "\\n",
+                        "\\x41",
+                        "é€😀 #[x]",
+                        "\xFF\xFE/\xC3",
+                        std::string("\0\x01\x7F", 3)};
+    PreferenceDictionary dictionary;
+    for (const auto& text : awkward) {
         const auto stored = preferenceText(text);
         EXPECT_EQ(stringFromPreferenceText(stored), text) << stored;
         EXPECT_EQ(listFromPreferenceText(stored), std::nullopt) << stored;
@@ -45,30 +43,22 @@ TEST(PreferenceText, BringsEveryTextBackByteForByte) {
         EXPECT_TRUE(Fennimar::isValidUtf8(stored)) << stored;
         EXPECT_EQ(Fennimar::trimmedOfWhitespaceAndNewlines(stored), stored);
         EXPECT_EQ(Fennimar::lines(stored).size(), 1U) << stored;
-    }
-}
-
-TEST(PreferenceText, BringsEveryListAndDictionaryBack) {
-    PreferenceDictionary dictionary;
-    for (const auto& text : awkwardTexts()) {
-        const std::vector<std::string> single{text};
-        EXPECT_EQ(listFromPreferenceText(preferenceText(single)), single);
+        EXPECT_EQ(listFromPreferenceText(preferenceText(Texts{text})), Texts{text});
         dictionary[text] = text + "=";
     }
-    EXPECT_EQ(listFromPreferenceText(preferenceText(awkwardTexts())), awkwardTexts());
-    EXPECT_EQ(dictionaryFromPreferenceText(preferenceText(dictionary)), dictionary);
-    const auto nothing = std::vector<std::string>{};
-    EXPECT_EQ(listFromPreferenceText(preferenceText(nothing)), nothing);
-    EXPECT_EQ(dictionaryFromPreferenceText(preferenceText(PreferenceDictionary{})),
-              PreferenceDictionary{});
-    EXPECT_EQ(stringFromPreferenceText(preferenceText(awkwardTexts())), std::nullopt);
+    for (const auto& list : {awkward, Texts{}}) {
+        EXPECT_EQ(listFromPreferenceText(preferenceText(list)), list);
+        EXPECT_EQ(stringFromPreferenceText(preferenceText(list)), std::nullopt);
+    }
+    for (const auto& each : {dictionary, PreferenceDictionary{}}) {
+        EXPECT_EQ(dictionaryFromPreferenceText(preferenceText(each)), each);
+    }
 }
 
 TEST(PreferenceText, IsWhatAPersonWouldType) {
     EXPECT_EQ(preferenceText(std::vector<std::string>{"/Films", "a;b"}), "(/Films;a\\;b;)");
     EXPECT_EQ(preferenceText(PreferenceDictionary{{"k", "v"}}), "{k=v;}");
-    EXPECT_EQ(preferenceText("date: x = (y); z"), "date: x = (y); z");
-    EXPECT_EQ(preferenceText(1.1F), "1.1");
+    EXPECT_EQ(preferenceText("date: x = (y); z") + preferenceText(1.1F), "date: x = (y); z1.1");
     EXPECT_THAT(*listFromPreferenceText("(a;b)"), ElementsAre("a", "b"));
     EXPECT_THAT(*dictionaryFromPreferenceText("{a;b=1}"),
                 ElementsAre(Pair("a", ""), Pair("b", "1")));
@@ -76,51 +66,42 @@ TEST(PreferenceText, IsWhatAPersonWouldType) {
     EXPECT_EQ(stringFromPreferenceText("\\x4"), "\\x4");
 }
 
-struct Fixture {
+struct PreferencesTest : testing::Test {
+    [[nodiscard]] int number() const { return preferences.defaultInt("K"); }
+
     FakePreferencesStore store;
     Preferences preferences{store};
 };
 
-TEST(Preferences, AnswerThisRunThenTheStoreThenTheDefault) {
-    Fixture f;
-    EXPECT_EQ(f.preferences.defaultInt("K"), 0);
-    EXPECT_EQ(f.preferences.defaultObject("K"), std::nullopt);
-    f.preferences.registerDefaults({{"K", "1"}});
-    EXPECT_EQ(f.preferences.defaultInt("K"), 1);
-    f.preferences.setDefaultInt("K", 2);
-    EXPECT_EQ(f.preferences.defaultInt("K"), 2);
-    f.preferences.setForThisRun("K", "3");
-    EXPECT_EQ(f.preferences.defaultInt("K"), 3);
-    EXPECT_THAT(f.store.values, ElementsAre(Pair("K", "2")));
+TEST_F(PreferencesTest, AnswerThisRunThenTheStoreThenTheDefault) {
+    EXPECT_EQ(number(), 0);
+    EXPECT_EQ(preferences.defaultObject("K"), std::nullopt);
+    preferences.registerDefaults({{"K", "1"}});
+    EXPECT_EQ(number(), 1);
+    preferences.setDefaultInt("K", 2);
+    EXPECT_EQ(number(), 2);
+    preferences.setForThisRun("K", "3");
+    EXPECT_EQ(number(), 3);
+    preferences.setDefaultInt("K", 7);
+    preferences.addToInt("K", 3);
+    EXPECT_EQ(number(), 10);
+    preferences.setTogether({{"K", "8"}, {"L", "9"}});
+    EXPECT_EQ(number(), 8);
+    preferences.setDefaultObject("K", std::nullopt);
+    EXPECT_EQ(number(), 1);
+    EXPECT_THAT(store.values, ElementsAre(Pair("K", "2"), Pair("L", "9")));
 }
 
-TEST(Preferences, NeverStoreWhatIsSetForThisRun) {
-    Fixture f;
-    f.preferences.registerDefaults({{"K", "5"}});
-    f.preferences.setForThisRun("K", "1");
-    f.preferences.setDefaultInt("K", 7);
-    f.preferences.addToInt("K", 3);
-    EXPECT_EQ(f.preferences.defaultInt("K"), 10);
-    f.preferences.setTogether({{"K", "8"}, {"L", "9"}});
-    EXPECT_EQ(f.preferences.defaultInt("K"), 8);
-    f.preferences.setDefaultObject("K", std::nullopt);
-    EXPECT_EQ(f.preferences.defaultInt("K"), 5);
-    f.preferences.setDefaultInt("K", 6);
-    EXPECT_EQ(f.preferences.defaultInt("K"), 6);
-    EXPECT_THAT(f.store.values, ElementsAre(Pair("L", "9")));
-}
-
-TEST(Preferences, CountOnTopOfWhatIsStoredAtThatMoment) {
-    Fixture f;
-    f.preferences.registerDefaults({{"K", "10"}});
-    f.preferences.addToInt("K", 1);
-    EXPECT_EQ(f.store.values["K"], "11");
-    f.store.values["K"] = "20";  // another process
-    f.preferences.addToInt("K", -1);
-    EXPECT_EQ(f.store.values["K"], "19");
-    f.preferences.setDefaultInt("K", std::numeric_limits<int>::max());
-    f.preferences.addToInt("K", 1);
-    EXPECT_EQ(f.preferences.defaultInt("K"), std::numeric_limits<int>::max());
+TEST_F(PreferencesTest, CountOnTopOfWhatIsStoredAtThatMoment) {
+    preferences.registerDefaults({{"K", "10"}});
+    preferences.addToInt("K", 1);
+    EXPECT_EQ(store.values["K"], "11");
+    store.values["K"] = "20";  // another process
+    preferences.addToInt("K", -1);
+    EXPECT_EQ(store.values["K"], "19");
+    preferences.setDefaultInt("K", std::numeric_limits<int>::max());
+    preferences.addToInt("K", 1);
+    EXPECT_EQ(number(), std::numeric_limits<int>::max());
 }
 
 }  // namespace
