@@ -85,9 +85,11 @@ void describe(CLI::App& program, Raw& raw) {
     program.set_version_flag("--version", std::string());
     program.add_option("--set", raw.overrides)->allow_extra_args(false);
 
-    auto* const inspect = command(program, "inspect");
-    inspect->add_flag("--json", raw.json);
-    addFiles(*inspect, raw.files, kManyFiles);
+    for (const char* const name : {"inspect", "verify"}) {
+        auto* const reading = command(program, name);
+        reading->add_flag("--json", raw.json);
+        addFiles(*reading, raw.files, kManyFiles);
+    }
 
     auto* const print = command(program, "command");
     addConversionOptions(*print, raw);
@@ -274,6 +276,8 @@ Request request(const std::vector<CLI::App*>& path, Raw& raw) {
     const auto& app = *path.back();
     if (name == "inspect") {
         result.action = InspectRequest{.files = std::move(raw.files), .json = raw.json};
+    } else if (name == "verify") {
+        result.action = VerifyRequest{.files = std::move(raw.files), .json = raw.json};
     } else if (name == "command") {
         result.action = CommandRequest{.file = std::move(raw.files.front()),
                                        .options = conversionOptions(app, raw),

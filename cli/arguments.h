@@ -27,6 +27,11 @@ struct InspectRequest {
     bool json = false;
 };
 
+struct VerifyRequest {
+    std::vector<std::string> files{};
+    bool json = false;
+};
+
 struct CommandRequest {
     std::string file{};
     ConversionOptions options{};
@@ -58,7 +63,7 @@ struct DestinationsRequest {
 
 /// What the user asked for, checked as far as that needs no look at the disk.
 struct Request {
-    std::variant<InspectRequest, CommandRequest, ConvertRequest, PreferencesRequest,
+    std::variant<InspectRequest, VerifyRequest, CommandRequest, ConvertRequest, PreferencesRequest,
                  DestinationsRequest>
         action{};
     std::vector<PreferenceOverride> overrides{};

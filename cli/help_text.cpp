@@ -15,6 +15,7 @@ Usage: reelvane-cli [--set KEY=VALUE]... COMMAND [OPTIONS] [ARGUMENTS]
 Commands:
   convert FILE...      Convert movies; subtitle files given with them are paired by name.
   inspect FILE...      Show what a movie holds and whether it can be converted.
+  verify FILE...       Check that MP4 files are whole, and show their tracks.
   command FILE         Print the arguments that convert would call ffmpeg with.
   preferences          List, read, change and reset preferences and saved destinations.
 
@@ -98,6 +99,24 @@ Examples:
   reelvane-cli inspect --json *.mkv | jq -r 'select(.accepted) | .file'
 )";
 
+constexpr std::string_view kVerifyHelp =
+    R"(Reads the index of each MP4, M4V or MOV file, in the order given, and says whether the file is
+whole: nothing is cut off, and all that the index describes is there. That takes some
+milliseconds whatever the size, writes nothing and needs no ffmpeg. The picture and the sound
+themselves are not decoded.
+
+Usage: reelvane-cli verify [OPTIONS] FILE...
+
+Options:
+  --json               Print one JSON object per file and line.
+%@
+Exit status 1: some file is broken.
+
+Examples:
+  reelvane-cli verify ~/Movies/*.m4v
+  reelvane-cli verify --json *.mp4 | jq -r 'select(.whole | not) | .file'
+)";
+
 constexpr std::string_view kCommandHelp =
     R"(Prints the arguments that convert would call ffmpeg with, quoted for a shell, on one line.
 Nothing is converted and nothing is written. The short trial run by which convert finds out
@@ -144,6 +163,7 @@ std::string versionText() {
 std::string helpText(std::string_view command) {
     if (command == "convert") return makeString(kConvertHelp, kConversionOptions, kSetOption);
     if (command == "inspect") return makeString(kInspectHelp, kSetOption);
+    if (command == "verify") return makeString(kVerifyHelp, kSetOption);
     if (command == "command") return makeString(kCommandHelp, kConversionOptions, kSetOption);
     if (command.starts_with("preferences")) return makeString(kPreferencesHelp, kSetOption);
     return std::string(kProgramHelp);

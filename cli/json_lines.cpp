@@ -1,5 +1,6 @@
 #include "cli/json_lines.h"
 
+#include <array>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -19,6 +20,12 @@ Json orNull(const std::optional<T>& value) {
 
 Json orNull(const std::string& text) {
     return text.empty() ? Json(nullptr) : Json(text);
+}
+
+/// More digits say nothing.
+double toThousandths(double seconds) {
+    constexpr double kSteps = 1000;
+    return std::round(seconds * kSteps) / kSteps;
 }
 
 Json alertList(std::span<const VettingAlert> alerts) {
@@ -69,6 +76,29 @@ std::string refusedLine(std::string_view file, std::span<const VettingAlert> ale
     return line({{"file", file}, {"accepted", false}, {"alerts", alertList(alerts)}});
 }
 
+std::string verifiedLine(std::string_view file, const Mp4Reading& reading, std::uint64_t bytes) {
+    static constexpr auto kKinds =
+        std::to_array<std::string_view>({"video", "audio", "text", "other"});
+    if (!reading.movie) {
+        return line({{"file", file}, {"whole", false}, {"problem", reading.problem}});
+    }
+    auto tracks = Json::array();
+    for (const auto& track : reading.movie->tracks) {
+        tracks.push_back({{"id", track.trackID},
+                          {"kind", kKinds.at(static_cast<std::size_t>(track.kind))},
+                          {"codec", track.codec},
+                          {"language", track.language},
+                          {"seconds", toThousandths(track.seconds)},
+                          {"enabled", track.enabled},
+                          {"group", track.alternateGroup}});
+    }
+    return line({{"file", file},
+                 {"whole", true},
+                 {"seconds", toThousandths(reading.movie->seconds)},
+                 {"bytes", bytes},
+                 {"tracks", tracks}});
+}
+
 std::string argumentsLine(std::span<const std::string> arguments) {
     return line(Json(std::vector<std::string>(arguments.begin(), arguments.end())));
 }
@@ -97,10 +127,9 @@ std::string progressEvent(const EventSubject& subject, double percent,
 }
 
 std::string finishedEvent(const EventSubject& subject, double seconds, std::uint64_t bytes) {
-    constexpr double kSteps = 1000;
     auto json = event("finished", subject);
     json["output"] = subject.output.native();
-    json["seconds"] = std::round(seconds * kSteps) / kSteps;
+    json["seconds"] = toThousandths(seconds);
     json["bytes"] = bytes;
     return line(json);
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "conversion/mp4_movie.h"
 #include "media/mkv_file_info.h"
 #include "media/vetting.h"
 
@@ -25,6 +26,10 @@ struct InspectionFacts {
 };
 [[nodiscard]] std::string acceptedLine(const InspectionFacts& facts);
 [[nodiscard]] std::string refusedLine(std::string_view file, std::span<const VettingAlert> alerts);
+
+/// What `verify` read of a file of so many bytes.
+[[nodiscard]] std::string verifiedLine(std::string_view file, const Mp4Reading& reading,
+                                       std::uint64_t bytes);
 
 [[nodiscard]] std::string argumentsLine(std::span<const std::string> arguments);
 

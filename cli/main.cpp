@@ -141,6 +141,7 @@ int run(Base& base, const Request& request) {
     struct Runner {
         const CommandContext& context;
         int operator()(const InspectRequest& inspect) const { return runInspect(context, inspect); }
+        int operator()(const VerifyRequest& verify) const { return runVerify(context, verify); }
         int operator()(const CommandRequest& command) const { return runCommand(context, command); }
         int operator()(const ConvertRequest& /*handled before*/) const { return kExitFailure; }
         int operator()(const PreferencesRequest& preferences) const {
