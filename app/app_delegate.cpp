@@ -18,6 +18,7 @@ namespace reelvane {
 AppDelegate::AppDelegate(Vantor& vantor, RunChoices choices)
     : vantor_(vantor),
       choices_(std::move(choices)),
+      unfinished_(vantor),
       retired_(vantor),
       control_(vantor, queue_, names_),
       destinations_(vantor),
@@ -28,6 +29,7 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationWillFinishLaunching() {
     auto& preferences = vantor_.preferences();
+    unfinished_.cleanUp();
     lifecycle_.readIdentity();
     lifecycle_.increaseUsages(false, false);
     lifecycle_.startMoveObservation([this] { terminate(); });
@@ -173,6 +175,15 @@ int AppDelegate::jobCountWithState(ConversionJobState state) const {
 
 void AppDelegate::pauseContinueClicked() {
     control_.jobWentOn();
+}
+
+void AppDelegate::outputBegun(const std::filesystem::path& output,
+                              const std::filesystem::path& progressFile) {
+    unfinished_.begin(output, progressFile);
+}
+
+void AppDelegate::outputSettled(const std::filesystem::path& output) {
+    unfinished_.settle(output);
 }
 
 void AppDelegate::conversionEnded() {

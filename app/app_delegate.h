@@ -16,6 +16,7 @@
 #include "app/queue_control.h"
 #include "app/retired_jobs.h"
 #include "app/run_choices.h"
+#include "app/unfinished_outputs.h"
 #include "conversion/conversion_job.h"
 #include "support/observable.h"
 
@@ -88,6 +89,9 @@ public:
     void startNextJobInQueue() override;
     [[nodiscard]] int jobCountWithState(ConversionJobState state) const override;
     void pauseContinueClicked() override;
+    void outputBegun(const std::filesystem::path& output,
+                     const std::filesystem::path& progressFile) override;
+    void outputSettled(const std::filesystem::path& output) override;
     void conversionEnded() override;
     [[nodiscard]] ConversionSettings conversionSettings() const override;
     void terminate() override;
@@ -103,6 +107,7 @@ private:
     RunChoices choices_;
     JobQueue queue_;
     OutputNames names_;
+    UnfinishedOutputs unfinished_;
     RetiredJobs retired_;
     QueueControl control_;
     Destinations destinations_;

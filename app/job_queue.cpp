@@ -10,7 +10,9 @@ ConversionJob& JobQueue::insertJob(std::unique_ptr<ConversionJob> job, InsertAt 
     willChange_.notify();
     taskArray_.insert(where == InsertAt::Top ? taskArray_.begin() : taskArray_.end(),
                       std::move(job));
+    watch(inserted);
     didChange_.notify();
+    membership_.notify(inserted, Membership::Begins);
     return inserted;
 }
 
@@ -28,13 +30,34 @@ std::unique_ptr<ConversionJob> JobQueue::takeJob(const ConversionJob& job) {
     willChange_.notify();
     auto taken = std::move(*found);
     taskArray_.erase(found);
+    --countOf(watches_.at(taken.get()).state);
+    watches_.erase(taken.get());
     didChange_.notify();
+    membership_.notify(*taken, Membership::Ends);
     return taken;
 }
 
+void JobQueue::watch(ConversionJob& job) {
+    ++countOf(job.state());
+    // The first to watch the job, so the counts are right for everybody else who does.
+    watches_[&job] = {.state = job.state(),
+                      .subscription = job.observe([this, &job] { count(job); })};
+}
+
+void JobQueue::count(const ConversionJob& job) {
+    auto& counted = watches_.at(&job).state;
+    if (counted == job.state()) return;
+    --countOf(counted);
+    counted = job.state();
+    ++countOf(counted);
+}
+
+int& JobQueue::countOf(ConversionJobState state) {
+    return counts_.at(static_cast<std::size_t>(state));
+}
+
 int JobQueue::jobCountWithState(ConversionJobState state) const {
-    return static_cast<int>(
-        std::ranges::count(taskArray_, state, [](const auto& job) { return job->state(); }));
+    return counts_.at(static_cast<std::size_t>(state));
 }
 
 std::vector<ConversionJob*> JobQueue::jobsWithState(ConversionJobState state) const {
@@ -51,6 +74,10 @@ Subscription JobQueue::observeTaskArray(std::function<void()> willChange,
     auto both = std::make_shared<std::pair<Subscription, Subscription>>(
         willChange_.add(std::move(willChange)), didChange_.add(std::move(didChange)));
     return Subscription([both] { *both = {}; });
+}
+
+Subscription JobQueue::observeMembership(std::function<void(ConversionJob&, Membership)> changed) {
+    return membership_.add(std::move(changed));
 }
 
 }  // namespace reelvane

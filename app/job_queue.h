@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
+#include <functional>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "conversion/conversion_job.h"
@@ -21,17 +24,34 @@ public:
     /// The first paused or queued job in list order, or null.
     [[nodiscard]] ConversionJob* nextRunnableJob() const;
     [[nodiscard]] std::unique_ptr<ConversionJob> takeJob(const ConversionJob& job);
+    /// Costs the same whatever the length of the list.
     [[nodiscard]] int jobCountWithState(ConversionJobState state) const;
     [[nodiscard]] std::vector<ConversionJob*> jobsWithState(ConversionJobState state) const;
 
     /// Told before and after every change of the list's membership.
     [[nodiscard]] Subscription observeTaskArray(std::function<void()> willChange,
                                                 std::function<void()> didChange);
+    enum class Membership { Begins, Ends };
+    /// Told which job has come into the list or left it, after the list's observers.
+    [[nodiscard]] Subscription observeMembership(
+        std::function<void(ConversionJob&, Membership)> changed);
 
 private:
+    /// Keeps the counts in step with one job's state.
+    struct Watch {
+        ConversionJobState state = ConversionJobState::Queued;  ///< as it is counted
+        Subscription subscription{};
+    };
+    void watch(ConversionJob& job);
+    void count(const ConversionJob& job);
+    [[nodiscard]] int& countOf(ConversionJobState state);
+
     std::vector<std::unique_ptr<ConversionJob>> taskArray_;
+    std::unordered_map<const ConversionJob*, Watch> watches_;
+    std::array<int, kConversionJobStateWords.size()> counts_{};
     Observers<> willChange_;
     Observers<> didChange_;
+    Observers<ConversionJob&, Membership> membership_;
 };
 
 }  // namespace reelvane

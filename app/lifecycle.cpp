@@ -33,9 +33,12 @@ void Lifecycle::readIdentity() {
 }
 
 void Lifecycle::increaseUsages(bool increase, bool allowFeedbackNow) {
-    const auto text = makeString(
-        "You have now used [APPNAME] more than 20 times, successfully converting %li MKVs to MP4s.",
-        vantor_.preferences().defaultInt(kConvertedFileCountKey));
+    const auto text = [&preferences = vantor_.preferences()] {
+        return makeString(
+            "You have now used [APPNAME] more than 20 times, successfully converting %li MKVs to "
+            "MP4s.",
+            preferences.defaultInt(kConvertedFileCountKey));
+    };
     usages_.increaseUsages({.increase = increase ? 1 : 0,
                             .minimumUsagesForRating = kUsagesBeforeRating,
                             .usagesNamedInText = kUsagesBeforeFeedback,
@@ -97,6 +100,7 @@ void Lifecycle::applicationWillTerminate() {
     vantor_.preferences().synchronize();
     // A removal may start the next queued job; a later pass removes that one too.
     while (!queue_.taskArray().empty()) queue_.taskArray().front()->remove();
+    vantor_.preferences().writeChanges();  // what the removals were to change
 }
 
 }  // namespace reelvane

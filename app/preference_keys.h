@@ -40,6 +40,7 @@ inline constexpr std::string_view kIncludeSurroundTrackTranscodedKey =
 inline constexpr std::string_view kInsertJobsAtBottomKey = "InsertJobsAtBottom";
 inline constexpr std::string_view kProduceStreamableFilesKey = "ProduceStreamableFiles";
 inline constexpr std::string_view kQuitAfterConversionKey = "QuitAfterConversion";
+inline constexpr std::string_view kUnfinishedOutputKey = "UnfinishedOutput";
 inline constexpr std::string_view kWelcomeShownKey = "WelcomeShown";
 
 }  // namespace reelvane

@@ -152,6 +152,9 @@ constexpr auto kTable = std::to_array<PreferenceEntry>({
                          "1 treats HE-AAC audio as a codec of its own and converts it, 0 as AAC.")),
     unregistered(integer(kConvertedFileCountKey, "0", kNoMaximum,
                          "How many conversion runs have ended, failed ones included; any count.")),
+    unregistered(list(kUnfinishedOutputKey, PreferenceType::TextList,
+                      "The outputs that are being written; the next start deletes those that a "
+                      "crash left unfinished; kept by the program itself.")),
 });
 
 template <typename T>

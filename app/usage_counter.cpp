@@ -16,14 +16,15 @@ constexpr std::string_view kUsagesKey = "vantor_usages";
 void UsageCounter::increaseUsages(const Request& request) {
     auto& preferences = vantor_.preferences();
     minimumUsagesForRating_ = request.minimumUsagesForRating;
+    if (!usages_) usages_ = preferences.defaultInt(kUsagesKey);
     if (request.increase != 0) {
         preferences.addToInt(kUsagesKey, request.increase);
         preferences.addToInt(versionUsagesKey(vantor_.appVersionString()), request.increase);
     }
-    isRateable_.set(minimumUsagesForRating_ >= 1 &&
-                    preferences.defaultInt(kUsagesKey) > minimumUsagesForRating_);
+    *usages_ += request.increase;
+    isRateable_.set(minimumUsagesForRating_ >= 1 && *usages_ > minimumUsagesForRating_);
     if (!request.allowFeedbackNow || !request.forceFeedbackNow) return;
-    const auto counted = Fennimar::replaced(request.feedbackText, "[USAGES_ASKREVIEW]",
+    const auto counted = Fennimar::replaced(request.feedbackText(), "[USAGES_ASKREVIEW]",
                                             std::to_string(request.usagesNamedInText));
     prompts_.notify(Fennimar::replaced(counted, "[APPNAME]", vantor_.appName()));
 }

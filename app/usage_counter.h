@@ -1,8 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include "support/observable.h"
 
@@ -21,7 +21,8 @@ public:
         int increase = 0;
         int minimumUsagesForRating = 0;
         int usagesNamedInText = 0;
-        std::string_view feedbackText{};  ///< may hold [USAGES_ASKREVIEW] and [APPNAME]
+        /// The text may hold [USAGES_ASKREVIEW] and [APPNAME]; asked for only when it is shown.
+        std::function<std::string()> feedbackText{};
         bool allowFeedbackNow = false;
         bool forceFeedbackNow = false;
     };
@@ -35,6 +36,7 @@ public:
 private:
     Vantor& vantor_;
     int minimumUsagesForRating_ = 0;
+    std::optional<long long> usages_;  // read once: counting must not wait for the disk
     Observable<bool> isRateable_{false};
     Observers<const std::string&> prompts_;
 };

@@ -31,8 +31,15 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
       reporter_(reporter),
       ended_(std::move(ended)),
       begin_(vantor.ports().dispatcher.now()) {
-    subscriptions_.push_back(
-        controller.queue().observeTaskArray([] {}, [this] { queueChanged(); }));
+    subscriptions_.push_back(controller.queue().observeMembership(
+        [this](ConversionJob& job, JobQueue::Membership change) {
+            if (change == JobQueue::Membership::Begins) {
+                follow(job);
+            } else {
+                followed_.erase(&job);  // its address may come back as another one's
+            }
+            checkLater();
+        }));
     subscriptions_.push_back(controller.intake().observeRefusals(
         [this](const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
             ++read_;
@@ -87,19 +94,6 @@ void ConvertRun::showReading() {
     if (controller_.intake().isScanning().get() && !converts) {
         reporter_.reading(std::min(read_ + 1, movies_), movies_);
     }
-}
-
-void ConvertRun::queueChanged() {
-    const auto& jobs = controller_.queue().taskArray();
-    for (const auto& job : jobs) {
-        if (!followed_.contains(job.get())) follow(*job);
-    }
-    // The address of a job that is gone may come back as another one.
-    std::erase_if(followed_, [&](const auto& entry) {
-        return std::ranges::none_of(jobs,
-                                    [&](const auto& job) { return job.get() == entry.first; });
-    });
-    checkLater();
 }
 
 void ConvertRun::follow(ConversionJob& job) {
@@ -167,7 +161,11 @@ void ConvertRun::tellFinished(Followed& followed, const ConversionJob& job) {
     const auto bytes = Fennimar::fileSize(followed.subject.output);
     ++summary_.finished;
     summary_.bytes += bytes;
-    reporter_.finished(followed.subject, job.conversionSeconds(), bytes);
+    const auto warning = job.warning();
+    if (!warning.empty()) reporter_.alerted(vantor_.appName(), warning);
+    reporter_.finished(
+        followed.subject,
+        {.seconds = job.conversionSeconds(), .bytes = bytes, .details = job.details()});
 }
 
 void ConvertRun::tellFailed(Followed& followed, const std::string& title,

@@ -57,7 +57,6 @@ private:
     [[nodiscard]] std::string takeGivenName(const std::filesystem::path& path);
     void showReading();
 
-    void queueChanged();
     void follow(ConversionJob& job);
     void jobChanged(const ConversionJob& job);
     void tellStart(Followed& followed, const ConversionJob& job);

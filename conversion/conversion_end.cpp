@@ -24,12 +24,10 @@ void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutpu
     closeRun(remainingOutput);
     // The converter's word is not enough: it also ends with 0 over a file that is broken.
     if (exitStatus == 0) outputCheck_ = checkOutput(fileInfo_, arguments_, jobOutput_);
-    const auto fileName = Fennimar::validUtf8(fileInfo_.fileName);
-    const EndedRun run{
-        .fileName = fileName,
-        .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
-        .failed = exitStatus != 0 || !outputCheck_.proof.problem.empty(),
-        .endsEarly = endsEarlyText(fileName, outputCheck_.proof, fileInfo_.runtimeSeconds)};
+    const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
+                       .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
+                       .failed = exitStatus != 0 || !outputCheck_.proof.problem.empty(),
+                       .endsEarly = warning()};
     if (run.failed) {
         fail();
     } else {
@@ -53,6 +51,7 @@ void ConversionJob::closeRun(std::string_view remainingOutput) {
 
 void ConversionJob::fail() {
     deleteOutput();
+    settleOutput();
     finishedError_ = true;
     auto& vantor = vantor_;
     const bool full = ranOutOfSpace(jobOutput_);
@@ -66,10 +65,16 @@ void ConversionJob::succeed(const ConversionSettings& settings) {
     const auto source = fileInfo_.fileURL;
     const bool endsEarly = outputCheck_.proof.endsEarly;
     finishedOK_ = true;
+    settleOutput();
     setState(ConversionJobState::Finished);
     if (settings.autoClean) remove();
     // What is missing from a short output may still be in the source.
     if (settings.autoRemove && !endsEarly) removeSource(vantor, source, settings.autoRemoveType);
+}
+
+std::string ConversionJob::warning() const {
+    return endsEarlyText(Fennimar::validUtf8(fileInfo_.fileName), outputCheck_.proof,
+                         fileInfo_.runtimeSeconds);
 }
 
 Diagnosis ConversionJob::diagnosis() const {
@@ -103,6 +108,7 @@ void ConversionJob::remove() {
     task_.reset();
     if (state_ != ConversionJobState::Finished) deleteOutput();
     progressFile_.remove();
+    settleOutput();
     if (const auto folder = std::exchange(fileInfo_.securityURL, {})) {
         vantor_.ports().folderAccess.stopAccessing(*folder);
     }

@@ -98,6 +98,9 @@ void ConversionJob::start() {
     if (!checkInput()) return;
     deleteOutput();
     progressFile_ = ProgressFile::create(vantor_.docDir(), fileInfo_.fileName);
+    if (fileInfo_.destinationURL) {
+        controller_.outputBegun(*fileInfo_.destinationURL, progressFile_.path());
+    }
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
     if (!fileInfo_.audioTrackInformation.empty() && !chooseAudio(settings)) return;
     arguments_ = buildArguments({.file = fileInfo_,
@@ -156,6 +159,7 @@ bool ConversionJob::checkFreeSpace() {
     const auto problem = spaceProblem(fileInfo_.fileSize, *volume);
     if (problem.empty()) return true;
     progressFile_.remove();
+    settleOutput();
     alert_apptitled(vantor_, problem, "OK");
     return false;
 }
@@ -182,6 +186,10 @@ void ConversionJob::deleteOutput() const {
     if (fileInfo_.destinationURL && !writesOverInput()) {
         Fennimar::removeFile(*fileInfo_.destinationURL);
     }
+}
+
+void ConversionJob::settleOutput() {
+    if (fileInfo_.destinationURL) controller_.outputSettled(*fileInfo_.destinationURL);
 }
 
 }  // namespace reelvane

@@ -71,6 +71,8 @@ public:
     /// What reading the output back has shown: "12 s, 3 tracks, 1.43 GB, verified"; empty before
     /// the job is Finished.
     [[nodiscard]] const std::string& details() const { return outputCheck_.details; }
+    /// What the user should know of a Finished job: that its output is too short. Else empty.
+    [[nodiscard]] std::string warning() const;
 
     /// Why the job failed, by the diagnosis table.
     [[nodiscard]] Diagnosis diagnosis() const;
@@ -107,6 +109,7 @@ private:
     /// True when the destination names the input itself.
     [[nodiscard]] bool writesOverInput() const;
     void deleteOutput() const;
+    void settleOutput();
 
     Vantor& vantor_;
     Controller& controller_;
@@ -144,6 +147,11 @@ public:
     [[nodiscard]] virtual int jobCountWithState(ConversionJobState state) const = 0;
     /// A job started or went on: refresh the queue's controls.
     virtual void pauseContinueClicked() = 0;
+    /// From here on something unfinished may lie at the output path.
+    virtual void outputBegun(const std::filesystem::path& output,
+                             const std::filesystem::path& progressFile) = 0;
+    /// What lies there now is whole, or nothing does.
+    virtual void outputSettled(const std::filesystem::path& output) = 0;
     /// A run has ended, well or not: count it.
     virtual void conversionEnded() = 0;
     /// The preferences as they stand now.

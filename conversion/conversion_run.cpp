@@ -65,6 +65,7 @@ void ConversionJob::refuseStart(const std::string& problem) {
     finishedError_ = true;
     progressFile_.remove();
     deleteOutput();  // a trial run may have left one
+    settleOutput();
     releaseSleepAssertion();
     auto& vantor = vantor_;
     auto& controller = controller_;

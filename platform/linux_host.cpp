@@ -69,4 +69,22 @@ UserFolders LinuxHost::folders() const {
     return xdgUserFolders();
 }
 
+std::optional<std::string> LinuxHost::processStartTime(int processID) const {
+    const auto process = root_ / "proc" / std::to_string(processID);
+    const auto status = readWhole(process / "stat").text;
+    // The program's name stands in parentheses and may hold any character, those included.
+    const auto nameEnd = status.rfind(')');
+    if (nameEnd == std::string::npos) return std::nullopt;
+    const auto fields = Fennimar::split(std::string_view(status).substr(nameEnd + 1), " ");
+    constexpr std::size_t kState = 1;  // counted from the name's end; see proc(5)
+    constexpr std::size_t kStartTime = 20;
+    if (fields.size() <= kStartTime || fields[kState] == "Z" || fields[kState] == "X") {
+        return std::nullopt;
+    }
+    // It counts from the start of the system, which so belongs to it.
+    const auto boot = readWhole(root_ / "proc/sys/kernel/random/boot_id").text;
+    return std::string(fields[kStartTime]) + "@" +
+           std::string(Fennimar::trimmedOfWhitespaceAndNewlines(boot));
+}
+
 }  // namespace reelvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ public:
     [[nodiscard]] std::string loginName() const override;
     [[nodiscard]] std::vector<std::string> administrators() const override;
     [[nodiscard]] UserFolders folders() const override;
+    [[nodiscard]] std::optional<std::string> processStartTime(int processID) const override;
 
 private:
     std::filesystem::path root_;

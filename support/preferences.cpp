@@ -22,6 +22,10 @@ std::string sumText(const std::optional<std::string>& text, int amount) {
 
 Preferences::Preferences(PreferencesStore& store) : store_(store) {}
 
+Preferences::~Preferences() {
+    writeChanges();
+}
+
 void Preferences::registerDefaults(const PreferenceValues& defaults) {
     const std::lock_guard lock(mutex_);
     for (const auto& [key, text] : defaults) registered_.insert_or_assign(key, text);
@@ -48,6 +52,7 @@ std::optional<std::string> Preferences::textOf(std::string_view key) const {
                                                    : std::optional(registered->second);
         }
     }
+    if (isChanging(key)) writeChanges();
     // The store is asked without the lock: it may log, and a log message is stored here too.
     if (auto stored = store_.value(key)) return stored;
     return registeredText(key);
@@ -122,7 +127,7 @@ void Preferences::setDefaultURL(std::string_view key, const std::filesystem::pat
 
 void Preferences::setDefaultObject(std::string_view key, const std::optional<std::string>& text) {
     if (setInThisRunsLayer(key, text)) return;
-    store_.edit([&](PreferenceValues& values) {
+    writeChangesAnd([&](PreferenceValues& values) {
         if (text) {
             values.insert_or_assign(std::string(key), *text);
         } else if (const auto found = values.find(key); found != values.end()) {
@@ -132,19 +137,69 @@ void Preferences::setDefaultObject(std::string_view key, const std::optional<std
 }
 
 void Preferences::addToInt(std::string_view key, int amount) {
-    const auto registered = registeredText(key);
+    changeLater(key, [registered = registeredText(key), amount](std::optional<std::string> text) {
+        return sumText(text ? text : registered, amount);
+    });
+}
+
+void Preferences::changeLater(std::string_view key, Change change) {
+    Background background;
     {
         const std::lock_guard lock(mutex_);
         if (const auto found = forThisRun_.find(key); found != forThisRun_.end()) {
-            found->second = sumText(found->second ? found->second : registered, amount);
+            found->second = change(std::move(found->second));
             return;
         }
+        later_.push_back({.key = std::string(key), .change = std::move(change)});
+        if (background_ && std::exchange(scheduled_, true)) return;
+        background = background_;
+    }
+    if (background) {
+        background([this] { writeChanges(); });
+    } else {
+        writeChanges();
+    }
+}
+
+void Preferences::setBackground(Background background) {
+    const std::lock_guard lock(mutex_);
+    background_ = std::move(background);
+    scheduled_ = false;
+}
+
+bool Preferences::isChanging(std::string_view key) const {
+    const std::lock_guard lock(mutex_);
+    const auto isOfKey = [key](const LaterChange& later) { return later.key == key; };
+    return std::ranges::any_of(later_, isOfKey) || std::ranges::any_of(onTheirWay_, isOfKey);
+}
+
+void Preferences::writeChanges() const {
+    writeChangesAnd({});
+}
+
+/// What was to be changed earlier comes first, in the same write.
+void Preferences::writeChangesAnd(const std::function<void(PreferenceValues&)>& edit) const {
+    const std::lock_guard oneAtATime(writing_);
+    {
+        const std::lock_guard lock(mutex_);
+        onTheirWay_ = std::exchange(later_, {});
+        scheduled_ = false;
+        if (onTheirWay_.empty() && !edit) return;
     }
     store_.edit([&](PreferenceValues& values) {
-        const auto found = values.find(key);
-        const auto text = found == values.end() ? registered : std::optional(found->second);
-        values.insert_or_assign(std::string(key), sumText(text, amount));
+        for (const auto& [key, change] : onTheirWay_) {
+            const auto found = values.find(key);
+            auto text = change(found == values.end() ? std::nullopt : std::optional(found->second));
+            if (text) {
+                values.insert_or_assign(key, *std::move(text));
+            } else if (found != values.end()) {
+                values.erase(found);
+            }
+        }
+        if (edit) edit(values);
     });
+    const std::lock_guard lock(mutex_);
+    onTheirWay_.clear();
 }
 
 void Preferences::setTogether(const PreferenceValues& texts) {
@@ -153,12 +208,13 @@ void Preferences::setTogether(const PreferenceValues& texts) {
         if (!setInThisRunsLayer(key, text)) stored.insert_or_assign(key, text);
     }
     if (stored.empty()) return;
-    store_.edit([&stored](PreferenceValues& values) {
+    writeChangesAnd([&stored](PreferenceValues& values) {
         for (const auto& [key, text] : stored) values.insert_or_assign(key, text);
     });
 }
 
 void Preferences::synchronize() {
+    writeChanges();
     store_.synchronize();
 }
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "support/logging.h"
+#include "support/ports/dispatcher.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
 #include "support/strings.h"
@@ -20,6 +21,8 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
       appBundleIdentifier_(ports.mainBundle.infoValue("Identifier").value_or("")) {
     log_set_sinks(
         {.preferences = &preferences_, .systemLog = &ports_.systemLog, .appName = appName_});
+    preferences_.setBackground(
+        [this](std::function<void()> work) { ports_.dispatcher.asyncBackground(std::move(work)); });
     std::error_code error;
     fs::create_directories(suppDir(), error);
     if (error) {
@@ -30,6 +33,8 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
 
 Vantor::~Vantor() {
     log_set_sinks({});
+    preferences_.setBackground({});
+    preferences_.writeChanges();
 }
 
 fs::path Vantor::prefsPath() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,9 @@ public:
     /// The members listed in the administrators' group; primary groups do not count.
     [[nodiscard]] virtual std::vector<std::string> administrators() const = 0;
     [[nodiscard]] virtual UserFolders folders() const = 0;
+    /// When the process was started, as a text that no other process of this number ever has;
+    /// absent when none runs.
+    [[nodiscard]] virtual std::optional<std::string> processStartTime(int processID) const = 0;
 };
 
 }  // namespace reelvane

@@ -104,5 +104,29 @@ TEST_F(PreferencesTest, CountOnTopOfWhatIsStoredAtThatMoment) {
     EXPECT_EQ(number(), std::numeric_limits<int>::max());
 }
 
+TEST_F(PreferencesTest, WriteWhatIsChangedLaterInOneStepBeforeAnybodyReadsIt) {
+    std::vector<std::function<void()>> background;
+    preferences.setBackground([&](auto work) { background.push_back(std::move(work)); });
+    preferences.addToInt("K", 1);
+    preferences.addToInt("K", 2);
+    preferences.addToInt("L", 5);
+    EXPECT_TRUE(store.values.empty());
+    ASSERT_EQ(background.size(), 1U);
+    EXPECT_EQ(preferences.defaultInt("M"), 0);
+    EXPECT_TRUE(store.values.empty());
+    EXPECT_EQ(number(), 3);
+    EXPECT_THAT(store.values, ElementsAre(Pair("K", "3"), Pair("L", "5")));
+    preferences.addToInt("K", 1);
+    ASSERT_EQ(background.size(), 2U);
+    background.back()();
+    EXPECT_EQ(store.values["K"], "4");
+    preferences.addToInt("K", 1);
+    preferences.setDefaultInt("K", 10);  // after what was added before it
+    preferences.addToInt("K", 1);
+    preferences.changeLater("L", [](auto) { return std::nullopt; });
+    preferences.synchronize();
+    EXPECT_THAT(store.values, ElementsAre(Pair("K", "11")));
+}
+
 }  // namespace
 }  // namespace reelvane
