@@ -17,8 +17,8 @@ public:
         console_.line(
             progressEvent(subject, progress.percent, progress.remaining, progress.status));
     }
-    void finished(const EventSubject& subject, double seconds, std::uint64_t bytes) override {
-        console_.line(finishedEvent(subject, seconds, bytes));
+    void finished(const EventSubject& subject, const ConvertResult& result) override {
+        console_.line(finishedEvent(subject, result.seconds, result.bytes, result.details));
     }
     void failed(const EventSubject& subject, std::string_view title, std::string_view message,
                 std::string_view log) override {

@@ -51,11 +51,11 @@ public:
         }
     }
 
-    void finished(const EventSubject& subject, double seconds, std::uint64_t bytes) override {
+    void finished(const EventSubject& subject, const ConvertResult& result) override {
         if (quiet_) return;
-        console_.line(makeString("%@ -> %@ (%@, %@)", nameOf(subject),
-                                 printable(subject.output.native()),
-                                 formattedTimeFromTimeInterval(seconds), fileSizeText(bytes)));
+        console_.line(makeString("%@ -> %@ (%@, took %@)", nameOf(subject),
+                                 printable(subject.output.native()), result.details,
+                                 formattedTimeFromTimeInterval(result.seconds)));
     }
 
     void failed(const EventSubject& subject, std::string_view /*title*/, std::string_view message,
