@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -37,9 +38,8 @@ TEST(ExecutableBundle, TheEnvironmentMayNameAnotherFfmpeg) {
     const auto tool = folder.write("second/tool");
     std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
     folder.write("first/tool");  // not executable
-    ::setenv("PATH",
-             ((folder.path() / "first:").native() + (folder.path() / "second").native()).c_str(),
-             1);
+    const std::string searched = std::getenv("PATH");
+    ::setenv("PATH", ((folder.path() / "first:") += folder.path() / "second").c_str(), 1);
     const auto here = std::filesystem::current_path();
     const std::vector<std::pair<const char*, path>> cases = {
         {"", "/bundle/resources/ffmpeg"},
@@ -55,6 +55,7 @@ TEST(ExecutableBundle, TheEnvironmentMayNameAnotherFfmpeg) {
         EXPECT_EQ(bundle.pathForResource("ok.png"), "/bundle/resources/ok.png");
     }
     ::unsetenv("REELVANE_FFMPEG");
+    ::setenv("PATH", searched.c_str(), 1);
 }
 
 }  // namespace

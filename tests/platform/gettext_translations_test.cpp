@@ -2,11 +2,8 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <vector>
 
 #include "tests/fakes/temporary_folder.h"
 
@@ -36,17 +33,15 @@ struct Translated : testing::Test {
 TEST_F(Translated, TheFirstPreferredLanguageWithACatalogueWins) {
     addCatalogue("de", "Beenden");
     addCatalogue("pt_BR", "Sair");
-    struct Row {
-        const char* languages;
-        const char* quit;
-    };
-    const std::vector<Row> rows{{"de", "Beenden"},        {"de_AT.UTF-8", "Beenden"},
-                                {"fr:pt_BR:de", "Sair"},  {"pt_PT:de", "Beenden"},
-                                {"en_GB:de", "Quit"},     {"fr", "Quit"},
-                                {"../x/de:de", "Beenden"}};
-    for (const auto& row : rows) {
-        ::setenv("LANGUAGE", row.languages, 1);
-        EXPECT_EQ(GettextTranslations(folder.path()).localized("Quit"), row.quit) << row.languages;
+    for (const auto& [languages, quit] : {std::pair("de", "Beenden"),
+                                          {"de_AT.UTF-8", "Beenden"},
+                                          {"fr:pt_BR:de", "Sair"},
+                                          {"pt_PT:de", "Beenden"},
+                                          {"en_GB:de", "Quit"},
+                                          {"fr", "Quit"},
+                                          {"../x/de:de", "Beenden"}}) {
+        ::setenv("LANGUAGE", languages, 1);
+        EXPECT_EQ(GettextTranslations(folder.path()).localized("Quit"), quit) << languages;
     }
     EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
     ::unsetenv("LANGUAGE");
@@ -55,17 +50,13 @@ TEST_F(Translated, TheFirstPreferredLanguageWithACatalogueWins) {
 TEST_F(Translated, ACatalogueOfEitherByteOrderIsReadAndADamagedOneIsNone) {
     for (const auto* const options : {"--endianness=little", "--endianness=big"}) {
         addCatalogue("xx", "Ende", options);
-        std::ifstream stream(folder.path() / "xx.mo", std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(stream), {});
-        const auto catalogue = parseCatalogue(bytes);
-        EXPECT_THAT(catalogue.value_or(TranslationCatalogue()),
+        const auto bytes = contentOf(folder.path() / "xx.mo");
+        EXPECT_THAT(parseCatalogue(bytes).value_or(TranslationCatalogue()),
                     testing::UnorderedElementsAre(testing::Pair("Quit", "Ende"),
                                                   testing::Pair("%d file", "%d \xC3\xA4")));
-        std::size_t readable = 0;
         for (std::size_t length = 0; length + 1 < bytes.size(); ++length) {
-            readable += parseCatalogue(bytes.substr(0, length)).has_value() ? 1 : 0;
+            ASSERT_FALSE(parseCatalogue(bytes.substr(0, length))) << length;
         }
-        EXPECT_EQ(readable, 0U);
     }
 }
 

@@ -78,9 +78,8 @@ TEST_F(GioWorkspaceTest, RevealSelectsTheFileOrOpensItsFolder) {
     workspace->reveal(file);  // no file manager on the bus
     EXPECT_EQ(desktop->nextOpened(), folder + "\n");
 
-    MockService fileManager(bus, "org.freedesktop.FileManager1", [](GDBusMessage* call) {
-        return MockService::reply(call, g_variant_new_tuple(nullptr, 0));
-    });
+    MockService fileManager(bus, "org.freedesktop.FileManager1",
+                            [](GDBusMessage* call) { return MockService::reply(call); });
     workspace->reveal(file);
     workspace->reveal("relative.mkv");
     workspace.reset();

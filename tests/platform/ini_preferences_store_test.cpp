@@ -2,10 +2,8 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -24,22 +22,12 @@ using testing::HasSubstr;
 using testing::Optional;
 using testing::UnorderedElementsAre;
 
-std::string contentOf(const path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 std::vector<std::string> namesIn(const path& folder) {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         names.push_back(entry.path().filename());
     }
     return names;
-}
-
-mode_t modeOf(const path& file) {
-    struct stat status = {};
-    return ::stat(file.c_str(), &status) == 0 ? status.st_mode & 0777U : 0U;
 }
 
 /// Starts a process that plays this part.
@@ -58,26 +46,29 @@ bool set(PreferencesStore& store, const std::string& key, const std::string& val
     return store.edit([&](PreferenceValues& values) { values[key] = value; });
 }
 
-TEST(IniPreferencesStore, AnAbsentFileIsMadeByTheFirstChangeForThisUserAlone) {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "config/Some.Program/Some.Program.ini";
-    IniPreferencesStore store(file);
-    EXPECT_EQ(store.value("a"), std::nullopt);
-    EXPECT_EQ(store.problem(), std::nullopt);
+struct IniStore : testing::Test {
+    TemporaryFolder folder;
+    path file = folder.path() / "p.ini";
+    IniPreferencesStore store{file};
+};
+
+TEST_F(IniStore, AnAbsentFileIsMadeByTheFirstChangeForThisUserAlone) {
+    file = folder.path() / "config/Some.Program/Some.Program.ini";
+    IniPreferencesStore absent(file);
+    EXPECT_FALSE(absent.value("a") || absent.problem());
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "config"));
-    EXPECT_TRUE(store.edit([](PreferenceValues&) {}));
+    EXPECT_TRUE(absent.edit([](PreferenceValues&) {}));
     EXPECT_FALSE(std::filesystem::exists(file));
-    EXPECT_TRUE(set(store, "a", "1"));
-    EXPECT_THAT(store.value("a"), Optional(std::string("1")));
-    EXPECT_EQ(modeOf(file), 0600U);
-    EXPECT_EQ(modeOf(file.parent_path()), 0700U);
+    EXPECT_TRUE(set(absent, "a", "1"));
+    EXPECT_THAT(absent.value("a"), Optional(std::string("1")));
+    using std::filesystem::perms;
+    EXPECT_EQ(status(file).permissions(), perms::owner_read | perms::owner_write);
+    EXPECT_EQ(status(file.parent_path()).permissions(), perms::owner_all);
     EXPECT_THAT(namesIn(file.parent_path()),
                 UnorderedElementsAre("Some.Program.ini", "Some.Program.ini.lock"));
 }
 
-TEST(IniPreferencesStore, KeysAndValuesMayBeAnyBytes) {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "p.ini";
+TEST_F(IniStore, KeysAndValuesMayBeAnyBytes) {
     PreferenceValues everything;
     for (const auto* const key :
          {"", "%", "%%3D", "%25", "%=", "%4", "_a/b [x]_asked", "vantor_asl_lev%i_pos%i", "#c",
@@ -93,20 +84,15 @@ TEST(IniPreferencesStore, KeysAndValuesMayBeAnyBytes) {
     everything["blanks"] = "  two  ";
     everything["escapes"] = R"(C:\new\xFF\s\q \\n)";
     everything["empty"] = "";
-    IniPreferencesStore store(file);
     ASSERT_TRUE(store.edit([&](PreferenceValues& values) { values = everything; }));
-    PreferenceValues read;
-    ASSERT_TRUE(IniPreferencesStore(file).edit([&](PreferenceValues& values) { read = values; }));
-    EXPECT_EQ(read, everything);
+    IniPreferencesStore(file).edit([&](PreferenceValues& read) { EXPECT_EQ(read, everything); });
     EXPECT_THAT(contentOf(file), HasSubstr("\nvantor_asl_lev%i_pos%i=value of "));
 }
 
-TEST(IniPreferencesStore, WhatOthersWroteSurvivesAnEdit) {
-    const TemporaryFolder folder;
-    const auto file = folder.write("p.ini",
-                                   "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\n"
-                                   "Path=C:\\dir\nold=1\ngone=2\n");
-    IniPreferencesStore store(file);
+TEST_F(IniStore, WhatOthersWroteSurvivesAnEdit) {
+    folder.write("p.ini",
+                 "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\n"
+                 "Path=C:\\dir\nold=1\ngone=2\n");
     EXPECT_THAT(store.value("Path"), Optional(std::string("C:\\dir")));
     ASSERT_TRUE(store.edit([](PreferenceValues& values) {
         values["old"] = "3";
@@ -117,14 +103,11 @@ TEST(IniPreferencesStore, WhatOthersWroteSurvivesAnEdit) {
         "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\nPath=C:\\dir\nold=3\n");
 }
 
-TEST(IniPreferencesStore, ReadersSeeEveryChangeOfOtherProcesses) {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "p.ini";
-    IniPreferencesStore writer(file);
+TEST_F(IniStore, ReadersSeeEveryChangeOfOtherProcesses) {
     const IniPreferencesStore reader(file);
     for (int i = 0; i < 50; ++i) {  // same size, same clock tick, inode numbers up for reuse
         const auto text = std::to_string(100 + i);
-        ASSERT_TRUE(set(writer, "a", text));
+        ASSERT_TRUE(set(store, "a", text));
         ASSERT_THAT(reader.value("a"), Optional(text));
     }
     std::filesystem::remove(file);
@@ -144,28 +127,19 @@ bool countUp(IniPreferencesStore& store, const std::string& name, int times) {
     return well;
 }
 
-TEST(IniPreferencesStore, ProcessesAndThreadsAtOnceLoseNothing) {
-    ::setenv("TMPDIR", "/dev/shm", 1);  // no disk to wait for
-    const TemporaryFolder folder;
-    ::unsetenv("TMPDIR");
-    IniPreferencesStore store(folder.path() / "p.ini");
+TEST_F(IniStore, ProcessesAndThreadsAtOnceLoseNothing) {
     const auto other = startProcess([&] { return countUp(store, "child", 200); });
     std::thread thread([&] { EXPECT_TRUE(countUp(store, "thread", 200)); });
     EXPECT_TRUE(countUp(store, "parent", 200));
     thread.join();
     EXPECT_TRUE(endedWell(other));
-    PreferenceValues all;
-    EXPECT_TRUE(store.edit([&](PreferenceValues& values) { all = values; }));
-    EXPECT_EQ(all.size(), 3U * 20 + 1);
+    EXPECT_TRUE(store.edit([](PreferenceValues& all) { EXPECT_EQ(all.size(), 3U * 20 + 1); }));
     EXPECT_THAT(store.value("count"), Optional(std::string("600")));
 }
 
-TEST(IniPreferencesStore, ASymbolicLinkIsFollowed) {
-    const TemporaryFolder folder;
+TEST_F(IniStore, ASymbolicLinkIsFollowed) {
     std::filesystem::create_directory(folder.path() / "kept");
-    const auto file = folder.path() / "p.ini";
     std::filesystem::create_symlink("kept/real.ini", file);
-    IniPreferencesStore store(file);
     for (const auto* const value : {"1", "2"}) {
         ASSERT_TRUE(set(store, "a", value));
         EXPECT_TRUE(std::filesystem::is_symlink(file));
@@ -186,9 +160,7 @@ void expectSetAside(const path& file, const path& kept, bool byEdit) {
     EXPECT_THAT(IniPreferencesStore(file).value("a"), Optional(std::string("2")));
 }
 
-TEST(IniPreferencesStore, WhatCannotBeReadIsSetAside) {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "p.ini";
+TEST_F(IniStore, WhatCannotBeReadIsSetAside) {
     folder.write("p.ini.damaged", "earlier");
     const std::vector<std::function<void()>> damages = {
         [&] { folder.write("p.ini", "[Preferences]\nno pair\n"); },
@@ -206,8 +178,7 @@ TEST(IniPreferencesStore, WhatCannotBeReadIsSetAside) {
     EXPECT_EQ(contentOf(file.native() + ".damaged"), "earlier");
 }
 
-TEST(IniPreferencesStore, WhereNothingCanBeWrittenTheOldFileStaysWhole) {
-    const TemporaryFolder folder;
+TEST_F(IniStore, WhereNothingCanBeWrittenTheOldFileStaysWhole) {
     const auto good = folder.write("good.ini", "[Preferences]\na=1\n");
     const auto bad = folder.write("bad.ini", "junk");
     folder.write("good.ini.lock", "");
@@ -229,10 +200,7 @@ TEST(IniPreferencesStore, WhereNothingCanBeWrittenTheOldFileStaysWhole) {
     EXPECT_EQ(namesIn(folder.path()).size(), 4U);
 }
 
-TEST(IniPreferencesStore, AWriteCutShortLeavesTheOldFileAndNothingElse) {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "p.ini";
-    IniPreferencesStore store(file);
+TEST_F(IniStore, AWriteCutShortLeavesTheOldFileAndNothingElse) {
     ASSERT_TRUE(set(store, "a", "1"));
     const auto process = startProcess([&] {
         // The file size limit stands for a full disk: the write stops in the middle.

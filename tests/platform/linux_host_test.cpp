@@ -15,28 +15,25 @@
 namespace reelvane {
 namespace {
 
+using std::filesystem::path;
+using testing::ElementsAre;
+
+/// Sets a variable, or takes it away.
 void setVariable(const char* name, const char* value) {
-    if (value == nullptr) {
-        ::unsetenv(name);
-    } else {
-        ::setenv(name, value, 1);
-    }
+    value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1);
 }
 
 TEST(LinuxHost, LanguagesComeFromTheEnvironmentBestFirst) {
     using Names = std::vector<std::string>;
-    // LANGUAGE, LC_ALL, LC_MESSAGES, LANG
+    const std::array variables{"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"};
     const std::vector<std::pair<std::array<const char*, 4>, Names>> cases = {
-        {{nullptr, nullptr, nullptr, nullptr}, {}},
+        {{}, {}},
         {{"pt_BR:pt:en", nullptr, "sr@latin", "en_US.UTF-8"}, {"pt", "en", "sr"}},
         {{"", "C.UTF-8", "POSIX", "C"}, {}},
         {{"::fr", "zh-Hant", nullptr, "ast_ES"}, {"fr", "zh", "ast"}},
     };
     for (const auto& [values, languages] : cases) {
-        setVariable("LANGUAGE", values[0]);
-        setVariable("LC_ALL", values[1]);
-        setVariable("LC_MESSAGES", values[2]);
-        setVariable("LANG", values[3]);
+        for (std::size_t i = 0; i < 4; ++i) setVariable(variables[i], values[i]);
         EXPECT_EQ(LinuxHost().preferredLanguages(), languages);
     }
 }
@@ -55,35 +52,32 @@ TEST(LinuxHost, SystemFilesSayModelAndVersion) {
     EXPECT_EQ(host.operatingSystemVersion(), "Some \"OS\" 12 (b)");
 }
 
+std::vector<path> folders() {
+    const auto all = LinuxHost().folders();
+    return {all.documents, all.desktop, all.applicationData, all.configuration};
+}
+
 TEST(LinuxHost, UserFoldersFollowTheConventions) {
     const TemporaryFolder home;
     const auto& root = home.path();
     setVariable("HOME", root.c_str());
     setVariable("XDG_CONFIG_HOME", nullptr);
     setVariable("XDG_DATA_HOME", "relative is ignored");
-    auto folders = LinuxHost().folders();
-    EXPECT_EQ(folders.documents, root / "Documents");
-    EXPECT_EQ(folders.desktop, root / "Desktop");
-    EXPECT_EQ(folders.applicationData, root / ".local/share");
-    EXPECT_EQ(folders.configuration, root / ".config");
-
+    EXPECT_THAT(folders(), ElementsAre(root / "Documents", root / "Desktop", root / ".local/share",
+                                       root / ".config"));
     home.write("conf/user-dirs.dirs",
                "# made by a tool\nXDG_DOCUMENTS_DIR=\"$HOME/Meine \\\"Doks\\\"\"\n"
                "XDG_DESKTOP_DIR=\"/srv/desk\"\n");
     setVariable("XDG_CONFIG_HOME", (root / "conf").c_str());
     setVariable("XDG_DATA_HOME", "/data");
-    folders = LinuxHost().folders();
-    EXPECT_EQ(folders.documents, root / "Meine \"Doks\"");
-    EXPECT_EQ(folders.desktop, "/srv/desk");
-    EXPECT_EQ(folders.applicationData, "/data");
-
+    EXPECT_THAT(folders(),
+                ElementsAre(root / "Meine \"Doks\"", "/srv/desk", "/data", root / "conf"));
     home.write("conf/user-dirs.dirs",
                "XDG_DOCUMENTS_DIR=\"elsewhere\"\nXDG_DESKTOP_DIR=\"$HOME/\"\n");
     setVariable("HOME", nullptr);
-    folders = LinuxHost().folders();
-    EXPECT_EQ(folders.home, folders.accountHome);
-    EXPECT_EQ(folders.documents, folders.accountHome / "Documents");
-    EXPECT_EQ(folders.desktop, folders.accountHome);
+    const auto account = LinuxHost().folders().accountHome;
+    EXPECT_EQ(LinuxHost().folders().home, account);
+    EXPECT_THAT(folders(), ElementsAre(account / "Documents", account, "/data", root / "conf"));
 }
 
 }  // namespace

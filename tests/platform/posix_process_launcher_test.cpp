@@ -67,12 +67,7 @@ public:
 };
 
 TEST(PosixProcessLauncher, RunAnswersOutputAndStatus) {
-    struct Case {
-        ProcessRequest request{};
-        std::string output{};
-        int status = 0;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<std::tuple<ProcessRequest, std::string, int>> cases = {
         {shell("echo out; echo err >&2; exit 3"), "out\nerr\n", 3},
         {shell("kill -KILL $$"), "", SIGKILL},
         {shell("exec >&- 2>&-; exit 4"), "", 4},
@@ -82,21 +77,19 @@ TEST(PosixProcessLauncher, RunAnswersOutputAndStatus) {
     };
     const int leaked = ::dup(STDERR_FILENO);  // a descriptor that others forgot to mark
     for (const auto& [request, output, status] : cases) {
-        SCOPED_TRACE(request.arguments.back());
         const auto finished = finishedRun(request);
         EXPECT_EQ(finished.output, output);
-        EXPECT_EQ(finished.exitStatus, status);
+        EXPECT_EQ(finished.exitStatus, status) << output;
     }
     ::close(leaked);
 }
 
 TEST(PosixProcessLauncher, NothingOfEightMebibytesIsLost) {
-    const std::size_t size = 8U << 20U;
     const auto request = shell("head -c 8388608 /dev/zero; exit 5");
-    EXPECT_EQ(finishedRun(request).output, std::string(size, '\0'));
+    EXPECT_EQ(finishedRun(request).output, std::string(8U << 20U, '\0'));
     LaunchedChild launched(request);
     launched.dispatcher.run();
-    EXPECT_EQ(launched.output.size(), size);
+    EXPECT_EQ(launched.output.size(), 8U << 20U);
     EXPECT_EQ(launched.status, 5);
 }
 
@@ -136,10 +129,7 @@ TEST(PosixProcessLauncher, AFailedStartSaysWhy) {
         {{.executable = "/bin/echo", .arguments = {tooLong}}, LaunchError::ArgumentsTooLong},
     };
     for (const auto& [request, error] : cases) {
-        SCOPED_TRACE(request.executable);
-        const auto result = PosixProcessLauncher().run(request);
-        EXPECT_FALSE(result.finished);
-        EXPECT_EQ(result.error, error);
+        EXPECT_EQ(PosixProcessLauncher().run(request).error, error) << request.executable;
     }
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a failed start leaves a process behind";
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <gio/gio.h>
 #include <gio/gunixfdlist.h>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <sys/prctl.h>
@@ -18,47 +19,39 @@
 
 namespace reelvane {
 
+struct EndService {
+    void operator()(GSubprocess* service) const {
+        g_subprocess_force_exit(service);
+        g_object_unref(service);
+    }
+};
+using Service = std::unique_ptr<GSubprocess, EndService>;
+
+/// A program that ends with the test, even if that crashes.
+template <typename... Words>
+Service startService(Words... words) {
+    const GObjectHandle<GSubprocessLauncher> launcher(
+        g_subprocess_launcher_new(static_cast<GSubprocessFlags>(
+            G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE)));
+    g_subprocess_launcher_set_child_setup(
+        launcher.get(), [](gpointer) { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, nullptr);
+    return Service(g_subprocess_launcher_spawn(launcher.get(), nullptr, words..., nullptr));
+}
+
 /// A message bus of the test's own that starts no service; it stands for both buses.
 /// What the services on it are asked is kept in order.
 class PrivateBus {
 public:
     PrivateBus() {
-        const auto config = folder_.write(
-            "bus.conf",
-            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
-            "<policy context='default'><allow send_destination='*' eavesdrop='true'/>"
-            "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
-        const GObjectHandle<GSubprocessLauncher> launcher(
-            g_subprocess_launcher_new(static_cast<GSubprocessFlags>(
-                G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE)));
-        // A test that crashes leaves no daemon behind.
-        g_subprocess_launcher_set_child_setup(
-            launcher.get(), [](gpointer) { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, nullptr);
-        daemon_.reset(g_subprocess_launcher_spawn(launcher.get(), nullptr, "dbus-daemon",
-                                                  "--nofork", "--print-address", "--config-file",
-                                                  config.c_str(), nullptr));
         const GObjectHandle<GDataInputStream> output(
             g_data_input_stream_new(g_subprocess_get_stdout_pipe(daemon_.get())));
         const GLibText line(g_data_input_stream_read_line(output.get(), nullptr, nullptr, nullptr));
-        address_ = line.get();
-        for (const auto* const name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"}) {
-            ::setenv(name, address_.c_str(), 1);
-        }
+        useAddress(line.get());
     }
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
-    PrivateBus(PrivateBus&&) = delete;
-    PrivateBus& operator=(PrivateBus&&) = delete;
-    ~PrivateBus() { g_subprocess_force_exit(daemon_.get()); }
-
-    [[nodiscard]] GObjectHandle<GDBusConnection> connect() const {
-        constexpr auto flags =
-            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-        return GObjectHandle<GDBusConnection>(g_dbus_connection_new_for_address_sync(
-            address_.c_str(), flags, nullptr, nullptr, nullptr));
+    static void useAddress(const std::string& address) {
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
     }
-
     void record(std::string call) {
         const std::scoped_lock lock(mutex_);
         calls_.push_back(std::move(call));
@@ -80,8 +73,15 @@ public:
 
 private:
     TemporaryFolder folder_;
-    GObjectHandle<GSubprocess> daemon_;
-    std::string address_;
+    Service daemon_ = startService(
+        "dbus-daemon", "--nofork", "--print-address", "--config-file",
+        folder_
+            .write("bus.conf",
+                   "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
+                   "<auth>EXTERNAL</auth><policy context='default'><allow send_destination='*'/>"
+                   "<allow eavesdrop='true'/>"
+                   "<allow own='*'/></policy></busconfig>")
+            .c_str());
     std::mutex mutex_;
     std::condition_variable recorded_;
     std::deque<std::string> calls_;
@@ -96,7 +96,8 @@ public:
     MockService(PrivateBus& bus, const char* name, Answer answer)
         : bus_(bus),
           answer_(std::move(answer)),
-          connection_(bus.connect()) {
+          connection_(g_dbus_connection_new_for_address_sync(
+              std::getenv("DBUS_SESSION_BUS_ADDRESS"), kFlags, nullptr, nullptr, nullptr)) {
         {
             const std::scoped_lock lock(mutex_);
             g_dbus_connection_add_filter(connection_.get(), &MockService::received, this, nullptr);
@@ -106,18 +107,11 @@ public:
             "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", name, 4U), nullptr,
             G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
     }
-    MockService(const MockService&) = delete;
-    MockService& operator=(const MockService&) = delete;
-    MockService(MockService&&) = delete;
-    MockService& operator=(MockService&&) = delete;
-    ~MockService() {
-        g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr);
-        const std::scoped_lock lock(mutex_);
-    }
 
-    static GDBusMessage* reply(GDBusMessage* call, GVariant* values) {
+    /// An empty answer without values.
+    static GDBusMessage* reply(GDBusMessage* call, GVariant* values = nullptr) {
         auto* const message = g_dbus_message_new_method_reply(call);
-        g_dbus_message_set_body(message, values);
+        g_dbus_message_set_body(message, values != nullptr ? values : g_variant_new("()"));
         return message;
     }
     static GDBusMessage* refuse(GDBusMessage* call) {
@@ -161,12 +155,24 @@ private:
                                        nullptr, nullptr);
     }
 
+    static constexpr auto kFlags =
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+
+    struct CloseConnection {
+        void operator()(GDBusConnection* connection) const {
+            g_dbus_connection_close_sync(connection, nullptr, nullptr);
+            const std::scoped_lock lock(mutex_);  // waits for a call that is being answered
+            g_object_unref(connection);
+        }
+    };
+
     PrivateBus& bus_;
     // Calls come on GDBus's thread, to which the lock hands over what the test's thread made.
     static inline std::mutex mutex_;
     Answer answer_;
     GObjectHandle<GDBusMessage> held_;
-    GObjectHandle<GDBusConnection> connection_;
+    std::unique_ptr<GDBusConnection, CloseConnection> connection_;  // closed before all else goes
 };
 
 }  // namespace reelvane
