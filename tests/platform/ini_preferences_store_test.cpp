@@ -127,7 +127,11 @@ bool countUp(IniPreferencesStore& store, const std::string& name, int times) {
     return well;
 }
 
-TEST_F(IniStore, ProcessesAndThreadsAtOnceLoseNothing) {
+TEST(IniPreferencesStore, ProcessesAndThreadsAtOnceLoseNothing) {
+    ::setenv("TMPDIR", "/dev/shm", 1);  // no disk to wait for
+    const TemporaryFolder folder;
+    ::unsetenv("TMPDIR");
+    IniPreferencesStore store(folder.path() / "p.ini");
     const auto other = startProcess([&] { return countUp(store, "child", 200); });
     std::thread thread([&] { EXPECT_TRUE(countUp(store, "thread", 200)); });
     EXPECT_TRUE(countUp(store, "parent", 200));
