@@ -136,6 +136,10 @@ Mp4Reading readOpened(const ByteSource& file) {
 
 }  // namespace
 
+bool holdsStream(const Mp4Track& track) {
+    return track.kind != Mp4TrackKind::Other && track.codec != "text";
+}
+
 Mp4Reading readMp4(const std::filesystem::path& path) {
     const auto file = ByteSource::open(path);
     if (!file) {

@@ -28,6 +28,7 @@ struct Mp4Track {
     // Where the fields that can be set in place lie, from the start of the file.
     std::uint64_t flagsOffset = 0;                      ///< 3 bytes
     std::uint64_t alternateGroupOffset = 0;             ///< 2 bytes
+    std::uint64_t languageOffset = 0;                   ///< 2 bytes
     std::optional<std::uint64_t> displayFlagsOffset{};  ///< 4 bytes; "tx3g" only
     std::uint32_t displayFlags = 0;
 };
@@ -39,6 +40,10 @@ struct Mp4Movie {
     std::uint64_t mediaBytes = 0;  ///< in all media data boxes together
     std::vector<Mp4Track> tracks{};
 };
+
+/// True when a track holds a stream of its own. Not so chapters and time codes, which the converter
+/// adds behind the others.
+[[nodiscard]] bool holdsStream(const Mp4Track& track);
 
 struct Mp4Reading {
     std::optional<Mp4Movie> movie{};  ///< absent: broken, and `problem` says how

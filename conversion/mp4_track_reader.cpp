@@ -93,11 +93,13 @@ bool readMediaHeaders(const ByteSource& file, const Mp4Box& mdia, Mp4Track& trac
     if (!mdhd || !hdlr) return false;
     const bool wide = numberInBox(file, *mdhd, 0, 1) == 1U;
     const auto timeScale = numberInBox(file, *mdhd, wide ? 20 : 12, 4);
-    const auto language = numberInBox(file, *mdhd, wide ? 32 : 20, 2);
+    const std::uint64_t languagePosition = wide ? 32 : 20;
+    const auto language = numberInBox(file, *mdhd, languagePosition, 2);
     const auto handler = numberInBox(file, *hdlr, 8, 4);
     if (!timeScale || *timeScale == 0 || !language || !handler) return false;
     track.timeScale = *timeScale;
     track.language = languageText(*language);
+    track.languageOffset = mdhd->contentBegin + languagePosition;
     track.handler = fourLetters(*handler);
     track.kind = kindOf(track.handler);
     return true;

@@ -4,6 +4,7 @@
 
 #include "conversion/mp4_movie.h"
 #include "conversion/track_flags.h"
+#include "conversion/track_languages.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/strings.h"
@@ -17,10 +18,17 @@ bool isForcedByName(const std::filesystem::path& subtitle) {
     return Fennimar::lowercasedExtension(subtitle.stem()) == "forced";
 }
 
-/// Sets the flags and reads the file back once more, so that what was proven stays proven.
-Mp4Reading withTrackFlags(const std::filesystem::path& output, Mp4Reading reading,
-                          const std::set<std::size_t>& forced) {
-    const auto patches = trackFlagPatches(*reading.movie, forced);
+/// Sets flags and languages and reads the file back once more, so that what was proven stays
+/// proven.
+Mp4Reading withTrackFields(const std::filesystem::path& output, Mp4Reading reading,
+                           const std::set<std::size_t>& forced,
+                           const std::vector<std::string>& languages) {
+    auto patches = trackFlagPatches(*reading.movie, forced);
+    const auto languageFields = languagePatches(*reading.movie, languages);
+    patches.insert(patches.end(), languageFields.begin(), languageFields.end());
+    for (const auto& loss : lostLanguages(languages)) {
+        vn_log_level(kLogWarning, "Warning: %@ (%@)", loss, output);
+    }
     if (patches.empty()) return reading;
     if (!applyPatches(output, patches)) {
         vn_log_level(kLogError, "Error: the track flags of %@ could not be set", output);
@@ -67,7 +75,8 @@ OutputCheck checkOutput(const MKVFileInfo& record, const std::vector<std::string
     auto reading = readMp4(output);
     OutputCheck check{.proof = proveOutput(reading, expectation)};
     if (!check.proof.problem.empty()) return check;
-    reading = withTrackFlags(output, std::move(reading), forcedSubtitles(record, mapped));
+    reading = withTrackFields(output, std::move(reading), forcedSubtitles(record, mapped),
+                              sourceLanguages(record, arguments));
     check.proof = proveOutput(reading, expectation);
     if (check.proof.problem.empty()) {
         check.details = proofText(check.proof, Fennimar::fileSize(output));

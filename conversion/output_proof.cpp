@@ -24,9 +24,10 @@ bool outputAdmitsFailure(std::string_view jobOutput) {
 OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expectation) {
     if (!reading.movie) return {.problem = reading.problem};
     OutputProof proof{.seconds = reading.movie->seconds, .tracks = reading.movie->tracks.size()};
-    if (proof.tracks < expectation.mappedStreams) {
-        proof.problem =
-            makeString("has %lu of %lu tracks", proof.tracks, expectation.mappedStreams);
+    const auto streams =
+        static_cast<std::size_t>(std::ranges::count_if(reading.movie->tracks, holdsStream));
+    if (streams < expectation.mappedStreams) {
+        proof.problem = makeString("has %lu of %lu tracks", streams, expectation.mappedStreams);
         return proof;
     }
     const double promised = expectation.runtimeSeconds.value_or(0);

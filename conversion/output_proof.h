@@ -12,7 +12,7 @@ namespace reelvane {
 
 /// What an output must hold to count as whole.
 struct OutputExpectation {
-    std::size_t mappedStreams = 0;        ///< at least so many tracks; chapters may add one
+    std::size_t mappedStreams = 0;        ///< at least so many tracks that hold a stream
     std::optional<int> runtimeSeconds{};  ///< of the source; absent or 0: unknown
 };
 

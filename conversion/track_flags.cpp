@@ -1,10 +1,6 @@
 #include "conversion/track_flags.h"
 
-#include <cstddef>
-#include <fcntl.h>
-#include <unistd.h>
-
-#include "support/file_descriptor.h"
+#include <cstdint>
 
 namespace reelvane {
 namespace {
@@ -15,22 +11,14 @@ constexpr std::uint32_t kSubtitleGroup = 2;
 // "Some samples are forced" and "all samples are forced".
 constexpr std::uint32_t kForcedDisplayFlags = 0xC0000000;
 
-FieldPatch patch(std::uint64_t offset, std::uint32_t value, std::size_t width) {
-    FieldPatch result{.offset = offset};
-    for (auto shift = static_cast<unsigned>(width * 8); shift > 0; shift -= 8) {
-        result.bytes.push_back(static_cast<std::uint8_t>(value >> (shift - 8) & 0xFFU));
-    }
-    return result;
-}
-
 void setEnabled(const Mp4Track& track, bool enabled, std::vector<FieldPatch>& patches) {
     const auto flags = enabled ? track.flags | kEnabled : track.flags & ~kEnabled;
-    if (flags != track.flags) patches.push_back(patch(track.flagsOffset, flags, 3));
+    if (flags != track.flags) patches.push_back(fieldPatch(track.flagsOffset, flags, 3));
 }
 
 void setGroup(const Mp4Track& track, std::uint32_t group, std::vector<FieldPatch>& patches) {
     if (track.alternateGroup == group) return;
-    patches.push_back(patch(track.alternateGroupOffset, group, 2));
+    patches.push_back(fieldPatch(track.alternateGroupOffset, group, 2));
 }
 
 }  // namespace
@@ -54,23 +42,11 @@ std::vector<FieldPatch> trackFlagPatches(const Mp4Movie& movie,
             setGroup(track, kSubtitleGroup, patches);
             const auto flags = track.displayFlags | (forced ? kForcedDisplayFlags : 0);
             if (flags != track.displayFlags) {
-                patches.push_back(patch(*track.displayFlagsOffset, flags, 4));
+                patches.push_back(fieldPatch(*track.displayFlagsOffset, flags, 4));
             }
         }
     }
     return patches;
-}
-
-bool applyPatches(const std::filesystem::path& file, const std::vector<FieldPatch>& patches) {
-    if (patches.empty()) return true;
-    const FileDescriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!descriptor.isOpen()) return false;
-    for (const auto& field : patches) {
-        const auto written = ::pwrite(descriptor.get(), field.bytes.data(), field.bytes.size(),
-                                      static_cast<off_t>(field.offset));
-        if (written != static_cast<ssize_t>(field.bytes.size())) return false;
-    }
-    return true;
 }
 
 }  // namespace reelvane

@@ -1,22 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
+#include <cstddef>
 #include <set>
-#include <string>
 #include <vector>
 
+#include "conversion/field_patch.h"
 #include "conversion/mp4_movie.h"
 
 namespace reelvane {
-
-/// One field of a file to be set in place; its size never changes.
-struct FieldPatch {
-    std::uint64_t offset = 0;
-    std::vector<std::uint8_t> bytes{};  ///< most significant first
-
-    friend bool operator==(const FieldPatch&, const FieldPatch&) = default;
-};
 
 /// The fields to set so that players take a movie as they should: the first audio track enabled and
 /// no other, all audio tracks in one alternate group, subtitle tracks in another and off unless
@@ -25,10 +16,5 @@ struct FieldPatch {
 /// Fields: ISO/IEC 14496-12, 8.3.2 (tkhd); 3GPP TS 26.245, 5.16 (tx3g).
 [[nodiscard]] std::vector<FieldPatch> trackFlagPatches(
     const Mp4Movie& movie, const std::set<std::size_t>& forcedSubtitles);
-
-/// Writes the fields, one write each, so that the file plays after every one of them. False when
-/// one could not be written.
-[[nodiscard]] bool applyPatches(const std::filesystem::path& file,
-                                const std::vector<FieldPatch>& patches);
 
 }  // namespace reelvane

@@ -15,15 +15,24 @@ struct AudioEntry {
     int hz = 0;          ///< sampling rate; 0 when the report gives none
 };
 
+/// Whose file it is that may lie at the destination before the converter has written there.
+enum class OutputClaim {
+    None,      ///< somebody else's: nothing was there when the path was chosen
+    Reserved,  ///< an empty file of our own, made so that no other program takes the name
+    Chosen     ///< the user chose this very path and agreed to replace what is there
+};
+
 /// One probed input file. Filled once by the probe, then owned by the job that converts it.
 struct MKVFileInfo {
     std::vector<AudioEntry> audioTrackInformation{};  ///< in report order
     std::vector<int> subtitleTrackIDs{};              ///< text subtitles, in report order
     std::vector<int> forcedSubtitleTrackIDs{};        ///< those of them that are marked as forced
+    std::vector<std::string> subtitleLanguages{};     ///< of subtitleTrackIDs, in the same order
     std::string informationString{};                  ///< one line for the user
     std::string fileName{};                           ///< last component of `fileURL`
     std::filesystem::path fileURL{};                  ///< absolute
     std::optional<std::filesystem::path> destinationURL{};   ///< set when the file is added
+    OutputClaim outputClaim = OutputClaim::None;             ///< set as the job comes to start
     std::optional<int> videoTrackID{};                       ///< absent: no usable video
     std::optional<int> runtimeSeconds{};                     ///< absent: no readable duration
     std::uint64_t fileSize = 0;                              ///< bytes; 0: could not be read

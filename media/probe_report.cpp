@@ -75,12 +75,14 @@ public:
         if (const auto video = Fennimar::partAfter(line, "Video: ")) {
             return readVideo(block, index, *video);
         }
+        const auto language = Fennimar::trimmedOf(identity, "0123456789()");
         if (const auto audio = Fennimar::partAfter(line, "Audio: ")) {
-            readAudio(line, index, Fennimar::trimmedOf(identity, "0123456789()"), *audio);
+            readAudio(line, index, language, *audio);
         } else if (Fennimar::contains(line, "Subtitle: ")) {
             ++report_.record.subtitleCount;
             if (Fennimar::containsAny(line, kTextSubtitles)) {
                 report_.record.subtitleTrackIDs.push_back(index);
+                report_.record.subtitleLanguages.emplace_back(language);
                 if (Fennimar::contains(line, "(forced)")) {
                     report_.record.forcedSubtitleTrackIDs.push_back(index);
                 }

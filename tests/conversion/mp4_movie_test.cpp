@@ -93,7 +93,10 @@ TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
 }
 
 TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
-    const Mp4Reading reading{.movie = Mp4Movie{.seconds = 97.9, .tracks = {{}, {}}}};
+    const Mp4Track video{.kind = Mp4TrackKind::Video, .codec = "avc1"};
+    const Mp4Track chapters{.kind = Mp4TrackKind::Text, .codec = "text"};
+    const Mp4Reading reading{.movie =
+                                 Mp4Movie{.seconds = 97.9, .tracks = {video, video, chapters}}};
     EXPECT_EQ(proveOutput(reading, {.mappedStreams = 3}).problem, "has 2 of 3 tracks");
     const struct {
         int promised;
