@@ -152,8 +152,7 @@ void Destinations::addDestination(const std::filesystem::path& folder, Destinati
 }
 
 void Destinations::refuseDuplicate() {
-    alert_apptitled(vantor_, "This destination is already bookmarked. You can not add it again.",
-                    "D'oh");
+    alert_apptitled(vantor_, kAlreadyBookmarked, "D'oh");
     vantor_.preferences().setDefaultInt(kDefaultDestinationKey, kAskDestination);
     preferencesPopUp_.selectItemAtIndex(kAskDestination);
     destinationPopUp_.selectItemAtIndex(kAskDestination);
@@ -168,9 +167,12 @@ std::filesystem::path Destinations::openSavedFolder(std::size_t menuIndex) {
     auto& access = vantor_.ports().folderAccess;
     const auto bookmarks = savedFolders().bookmarks;
     const auto resolved = access.resolveBookmark(bookmarks.at(menuIndex - kFirstFolderDestination));
-    if (!resolved.folder) throw BookmarkProblem("URLByResolvingBookmarkData", resolved.error);
+    if (!resolved.folder) {
+        throw BookmarkProblem("Bookmark Problem: URLByResolvingBookmarkData", resolved.error);
+    }
     if (!access.startAccessing(*resolved.folder)) {
-        throw BookmarkProblem("startAccessingSecurityScopedResource", resolved.folder->native());
+        throw BookmarkProblem("Bookmark Problem: startAccessingSecurityScopedResource",
+                              resolved.folder->native());
     }
     return *resolved.folder;
 }

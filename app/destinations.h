@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/pop_up_menu.h"
@@ -18,6 +19,10 @@ inline constexpr std::size_t kAskDestination = 0;
 inline constexpr std::size_t kNextToSourceDestination = 1;
 inline constexpr std::size_t kSeparatorDestination = 2;
 inline constexpr std::size_t kFirstFolderDestination = 3;  ///< plus the index of the saved folder
+
+/// What a user is told who adds a saved folder again.
+inline constexpr std::string_view kAlreadyBookmarked =
+    "This destination is already bookmarked. You can not add it again.";
 
 /// The rows of a destination menu with these saved folders; the fixed titles are given.
 struct FixedDestinationTitles {

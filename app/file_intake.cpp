@@ -13,6 +13,7 @@
 #include "support/alerts.h"
 #include "support/dispatch.h"
 #include "support/make_string.h"
+#include "support/named_exception.h"
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
 #include "support/ports/main_bundle.h"
@@ -46,6 +47,18 @@ ProbeTools probeTools(const Vantor& vantor) {
 void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) {
     record.subtitleFileURL = subtitle;
     record.informationString = Fennimar::replaced(record.informationString, ")", "+1)");
+}
+
+/// Nothing catches what this throws: it ends in the fatal problem report, which so names the file.
+[[noreturn]] void endInReport(const std::filesystem::path& file,
+                              const std::exception_ptr& exception) {
+    try {
+        std::rethrow_exception(exception);
+    } catch (...) {
+        std::throw_with_nested(NamedException(
+            "Unreadable Report", makeString("ffmpeg's report on the file '%@' can't be read",
+                                            Fennimar::validUtf8(file.filename().native()))));
+    }
 }
 
 }  // namespace
@@ -111,7 +124,7 @@ void FileIntake::probeInBackground(Probe probe) {
 void FileIntake::probed(const Probe& probe) {
     if (probe.exception) {
         isScanning_.set(false);
-        std::rethrow_exception(probe.exception);  // ends in the fatal problem report
+        endInReport(probe.file, probe.exception);
     }
     if (probe.inspection.toolProblem != ProbeToolProblem::None) {
         stopForToolProblem(probe);

@@ -1,7 +1,11 @@
 #include "app/output_names.h"
 
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 
+#include "support/file_descriptor.h"
 #include "support/paths.h"
 
 namespace reelvane {
@@ -14,6 +18,16 @@ constexpr std::size_t kRoomForNumber = 8;  // "-1000000"
 bool somethingLiesAt(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+enum class Reservation { Made, Taken, Impossible };
+
+Reservation reserve(const std::filesystem::path& path) {
+    constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    constexpr mode_t kAsUsual = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    const FileDescriptor file(::open(path.c_str(), kNew, kAsUsual));
+    if (file.isOpen()) return Reservation::Made;
+    return errno == EEXIST ? Reservation::Taken : Reservation::Impossible;
 }
 
 }  // namespace
@@ -56,11 +70,23 @@ void OutputNames::refresh(MKVFileInfo& record) {
     const auto present = *record.destinationURL;
     const auto found = promises_.find(keyOf(present));
     const bool chosen = found != promises_.end() && found->second.chosen;
+    if (chosen) record.outputClaim = OutputClaim::Chosen;
     if (chosen || !somethingLiesAt(present)) return;
     release(present);
     record.destinationURL =
         freePath(present.parent_path(), record.fileName, present.extension().native().substr(1));
     promise(*record.destinationURL);
+}
+
+void OutputNames::claim(MKVFileInfo& record) {
+    auto reservation = Reservation::Taken;
+    while (reservation == Reservation::Taken) {
+        refresh(record);
+        if (!record.destinationURL || record.outputClaim == OutputClaim::Chosen) return;
+        reservation = reserve(*record.destinationURL);
+    }
+    // Where none can be made, the converter will say what is wrong there.
+    if (reservation == Reservation::Made) record.outputClaim = OutputClaim::Reserved;
 }
 
 }  // namespace reelvane

@@ -28,9 +28,13 @@ public:
     /// The user chose this path in the save panel: it stays as it is until it is released.
     void keepAsChosen(const std::filesystem::path& path);
 
-    /// To be called right before a promised job starts: where something has appeared at an
-    /// automatic path meanwhile, the record gets a fresh path, and the promise moves with it.
+    /// Where something has appeared at a promised automatic path meanwhile, the record gets a fresh
+    /// path, and the promise moves with it.
     void refresh(MKVFileInfo& record);
+
+    /// To be called right before a promised job starts: makes the automatic path the record's own,
+    /// by an empty file that only one program can make, and takes another path where one was first.
+    void claim(MKVFileInfo& record);
 
 private:
     struct Promise {

@@ -26,13 +26,13 @@ void QueueControl::startNextJobInQueue() {
 }
 
 void QueueControl::start(ConversionJob& job) {
-    names_.refresh(job.fileInfo());
+    names_.claim(job.fileInfo());
     job.start();
 }
 
 void QueueControl::continueJob(ConversionJob& job) {
     if (queue_.jobCountWithState(ConversionJobState::Converting) != 0) return;
-    if (job.state() == ConversionJobState::Queued) names_.refresh(job.fileInfo());
+    if (job.state() == ConversionJobState::Queued) names_.claim(job.fileInfo());
     job.continueJob();
 }
 

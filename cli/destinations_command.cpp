@@ -1,3 +1,4 @@
+#include "app/destinations.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
@@ -46,7 +47,7 @@ int add(const CommandContext& context, const std::string& given) {
     });
     if (!stored) return fail(context, kNotStored);
     if (added) return kExitSuccess;
-    return fail(context, "This destination is already bookmarked. You can not add it again.");
+    return fail(context, kAlreadyBookmarked);
 }
 
 int remove(const CommandContext& context, const std::string& name) {

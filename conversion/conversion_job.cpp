@@ -10,6 +10,7 @@
 #include "conversion/status_line.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
+#include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/main_bundle.h"
@@ -104,6 +105,9 @@ void ConversionJob::start() {
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
     if (!fileInfo_.audioTrackInformation.empty() && !chooseAudio(settings)) return;
     arguments_ = buildArguments({.file = fileInfo_,
+    if (const auto& subtitle = fileInfo_.subtitleFileURL) {
+        vn_log_level(kLogNotice, "Info: adding subtitles from file %@", *subtitle);
+    }
                                  .audioTrackIndex = audioTrackIndex_,
                                  .settings = settings,
                                  .progressFile = progressFile_.path(),

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "conversion/free_space.h"
 #include "support/make_string.h"
 #include "support/strings.h"
 
@@ -26,7 +27,7 @@ constexpr auto kRows = std::to_array<Row>({
     {{{{kNoSpaceLeft}}},
      "Movie conversion failed because there is not enough free space left on the destination "
      "volume. Please make sure your harddisk has enough free space before starting conversion"},
-    {{{{"File too large"}}}, "Your target disk doesn't support large files."},
+    {{{{"File too large"}}}, kNoLargeFiles},
     {{{{"Operation timed out"}, {"Connection timed out"}, {"Bad file descriptor"}}},
      "Movie conversion failed but it seems the reason is that the disk or network volume to save "
      "the movie is having problems. Try converting to a reliable disk and copying the file to its "

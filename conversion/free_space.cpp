@@ -29,7 +29,7 @@ std::string_view spaceProblem(std::uint64_t needed, const VolumeFacts& volume) {
         return "There is not enough free space on your target disk for conversion.";
     }
     if (volume.maximumFileSize && *volume.maximumFileSize < needed) {
-        return "Your target disk doesn't support large files.";
+        return kNoLargeFiles;
     }
     return {};
 }

@@ -13,6 +13,9 @@ struct VolumeFacts {
     std::optional<std::uint64_t> maximumFileSize{};  ///< absent: none reported
 };
 
+/// What a user is told when a volume takes no file of the needed size.
+inline constexpr std::string_view kNoLargeFiles = "Your target disk doesn't support large files.";
+
 /// Absent when the folder's file system cannot be asked.
 [[nodiscard]] std::optional<VolumeFacts> volumeFacts(const std::filesystem::path& folder);
 

@@ -9,6 +9,7 @@
 
 #include "support/log_capture.h"
 #include "support/ports/system_log.h"
+#include "support/preference_text.h"
 #include "support/preferences.h"
 #include "support/strings.h"
 
@@ -103,8 +104,10 @@ void keepInRing(const LogSinks& sinks, const Ring& ring, std::string_view messag
         key += std::to_string(ring.position);
         ring.position = (ring.position + 1) % ring.places;
     }
-    sinks.preferences->setDefaultString(
-        key, makeString("date: %@ message: %@", dateDescription(), message));
+    // In the background: a message must not wait for the disk.
+    sinks.preferences->changeLater(
+        key, [text = preferenceText(makeString("date: %@ message: %@", dateDescription(),
+                                               message))](const auto&) { return text; });
 }
 
 }  // namespace

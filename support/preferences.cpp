@@ -151,6 +151,8 @@ void Preferences::changeLater(std::string_view key, Change change) {
             return;
         }
         later_.push_back({.key = std::string(key), .change = std::move(change)});
+        // A store that complains in the log while it writes must not be asked to write that.
+        if (writer_ == std::this_thread::get_id()) return;
         if (background_ && std::exchange(scheduled_, true)) return;
         background = background_;
     }
@@ -179,12 +181,17 @@ void Preferences::writeChanges() const {
 
 /// What was to be changed earlier comes first, in the same write.
 void Preferences::writeChangesAnd(const std::function<void(PreferenceValues&)>& edit) const {
+    {
+        const std::lock_guard lock(mutex_);
+        if (writer_ == std::this_thread::get_id()) return;  // asked from inside a write
+    }
     const std::lock_guard oneAtATime(writing_);
     {
         const std::lock_guard lock(mutex_);
         onTheirWay_ = std::exchange(later_, {});
         scheduled_ = false;
         if (onTheirWay_.empty() && !edit) return;
+        writer_ = std::this_thread::get_id();
     }
     store_.edit([&](PreferenceValues& values) {
         for (const auto& [key, change] : onTheirWay_) {
@@ -200,6 +207,7 @@ void Preferences::writeChangesAnd(const std::function<void(PreferenceValues&)>& 
     });
     const std::lock_guard lock(mutex_);
     onTheirWay_.clear();
+    writer_ = {};
 }
 
 void Preferences::setTogether(const PreferenceValues& texts) {

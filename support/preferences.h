@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "support/ports/preferences_store.h"
@@ -106,6 +107,7 @@ private:
     // Reading a value writes what is still to be done to it.
     mutable std::vector<LaterChange> later_;       // not yet on their way
     mutable std::vector<LaterChange> onTheirWay_;  // not yet on disk
+    mutable std::thread::id writer_;               // the thread inside a write, if any
     mutable bool scheduled_ = false;               // somebody is asked to write the later changes
 };
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "support/make_string.h"
+#include "support/named_exception.h"
 
 namespace reelvane {
 namespace {
@@ -87,6 +88,8 @@ ExceptionReport describeException(const std::exception_ptr& exception,
     if (!exception) return reportOf("std::terminate", {}, {}, callStack);
     try {
         std::rethrow_exception(exception);
+    } catch (const NamedException& caught) {
+        return reportOf(caught.name(), caught.what(), nestedTexts(caught), callStack);
     } catch (const std::exception& caught) {
         return reportOf(demangled(typeid(caught).name()), caught.what(), nestedTexts(caught),
                         callStack);

@@ -9,7 +9,7 @@ namespace reelvane {
 
 /// What a report says of an exception that nobody caught.
 struct ExceptionReport {
-    std::string name{};     ///< its type, as in the source
+    std::string name{};     ///< its own, else its type, as in the source
     std::string details{};  ///< its text, the texts nested in it, the call stack
 };
 

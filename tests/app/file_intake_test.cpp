@@ -1,5 +1,6 @@
 #include "app/file_intake.h"
 
+#include "support/named_exception.h"
 #include "tests/app/app_fixture.h"
 
 namespace reelvane {
@@ -104,7 +105,7 @@ TEST_F(FileIntakeTest, AlertsOnceForAMissingToolAndDropsTheBatch) {
 TEST_F(FileIntakeTest, CarriesAnUnreadableReportToTheMainThread) {
     report_ = "Input #0\n  Duration: 00:00:01.00, start: 0\n";
     launch().openFiles({movie("a.mkv")});
-    EXPECT_THROW(platform_.dispatcher.runPending(), std::out_of_range);
+    EXPECT_THROW(platform_.dispatcher.runPending(), NamedException);
     EXPECT_FALSE(intake().isScanning().get());
 }
 

@@ -31,6 +31,7 @@ TEST(Log, KeepsTheLastTenMessagesOfEachLevelAndFortyThreeInTheRingOfItsOwn) {
     auto& values = platform.store.values;
     vn_log_level(kLogDebug, "other level");
     for (int i = 0; i < 11; ++i) vn_log_level(kLogAlert, "number %i", i);
+    platform.preferences.writeChanges();
     EXPECT_FALSE(holds(values, "number 0"));
     EXPECT_TRUE(holds(values, "number 1") && holds(values, "other level"));
     EXPECT_EQ(values.size(), 11U);
@@ -39,6 +40,7 @@ TEST(Log, KeepsTheLastTenMessagesOfEachLevelAndFortyThreeInTheRingOfItsOwn) {
                              "[0-9]{2} \\+0000 message: number [0-9]+"));
     values.clear();
     for (int i = 0; i < 44; ++i) log_to_prefs("entry " + std::to_string(i));
+    platform.preferences.writeChanges();
     EXPECT_EQ(values.size(), 43U);
     EXPECT_FALSE(holds(values, "entry 0"));
     EXPECT_TRUE(values.contains("vantor_logtoprefs_pos42"));
@@ -50,6 +52,7 @@ TEST(Log, TellsTheSystemOfLevelsThatItKnows) {
         vn_log_level(kLogError, "%@ of %i", "one", 2);
         vn_log_level(8, "beyond");
         EXPECT_THAT(platform.systemLog.written, UnorderedElementsAre(Pair(3, "one of 2")));
+        platform.preferences.writeChanges();
         EXPECT_EQ(platform.store.values.size(), 1U);
     }
     vn_log_level(kLogError, "the sinks are gone");  // must not reach for them
