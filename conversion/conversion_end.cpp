@@ -65,6 +65,7 @@ void ConversionJob::succeed(const ConversionSettings& settings) {
     const auto source = fileInfo_.fileURL;
     const bool endsEarly = outputCheck_.proof.endsEarly;
     finishedOK_ = true;
+    ownsOutput_ = false;  // it is the user's now
     settleOutput();
     setState(ConversionJobState::Finished);
     if (settings.autoClean) remove();
@@ -106,7 +107,10 @@ void ConversionJob::remove() {
     timer_.reset();
     if (task_) task_->terminate();
     task_.reset();
-    if (state_ != ConversionJobState::Finished) deleteOutput();
+    // Before its start, and after a failure that left nothing, an automatic name may be another's.
+    const bool agreedTo =
+        state_ == ConversionJobState::Queued && fileInfo_.outputClaim == OutputClaim::Chosen;
+    if (ownsOutput_ || agreedTo) deleteOutput();
     progressFile_.remove();
     settleOutput();
     if (const auto folder = std::exchange(fileInfo_.securityURL, {})) {

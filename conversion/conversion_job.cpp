@@ -97,17 +97,18 @@ void ConversionJob::start() {
     startProblem_.clear();
     outputCheck_ = {};
     if (!checkInput()) return;
-    deleteOutput();
+    if (fileInfo_.outputClaim != OutputClaim::Reserved) deleteOutput();
+    ownsOutput_ = true;
     progressFile_ = ProgressFile::create(vantor_.docDir(), fileInfo_.fileName);
     if (fileInfo_.destinationURL) {
         controller_.outputBegun(*fileInfo_.destinationURL, progressFile_.path());
     }
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
     if (!fileInfo_.audioTrackInformation.empty() && !chooseAudio(settings)) return;
-    arguments_ = buildArguments({.file = fileInfo_,
     if (const auto& subtitle = fileInfo_.subtitleFileURL) {
         vn_log_level(kLogNotice, "Info: adding subtitles from file %@", *subtitle);
     }
+    arguments_ = buildArguments({.file = fileInfo_,
                                  .audioTrackIndex = audioTrackIndex_,
                                  .settings = settings,
                                  .progressFile = progressFile_.path(),
@@ -120,6 +121,7 @@ bool ConversionJob::checkInput() {
         // The state first: an alert's own loop may let others look at this job, or take it away.
         jobOutput_ = "USER_REMOVED";
         finishedError_ = true;
+        deleteReservation();
         const auto name = Fennimar::validUtf8(fileInfo_.fileURL.filename().native());
         auto& vantor = vantor_;
         setState(ConversionJobState::Failed);
@@ -163,6 +165,7 @@ bool ConversionJob::checkFreeSpace() {
     const auto problem = spaceProblem(fileInfo_.fileSize, *volume);
     if (problem.empty()) return true;
     progressFile_.remove();
+    deleteReservation();
     settleOutput();
     alert_apptitled(vantor_, problem, "OK");
     return false;
@@ -185,11 +188,18 @@ bool ConversionJob::writesOverInput() const {
            std::filesystem::equivalent(*fileInfo_.destinationURL, fileInfo_.fileURL, ignored);
 }
 
-void ConversionJob::deleteOutput() const {
+void ConversionJob::deleteOutput() {
+    ownsOutput_ = false;
     // The source is never touched, however the output came to name it.
     if (fileInfo_.destinationURL && !writesOverInput()) {
         Fennimar::removeFile(*fileInfo_.destinationURL);
     }
+}
+
+void ConversionJob::deleteReservation() {
+    if (fileInfo_.outputClaim != OutputClaim::Reserved) return;
+    deleteOutput();
+    fileInfo_.outputClaim = OutputClaim::None;
 }
 
 void ConversionJob::settleOutput() {

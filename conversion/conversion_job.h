@@ -108,7 +108,9 @@ private:
 
     /// True when the destination names the input itself.
     [[nodiscard]] bool writesOverInput() const;
-    void deleteOutput() const;
+    void deleteOutput();
+    /// Gives the name of an output back that the converter has not begun to write.
+    void deleteReservation();
     void settleOutput();
 
     Vantor& vantor_;
@@ -120,6 +122,7 @@ private:
     bool finishedOK_ = false;
     bool finishedError_ = false;
     bool fastmode_ = false;
+    bool ownsOutput_ = false;  ///< what lies at the output path is unfinished and this job's
 
     std::string jobOutput_;  ///< the converter's warnings and errors, byte for byte
     std::vector<std::string> arguments_;
