@@ -38,7 +38,8 @@ TEST(ExecutableBundle, TheEnvironmentMayNameAnotherFfmpeg) {
     const auto tool = folder.write("second/tool");
     std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
     folder.write("first/tool");  // not executable
-    const std::string searched = std::getenv("PATH");
+    const auto* const before = std::getenv("PATH");
+    const std::string searched = before == nullptr ? "" : before;
     ::setenv("PATH", ((folder.path() / "first:") += folder.path() / "second").c_str(), 1);
     const auto here = std::filesystem::current_path();
     const std::vector<std::pair<const char*, path>> cases = {
