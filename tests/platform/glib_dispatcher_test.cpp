@@ -54,6 +54,7 @@ TEST(GlibDispatcher, EveryThreadsMainWorkKeepsItsOrderAndWakesTheLoop) {
         }
     };
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (auto& mine : seen) threads.emplace_back(submitAll, std::ref(mine));
     dispatcher.run();
     for (auto& thread : threads) thread.join();
