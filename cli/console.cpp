@@ -1,6 +1,9 @@
 #include "cli/console.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <poll.h>
 #include <unistd.h>
 #include <utility>
@@ -12,25 +15,32 @@ namespace {
 
 constexpr std::string_view kEraseLine = "\r\x1b[K";
 
-/// False when the stream takes no more.
-bool writeAll(int descriptor, std::string_view text) {
+enum class Written { All, Closed, GivenUp };
+
+/// Waits for a slow reader, but not once the cancel descriptor can be read: what the stream does
+/// not take at once is left out then.
+Written writeUnlessCancelled(int descriptor, std::string_view text, int cancelDescriptor) {
     while (!text.empty()) {
-        const auto written = ::write(descriptor, text.data(), text.size());
+        std::array<pollfd, 2> waited = {
+            pollfd{.fd = descriptor, .events = POLLOUT, .revents = 0},
+            pollfd{.fd = cancelDescriptor, .events = POLLIN, .revents = 0}};
+        if (::poll(waited.data(), waited.size(), -1) < 0) continue;
+        if (waited[0].revents == 0) return Written::GivenUp;
+        // A pipe that is ready takes so much without blocking.
+        const auto written =
+            ::write(descriptor, text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));
         if (written >= 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno == EAGAIN) {
-            pollfd ready{.fd = descriptor, .events = POLLOUT, .revents = 0};
-            ::poll(&ready, 1, -1);
-        } else if (errno != EINTR) {
-            return false;
+        } else if (errno != EINTR && errno != EAGAIN) {
+            return Written::Closed;
         }
     }
-    return true;
+    return Written::All;
 }
 
 }  // namespace
 
-Console::Console() {
+Console::Console(int cancelDescriptor) : cancelDescriptor_(cancelDescriptor) {
     const auto facts = terminalFacts(STDOUT_FILENO);
     abilities_ = {.liveLine = canShowLiveLine(facts), .colours = canShowColours(facts)};
 }
@@ -40,7 +50,8 @@ std::size_t Console::columns() {
 }
 
 void Console::write(std::string_view text) {
-    if (isClosed_ || writeAll(STDOUT_FILENO, text)) return;
+    if (isClosed_) return;
+    if (writeUnlessCancelled(STDOUT_FILENO, text, cancelDescriptor_) != Written::Closed) return;
     isClosed_ = true;
     if (closed_) closed_();
 }
@@ -52,7 +63,7 @@ void Console::line(std::string_view text) {
 
 void Console::error(std::string_view text) {
     endLive();
-    writeAll(STDERR_FILENO, std::string(text) + "\n");
+    writeUnlessCancelled(STDERR_FILENO, std::string(text) + "\n", cancelDescriptor_);
 }
 
 void Console::showLive(std::string_view text) {

@@ -8,7 +8,8 @@
 namespace reelvane {
 
 /// Standard output and standard error, and the live line at the bottom of a terminal. Every call
-/// has written all when it returns. Main thread only.
+/// has written all when it returns, unless the run was cancelled: then nothing waits for a reader
+/// that stalls. Main thread only.
 class Console {
 public:
     /// What may be shown on standard output.
@@ -16,8 +17,10 @@ public:
         bool liveLine = false;
         bool colours = false;
     };
-    /// Reads from the two streams and the environment what they can do.
-    Console();
+    /// Reads from the two streams and the environment what they can do. A readable
+    /// `cancelDescriptor`
+    /// (-1: none) says that the run was cancelled.
+    explicit Console(int cancelDescriptor = -1);
     /// With what they can do given.
     explicit Console(Abilities abilities) : abilities_(abilities) {}
 
@@ -41,6 +44,7 @@ public:
 
 private:
     Abilities abilities_;
+    int cancelDescriptor_ = -1;
     std::function<void()> closed_;
     bool isClosed_ = false;
     bool isLive_ = false;

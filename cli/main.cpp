@@ -1,10 +1,7 @@
 // The command line's composition root: the only place that knows the platform.
 
 #include <algorithm>
-#include <array>
 #include <csignal>
-#include <glib-unix.h>
-#include <memory>
 #include <unistd.h>
 
 #include "app/preference_table.h"
@@ -16,6 +13,7 @@
 #include "cli/declining_panels.h"
 #include "cli/exit_status.h"
 #include "cli/help_text.h"
+#include "cli/interruption.h"
 #include "cli/stderr_alerts.h"
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
@@ -23,6 +21,7 @@
 #include "platform/gettext_translations.h"
 #include "platform/gio_workspace.h"
 #include "platform/glib_dispatcher.h"
+#include "platform/glib_source.h"
 #include "platform/ini_preferences_store.h"
 #include "platform/inotify_bundle_watch.h"
 #include "platform/linux_host.h"
@@ -38,49 +37,11 @@
 namespace reelvane {
 namespace {
 
-constexpr auto kEndingSignals = std::to_array<int>({SIGINT, SIGTERM, SIGHUP});
-
-/// False where the caller wants the signal to be ignored, as nohup does.
-bool isWanted(int signal) {
-    struct sigaction present {};
-    return ::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN;
-}
-
-/// For what leaves nothing behind: a probe ends with the thread that runs it.
-void exitAtOnceOnSignals() {
-    for (const int signal : kEndingSignals) {
-        if (!isWanted(signal)) continue;
-        struct sigaction action {};
-        action.sa_handler = [](int number) { ::_exit(exitStatusOfSignal(number)); };
-        ::sigaction(signal, &action, nullptr);
-    }
-}
-
-/// For what has to be cleaned up: the main loop ends with the signal's status. The handlers stay,
-/// so that a second signal does not cut the cleaning short.
-void quitOnSignals(GlibDispatcher& dispatcher) {
-    struct Quit {
-        GlibDispatcher* dispatcher;
-        int signal;
-    };
-    const auto quit = [](gpointer data) -> gboolean {
-        const auto& chosen = *static_cast<Quit*>(data);
-        chosen.dispatcher->quit(exitStatusOfSignal(chosen.signal));
-        return G_SOURCE_CONTINUE;
-    };
-    const auto release = [](gpointer data) {
-        const std::unique_ptr<Quit> owner(static_cast<Quit*>(data));
-    };
-    for (const int signal : kEndingSignals) {
-        if (!isWanted(signal)) continue;
-        auto data = std::make_unique<Quit>(Quit{.dispatcher = &dispatcher, .signal = signal});
-        g_unix_signal_add_full(G_PRIORITY_HIGH, signal, quit, data.release(), release);
-    }
-}
-
 /// What every command needs, made in this order.
 struct Base {
-    explicit Base(Console& shown) : console(shown) {}
+    Base(Console& shown, int cancelDescriptor)
+        : console(shown),
+          processLauncher(cancelDescriptor) {}
 
     Console& console;
     ExecutableBundle mainBundle;
@@ -92,13 +53,16 @@ struct Base {
     Preferences preferences{store};
 };
 
-int convert(Base& base, const ConvertRequest& request) {
+int convert(Base& base, const Interruption& interruption, const ConvertRequest& request) {
     setUnattendedPreferences(base.preferences);
     const auto name = base.mainBundle.infoValue("Name").value_or("Reelvane");
     StderrAlerts alerts(base.console);
     DecliningPanels panels;
     GlibDispatcher dispatcher;
-    quitOnSignals(dispatcher);
+    const auto interrupted = makeReadableSource(interruption.descriptor(), [&dispatcher] {
+        dispatcher.quit(exitStatusOfSignal(Interruption::signal()));
+    });
+    g_source_set_priority(interrupted.get(), G_PRIORITY_HIGH);
     SyslogSystemLog systemLog{std::string(kProgramName)};
     InotifyBundleWatch bundleWatch;
     DBusNotifications notifications(systemLog, dispatcher, name, base.identifier);
@@ -154,16 +118,30 @@ int run(Base& base, const Request& request) {
     return std::visit(Runner{.context = context}, request.action);
 }
 
-int start(Console& console, const Request& request) {
-    exitAtOnceOnSignals();
-    Base base(console);
+void prepare(Base& base, const Request& request) {
     base.preferences.registerDefaults(registeredDefaults());
     for (const auto& [key, text] : request.overrides) base.preferences.setForThisRun(key, text);
-    if (const auto problem = base.store.problem()) console.error(*problem);
+    if (const auto problem = base.store.problem()) base.console.error(*problem);
+}
+
+int startConversion(const Request& request, const ConvertRequest& conversion) {
+    const Interruption interruption;
+    Console console(interruption.descriptor());
+    Base base(console, interruption.descriptor());
+    prepare(base, request);
+    return convert(base, interruption, conversion);
+}
+
+int start(const Request& request) {
     // A conversion has its own handler, which reports from where the exception was thrown.
     if (const auto* const conversion = std::get_if<ConvertRequest>(&request.action)) {
-        return convert(base, *conversion);
+        return startConversion(request, *conversion);
     }
+    // A probe ends with the thread that runs it.
+    exitAtOnceOnSignals();
+    Console console;
+    Base base(console, -1);
+    prepare(base, request);
     try {
         return run(base, request);
     } catch (const std::exception& exception) {
@@ -192,6 +170,5 @@ int main(int argc, char** argv) {
     if (const auto* const farewell = std::get_if<reelvane::Farewell>(&parsed)) {
         return reelvane::bidFarewell(*farewell);
     }
-    reelvane::Console console;
-    return reelvane::start(console, std::get<reelvane::Request>(parsed));
+    return reelvane::start(std::get<reelvane::Request>(parsed));
 }

@@ -67,21 +67,30 @@ private:
     GlibSource endSource_;
 };
 
+/// The status of a run that was cancelled: as if SIGTERM had ended the child.
+constexpr int kCancelledStatus = SIGTERM;
+
+bool isReadable(int descriptor) {
+    pollfd waited{.fd = descriptor, .events = POLLIN, .revents = 0};
+    return ::poll(&waited, 1, 0) > 0;
+}
+
 /// Reads until the child has ended, which the end of its output alone does not say: it may close
-/// its output and go on, and others may hold it open.
-std::string outputUntilEnd(const PosixChild& child) {
-    std::string output;
-    std::array<pollfd, 2> waited = {
+/// its output and go on, and others may hold it open. False when the run was cancelled before.
+bool readUntilEnd(const PosixChild& child, int cancelDescriptor, std::string& output) {
+    std::array<pollfd, 3> waited = {
         pollfd{.fd = child.endDescriptor(), .events = POLLIN, .revents = 0},
-        pollfd{.fd = child.output(), .events = POLLIN, .revents = 0}};
+        pollfd{.fd = child.output(), .events = POLLIN, .revents = 0},
+        pollfd{.fd = cancelDescriptor, .events = POLLIN, .revents = 0}};
     while (waited[0].revents == 0) {
         if (::poll(waited.data(), waited.size(), -1) < 0) {
             waited[0].revents = 0;
             continue;
         }
         if (waited[1].revents != 0 && !readAvailable(child.output(), output)) waited[1].fd = -1;
+        if (waited[0].revents == 0 && waited[2].revents != 0) return false;
     }
-    return output;
+    return true;
 }
 
 }  // namespace
@@ -94,12 +103,18 @@ LaunchResult PosixProcessLauncher::launch(const ProcessRequest& request,
 }
 
 RunResult PosixProcessLauncher::run(const ProcessRequest& request) {
+    FinishedProcess finished{.exitStatus = kCancelledStatus};
+    if (isReadable(cancelDescriptor_)) return {.finished = std::move(finished)};
     auto started = PosixChild::start(request);
     if (!started.child) return {.error = started.error};
-    auto output = outputUntilEnd(*started.child);
-    const int status = started.child->reap();
-    output += started.child->takePendingOutput();
-    return {.finished = FinishedProcess{.output = std::move(output), .exitStatus = status}};
+    const auto& child = *started.child;
+    if (readUntilEnd(child, cancelDescriptor_, finished.output)) {
+        finished.exitStatus = child.reap();
+    } else {
+        child.terminate();
+    }
+    finished.output += child.takePendingOutput();
+    return {.finished = std::move(finished)};
 }
 
 }  // namespace reelvane

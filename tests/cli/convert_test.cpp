@@ -111,6 +111,30 @@ TEST_F(Convert, SignalsLeaveNothingUnfinishedBehind) {
     }
 }
 
+TEST_F(Convert, ATrialThatHangsIsInterruptedToo) {
+    movie("a.mkv", "!trialhang\n");
+    for (const int signal : {SIGINT, SIGTERM}) {
+        Child running(command({"convert", "--audio", "1", "a.mkv"}));
+        await([this] { return content("a.m4v") == "half"; });
+        running.send(signal);
+        EXPECT_EQ(running.wait().status, 128 + signal);
+        EXPECT_FALSE(std::filesystem::exists(path("a.m4v")));
+        EXPECT_FALSE(hasProgressFiles());
+        EXPECT_FALSE(isUsed(path("a.mkv")));
+    }
+}
+
+TEST_F(Convert, AReaderThatStallsDoesNotHoldUpAnInterruption) {
+    movie("a.mkv", "!await " + path("go").native() + "\n!spam 200000\n!exit 1\n");
+    Child running(command({"convert", "--json", "a.mkv"}));  // nobody reads before its end
+    awaitFile(path("a.m4v"));
+    folder_.write("go");
+    await([this] { return !std::filesystem::exists(path("a.m4v")); });
+    running.send(SIGINT);
+    EXPECT_EQ(running.wait().status, 130);
+    EXPECT_FALSE(hasProgressFiles());
+}
+
 TEST_F(Convert, AProbeThatHangsDoesNotHoldUpAnInterruption) {
     movie("a.mkv", "!probehang\n");
     Child running(command({"convert", "a.mkv"}));

@@ -8,6 +8,7 @@
 //     !await FILE         waits until this file is there
 //     !hang               leaves half an output behind and never ends
 //     !probehang          the probe never ends
+//     !trialhang          a trial conversion leaves half an output behind and never ends
 //     !end                what follows is not read
 //     !exit 1             ends with this status, half an output left behind
 //
@@ -47,6 +48,15 @@ int probe(std::ifstream& script) {
     return 1;  // as ffmpeg without an output
 }
 
+int tryOneSecond(std::ifstream& script, const std::string& output) {
+    std::ofstream(output) << "half";
+    std::string line;
+    while (std::getline(script, line)) {
+        if (line == "!trialhang") hang();
+    }
+    return 0;
+}
+
 int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
     const auto& output = arguments.back();
     std::ofstream progress(valueOf(arguments, "-progress"), std::ios::app);
@@ -81,6 +91,7 @@ int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     std::ifstream script(valueOf(arguments, "-i"), std::ios::binary);
+    if (!valueOf(arguments, "-t").empty()) return tryOneSecond(script, arguments.back());
     if (valueOf(arguments, "-progress").empty()) return probe(script);
     return convert(script, arguments);
 }
