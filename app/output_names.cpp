@@ -1,33 +1,17 @@
 #include "app/output_names.h"
 
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <system_error>
 
-#include "support/file_descriptor.h"
+#include "conversion/output_reservation.h"
 #include "support/paths.h"
 
 namespace reelvane {
 namespace {
 
-constexpr std::size_t kLongestName = 255;  // of the common file systems, in bytes
-constexpr std::size_t kRoomForNumber = 8;  // "-1000000"
-
 /// A link that leads nowhere counts: writing through it would make a file elsewhere.
 bool somethingLiesAt(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
-}
-
-enum class Reservation { Made, Taken, Impossible };
-
-Reservation reserve(const std::filesystem::path& path) {
-    constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-    constexpr mode_t kAsUsual = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-    const FileDescriptor file(::open(path.c_str(), kNew, kAsUsual));
-    if (file.isOpen()) return Reservation::Made;
-    return errno == EEXIST ? Reservation::Taken : Reservation::Impossible;
 }
 
 }  // namespace
@@ -43,8 +27,7 @@ std::filesystem::path OutputNames::freePath(const std::filesystem::path& folder,
     name += ".";
     name += extension;
     return Fennimar::uniqueFile(
-        Fennimar::withNameCut(folder / name, kLongestName, kRoomForNumber),
-        [this](const std::filesystem::path& path) { return isPromised(path); });
+        folder / name, [this](const std::filesystem::path& path) { return isPromised(path); });
 }
 
 void OutputNames::promise(const std::filesystem::path& path) {
@@ -83,7 +66,7 @@ void OutputNames::claim(MKVFileInfo& record) {
     while (reservation == Reservation::Taken) {
         refresh(record);
         if (!record.destinationURL || record.outputClaim == OutputClaim::Chosen) return;
-        reservation = reserve(*record.destinationURL);
+        reservation = reserveOutput(*record.destinationURL);
     }
     // Where none can be made, the converter will say what is wrong there.
     if (reservation == Reservation::Made) record.outputClaim = OutputClaim::Reserved;

@@ -2,17 +2,18 @@
 
 #include <algorithm>
 #include <functional>
-#include <system_error>
+#include <optional>
+#include <string>
 #include <unistd.h>
-#include <utility>
+#include <vector>
 
 #include "app/preference_keys.h"
+#include "app/unfinished_output.h"
 #include "conversion/mp4_movie.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/host.h"
 #include "support/preference_text.h"
-#include "support/strings.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -20,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Outcome { Deleted, Whole, Absent };
+enum class Outcome { Deleted, Whole, Unknown, Absent };
 
 struct CleanedOutput {
     fs::path output{};
@@ -44,17 +45,15 @@ std::string withEntry(const std::optional<std::string>& list, const UnfinishedOu
     return preferenceText(entries);
 }
 
-/// Neither a link nor a folder is ever what a conversion left behind.
-bool isPlainFile(const fs::path& path) {
-    std::error_code ignored;
-    return fs::is_regular_file(fs::symlink_status(path, ignored));
-}
-
 Outcome cleanUpAfter(const UnfinishedOutput& unfinished) {
-    if (isPlainFile(unfinished.progressFile)) Fennimar::removeFile(unfinished.progressFile);
-    if (!isPlainFile(unfinished.output)) return Outcome::Absent;
-    if (readMp4(unfinished.output).movie) return Outcome::Whole;
-    Fennimar::removeFile(unfinished.output);
+    if (isStillThere(unfinished.progressFile)) {
+        Fennimar::removeFile(unfinished.progressFile.path);
+    }
+    const auto& output = unfinished.output;
+    if (!Fennimar::fileExists(output.path)) return Outcome::Absent;
+    if (!isStillThere(output)) return Outcome::Unknown;
+    if (readMp4(output.path).movie) return Outcome::Whole;
+    Fennimar::removeFile(output.path);
     return Outcome::Deleted;
 }
 
@@ -65,28 +64,20 @@ void logOutcome(const CleanedOutput& cleaned) {
     } else if (cleaned.outcome == Outcome::Whole) {
         vn_log_level(kLogError, "Info: kept %@: its conversion was interrupted, but it is whole",
                      cleaned.output);
+    } else if (cleaned.outcome == Outcome::Unknown) {
+        vn_log_level(kLogError,
+                     "Info: left %@ alone: it can't be told whether an interrupted conversion or "
+                     "another program made it",
+                     cleaned.output);
     }
 }
 
+/// Told only of the process's own file: the lock of another says nothing about the process.
+ProgressLock lockOf(const OwnFile& progressFile) {
+    return isStillThere(progressFile) ? progressLockOf(progressFile.path) : ProgressLock::Unknown;
+}
+
 }  // namespace
-
-std::string unfinishedOutputText(const UnfinishedOutput& unfinished) {
-    return preferenceText(std::vector{std::to_string(unfinished.processID), unfinished.startTime,
-                                      unfinished.output.native(),
-                                      unfinished.progressFile.native()});
-}
-
-std::optional<UnfinishedOutput> unfinishedOutputFromText(std::string_view text) {
-    const auto fields = listFromPreferenceText(text);
-    if (!fields || fields->size() != 4) return std::nullopt;
-    UnfinishedOutput unfinished{.processID = Fennimar::leadingInteger(fields->at(0)),
-                                .startTime = fields->at(1),
-                                .output = fields->at(2),
-                                .progressFile = fields->at(3)};
-    const bool complete = unfinished.processID > 0 && !unfinished.startTime.empty() &&
-                          unfinished.output.is_absolute() && unfinished.progressFile.is_absolute();
-    return complete ? std::optional(std::move(unfinished)) : std::nullopt;
-}
 
 void UnfinishedOutputs::cleanUp() {
     auto& preferences = vantor_.preferences();
@@ -95,11 +86,16 @@ void UnfinishedOutputs::cleanUp() {
     if (!preferences.defaultObject(kUnfinishedOutputKey) || !host.processStartTime(::getpid())) {
         return;
     }
+    const auto here = host.processScope();
     std::vector<CleanedOutput> cleaned;
     const auto clean = [&](const std::optional<UnfinishedOutput>& unfinished) {
         if (!unfinished) return true;
-        if (host.processStartTime(unfinished->processID) == unfinished->startTime) return false;
-        cleaned.push_back({.output = unfinished->output, .outcome = cleanUpAfter(*unfinished)});
+        if (!isGone(*unfinished, here, host.processStartTime(unfinished->processID),
+                    lockOf(unfinished->progressFile))) {
+            return false;
+        }
+        cleaned.push_back(
+            {.output = unfinished->output.path, .outcome = cleanUpAfter(*unfinished)});
         return true;
     };
     // All within the one edit: of two programs that start at once, one cleans up and the other
@@ -112,24 +108,28 @@ void UnfinishedOutputs::cleanUp() {
 }
 
 void UnfinishedOutputs::begin(const fs::path& output, const fs::path& progressFile) {
-    const auto startTime = vantor_.ports().host.processStartTime(::getpid());
+    const auto& host = vantor_.ports().host;
+    const auto startTime = host.processStartTime(::getpid());
     if (!startTime || !begun_.insert(output).second) return;
     vantor_.preferences().changeLater(
         kUnfinishedOutputKey,
         [entry = UnfinishedOutput{.processID = ::getpid(),
                                   .startTime = *startTime,
-                                  .output = output,
-                                  .progressFile = progressFile}](std::optional<std::string> list) {
-            return withEntry(list, entry);
-        });
+                                  .scope = host.processScope(),
+                                  .output = ownFileAt(output),
+                                  .progressFile = ownFileAt(progressFile)}](
+            std::optional<std::string> list) { return withEntry(list, entry); });
 }
 
 void UnfinishedOutputs::settle(const fs::path& output) {
     if (begun_.erase(output) == 0) return;
     vantor_.preferences().changeLater(
-        kUnfinishedOutputKey, [output, processID = ::getpid()](std::optional<std::string> list) {
+        kUnfinishedOutputKey,
+        [output, processID = ::getpid(),
+         scope = vantor_.ports().host.processScope()](std::optional<std::string> list) {
             return withoutEntries(list, [&](const std::optional<UnfinishedOutput>& entry) {
-                return entry && entry->processID == processID && entry->output == output;
+                return entry && entry->processID == processID && entry->scope == scope &&
+                       entry->output.path == output;
             });
         });
 }

@@ -7,6 +7,7 @@
 #include "conversion/command_builder.h"
 #include "conversion/fixup_trial.h"
 #include "conversion/free_space.h"
+#include "conversion/output_reservation.h"
 #include "conversion/status_line.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
@@ -97,12 +98,7 @@ void ConversionJob::start() {
     startProblem_.clear();
     outputCheck_ = {};
     if (!checkInput()) return;
-    if (fileInfo_.outputClaim != OutputClaim::Reserved) deleteOutput();
-    ownsOutput_ = true;
-    progressFile_ = ProgressFile::create(vantor_.docDir(), fileInfo_.fileName);
-    if (fileInfo_.destinationURL) {
-        controller_.outputBegun(*fileInfo_.destinationURL, progressFile_.path());
-    }
+    if (!makeFiles()) return;
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
     if (!fileInfo_.audioTrackInformation.empty() && !chooseAudio(settings)) return;
     if (const auto& subtitle = fileInfo_.subtitleFileURL) {
@@ -138,6 +134,28 @@ bool ConversionJob::checkInput() {
                        "another destination.",
                        Fennimar::validUtf8(fileInfo_.fileName)));
         return false;
+    }
+    return true;
+}
+
+bool ConversionJob::makeFiles() {
+    if (fileInfo_.outputClaim != OutputClaim::Reserved) {
+        deleteOutput();
+        reserveClearedOutput();
+    }
+    ownsOutput_ = true;
+    auto made = ProgressFile::create(vantor_, fileInfo_.fileName);
+    if (!made) {
+        refuseStart(
+            makeString("The conversion of %@ can't be started because neither your documents "
+                       "folder nor a folder for temporary files can be written. Please check the "
+                       "free space and the permissions there and try again.",
+                       Fennimar::validUtf8(fileInfo_.fileName)));
+        return false;
+    }
+    progressFile_ = std::move(*made);
+    if (fileInfo_.destinationURL) {
+        controller_.outputBegun(*fileInfo_.destinationURL, progressFile_.path());
     }
     return true;
 }
@@ -194,6 +212,12 @@ void ConversionJob::deleteOutput() {
     if (fileInfo_.destinationURL && !writesOverInput()) {
         Fennimar::removeFile(*fileInfo_.destinationURL);
     }
+}
+
+void ConversionJob::reserveClearedOutput() {
+    if (!fileInfo_.destinationURL) return;
+    const auto reservation = reserveOutput(*fileInfo_.destinationURL);
+    if (reservation == Reservation::Made) fileInfo_.outputClaim = OutputClaim::Reserved;
 }
 
 void ConversionJob::deleteReservation() {

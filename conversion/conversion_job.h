@@ -92,6 +92,7 @@ private:
 
     // The steps of `start`. One that can end it answers false when it has told the user why.
     [[nodiscard]] bool checkInput();
+    [[nodiscard]] bool makeFiles();
     [[nodiscard]] bool chooseAudio(const ConversionSettings& settings);
     [[nodiscard]] bool checkFreeSpace();
     [[nodiscard]] bool needsFixup(const ConversionSettings& settings) const;
@@ -109,6 +110,8 @@ private:
     /// True when the destination names the input itself.
     [[nodiscard]] bool writesOverInput() const;
     void deleteOutput();
+    /// Makes the file that the converter will write, so that it is known which one is its own.
+    void reserveClearedOutput();
     /// Gives the name of an output back that the converter has not begun to write.
     void deleteReservation();
     void settleOutput();

@@ -5,10 +5,11 @@
 #include <cstddef>
 #include <cstdio>
 #include <fcntl.h>
-#include <string_view>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+
+#include "support/posix_io.h"
 
 namespace reelvane {
 
@@ -46,18 +47,6 @@ int readAll(int descriptor, std::string& text) {
             return errno;
         }
     }
-}
-
-bool writeAll(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const auto count = ::write(descriptor, text.data(), text.size());
-        if (count >= 0) {
-            text.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            return false;
-        }
-    }
-    return true;
 }
 
 std::optional<FileIdentity> identityOfOpen(int descriptor) {

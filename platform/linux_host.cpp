@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "platform/account_database.h"
@@ -26,8 +27,7 @@ std::string_view languageOf(std::string_view locale) {
 LinuxHost::LinuxHost(std::filesystem::path root) : root_(std::move(root)) {}
 
 std::string LinuxHost::machineModel() const {
-    const auto content = readWhole(root_ / "sys/class/dmi/id/product_name");
-    return std::string(Fennimar::trimmedOfWhitespaceAndNewlines(content.text));
+    return trimmedContent("sys/class/dmi/id/product_name");
 }
 
 std::string LinuxHost::operatingSystemVersion() const {
@@ -82,9 +82,22 @@ std::optional<std::string> LinuxHost::processStartTime(int processID) const {
         return std::nullopt;
     }
     // It counts from the start of the system, which so belongs to it.
-    const auto boot = readWhole(root_ / "proc/sys/kernel/random/boot_id").text;
-    return std::string(fields[kStartTime]) + "@" +
-           std::string(Fennimar::trimmedOfWhitespaceAndNewlines(boot));
+    return std::string(fields[kStartTime]) + "@" + trimmedContent("proc/sys/kernel/random/boot_id");
+}
+
+ProcessScope LinuxHost::processScope() const {
+    std::error_code ignored;
+    const auto pidNamespace = std::filesystem::read_symlink(root_ / "proc/self/ns/pid", ignored);
+    auto machine = trimmedContent("etc/machine-id");
+    constexpr std::size_t kDigits = 32;  // images carry none, or "uninitialized"; see machine-id(5)
+    if (machine.size() != kDigits) machine.clear();
+    return {.machine = machine,
+            .boot = trimmedContent("proc/sys/kernel/random/boot_id"),
+            .pidNamespace = pidNamespace};
+}
+
+std::string LinuxHost::trimmedContent(const char* file) const {
+    return std::string(Fennimar::trimmedOfWhitespaceAndNewlines(readWhole(root_ / file).text));
 }
 
 }  // namespace reelvane

@@ -22,8 +22,11 @@ public:
     [[nodiscard]] std::vector<std::string> administrators() const override;
     [[nodiscard]] UserFolders folders() const override;
     [[nodiscard]] std::optional<std::string> processStartTime(int processID) const override;
+    [[nodiscard]] ProcessScope processScope() const override;
 
 private:
+    [[nodiscard]] std::string trimmedContent(const char* file) const;
+
     std::filesystem::path root_;
 };
 

@@ -22,6 +22,8 @@ public:
 
     [[nodiscard]] int get() const { return descriptor_; }
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+    /// Hands the descriptor over to the caller, who closes it.
+    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
     void reset(int descriptor = -1) {
         if (descriptor_ >= 0) ::close(descriptor_);
         descriptor_ = descriptor;

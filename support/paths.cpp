@@ -56,10 +56,10 @@ bool fileIsAlias(const fs::path& path) {
 }
 
 bool isWriteablePath(const fs::path& path) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (file < 0) return false;
-    const bool written = reelvane::writeAll(file, "TEST");
-    const bool closed = ::close(file) == 0;
+    auto file = reelvane::createFile(path, 0600);
+    if (!file.isOpen()) return false;
+    const bool written = reelvane::writeAll(file.get(), "TEST");
+    const bool closed = ::close(file.release()) == 0;
     return ::unlink(path.c_str()) == 0 && written && closed;
 }
 

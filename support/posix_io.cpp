@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace reelvane {
@@ -14,6 +15,10 @@ bool writeAll(int file, std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
+}
+
+FileDescriptor createFile(const std::filesystem::path& path, mode_t mode) {
+    return FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
 }
 
 }  // namespace reelvane

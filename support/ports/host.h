@@ -17,6 +17,16 @@ struct UserFolders {
     std::filesystem::path accountHome{};      ///< as the password database says
 };
 
+/// Where process numbers mean something: two processes can see each other by number only where all
+/// three agree. Empty texts are unknown, and agree with nothing.
+struct ProcessScope {
+    std::string machine{};       ///< of this installation of the system
+    std::string boot{};          ///< of this run of it, the same in every container on it
+    std::string pidNamespace{};  ///< "pid:[4026531836]": containers have their own
+
+    [[nodiscard]] bool operator==(const ProcessScope&) const = default;
+};
+
 /// The machine, its system and its user. Any thread.
 class Host {
 public:
@@ -32,6 +42,8 @@ public:
     /// When the process was started, as a text that no other process of this number ever has;
     /// absent when none runs.
     [[nodiscard]] virtual std::optional<std::string> processStartTime(int processID) const = 0;
+    /// Where this process runs.
+    [[nodiscard]] virtual ProcessScope processScope() const = 0;
 };
 
 }  // namespace reelvane

@@ -1,7 +1,9 @@
 #include "app/unfinished_outputs.h"
 
 #include <string>
+#include <tuple>
 
+#include "app/unfinished_output.h"
 #include "support/preference_text.h"
 #include "tests/app/app_fixture.h"
 
@@ -28,60 +30,113 @@ protected:
         }
         return found;
     }
-    [[nodiscard]] fs::path write(std::string_view name, const std::string& content = "half") const {
-        return platform_.folder.write(name, content);
+    /// Of a program that is gone and has left both files.
+    [[nodiscard]] UnfinishedOutput entry(std::string_view output, std::string_view progressFile,
+                                         const std::string& content = "half") const {
+        return {.processID = kGone,
+                .startTime = "then",
+                .scope = platform_.host.scope,
+                .output = ownFileAt(platform_.folder.write(output, content)),
+                .progressFile = ownFileAt(platform_.folder.write(progressFile))};
     }
 };
 
 TEST_F(UnfinishedOutputsTest, OnlyWhatACrashedProgramLeftBehindIsDeleted) {
     platform_.host.processes[kOther] = "then";
-    const auto folder = platform_.folder.path() / "folder.m4v";
-    fs::create_directory(folder);
     fs::create_symlink(movie("Kept.mkv"), platform_.folder.path() / "link.m4v");
-    const UnfinishedOutput atWork{kOther, "then", write("atwork.m4v"), write("atwork.log")};
-    remember({{kGone, "then", write("half\xFF;\n.m4v"), write("half.log")},
-              {kOther, "earlier", write("reused.m4v"), write("reused.log")},
-              atWork,
-              {kGone, "then", write("whole.m4v", SmallMp4{}.bytes()), write("whole.log")},
-              {kGone, "then", folder, "/nowhere.log"},
-              {kGone, "then", platform_.folder.path() / "link.m4v", "/nowhere.log"},
-              {kGone, "then", "/nowhere.m4v", "/nowhere.log"}});
+    auto foreign = entry("foreign.m4v", "foreign.log");
+    foreign.output.birthMark = foreign.progressFile.birthMark = "1@2.3";
+    auto unmarked = entry("unmarked.m4v", "unmarked.log");
+    unmarked.output.birthMark = "";
+    auto reused = entry("reused.m4v", "reused.log");
+    reused.processID = kOther;
+    reused.startTime = "earlier";
+    auto atWork = entry("atwork.m4v", "atwork.log");
+    atWork.processID = kOther;
+    auto linked = entry("half\xFF;\n.m4v", "half.log");
+    linked.output.path = platform_.folder.path() / "link.m4v";
+    remember({foreign, unmarked, reused, atWork, linked, entry("half\xFF;\n.m4v", "half.log"),
+              entry("whole.m4v", "whole.log", SmallMp4{}.bytes())});
     launch();
     std::set<std::string> left;
     for (const auto& entry : fs::directory_iterator(platform_.folder.path())) {
         if (entry.path().has_extension()) left.insert(entry.path().filename());
     }
-    EXPECT_THAT(left, ElementsAre("Kept.mkv", "atwork.log", "atwork.m4v", "folder.m4v", "link.m4v",
-                                  "whole.m4v"));
+    EXPECT_THAT(left, ElementsAre("Kept.mkv", "atwork.log", "atwork.m4v", "foreign.log",
+                                  "foreign.m4v", "link.m4v", "unmarked.m4v", "whole.m4v"));
     EXPECT_THAT(stored(), ElementsAre(atWork));
     std::string log;
     for (const auto& [priority, text] : platform_.systemLog.written) log += text + "\n";
     EXPECT_THAT(log, AllOf(HasSubstr("deleted"), HasSubstr("reused.m4v"), HasSubstr("kept"),
-                           HasSubstr("whole.m4v"), Not(HasSubstr("atwork"))));
+                           HasSubstr("whole.m4v"), HasSubstr("alone"), Not(HasSubstr("atwork"))));
+}
+
+TEST_F(UnfinishedOutputsTest, AProcessThatCannotBeSeenIsNotGone) {
+    using Lock = ProgressLock;
+    const ProcessScope here = platform_.host.scope;
+    struct Row {
+        ProcessScope there;
+        bool gone, goneWhenHeld, goneWhenFree;
+    };
+    const std::vector<Row> rows = {
+        {here, true, false, true},
+        {{"this", "today", "container"}, false, false, true},
+        {{"this", "today", ""}, false, false, true},
+        {{"container", "today", "outside"}, true, false, true},
+        {{"this", "yesterday", "outside"}, true, false, true},
+        {{"this", "yesterday", "container"}, true, false, true},
+        {{"other", "yesterday", "outside"}, false, false, false},
+        {{"", "yesterday", "outside"}, false, false, false},
+        {{"this", "", "outside"}, false, false, false},
+    };
+    for (const auto& row : rows) {
+        const UnfinishedOutput unfinished{.processID = 1, .startTime = "then", .scope = row.there};
+        const auto gone = [&](Lock lock) { return isGone(unfinished, here, {}, lock); };
+        EXPECT_EQ(std::tuple(gone(Lock::Unknown), gone(Lock::Held), gone(Lock::Free)),
+                  std::tuple(row.gone, row.goneWhenHeld, row.goneWhenFree))
+            << row.there.machine << row.there.boot << row.there.pidNamespace;
+    }
+}
+
+TEST_F(UnfinishedOutputsTest, TheLockOfARunningConversionKeepsItsOutput) {
+    auto running = ProgressFile::create(platform_.folder.path(), "running");
+    auto elsewhere = entry("running.m4v", "other.log");
+    elsewhere.scope.pidNamespace = "container";
+    elsewhere.progressFile = ownFileAt(running->path());
+    remember({elsewhere});
+    launch();
+    EXPECT_TRUE(fs::exists(elsewhere.output.path));
+    EXPECT_THAT(stored(), ElementsAre(elsewhere));
+    *running = ProgressFile();  // the container is gone, the file is not
+    launch();
+    EXPECT_FALSE(fs::exists(elsewhere.output.path) || fs::exists(elsewhere.progressFile.path));
 }
 
 TEST_F(UnfinishedOutputsTest, NothingIsJudgedWhereNoProcessCanBeSeen) {
     platform_.host.processes.clear();
-    const auto output = write("half.m4v");
-    remember({{kGone, "then", output, "/nowhere.log"}});
+    const auto half = entry("half.m4v", "half.log");
+    remember({half});
     launch();
-    EXPECT_TRUE(fs::exists(output));
+    EXPECT_TRUE(fs::exists(half.output.path));
     open({movie("Film.mkv")});
     EXPECT_EQ(stored().size(), 2U);
 }
 
 TEST_F(UnfinishedOutputsTest, EveryRunIsRememberedUntilItsEnd) {
-    remember({{kOther, "then", "/other.m4v", "/other.log"}});
+    auto other = entry("other.m4v", "other.log");
+    other.processID = kOther;
+    remember({other});
     platform_.host.processes[kOther] = "then";
     const auto outputs = [this] {
         std::vector<std::string> names;
-        for (const auto& each : stored()) names.push_back(each.output.filename());
+        for (const auto& each : stored()) names.push_back(each.output.path.filename());
         return names;
     };
     open({movie("A.mkv"), movie("B.mkv"), movie("C.mkv")});
     EXPECT_THAT(outputs(), ElementsAre("other.m4v", "C.m4v"));
     EXPECT_EQ(stored().back().processID, ::getpid());
-    EXPECT_TRUE(fs::exists(stored().back().progressFile));
+    EXPECT_TRUE(isStillThere(stored().back().progressFile));
+    EXPECT_TRUE(isStillThere(stored().back().output));
     finish(0);
     EXPECT_THAT(outputs(), ElementsAre("other.m4v", "B.m4v"));
     fail(1);

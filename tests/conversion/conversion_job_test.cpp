@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <limits>
 
@@ -20,7 +21,7 @@ TEST_F(JobTest, StartLaunchesTheConverterOnAClearedPlace) {
     job->start();
     EXPECT_EQ(job->state(), State::Converting);
     EXPECT_TRUE(job->fastmode());
-    EXPECT_FALSE(exists(output));
+    EXPECT_TRUE(std::filesystem::is_empty(output));
     EXPECT_EQ(child().request.executable, "/bundle/resources/ffmpeg");
     EXPECT_EQ(child().request.arguments, job->arguments());
     EXPECT_THAT(job->arguments(), testing::IsSupersetOf({progressFile.native(), output.native()}));
@@ -76,6 +77,18 @@ TEST_F(JobTest, ARefusedStartFailsCleanlyAndLetsTheNextJobRun) {
     }
     job->remove();
     EXPECT_TRUE(exists(source)) << "though it was named as the output";
+}
+
+TEST_F(JobTest, NothingIsStartedWhereNoProgressCanBeWritten) {
+    auto& folders = platform.host.userFolders;
+    folders.documents = folders.applicationData = "/dev/null/folder";
+    ::setenv("TMPDIR", "/dev/null", 1);
+    job->start();
+    ::unsetenv("TMPDIR");
+    EXPECT_EQ(job->state(), State::Failed);
+    EXPECT_THAT(lastAlert(), HasSubstr("neither your documents folder nor"));
+    EXPECT_FALSE(exists(output));
+    EXPECT_THAT(platform.processLauncher.children, IsEmpty());
 }
 
 TEST_F(JobTest, CopiedAACIsTriedFirst) {

@@ -6,7 +6,7 @@
 
 #include "conversion/free_space.h"
 #include "conversion/run_log.h"
-#include "tests/fakes/temporary_folder.h"
+#include "tests/fakes/fake_platform.h"
 
 namespace reelvane {
 namespace {
@@ -37,10 +37,24 @@ TEST(ProgressFile, NamesAreNeverShared) {
     const TemporaryFolder folder;
     std::set<std::filesystem::path> names;
     for (int i = 0; i < 12; ++i) {
-        names.insert(ProgressFile::create(folder.path(), std::string(300, 'n')).path());
+        names.insert(ProgressFile::create(folder.path(), std::string(300, 'n'))->path());
     }
     EXPECT_EQ(names.size(), 12);
     for (const auto& name : names) EXPECT_TRUE(std::filesystem::exists(name)) << name;
+}
+
+TEST(ProgressFile, GoesToATemporaryFolderWhereTheUsualOnesCannotBeWritten) {
+    FakePlatform platform;
+    platform.host.userFolders.documents = platform.host.userFolders.applicationData = "/dev/null/x";
+    auto file = ProgressFile::create(platform.vantor, "movie.mkv");
+    ASSERT_TRUE(file);
+    const auto path = file->path();
+    EXPECT_EQ(path.filename(), "movie.mkv.log");
+    EXPECT_EQ(progressLockOf(path), ProgressLock::Held);
+    file->remove();
+    EXPECT_FALSE(std::filesystem::exists(path.parent_path()));
+    EXPECT_EQ(progressLockOf(path), ProgressLock::Unknown);
+    EXPECT_FALSE(ProgressFile::create("/dev/null/x", "movie.mkv"));
 }
 
 TEST(FreeSpace, ExactlyEnoughPasses) {

@@ -126,7 +126,10 @@ public:
         return found == processes.end() ? std::nullopt : std::optional(found->second);
     }
 
+    [[nodiscard]] ProcessScope processScope() const override { return scope; }
+
     UserFolders userFolders;
+    ProcessScope scope{.machine = "this", .boot = "today", .pidNamespace = "outside"};
     std::vector<std::string> admins;
     std::map<int, std::string> processes{{::getpid(), "now"}};  ///< start time by number
 };
