@@ -1,6 +1,7 @@
 # What every target is compiled with: the language level, the warnings and the chosen sanitizers.
 option(REELVANE_GUI "Build the desktop application" ON)
 option(REELVANE_TESTS "Build the tests" ON)
+option(REELVANE_FUZZ "Build the fuzzers, which takes clang" OFF)
 option(REELVANE_COVERAGE "Count which lines the tests reach" OFF)
 set(REELVANE_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
 

@@ -33,6 +33,11 @@ constexpr auto kRecipes = std::to_array<Recipe>({
                           "-metadata:s:a:1 language=ger"},
     {"srt.mkv", "-map 0 -map 1 -map 3 " H264 "-c:a aac -c:s srt -metadata:s:s language=ger"},
     {"ass.mkv", "-map 0 -map 1 -map 3 " H264 "-c:a aac -c:s ass -metadata:s:s language=ger"},
+    // Every track is marked as a default one, as Matroska's own default has it.
+    {"forced.mkv", "-map 0 -map 2 -map 3 -map 3 " H264 "-c:a ac3 -c:s srt -disposition:a default "
+                   "-disposition:s:0 default -disposition:s:1 default+forced "
+                   "-metadata:s:a language=de -metadata:s:s:0 language=eng "
+                   "-metadata:s:s:1 language=pt-BR"},
     {"hevc.mkv",
      "-map 0 -map 1 -c:v libx265 -preset ultrafast -x265-params log-level=none "
      "-pix_fmt yuv420p -c:a aac"},

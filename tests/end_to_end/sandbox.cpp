@@ -26,11 +26,15 @@ std::vector<std::string> Sandbox::leftovers() const {
     return names;
 }
 
+void Sandbox::useFfmpeg(std::string_view script) {
+    const auto file = root() / "ffmpeg";
+    std::ofstream(file) << "#!/bin/sh\n" << script << "\n";
+    fs::permissions(file, fs::perms::owner_all);
+    ffmpeg_ = file.native();
+}
+
 void Sandbox::slowDown() {
-    const auto script = root() / "slow-ffmpeg";
-    std::ofstream(script) << "#!/bin/sh\nexec ffmpeg -re \"$@\"\n";
-    fs::permissions(script, fs::perms::owner_all);
-    ffmpeg_ = script.native();
+    useFfmpeg("exec ffmpeg -re \"$@\"");
 }
 
 std::vector<std::string> Sandbox::command(std::vector<std::string> arguments) const {

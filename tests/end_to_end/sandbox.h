@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -21,6 +22,8 @@ public:
     /// Every file under out(), with anything that a conversion left in the home folder.
     [[nodiscard]] std::vector<std::string> leftovers() const;
 
+    /// From now on this shell script stands in for ffmpeg; it calls the real one.
+    void useFfmpeg(std::string_view script);
     /// From now on ffmpeg reads its input no faster than it plays, so that a run can be met.
     void slowDown();
 

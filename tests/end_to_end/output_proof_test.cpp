@@ -1,0 +1,115 @@
+// Success is promised only for a whole output: whatever happens to it, the source stays.
+
+#include <algorithm>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <sys/mount.h>
+
+#include "conversion/mp4_box.h"
+#include "conversion/mp4_movie.h"
+#include "tests/end_to_end/movies.h"
+#include "tests/end_to_end/sandbox.h"
+
+namespace reelvane {
+namespace {
+
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+/// Where each box begins, has its middle and ends.
+void addPlaces(const ByteSource& file, std::uint64_t begin, std::uint64_t end,
+               std::set<std::uint64_t>& places) {
+    static const std::set<std::string> parents{"moov", "trak", "mdia", "minf", "stbl", "udta"};
+    forEachBox(file, begin, end, [&](const Mp4Box& box) {
+        places.insert({box.offset, box.contentBegin, (box.offset + box.end) / 2, box.end - 1});
+        if (parents.contains(box.type)) addPlaces(file, box.contentBegin, box.end, places);
+        return true;
+    });
+}
+
+TEST(OutputProof, IsBrokenWhereverARealOutputIsCut) {
+    for (const auto* const streamable : {"0", "1"}) {
+        const Sandbox sandbox;
+        const auto set = std::string("ProduceStreamableFiles=") + streamable;
+        ASSERT_EQ(sandbox.convert(movie("aac.mkv"), {"--set", set}).status, 0);
+        const auto output = sandbox.out() / "aac.m4v";
+        ASSERT_TRUE(readMp4(output).movie);
+        std::set<std::uint64_t> places;
+        addPlaces(*ByteSource::open(output), 0, fs::file_size(output), places);
+        EXPECT_GT(places.size(), 100U);
+        std::for_each(places.rbegin(), places.rend(), [&output](std::uint64_t size) {
+            fs::resize_file(output, size);
+            EXPECT_FALSE(readMp4(output).movie) << "cut at " << size;
+        });
+    }
+}
+
+/// A conversion that must not touch its source. True when it was called finished.
+bool finishes(const Sandbox& sandbox, std::string_view name, const std::string& shell = {}) {
+    const auto source = sandbox.root() / name;
+    fs::copy_file(movie(name), source, fs::copy_options::overwrite_existing);
+    auto command = sandbox.command({"convert", "--set", "AutoRemove=1", "--set", "AutoRemoveType=1",
+                                    "--to", sandbox.out().native(), source});
+    if (!shell.empty()) {
+        command.insert(command.begin(), {"sh", "-c", shell + "; exec \"$@\"", "sh"});
+    }
+    const auto outcome = run(command);
+    const bool kept = fs::exists(source);
+    EXPECT_EQ(outcome.status, kept ? 1 : 0) << shell << outcome.output;
+    // What somebody else has put there instead is not ours to delete.
+    const bool isOurs = !fs::is_directory(sandbox.out() / "aac.m4v");
+    EXPECT_EQ(sandbox.leftovers().empty(), kept && isOurs) << shell << outcome.output;
+    EXPECT_TRUE(!kept || outcome.output.find(": failed: ") != std::string::npos) << shell;
+    return !kept;
+}
+
+TEST(OutputProof, FindsWhatAnExitStatusOfZeroHides) {
+    // What happens to the output between the converter's last word and ours.
+    for (const auto* const fault :
+         {"truncate -s -1 \"$o\"", "truncate -s 1000 \"$o\"", ": > \"$o\"", "rm \"$o\"",
+          "rm \"$o\"; mkdir \"$o\"", "echo no movie > \"$o\"", "cp \"$0\" \"$o\"",
+          "rm \"$o\"; ln -s /no/where \"$o\"", "rm \"$o\"; mkfifo \"$o\"",
+          "ffmpeg -v error -y -i \"$o\" -map 0:v -c copy \"$o.mp4\"; mv \"$o.mp4\" \"$o\"",
+          "echo 'Error writing trailer of out: Input/output error'"}) {
+        Sandbox sandbox;
+        sandbox.useFfmpeg("ffmpeg \"$@\"; s=$?; for o; do :; done\ncase $* in *-progress*) " +
+                          std::string(fault) + " ;; esac; exit $s");
+        EXPECT_FALSE(finishes(sandbox, "aac.mkv")) << fault;
+    }
+}
+
+TEST(OutputProof, VolumeLimitInMidRunIsAFailure) {
+    // With the signal ignored the converter sees the error; otherwise it is killed.
+    for (const auto* const limit : {"ulimit -f 100", "trap '' XFSZ; ulimit -f 100"}) {
+        EXPECT_FALSE(finishes(Sandbox(), "long.mkv", limit));
+    }
+}
+
+/// In a mount namespace of their own, which the test's registration makes.
+TEST(NeedsMountProof, NoPhaseOfAFullDiskIsCalledFinished) {
+    for (const auto* const streamable : {"0", "1"}) {
+        const Sandbox sandbox;
+        const auto set = std::string("ProduceStreamableFiles=") + streamable;
+        const auto source = movie("long.mkv");
+        ASSERT_EQ(sandbox.convert(source, {"--set", set}).status, 0);
+        const auto output = sandbox.out() / "long.m4v";
+        const auto pages = (fs::file_size(output) + 4095) / 4096;
+        fs::remove(output);
+        // From the last packet over the index to the pass that moves it to the front.
+        for (const unsigned missing : {1U, 2U, 3U, 4U, 6U, 9U, 13U, 20U, 40U, 70U}) {
+            const auto options = "size=" + std::to_string((pages - missing) * 4096);
+            ASSERT_EQ(::mount("tmpfs", sandbox.out().c_str(), "tmpfs", 0, options.c_str()), 0);
+            const auto outcome = sandbox.convert(source, {"--set", set});
+            EXPECT_EQ(outcome.status, 1) << missing << outcome.output;
+            EXPECT_THAT(sandbox.leftovers(), IsEmpty()) << missing;
+            EXPECT_EQ(::umount(sandbox.out().c_str()), 0);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace reelvane
