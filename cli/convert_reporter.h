@@ -20,6 +20,7 @@ struct ConvertProgress {
     std::optional<double> speed{};      ///< play time written per second
     std::optional<double> remaining{};  ///< seconds
     std::string status{};               ///< the job's status line
+    double elapsed = 0;                 ///< seconds since the start
     std::size_t number = 1;             ///< of this file
     std::size_t files = 1;              ///< in this run
 };

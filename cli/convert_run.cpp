@@ -17,6 +17,10 @@ double secondsBetween(TimePoint from, TimePoint to) {
     return std::chrono::duration<double>(to - from).count();
 }
 
+// Before that, speed and remaining time say nothing.
+constexpr double kTellingPercent = 1;
+constexpr double kTellingSeconds = 2;
+
 bool isMovie(const InputFile& file) {
     return std::ranges::find(movieFileTypes, Fennimar::lowercasedExtension(file.path)) !=
            movieFileTypes.end();
@@ -43,14 +47,18 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
     subscriptions_.push_back(controller.intake().observeRefusals(
         [this](const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
             ++read_;
+            ++refusedMovies_;
             refuse(takeGivenName(file), alerts);
-            checkLater();
         }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { checkLater(); }));
     subscriptions_.push_back(controller.intake().isScanning().observe([this] { showReading(); }));
 }
 
 ConvertRun::~ConvertRun() = default;
+
+TimePoint ConvertRun::now() const {
+    return vantor_.ports().dispatcher.now();
+}
 
 void ConvertRun::start(const CheckedInputs& inputs) {
     for (const auto& input : inputs.refused) refuse(input.given, std::span(&input.alert, 1));
@@ -65,22 +73,32 @@ void ConvertRun::start(const CheckedInputs& inputs) {
 }
 
 void ConvertRun::alerted(const AlertContent& content) {
-    // A job that could not start when another ended says the same again when it is asked again.
-    const bool repeated = asking_ && !lastAlertAsked_ && content.message == lastAlert_.message;
+    // What offers a choice is about no single file, and may be the last thing that is told.
+    if (over_ || content.buttons.size() > 1) {
+        reporter_.alerted(content.title, content.message);
+        return;
+    }
     lastAlert_ = content;
-    lastAlertAsked_ = asking_;
-    if (!repeated) reporter_.alerted(content.title, content.message);
+    heldAlerts_.add(content);
+    checkLater();
+}
+
+void ConvertRun::tellAlerts() {
+    for (const auto& alert : heldAlerts_.take()) reporter_.alerted(alert.title, alert.message);
 }
 
 void ConvertRun::abandon() {
     over_ = true;
+    tellAlerts();
     subscriptions_.clear();
     followed_.clear();
 }
 
 void ConvertRun::refuse(const std::string& given, std::span<const VettingAlert> alerts) {
     ++summary_.refused;
+    for (const auto& alert : alerts) heldAlerts_.drop(alert.message);
     reporter_.refused(given, alerts);
+    checkLater();
 }
 
 std::string ConvertRun::takeGivenName(const std::filesystem::path& path) {
@@ -134,9 +152,8 @@ void ConvertRun::jobChanged(const ConversionJob& job) {
 }
 
 void ConvertRun::tellStart(Followed& followed, const ConversionJob& job) {
-    if (followed.number != 0) return;
-    followed.number = ++starts_;
-    followed.started = vantor_.ports().dispatcher.now();
+    if (std::exchange(followed.begun, true)) return;
+    followed.started = now();
     reporter_.started(followed.subject, job.arguments());
 }
 
@@ -145,13 +162,13 @@ void ConvertRun::tellProgress(Followed& followed, const ConversionJob& job) {
     followed.told = job.progress();
     ConvertProgress progress{.percent = job.progress(),
                              .status = job.stateInfoString(),
-                             .number = followed.number,
+                             .elapsed = secondsBetween(followed.started, now()),
+                             .number = summary_.finished + summary_.failed + refusedMovies_ + 1,
                              .files = movies_};
-    const auto elapsed = secondsBetween(followed.started, vantor_.ports().dispatcher.now());
     const auto runtime = job.fileInfo().runtimeSeconds;
-    if (progress.percent > 0) {
+    if (progress.percent >= kTellingPercent && progress.elapsed >= kTellingSeconds) {
         progress.remaining = job.remainingSeconds();
-        if (runtime && elapsed > 0) progress.speed = progress.percent / 100 * *runtime / elapsed;
+        if (runtime) progress.speed = progress.percent / 100 * *runtime / progress.elapsed;
     }
     reporter_.progress(followed.subject, progress);
 }
@@ -172,6 +189,8 @@ void ConvertRun::tellFailed(Followed& followed, const std::string& title,
                             const std::string& message, const std::string& log) {
     followed.ended = true;
     ++summary_.failed;
+    heldAlerts_.drop(message);
+    if (!followed.begun) heldAlerts_.dropNext();
     reporter_.failed(followed.subject, title, message, log);
 }
 
@@ -185,22 +204,29 @@ void ConvertRun::checkLater() {
 }
 
 void ConvertRun::check() {
-    if (controller_.intake().isBusy()) return;
-    if (controller_.jobCountWithState(ConversionJobState::Converting) > 0) return;
+    if (!isIdle()) {
+        tellAlerts();
+        return;
+    }
     if (auto* const next = controller_.queue().nextRunnableJob()) {
         askForNextJob(*next);
+        tellAlerts();
         checkLater();
         return;
     }
+    tellAlerts();
     over_ = true;
-    summary_.seconds = secondsBetween(begin_, vantor_.ports().dispatcher.now());
+    summary_.seconds = secondsBetween(begin_, now());
     ended_();
 }
 
+bool ConvertRun::isIdle() const {
+    return !controller_.intake().isBusy() &&
+           controller_.jobCountWithState(ConversionJobState::Converting) == 0;
+}
+
 void ConvertRun::askForNextJob(ConversionJob& next) {
-    asking_ = true;
     controller_.startNextJobInQueue();
-    asking_ = false;
     if (next.state() != ConversionJobState::Queued) return;
     // Refused: it would be the next one for ever, so it makes way for those behind it.
     const auto found = followed_.find(&next);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/convert_reporter.h"
+#include "cli/held_alerts.h"
 #include "cli/input_check.h"
 #include "support/observable.h"
 #include "support/ports/alerts.h"
@@ -34,7 +35,8 @@ public:
     ConvertRun& operator=(ConvertRun&&) = delete;
 
     void start(const CheckedInputs& inputs);
-    /// To be told of every alert.
+    /// To be told of every alert. One that the refusal or failure of a file says too is not told
+    /// again; the others are, in the next turn of the main loop.
     void alerted(const AlertContent& content);
     /// Ends the run before its time: from here on nothing more is told of jobs.
     void abandon();
@@ -45,13 +47,15 @@ private:
     /// What has been told of a job so far.
     struct Followed {
         EventSubject subject{};
-        std::size_t number = 0;  ///< in the order in which the jobs started; 0: not yet
+        bool begun = false;
         bool ended = false;
         double told = -1;  ///< the progress that was told last
         TimePoint started{};
         Subscription subscription{};
     };
 
+    [[nodiscard]] TimePoint now() const;
+    void tellAlerts();
     void refuse(const std::string& given, std::span<const VettingAlert> alerts);
     /// The name under which the user gave the movie that is taken up or refused now.
     [[nodiscard]] std::string takeGivenName(const std::filesystem::path& path);
@@ -67,6 +71,7 @@ private:
 
     void checkLater();
     void check();
+    [[nodiscard]] bool isIdle() const;
     void askForNextJob(ConversionJob& next);
 
     Vantor& vantor_;
@@ -78,13 +83,12 @@ private:
     std::multimap<std::filesystem::path, std::string> given_;  // by absolute path
     std::size_t movies_ = 0;
     std::size_t read_ = 0;  // movies that are queued or refused
-    std::size_t starts_ = 0;
+    std::size_t refusedMovies_ = 0;
     std::map<const ConversionJob*, Followed> followed_;
     std::vector<std::unique_ptr<ConversionJob>> refusedStarts_;  // taken off the queue
     std::vector<Subscription> subscriptions_;
+    HeldAlerts heldAlerts_;
     AlertContent lastAlert_;
-    bool lastAlertAsked_ = false;  // it came while a job was asked to start
-    bool asking_ = false;
     bool checking_ = false;  // a check is on its way
     bool over_ = false;
     // Shared only so that a turn of the loop after this object's end can tell.

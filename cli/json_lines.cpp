@@ -126,13 +126,11 @@ std::string progressEvent(const EventSubject& subject, double percent,
     return line(json);
 }
 
-std::string finishedEvent(const EventSubject& subject, double seconds, std::uint64_t bytes,
-                          std::string_view details) {
+std::string finishedEvent(const EventSubject& subject, double seconds, std::uint64_t bytes) {
     auto json = event("finished", subject);
     json["output"] = subject.output.native();
     json["seconds"] = toThousandths(seconds);
     json["bytes"] = bytes;
-    json["details"] = details;
     return line(json);
 }
 

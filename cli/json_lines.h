@@ -46,7 +46,7 @@ struct EventSubject {
 [[nodiscard]] std::string progressEvent(const EventSubject& subject, double percent,
                                         std::optional<double> remaining, std::string_view status);
 [[nodiscard]] std::string finishedEvent(const EventSubject& subject, double seconds,
-                                        std::uint64_t bytes, std::string_view details);
+                                        std::uint64_t bytes);
 [[nodiscard]] std::string failedEvent(const EventSubject& subject, std::string_view title,
                                       std::string_view message, std::string_view log);
 [[nodiscard]] std::string refusedEvent(std::string_view file, std::span<const VettingAlert> alerts);

@@ -18,7 +18,7 @@ public:
             progressEvent(subject, progress.percent, progress.remaining, progress.status));
     }
     void finished(const EventSubject& subject, const ConvertResult& result) override {
-        console_.line(finishedEvent(subject, result.seconds, result.bytes, result.details));
+        console_.line(finishedEvent(subject, result.seconds, result.bytes));
     }
     void failed(const EventSubject& subject, std::string_view title, std::string_view message,
                 std::string_view log) override {

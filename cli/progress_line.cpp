@@ -12,9 +12,11 @@
 namespace reelvane {
 namespace {
 
-constexpr std::size_t kShortestName = 16;
+constexpr std::size_t kShortestName = 8;
+constexpr std::size_t kUsualName = 16;  // shorter ones are padded
 constexpr std::size_t kLongestName = 40;
-constexpr std::size_t kShortestBar = 8;
+constexpr std::size_t kBarFrame = 3;  // its two ends and a space
+constexpr std::size_t kShortestBar = 6;
 constexpr std::size_t kLongestBar = 30;
 constexpr std::size_t kEighths = 8;  // the steps of one block character
 
@@ -50,12 +52,27 @@ std::string bar(double percent, std::size_t columns, bool coloured) {
     return makeString(" %@%@%@%@%@%@ ", kGreen, full, kPlain, kDim, empty, kPlain);
 }
 
-/// What stands behind the bar, in columns that do not dance from one second to the next.
-std::string numbers(const ProgressFacts& facts, bool withSpeed) {
-    auto text = percentText(facts.percent);
-    if (withSpeed) text += makeString("  %5s", facts.speed ? speedText(*facts.speed) : "");
-    const auto left = facts.remaining ? formattedTimeFromTimeInterval(*facts.remaining) : "";
-    return text + makeString("  %7s", left);
+/// What stands around the name and the bar.
+struct Surroundings {
+    std::string before{};
+    std::string behind{};
+};
+
+/// The parts that are left when so many are given up, in columns that do not dance from one second
+/// to the next.
+Surroundings surroundings(const ProgressFacts& facts, int givenUp) {
+    Surroundings parts{.behind = percentText(facts.percent)};
+    if (facts.files > 1 && givenUp < 2) {
+        parts.before = makeString("[%lu/%lu] ", facts.number, facts.files);
+    }
+    if (givenUp < 1) {
+        parts.behind += makeString("  %5s", facts.speed ? speedText(*facts.speed) : "");
+    }
+    if (givenUp < 3) {
+        const auto left = facts.remaining ? formattedTimeFromTimeInterval(*facts.remaining) : "";
+        parts.behind += makeString("  %7s", left);
+    }
+    return parts;
 }
 
 }  // namespace
@@ -69,27 +86,33 @@ std::string progressText(const ProgressFacts& facts) {
     return text;
 }
 
+bool ProgressSteps::isDue(double percent, double elapsed) {
+    constexpr double kMinute = 60;
+    const int tens = static_cast<int>(percent / 10);
+    if (tens == tens_ && (percent <= 0 || elapsed - told_ < kMinute)) return false;
+    tens_ = tens;
+    told_ = elapsed;
+    return true;
+}
+
 std::string progressLine(const ProgressFacts& facts, std::size_t columns, bool coloured) {
-    auto before = facts.files > 1 ? makeString("[%lu/%lu] ", facts.number, facts.files) : "";
-    auto behind = numbers(facts, true);
-    if (displayWidth(before) + kShortestName + 1 + displayWidth(behind) > columns) {
-        behind = numbers(facts, false);
+    constexpr int kMostGivenUp = 3;
+    constexpr auto kLeastRoom = kShortestName + kBarFrame + kShortestBar;
+    Surroundings parts;
+    std::size_t room = 0;  // for name and bar
+    for (int givenUp = 0; givenUp <= kMostGivenUp && room < kLeastRoom; ++givenUp) {
+        parts = surroundings(facts, givenUp);
+        const auto taken = displayWidth(parts.before) + 1 + displayWidth(parts.behind);
+        room = columns > taken ? columns - taken : 0;
     }
-    if (displayWidth(before) + kShortestName + 1 + displayWidth(behind) > columns) before.clear();
-    const auto fixed = displayWidth(before) + displayWidth(behind) + 1;
-    if (fixed >= columns) return elidedMiddle(behind, columns);
+    if (room == 0) return elidedMiddle(parts.behind, columns);
+    if (room < kLeastRoom) return padded(elidedMiddle(facts.name, room), room) + " " + parts.behind;
 
-    const auto room = columns - fixed;  // for the name, and the bar with its two ends and a space
-    constexpr std::size_t kBarFrame = 3;
-    const auto nameWidth = displayWidth(facts.name);
-    const auto wanted = std::clamp(nameWidth, kShortestName, kLongestName);
-    const bool hasBar = room >= kShortestName + kBarFrame + kShortestBar;
-    if (!hasBar) return before + padded(elidedMiddle(facts.name, room), room) + " " + behind;
-
+    const auto wanted = std::clamp(displayWidth(facts.name), kUsualName, kLongestName);
     const auto forName = std::min(wanted, std::max(kShortestName, (room - kBarFrame) * 3 / 5));
     const auto forBar = std::min(room - kBarFrame - forName, kLongestBar);
-    return before + padded(elidedMiddle(facts.name, forName), forName) + " " +
-           bar(facts.percent, forBar, coloured) + " " + behind;
+    return parts.before + padded(elidedMiddle(facts.name, forName), forName) + " " +
+           bar(facts.percent, forBar, coloured) + " " + parts.behind;
 }
 
 }  // namespace reelvane

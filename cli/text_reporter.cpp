@@ -1,6 +1,5 @@
 #include <algorithm>
-#include <filesystem>
-#include <set>
+#include <utility>
 
 #include "cli/console.h"
 #include "cli/convert_reporter.h"
@@ -15,7 +14,7 @@ namespace reelvane {
 namespace {
 
 std::string nameOf(const EventSubject& subject) {
-    return printable(std::filesystem::path(subject.file).filename().native());
+    return printable(subject.file);
 }
 
 class TextReporter final : public ConvertReporter {
@@ -34,6 +33,7 @@ public:
 
     void started(const EventSubject& subject, std::span<const std::string> /*list*/) override {
         if (quiet_ || live_) return;
+        progressSteps_ = {};
         console_.line(nameOf(subject) + ": converting");
     }
 
@@ -46,7 +46,7 @@ public:
                                   .files = progress.files};
         if (live_) {
             console_.showLive(progressLine(facts, room(), console_.abilities().colours));
-        } else if (!quiet_ && progress.percent > 0) {
+        } else if (!quiet_ && progressSteps_.isDue(progress.percent, progress.elapsed)) {
             console_.line(makeString("%@: %@", facts.name, progressText(facts)));
         }
     }
@@ -60,25 +60,22 @@ public:
 
     void failed(const EventSubject& subject, std::string_view /*title*/, std::string_view message,
                 std::string_view /*log*/) override {
-        console_.error(errorText(nameOf(subject), "failed", unlessTold(message)));
-        alerts_.clear();
+        console_.error(errorText(nameOf(subject), "failed", message));
     }
 
     void refused(std::string_view file, std::span<const VettingAlert> alerts) override {
         std::string text;
         for (const auto& alert : alerts) {
-            const auto message = unlessTold(alert.message);
-            if (!text.empty() && !message.empty()) text += '\n';
-            text += message;
+            if (!text.empty()) text += '\n';
+            text += alert.message;
         }
-        console_.error(errorText(printable(file), "refused", text));
-        alerts_.clear();
+        const bool repeated = !text.empty() && text == lastRefusal_;
+        console_.error(repeated ? printable(file) + ": refused for the same reason"
+                                : errorText(printable(file), "refused", text));
+        lastRefusal_ = std::move(text);
     }
 
     void alerted(std::string_view title, std::string_view message) override {
-        // What the refusal of a file has said already.
-        if (told_.contains(message)) return;
-        alerts_.emplace(message);
         console_.error(errorText(printable(title), {}, message));
     }
 
@@ -99,18 +96,11 @@ private:
         return std::max<std::size_t>(Console::columns(), 2) - 1;
     }
 
-    /// Empty when an alert has just said it; otherwise an alert that is still to come need not.
-    std::string unlessTold(std::string_view message) {
-        if (alerts_.contains(message)) return {};
-        told_.emplace(message);
-        return std::string(message);
-    }
-
     Console& console_;
     bool quiet_;
     bool live_;
-    std::set<std::string, std::less<>> alerts_;  // since the last refusal or failure
-    std::set<std::string, std::less<>> told_;    // by refusals and failures
+    ProgressSteps progressSteps_;
+    std::string lastRefusal_;
 };
 
 }  // namespace

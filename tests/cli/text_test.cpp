@@ -72,7 +72,8 @@ TEST(ProgressLine, FitsEveryWidthAndDropsTheLeastImportantFirst) {
         EXPECT_THAT(wide, HasSubstr(part));
     }
     EXPECT_THAT(progressLine(facts, 40, false), Not(HasSubstr("31x")));
-    EXPECT_THAT(progressLine(facts, 40, false), EndsWith("42%   61m 3s"));
+    EXPECT_THAT(progressLine(facts, 40, false), EndsWith("]  42%   61m 3s"));
+    EXPECT_THAT(progressLine(facts, 30, false), HasSubstr("] "));
     EXPECT_THAT(progressLine(facts, 79, true), HasSubstr("\x1b[32m"));
     EXPECT_THAT(progressLine(facts, 79, false), Not(HasSubstr("\x1b")));
 }
@@ -81,6 +82,16 @@ TEST(ProgressLine, SaysOnlyWhatIsKnown) {
     EXPECT_EQ(progressText({.percent = 99.9}), "99%");
     EXPECT_EQ(progressText({.percent = 5, .speed = 1.25, .remaining = 63}),
               "5% at 1.2x, 1m 3s left");
+}
+
+TEST(ProgressLine, LinesThatStayComeAtEachTenPerCentAndOnceAMinute) {
+    ProgressSteps steps;
+    std::vector<double> told;
+    for (const auto& [percent, elapsed] :
+         {std::pair{0.0, 0.0}, {9.9, 5.0}, {10.5, 6.0}, {19.0, 65.0}, {19.5, 66.0}, {41.0, 67.0}}) {
+        if (steps.isDue(percent, elapsed)) told.push_back(percent);
+    }
+    EXPECT_EQ(told, (std::vector{10.5, 19.5, 41.0}));
 }
 
 TEST(Terminal, LiveLinesAndColoursNeedATerminalThatCan) {

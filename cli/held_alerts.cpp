@@ -1,0 +1,23 @@
+#include "cli/held_alerts.h"
+
+#include <utility>
+
+namespace reelvane {
+
+void HeldAlerts::add(const AlertContent& alert) {
+    if (std::exchange(dropsNext_, false) || said_.contains(alert.message)) return;
+    alerts_.push_back(alert);
+}
+
+void HeldAlerts::drop(const std::string& message) {
+    std::erase_if(alerts_, [&](const AlertContent& alert) { return alert.message == message; });
+    said_.insert(message);
+}
+
+std::vector<AlertContent> HeldAlerts::take() {
+    said_.clear();
+    dropsNext_ = false;
+    return std::exchange(alerts_, {});
+}
+
+}  // namespace reelvane

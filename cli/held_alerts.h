@@ -1,0 +1,30 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/ports/alerts.h"
+
+namespace reelvane {
+
+/// Alerts that wait until it is known whether the refusal or the failure of a file says the same,
+/// before it or after it: then they need not be told. Main thread only.
+class HeldAlerts {
+public:
+    void add(const AlertContent& alert);
+    /// A refusal or failure has said this.
+    void drop(const std::string& message);
+    /// A conversion was refused at its start, with a failure for which the very next alert gives
+    /// the same reason in words of its own.
+    void dropNext() { dropsNext_ = true; }
+    /// What is left to be told, in order. What was said before counts no longer.
+    [[nodiscard]] std::vector<AlertContent> take();
+
+private:
+    std::vector<AlertContent> alerts_;
+    std::set<std::string, std::less<>> said_;
+    bool dropsNext_ = false;
+};
+
+}  // namespace reelvane
