@@ -14,6 +14,12 @@ std::optional<std::string> audioChoiceProblem(const MKVFileInfo& record,
             "choosing an audio track.",
             record.fileName);
     }
+    if (tracks == 1) {
+        return makeString(
+            "The file '%@' has no audio track with the index %lu: the only audio track has the "
+            "index 0.",
+            record.fileName, audioTrackIndex);
+    }
     return makeString(
         "The file '%@' has no audio track with the index %lu. Please choose an index from 0 to "
         "%lu.",

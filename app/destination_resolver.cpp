@@ -5,7 +5,7 @@
 
 #include "app/destinations.h"
 #include "app/output_names.h"
-#include "app/preference_keys.h"
+#include "app/settings_reader.h"
 #include "support/alerts.h"
 #include "support/dispatch.h"
 #include "support/paths.h"
@@ -32,7 +32,7 @@ DestinationResolver::DestinationResolver(Vantor& vantor, Destinations& destinati
       choices_(choices) {}
 
 std::string DestinationResolver::extension() const {
-    return vantor_.preferences().defaultInt(kDefaultExtensionKey) == 0 ? "mp4" : "m4v";
+    return std::string(outputExtension(vantor_.preferences()));
 }
 
 void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::size_t> menuIndex,

@@ -1,13 +1,13 @@
 #include "app/file_intake.h"
 
 #include <algorithm>
-#include <system_error>
 #include <utility>
 
 #include "app/audio_choice.h"
 #include "app/destinations.h"
 #include "app/file_sorting.h"
 #include "app/preference_keys.h"
+#include "app/probe_tools.h"
 #include "app/settings_reader.h"
 #include "media/languages.h"
 #include "support/alerts.h"
@@ -15,7 +15,6 @@
 #include "support/make_string.h"
 #include "support/named_exception.h"
 #include "support/paths.h"
-#include "support/ports/folder_access.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/panels.h"
 #include "support/strings.h"
@@ -28,20 +27,10 @@ std::vector<std::filesystem::path> absolutePaths(const std::vector<std::filesyst
     std::vector<std::filesystem::path> absolute;
     absolute.reserve(paths.size());
     for (const auto& path : paths) {
-        std::error_code error;
-        auto full = std::filesystem::absolute(path, error);
-        if (!error) absolute.push_back(std::move(full));
+        auto full = Fennimar::absolutePath(path);
+        if (full.is_absolute()) absolute.push_back(std::move(full));
     }
     return absolute;
-}
-
-ProbeTools probeTools(const Vantor& vantor) {
-    const auto& ports = vantor.ports();
-    const auto granted = ports.folderAccess.grantedFolders();
-    return {.launcher = &ports.processLauncher,
-            .ffmpeg = ports.mainBundle.pathForResource("ffmpeg"),
-            .appName = vantor.appName(),
-            .sandboxed = std::ranges::find(granted, std::filesystem::path("/")) == granted.end()};
 }
 
 void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) {
@@ -105,11 +94,16 @@ void FileIntake::addNextFile() {
     probeInBackground(std::move(probe));
 }
 
+ProbeTools FileIntake::tools() const {
+    const auto& ports = vantor_.ports();
+    return probeTools(ports.processLauncher, ports.mainBundle, ports.folderAccess,
+                      vantor_.appName());
+}
+
 void FileIntake::probeInBackground(Probe probe) {
     dispatch_async_back(
-        vantor_,
-        [this, alive = std::weak_ptr(alive_), &vantor = vantor_, probe = std::move(probe),
-         options = readProbeOptions(vantor_.preferences()), tools = probeTools(vantor_)]() mutable {
+        vantor_, [this, alive = std::weak_ptr(alive_), &vantor = vantor_, probe = std::move(probe),
+                  options = readProbeOptions(vantor_.preferences()), tools = tools()]() mutable {
             try {
                 probe.inspection = initWithURL(probe.file, options, tools);
             } catch (...) {
@@ -170,8 +164,7 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
     dropped.push_back(probe.file);
     const auto problem = probe.inspection.toolProblem;
     const bool fatal = problem == ProbeToolProblem::NoResources;
-    const auto alert =
-        plainAlert(toolProblemText(problem, vantor_.ports().mainBundle.pathForResource("ffmpeg")));
+    const auto alert = plainAlert(toolProblemText(problem, vantor_.ports().mainBundle));
     alert_apptitled(vantor_, alert.message, fatal ? "Exit" : alert.button);
     isScanning_.set(false);
     std::for_each(dropped.rbegin(), dropped.rend(),

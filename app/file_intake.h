@@ -98,6 +98,7 @@ private:
     };
 
     void addNextFile();
+    [[nodiscard]] ProbeTools tools() const;
     void probeInBackground(Probe probe);
     void probed(const Probe& probe);
     void accept(const Probe& probe);

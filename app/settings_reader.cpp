@@ -48,4 +48,8 @@ ProbeOptions readProbeOptions(const Preferences& preferences) {
     return {.heAACConvert = isSet(preferences, kHEAACConvertKey)};
 }
 
+std::string_view outputExtension(const Preferences& preferences) {
+    return preferences.defaultInt(kDefaultExtensionKey) == 0 ? "mp4" : "m4v";
+}
+
 }  // namespace reelvane

@@ -1,16 +1,17 @@
 #include "cli/arguments.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 
+#include "app/file_sorting.h"
 #include "app/preference_table.h"
-#include "cli/exit_status.h"
+#include "cli/argument_errors.h"
+#include "cli/argument_words.h"
 #include "cli/help_text.h"
 #include "cli/preference_arguments.h"
-#include "cli/suggestion.h"
 #include "cli/usage_error.h"
 #include "support/make_string.h"
+#include "support/paths.h"
 
 namespace reelvane {
 namespace {
@@ -70,8 +71,10 @@ void addPreferences(CLI::App& program, Raw& raw) {
     set->add_option("KEY", raw.key)->required();
     set->add_option("VALUE", raw.value)->required();
     command(*preferences, "reset")->add_option("KEY", raw.key)->required();
+}
 
-    auto* const destinations = command(*preferences, "destinations");
+void addDestinations(CLI::App& program, Raw& raw) {
+    auto* const destinations = command(program, "destinations");
     destinations->require_subcommand(0, 1);
     destinations->add_flag("--json", raw.json);
     command(*destinations, "list")->add_flag("--json", raw.json);
@@ -82,7 +85,7 @@ void addPreferences(CLI::App& program, Raw& raw) {
 void describe(CLI::App& program, Raw& raw) {
     program.require_subcommand(1);
     program.set_help_flag("-h,--help");
-    program.set_version_flag("--version", std::string());
+    program.set_version_flag("-V,--version", std::string());
     program.add_option("--set", raw.overrides)->allow_extra_args(false);
 
     for (const char* const name : {"inspect", "verify"}) {
@@ -101,38 +104,10 @@ void describe(CLI::App& program, Raw& raw) {
     addFiles(*convert, raw.files, kManyFiles);
 
     addPreferences(program, raw);
+    addDestinations(program, raw);
 }
 
-/// No argument of a process can hold this character, so it marks a word that is no option and no
-/// command, whatever it looks like.
-constexpr char kLiteral = '\0';
-
-/// What the parser would take for a sign or a list of its own.
-bool isMisread(const std::string& word) {
-    return word == "++" || word.starts_with('[');
-}
-
-/// The words in the parser's order, last first, with all that stand behind "--" marked: the parser
-/// itself forgets what "--" said once a file has been read.
-std::vector<std::string> marked(const std::vector<std::string>& arguments) {
-    std::vector<std::string> words;
-    bool literal = false;
-    for (const auto& word : arguments) {
-        if (!literal && word == "--") {
-            literal = true;
-            continue;
-        }
-        words.push_back(literal || isMisread(word) ? kLiteral + word : word);
-    }
-    std::ranges::reverse(words);
-    return words;
-}
-
-void unmark(std::string& word) {
-    if (!word.empty() && word.front() == kLiteral) word.erase(0, 1);
-}
-
-void unmark(Raw& raw) {
+void unmarkAll(Raw& raw) {
     for (auto* const words : {&raw.overrides, &raw.files}) {
         for (auto& word : *words) unmark(word);
     }
@@ -140,77 +115,6 @@ void unmark(Raw& raw) {
                              &raw.value, &raw.folder}) {
         unmark(*word);
     }
-}
-
-/// The chosen command, the innermost last: program, "preferences", "set".
-std::vector<CLI::App*> chosen(CLI::App& program) {
-    std::vector<CLI::App*> path{&program};
-    while (!path.back()->get_subcommands().empty()) {
-        path.push_back(path.back()->get_subcommands().front());
-    }
-    return path;
-}
-
-std::string commandName(const std::vector<CLI::App*>& path) {
-    std::string name;
-    for (std::size_t i = 1; i < path.size(); ++i) {
-        if (i > 1) name += ' ';
-        name += path[i]->get_name();
-    }
-    return name;
-}
-
-std::string unknownOption(const std::string& word, const std::vector<CLI::App*>& path) {
-    std::vector<std::string> known;
-    for (const auto* const app : path) {
-        for (const auto* const option : app->get_options()) {
-            for (const auto& name : option->get_lnames()) known.push_back("--" + name);
-        }
-    }
-    const auto name = word.substr(0, word.find('='));
-    return makeString("There is no option '%@'.%@", name, suggestion(name, known));
-}
-
-std::string unexpectedWord(const std::string& word, const std::vector<CLI::App*>& path) {
-    std::vector<std::string> commands;
-    for (const auto* const app : path.back()->get_subcommands({})) {
-        commands.push_back(app->get_name());
-    }
-    if (commands.empty()) return makeString("There is one argument too many: '%@'.", word);
-    return makeString("There is no command '%@'.%@", word, suggestion(word, commands));
-}
-
-/// One sentence on why the parser gave up.
-std::string sentence(const CLI::ParseError& error, CLI::App& program) {
-    const auto path = chosen(program);
-    auto unread = program.remaining(true);
-    for (auto& word : unread) unmark(word);
-    const auto option = std::ranges::find_if(
-        unread, [](const std::string& word) { return word.size() > 1 && word[0] == '-'; });
-    if (option != unread.end()) return unknownOption(*option, path);
-    if (!unread.empty()) return unexpectedWord(unread.front(), path);
-
-    const std::string text = error.what();
-    const auto name = text.substr(0, text.find_first_of(": "));
-    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-        if (path.size() == 1) return "No command was given.";
-        return makeString("The command '%@' needs %@.", commandName(path),
-                          name == "FILE" ? "a file" : name);
-    }
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr && name.starts_with("--")) {
-        return makeString("The option '%@' needs a value.", name);
-    }
-    if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
-        const auto other = text.substr(text.rfind(' ') + 1);
-        return makeString("The options '%@' and '%@' exclude each other.", name, other);
-    }
-    return text + ".";
-}
-
-Farewell usageError(const std::string& text, const std::string& command) {
-    return {.text = makeString("%@: %@ See '%@%@%@ --help'.\n", kProgramName, text, kProgramName,
-                               command.empty() ? "" : " ", command),
-            .exitStatus = kExitUsage};
 }
 
 std::optional<std::string> whenGiven(const CLI::App& app, const char* option,
@@ -237,11 +141,24 @@ ConversionOptions conversionOptions(const CLI::App& app, const Raw& raw) {
     return options;
 }
 
+/// One subtitle file goes with one movie.
+void checkSubtitle(const ConvertRequest& request) {
+    if (!request.options.subtitleFile) return;
+    const auto movies = std::ranges::count_if(request.files, [](const std::string& file) {
+        return std::ranges::find(movieFileTypes, Fennimar::lowercasedExtension(file)) !=
+               movieFileTypes.end();
+    });
+    if (movies < 2) return;
+    throw UsageError(
+        "The option '--subtitle' is for one movie only. For several, name the subtitle files among "
+        "the movies: each goes with the movie whose name it begins with.");
+}
+
 DestinationsRequest destinationsRequest(const std::string& command, const Raw& raw) {
     DestinationsRequest request{.name = raw.folder, .json = raw.json};
-    if (command == "preferences destinations add") {
+    if (command == "destinations add") {
         request.action = DestinationsRequest::Action::Add;
-    } else if (command == "preferences destinations remove") {
+    } else if (command == "destinations remove") {
         request.action = DestinationsRequest::Action::Remove;
     } else {
         return request;
@@ -283,11 +200,13 @@ Request request(const std::vector<CLI::App*>& path, Raw& raw) {
                                        .options = conversionOptions(app, raw),
                                        .json = raw.json};
     } else if (name == "convert") {
-        result.action = ConvertRequest{.files = std::move(raw.files),
-                                       .options = conversionOptions(app, raw),
-                                       .json = raw.json,
-                                       .quiet = raw.quiet};
-    } else if (name.starts_with("preferences destinations")) {
+        ConvertRequest convert{.files = std::move(raw.files),
+                               .options = conversionOptions(app, raw),
+                               .json = raw.json,
+                               .quiet = raw.quiet};
+        checkSubtitle(convert);
+        result.action = std::move(convert);
+    } else if (name.starts_with("destinations")) {
         result.action = destinationsRequest(name, raw);
     } else {
         result.action = preferencesRequest(name, raw);
@@ -302,11 +221,16 @@ std::variant<Request, Farewell> parseArguments(const std::vector<std::string>& a
     CLI::App program{std::string(), std::string(kProgramName)};
     describe(program, raw);
     try {
-        program.parse(marked(arguments));
-        unmark(raw);
+        program.parse(wordsForParser(arguments));
+        unmarkAll(raw);
         return request(chosen(program), raw);
     } catch (const CLI::CallForHelp&) {
-        return Farewell{.text = helpText(commandName(chosen(program)))};
+        const auto path = chosen(program);
+        const auto unread = program.remaining();
+        if (path.size() == 1 && !unread.empty()) {
+            return usageError(unexpectedWord(unread.front(), path), "");
+        }
+        return Farewell{.text = helpText(commandName(path))};
     } catch (const CLI::CallForVersion&) {
         return Farewell{.text = versionText()};
     } catch (const CLI::ParseError& error) {

@@ -1,6 +1,4 @@
-#include <cstdlib>
-#include <system_error>
-#include <unistd.h>
+#include <string_view>
 
 #include "app/audio_choice.h"
 #include "app/destinations.h"
@@ -21,10 +19,10 @@
 #include "conversion/command_builder.h"
 #include "conversion/progress_file.h"
 #include "conversion/subtitle_arguments.h"
-#include "support/make_string.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
 #include "support/preferences.h"
+#include "support/vantor.h"
 
 namespace reelvane {
 namespace {
@@ -33,14 +31,8 @@ namespace {
 /// need be, or else the folder of the program's own data.
 std::filesystem::path progressFolder(const CommandContext& context) {
     const auto folders = context.host.folders();
-    auto existing = folders.documents;
-    std::error_code ignored;
-    while (!std::filesystem::exists(existing, ignored) && existing.has_relative_path()) {
-        existing = existing.parent_path();
-    }
-    const bool usable =
-        std::filesystem::is_directory(existing, ignored) && ::access(existing.c_str(), W_OK) == 0;
-    return usable ? folders.documents : folders.applicationData / appName(context.mainBundle);
+    return writableDocuments(folders.documents,
+                             folders.applicationData / appName(context.mainBundle));
 }
 
 /// Where the result would go, by the same rules as a conversion's.
@@ -73,9 +65,8 @@ ArgumentsAnswer argumentsFor(const CommandContext& context, const RunChoices& ch
     }
     const auto destination = destinationFolder(context, choices, record);
     if (!destination.folder) return {.problem = destination.problem};
-    const bool mp4 = context.preferences.defaultInt(kDefaultExtensionKey) == 0;
-    record.destinationURL =
-        OutputNames().freePath(*destination.folder, record.fileName, mp4 ? "mp4" : "m4v");
+    record.destinationURL = OutputNames().freePath(*destination.folder, record.fileName,
+                                                   outputExtension(context.preferences));
     record.subtitleFileURL = choices.subtitleFile;
 
     const auto track =
@@ -86,9 +77,7 @@ ArgumentsAnswer argumentsFor(const CommandContext& context, const RunChoices& ch
         const auto method =
             calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
         if (!isAudioMethod(method)) {
-            return {.problem = makeString("The audio handling chosen for %@ audio is not valid "
-                                          "(%i). Please choose another one in the preferences.",
-                                          codecOf(entry), static_cast<int>(method))};
+            return {.problem = invalidAudioMethodText(codecOf(entry), method)};
         }
     }
     const auto progressFile = ProgressFile::freePath(progressFolder(context), record.fileName);
@@ -110,13 +99,10 @@ int runCommand(const CommandContext& context, const CommandRequest& request) {
         return kExitFailure;
     }
     const auto inspection = inspectFile(context, request.file);
-    if (inspection.toolProblem != ProbeToolProblem::None) {
-        console.error(toolProblemOf(context, inspection.toolProblem));
-        return kExitFailure;
-    }
     // Warnings, too, go where they do not mix with the list.
+    const std::string_view what = inspection.record ? "" : "refused";
     for (const auto& alert : inspection.alerts) {
-        console.error(errorText(printable(request.file), {}, alert.message));
+        console.error(errorText(printable(request.file), what, alert.message));
     }
     if (!inspection.record) return kExitFailure;
     const auto answer = argumentsFor(context, chosen.choices, *inspection.record);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <limits>
 #include <poll.h>
 #include <unistd.h>
 #include <utility>
@@ -47,6 +48,12 @@ Console::Console(int cancelDescriptor) : cancelDescriptor_(cancelDescriptor) {
 
 std::size_t Console::columns() {
     return terminalColumns(STDOUT_FILENO);
+}
+
+std::size_t Console::wrapColumns() {
+    constexpr std::size_t kFewest = 20;
+    if (!terminalFacts(STDOUT_FILENO).isTerminal) return std::numeric_limits<std::size_t>::max();
+    return std::max(columns(), kFewest);
 }
 
 void Console::write(std::string_view text) {

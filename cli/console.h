@@ -30,6 +30,8 @@ public:
 
     [[nodiscard]] const Abilities& abilities() const { return abilities_; }
     [[nodiscard]] static std::size_t columns();
+    /// Where lines of standard output are to be wrapped; without bounds where it is no terminal.
+    [[nodiscard]] static std::size_t wrapColumns();
 
     /// A text for standard output, as it is.
     void write(std::string_view text);

@@ -8,14 +8,11 @@
 #include "app/file_sorting.h"
 #include "support/dispatch.h"
 #include "support/paths.h"
+#include "support/time_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
 namespace {
-
-double secondsBetween(TimePoint from, TimePoint to) {
-    return std::chrono::duration<double>(to - from).count();
-}
 
 // Before that, speed and remaining time say nothing.
 constexpr double kTellingPercent = 1;
@@ -162,7 +159,7 @@ void ConvertRun::tellProgress(Followed& followed, const ConversionJob& job) {
     followed.told = job.progress();
     ConvertProgress progress{.percent = job.progress(),
                              .status = job.stateInfoString(),
-                             .elapsed = secondsBetween(followed.started, now()),
+                             .elapsed = Fennimar::secondsBetween(followed.started, now()),
                              .number = summary_.finished + summary_.failed + refusedMovies_ + 1,
                              .files = movies_};
     const auto runtime = job.fileInfo().runtimeSeconds;
@@ -216,7 +213,7 @@ void ConvertRun::check() {
     }
     tellAlerts();
     over_ = true;
-    summary_.seconds = secondsBetween(begin_, now());
+    summary_.seconds = Fennimar::secondsBetween(begin_, now());
     ended_();
 }
 

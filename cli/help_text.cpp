@@ -17,13 +17,15 @@ Commands:
   inspect FILE...      Show what a movie holds and whether it can be converted.
   verify FILE...       Check that MP4 files are whole, and show their tracks.
   command FILE         Print the arguments that convert would call ffmpeg with.
-  preferences          List, read, change and reset preferences and saved destinations.
+  preferences          List, read, change and reset preferences.
+  destinations         List, add and remove saved destination folders.
 
 Options:
   --set KEY=VALUE      Use this preference for this run only; may be repeated and may stand
                        before or after the command. 'preferences list' shows all keys.
-  --version            Print the version.
-  -h, --help           Print this help; 'COMMAND --help' prints the help of a command.
+  -V, --version        Print the version.
+  -h, --help           Print this help; 'COMMAND --help' and 'help COMMAND' print that of a
+                       command.
   --                   What follows is a file name, also where it begins with '-'.
 
 Examples:
@@ -49,10 +51,10 @@ Files and environment:
 constexpr std::string_view kConversionOptions =
     R"(  --to DIR             Write the results into this folder. Default: next to each source.
   --to-saved NAME      Write them into this saved destination folder
-                       ('preferences destinations list' shows them).
+                       ('destinations list' shows them).
   --audio INDEX        Take this audio track, counted from 0 as 'inspect' shows them.
                        Default: the best one for your languages.
-  --subtitle FILE      Add this subtitle file to the movie.
+  --subtitle FILE      Add this subtitle file to the movie; for one movie only.
 )";
 
 constexpr std::string_view kSetOption =
@@ -143,15 +145,29 @@ Commands:
   get KEY              Print a value.
   set KEY VALUE        Store a value. yes, no, true, false, on and off stand for 1 and 0.
   reset KEY            Forget the stored value, so that the default holds again.
-  destinations [list [--json]|add DIR|remove NAME]
-                       The saved destination folders; 'convert --to-saved NAME' uses them.
 
 Options:
 %@
 Examples:
   reelvane-cli preferences set ConversionPreset 1
   reelvane-cli preferences get AACBitrate
-  reelvane-cli preferences destinations add ~/Movies
+)";
+
+constexpr std::string_view kDestinationsHelp =
+    R"(Keeps the saved destination folders, which the desktop application offers too.
+
+Usage: reelvane-cli destinations [COMMAND]
+
+Commands:
+  list [--json]        List the saved folders by name (the default).
+  add DIR              Save a folder under its own name.
+  remove NAME          Forget a saved folder; the folder itself stays.
+
+Options:
+%@
+Examples:
+  reelvane-cli destinations add ~/Movies
+  reelvane-cli convert --to-saved Movies Film.mkv
 )";
 
 }  // namespace
@@ -166,6 +182,7 @@ std::string helpText(std::string_view command) {
     if (command == "verify") return makeString(kVerifyHelp, kSetOption);
     if (command == "command") return makeString(kCommandHelp, kConversionOptions, kSetOption);
     if (command.starts_with("preferences")) return makeString(kPreferencesHelp, kSetOption);
+    if (command.starts_with("destinations")) return makeString(kDestinationsHelp, kSetOption);
     return std::string(kProgramHelp);
 }
 

@@ -24,8 +24,12 @@ VettingAlert refusal(std::string_view appName, std::string message) {
 /// Why the file cannot be taken in, by its kind and extension; empty when it can be.
 std::string fileProblem(const InputFile& file) {
     std::error_code error;
-    const auto status = std::filesystem::status(file.path, error);
     const auto name = Fennimar::validUtf8(file.given);
+    if (std::filesystem::symlink_status(file.path, error).type() ==
+        std::filesystem::file_type::not_found) {
+        return makeString("There is no file '%@'. Please check the name and the folder.", name);
+    }
+    const auto status = std::filesystem::status(file.path, error);
     // A link that leads nowhere is explained when it is probed.
     const bool dangling = status.type() == std::filesystem::file_type::not_found;
     if (error && !dangling) {
@@ -67,13 +71,11 @@ std::filesystem::path absolutePath(const std::string& given) {
     return path;
 }
 
-std::optional<VettingAlert> missingFileAlert(const InputFile& file, std::string_view appName) {
-    std::error_code error;
-    const auto status = std::filesystem::symlink_status(file.path, error);
-    if (status.type() != std::filesystem::file_type::not_found) return std::nullopt;
-    return refusal(appName,
-                   makeString("There is no file '%@'. Please check the name and the folder.",
-                              Fennimar::validUtf8(file.given)));
+std::optional<std::string> movieProblem(const InputFile& file) {
+    if (auto problem = fileProblem(file); !problem.empty()) return problem;
+    if (!hasExtensionOf(file.path, subtitleFileTypes)) return std::nullopt;
+    return makeString("'%@' is a subtitle file. Please name the movie that it belongs to.",
+                      Fennimar::validUtf8(file.given));
 }
 
 CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_view appName) {
@@ -81,9 +83,7 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
     std::vector<InputFile> candidates;
     for (const auto& name : given) {
         InputFile file{.given = name, .path = absolutePath(name)};
-        if (auto missing = missingFileAlert(file, appName)) {
-            checked.refused.push_back({.given = name, .alert = *std::move(missing)});
-        } else if (auto problem = fileProblem(file); !problem.empty()) {
+        if (auto problem = fileProblem(file); !problem.empty()) {
             checked.refused.push_back(
                 {.given = name, .alert = refusal(appName, std::move(problem))});
         } else {

@@ -31,10 +31,8 @@ struct CheckedInputs {
 /// seen to belong together.
 [[nodiscard]] std::filesystem::path absolutePath(const std::string& given);
 
-/// That nothing of this name is there, not even a link; absent when something is. `appName` titles
-/// the message.
-[[nodiscard]] std::optional<VettingAlert> missingFileAlert(const InputFile& file,
-                                                           std::string_view appName);
+/// Why the file is no movie to be read, by its kind and its extension; absent when it may be one.
+[[nodiscard]] std::optional<std::string> movieProblem(const InputFile& file);
 
 /// Sorts out what an open request would pass over in silence: names without a file, folders,
 /// unknown extensions, and subtitle files that belong to none of the movies.

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
@@ -17,7 +15,7 @@ constexpr std::size_t kIndent = 4;
 std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
     const auto& record = facts.record;
     auto text = printable(facts.file) + "\n" +
-                wrapped(printable(record.informationString), columns, kIndent);
+                wrapped(printable(record.informationString), "  ", columns, kIndent);
     if (record.videoTrackID) {
         text += makeString("\n    Video    #%i: %@ %@", *record.videoTrackID, record.videoCodec,
                            record.resolution);
@@ -26,13 +24,13 @@ std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
         const auto& entry = record.audioTrackInformation[i];
         text += makeString("\n    Audio %2lu %@", i, printable(entry.text));
         if (entry.hz > 0) text += makeString(", %i Hz", entry.hz);
-        if (facts.bestAudio == i) text += " (is taken)";
+        if (facts.bestAudio == i) text += " (will be converted)";
     }
     for (const auto track : record.subtitleTrackIDs) {
         text += makeString("\n    Subtitle #%i: text", track);
     }
     for (const auto& alert : facts.alerts) {
-        text += "\n" + wrapped("Warning: " + printable(alert.message), columns, kIndent);
+        text += "\n" + wrapped("Warning: " + printable(alert.message), " ", columns, kIndent);
     }
     return text;
 }
@@ -41,7 +39,7 @@ std::string refusedText(const std::string& file, const std::vector<VettingAlert>
                         std::size_t columns) {
     auto text = printable(file) + ": refused";
     for (const auto& alert : alerts) {
-        text += "\n" + wrapped(printable(alert.message), columns, kIndent);
+        text += "\n" + wrapped(printable(alert.message), " ", columns, kIndent);
     }
     return text;
 }
@@ -50,15 +48,16 @@ std::string refusedText(const std::string& file, const std::vector<VettingAlert>
 
 int runInspect(const CommandContext& context, const InspectRequest& request) {
     auto& console = context.console;
-    const auto columns = std::max<std::size_t>(Console::columns(), 20);
     int status = kExitSuccess;
     for (const auto& file : request.files) {
         const auto inspection = inspectFile(context, file);
-        if (inspection.toolProblem != ProbeToolProblem::None) {
-            console.error(toolProblemOf(context, inspection.toolProblem));
+        const auto& alerts = inspection.alerts;
+        if (inspection.toolProblem != ProbeToolProblem::None && !request.json) {
+            // No other file fares better, and one sentence is enough.
+            console.error(alerts.front().message);
             return kExitFailure;
         }
-        const auto& alerts = inspection.alerts;
+        const auto columns = console.wrapColumns();
         if (inspection.record) {
             const InspectionFacts facts{.file = file,
                                         .record = *inspection.record,

@@ -1,14 +1,14 @@
 #include "cli/inspection.h"
 
-#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "app/preference_keys.h"
+#include "app/probe_tools.h"
 #include "app/settings_reader.h"
 #include "cli/input_check.h"
 #include "media/languages.h"
 #include "support/make_string.h"
-#include "support/ports/folder_access.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
 #include "support/preferences.h"
@@ -17,13 +17,8 @@
 namespace reelvane {
 namespace {
 
-ProbeTools probeTools(const CommandContext& context) {
-    const auto granted = context.folderAccess.grantedFolders();
-    const bool unlimited = std::ranges::find(granted, std::filesystem::path("/")) != granted.end();
-    return {.launcher = &context.processLauncher,
-            .ffmpeg = context.mainBundle.pathForResource("ffmpeg"),
-            .appName = appName(context.mainBundle),
-            .sandboxed = !unlimited};
+VettingAlert plainAlert(const std::string& title, std::string message) {
+    return {.title = title, .message = std::move(message), .button = "OK"};
 }
 
 }  // namespace
@@ -33,25 +28,26 @@ std::string appName(const MainBundle& mainBundle) {
 }
 
 Inspection inspectFile(const CommandContext& context, const std::string& given) {
-    const auto tools = probeTools(context);
+    const auto tools = probeTools(context.processLauncher, context.mainBundle, context.folderAccess,
+                                  appName(context.mainBundle));
     const InputFile file{.given = given, .path = absolutePath(given)};
-    if (auto missing = missingFileAlert(file, tools.appName)) {
-        return {.alerts = {*std::move(missing)}};
+    if (auto problem = movieProblem(file)) {
+        return {.alerts = {plainAlert(tools.appName, *std::move(problem))}};
     }
     try {
-        return initWithURL(file.path, readProbeOptions(context.preferences), tools);
+        auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
+        if (inspection.toolProblem != ProbeToolProblem::None) {
+            inspection.alerts = {plainAlert(
+                tools.appName, toolProblemText(inspection.toolProblem, context.mainBundle))};
+        }
+        return inspection;
     } catch (const std::out_of_range&) {
-        return {.alerts = {{.title = tools.appName,
-                            .message = makeString(
-                                "What ffmpeg reports of the file '%@' cannot be read, so the file "
-                                "cannot be converted. It may be damaged.",
-                                Fennimar::validUtf8(given)),
-                            .button = "OK"}}};
+        return {.alerts = {plainAlert(
+                    tools.appName,
+                    makeString("What ffmpeg reports of the file '%@' cannot be read, so the file "
+                               "cannot be converted. It may be damaged.",
+                               Fennimar::validUtf8(given)))}};
     }
-}
-
-std::string toolProblemOf(const CommandContext& context, ProbeToolProblem problem) {
-    return toolProblemText(problem, context.mainBundle.pathForResource("ffmpeg"));
 }
 
 std::optional<std::size_t> bestAudioOf(const CommandContext& context, const MKVFileInfo& record) {

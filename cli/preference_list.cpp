@@ -67,7 +67,7 @@ std::string preferenceListText(std::span<const PreferenceRow> rows, std::size_t 
     auto text = columnsText(head, keyWidth, valueWidth);
     for (const auto& row : rows) {
         text += "\n" + columnsText(row, keyWidth, valueWidth) + "\n" +
-                wrapped(row.meaning, columns, kIndent);
+                wrapped(row.meaning, " ", columns, kIndent);
     }
     return text;
 }

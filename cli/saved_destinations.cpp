@@ -94,7 +94,7 @@ FolderAnswer folderSavedAs(const Preferences& preferences, FolderAccess& access,
     }
     return {.problem = makeString(
                 "The saved destination '%@' cannot be written to. Please mount its disk, or remove "
-                "it with: reelvane-cli preferences destinations remove.",
+                "it with: reelvane-cli destinations remove.",
                 Fennimar::validUtf8(name))};
 }
 

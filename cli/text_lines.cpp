@@ -35,18 +35,19 @@ std::string summaryText(const ConvertSummary& summary) {
                              fileSizeText(summary.bytes));
 }
 
-std::string wrapped(std::string_view text, std::size_t columns, std::size_t indent) {
+std::string wrapped(std::string_view text, std::string_view gap, std::size_t columns,
+                    std::size_t indent) {
     const std::string margin(indent, ' ');
     std::string result;
     std::string line;
-    for (const auto word : Fennimar::split(text, " ")) {
-        const bool fits = displayWidth(line) + 1 + displayWidth(word) + indent <= columns;
-        if (!line.empty() && !fits) {
+    for (const auto piece : Fennimar::split(text, gap)) {
+        const auto width = indent + displayWidth(line) + gap.size() + displayWidth(piece);
+        if (!line.empty() && width > columns) {
             result += margin + line + "\n";
             line.clear();
         }
-        if (!line.empty()) line += ' ';
-        line += word;
+        if (!line.empty()) line += gap;
+        line += piece;
     }
     return result + margin + line;
 }

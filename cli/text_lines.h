@@ -15,7 +15,9 @@ namespace reelvane {
 /// "3 files converted, 1 failed, 1 refused (1m 3s, 1.43 GB)": what there is.
 [[nodiscard]] std::string summaryText(const ConvertSummary& summary);
 
-/// The text broken at spaces into lines of at most `columns`, each with `indent` spaces before it.
-[[nodiscard]] std::string wrapped(std::string_view text, std::size_t columns, std::size_t indent);
+/// The text broken at its gaps (one space, or two between parts that belong together) into lines of
+/// at most `columns` where that can be, each with `indent` spaces before it.
+[[nodiscard]] std::string wrapped(std::string_view text, std::string_view gap, std::size_t columns,
+                                  std::size_t indent);
 
 }  // namespace reelvane

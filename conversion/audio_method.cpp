@@ -1,5 +1,6 @@
 #include "conversion/audio_method.h"
 
+#include "support/make_string.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -42,6 +43,13 @@ AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurrou
 
 bool isAudioMethod(int value) {
     return value >= AudioMethodAAC && value <= AudioMethodCopy;
+}
+
+std::string invalidAudioMethodText(std::string_view codec, int value) {
+    return makeString(
+        "The audio handling chosen for %@ audio is not valid (%i). Please choose another one in "
+        "the preferences.",
+        codec, value);
 }
 
 bool isSurround(std::string_view audioEntry) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "conversion/conversion_settings.h"
@@ -12,6 +13,8 @@ namespace reelvane {
                                                     const AudioSettings& settings);
 
 [[nodiscard]] bool isAudioMethod(int value);
+/// What a user is told whose preferences ask for a number that is none of the methods.
+[[nodiscard]] std::string invalidAudioMethodText(std::string_view codec, int value);
 
 /// True when the entry names a surround track: it contains "5.1".
 [[nodiscard]] bool isSurround(std::string_view audioEntry);

@@ -16,12 +16,12 @@ namespace {
 
 constexpr std::string_view kAssertionName = "Converting MKV file.";
 
-std::string launchProblem(LaunchError error, const std::filesystem::path& ffmpeg) {
+std::string launchProblem(LaunchError error, const MainBundle& mainBundle) {
     switch (error) {
         case LaunchError::NotExecutable:
-            return toolProblemText(ProbeToolProblem::Broken, ffmpeg);
+            return toolProblemText(ProbeToolProblem::Broken, mainBundle);
         case LaunchError::NoResources:
-            return toolProblemText(ProbeToolProblem::NoResources, ffmpeg);
+            return toolProblemText(ProbeToolProblem::NoResources, mainBundle);
         case LaunchError::ArgumentsTooLong:
             return "The conversion can't be started because its command line is too long. Please "
                    "use shorter names for the movie and its folders.";
@@ -29,7 +29,7 @@ std::string launchProblem(LaunchError error, const std::filesystem::path& ffmpeg
         case LaunchError::NotFound:
             break;
     }
-    return toolProblemText(ProbeToolProblem::Missing, ffmpeg);
+    return toolProblemText(ProbeToolProblem::Missing, mainBundle);
 }
 
 }  // namespace
@@ -50,7 +50,7 @@ void ConversionJob::launch() {
     auto result = vantor_.ports().processLauncher.launch(
         {.executable = ffmpeg, .arguments = arguments_}, *this);
     if (!result.child) {
-        refuseStart(launchProblem(result.error, ffmpeg));
+        refuseStart(launchProblem(result.error, vantor_.ports().mainBundle));
         return;
     }
     task_ = std::move(result.child);

@@ -7,19 +7,13 @@
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/child_process.h"
+#include "support/ports/main_bundle.h"
 #include "support/strings.h"
 
 namespace reelvane {
 namespace {
 
 constexpr int kMostReferenceFrames = 16;  // of any H.264 stream (ITU-T H.264 A.3.1)
-
-/// The absolute path, so that no name is taken for an option or a protocol.
-std::filesystem::path absolutePath(const std::filesystem::path& path) {
-    std::error_code failed;
-    auto absolute = std::filesystem::absolute(path, failed);
-    return failed ? path : absolute;
-}
 
 /// Only a file can be probed: reading a pipe or a device could block for ever.
 bool isFile(const std::filesystem::path& path) {
@@ -90,7 +84,7 @@ std::optional<int> tracedReferenceFrames(const std::filesystem::path& path, int 
 
 Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& options,
                        const ProbeTools& tools) {
-    const auto path = absolutePath(url);
+    const auto path = Fennimar::absolutePath(url);
     const auto fileName = path.filename().native();
     if (isRefusedLink(path, tools.sandboxed)) return {.alerts = {aliasAlert(fileName)}};
     if (!isFile(path)) return {.alerts = {invalidFileAlert(fileName, tools.appName)}};
@@ -119,27 +113,30 @@ Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& opt
 }
 
 std::int32_t durationOfFile(const std::filesystem::path& url, const ProbeTools& tools) {
-    const auto path = absolutePath(url);
+    const auto path = Fennimar::absolutePath(url);
     if (!isFile(path)) return -1;
     const auto result = runProbe(path, tools);
     return durationInReport(reportOf(result, path));
 }
 
-std::string toolProblemText(ProbeToolProblem problem, const std::filesystem::path& ffmpeg) {
-    const auto path = Fennimar::validUtf8(ffmpeg.native());
+std::string toolProblemText(ProbeToolProblem problem, const MainBundle& mainBundle) {
+    const auto path = Fennimar::validUtf8(mainBundle.pathForResource("ffmpeg").native());
+    const auto variable = mainBundle.variableNaming("ffmpeg");
+    const auto advice = [&](std::string_view install) {
+        return variable.empty() ? std::string(install)
+                                : makeString("%@ names it: correct or unset it.", variable);
+    };
     switch (problem) {
         case ProbeToolProblem::None:
             break;
         case ProbeToolProblem::Missing:
             return makeString(
-                "The program '%@', which reads and converts the movies, is missing. Install it "
-                "with: sudo apt install ffmpeg",
-                path);
+                "The program '%@', which reads and converts the movies, is missing. %@", path,
+                advice("Install it with: sudo apt install ffmpeg"));
         case ProbeToolProblem::Broken:
             return makeString(
-                "The program '%@', which reads and converts the movies, does not run as ffmpeg. "
-                "Install it again with: sudo apt install --reinstall ffmpeg",
-                path);
+                "The program '%@', which reads and converts the movies, does not run as ffmpeg. %@",
+                path, advice("Install it again with: sudo apt install --reinstall ffmpeg"));
         case ProbeToolProblem::NoResources:
             return "A basic system capability failed (posix_spawn). Please reboot your system and "
                    "try again.";

@@ -12,6 +12,7 @@
 
 namespace reelvane {
 
+class MainBundle;
 class ProcessLauncher;
 
 /// What a probe needs; given by value so that it can run in the background.
@@ -46,8 +47,7 @@ struct Inspection {
 [[nodiscard]] std::int32_t durationOfFile(const std::filesystem::path& url,
                                           const ProbeTools& tools);
 
-/// One sentence on a missing or broken ffmpeg that says which package to install.
-[[nodiscard]] std::string toolProblemText(ProbeToolProblem problem,
-                                          const std::filesystem::path& ffmpeg);
+/// Two sentences on a missing or broken ffmpeg: which one, and what to do about it.
+[[nodiscard]] std::string toolProblemText(ProbeToolProblem problem, const MainBundle& mainBundle);
 
 }  // namespace reelvane

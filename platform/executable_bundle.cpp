@@ -7,6 +7,7 @@
 
 #include "platform/ini_document.h"
 #include "platform/ini_file.h"
+#include "support/paths.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -23,10 +24,7 @@ bool isExecutable(const std::filesystem::path& path) {
     return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
 }
 
-std::filesystem::path absolutePath(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return std::filesystem::absolute(path, ignored);
-}
+constexpr const char* kFFmpegVariable = "REELVANE_FFMPEG";
 
 /// Where nothing of that name is found: in the first folder searched, never a file that happens to
 /// lie in the current one.
@@ -36,7 +34,7 @@ std::filesystem::path foundInPath(const std::filesystem::path& name) {
     std::optional<std::filesystem::path> first;
     for (const auto folder : Fennimar::split(folders, ":")) {
         if (folder.empty()) continue;
-        auto candidate = absolutePath(std::filesystem::path(folder) / name);
+        auto candidate = Fennimar::absolutePath(std::filesystem::path(folder) / name);
         if (isExecutable(candidate)) return candidate;
         if (!first) first = candidate;
     }
@@ -44,9 +42,9 @@ std::filesystem::path foundInPath(const std::filesystem::path& name) {
 }
 
 std::optional<std::filesystem::path> ffmpegFromEnvironment() {
-    const std::filesystem::path named = environmentValue("REELVANE_FFMPEG");
+    const std::filesystem::path named = environmentValue(kFFmpegVariable);
     if (named.empty()) return std::nullopt;
-    return named.has_parent_path() ? absolutePath(named) : foundInPath(named);
+    return named.has_parent_path() ? Fennimar::absolutePath(named) : foundInPath(named);
 }
 
 std::filesystem::path runningExecutable() {
@@ -77,6 +75,10 @@ std::filesystem::path ExecutableBundle::resourcesPath() const {
 std::filesystem::path ExecutableBundle::pathForResource(std::string_view name) const {
     if (name == "ffmpeg" && otherFFmpeg_) return *otherFFmpeg_;
     return resourcesPath() / name;
+}
+
+std::string ExecutableBundle::variableNaming(std::string_view name) const {
+    return name == "ffmpeg" && otherFFmpeg_ ? std::string(kFFmpegVariable) : std::string();
 }
 
 std::optional<std::string> ExecutableBundle::infoValue(std::string_view key) const {

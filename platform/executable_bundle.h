@@ -22,6 +22,7 @@ public:
     [[nodiscard]] std::filesystem::path executablePath() const override;
     [[nodiscard]] std::filesystem::path resourcesPath() const override;
     [[nodiscard]] std::filesystem::path pathForResource(std::string_view name) const override;
+    [[nodiscard]] std::string variableNaming(std::string_view name) const override;
     [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override;
 
 private:

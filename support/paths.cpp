@@ -97,6 +97,12 @@ fs::path expanded(const fs::path& path, const fs::path& home) {
     return home / text.substr(2);
 }
 
+fs::path absolutePath(const fs::path& path) {
+    std::error_code failed;
+    auto absolute = fs::absolute(path, failed);
+    return failed ? path : absolute;
+}
+
 std::string lowercasedExtension(const fs::path& path) {
     const auto extension = path.extension().native();
     return extension.empty() ? extension : lowercased(extension.substr(1));

@@ -33,6 +33,9 @@ namespace Fennimar {
 /// "~" and "~/..." expanded to the home folder.
 [[nodiscard]] std::filesystem::path expanded(const std::filesystem::path& path,
                                              const std::filesystem::path& home);
+/// From the root, so that no name is taken for an option or a protocol; as given where the current
+/// folder is gone.
+[[nodiscard]] std::filesystem::path absolutePath(const std::filesystem::path& path);
 /// The extension without its dot, in lower case (ASCII); empty when there is none.
 [[nodiscard]] std::string lowercasedExtension(const std::filesystem::path& path);
 /// The first four bytes of a file as a 32-bit integer in host byte order; absent when there are

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace reelvane {
@@ -8,3 +9,13 @@ namespace reelvane {
 [[nodiscard]] std::string formattedTimeFromTimeInterval(double seconds);
 
 }  // namespace reelvane
+
+namespace Fennimar {
+
+/// Negative when `to` was earlier.
+[[nodiscard]] inline double secondsBetween(std::chrono::steady_clock::time_point from,
+                                           std::chrono::steady_clock::time_point to) {
+    return std::chrono::duration<double>(to - from).count();
+}
+
+}  // namespace Fennimar

@@ -31,6 +31,17 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
     }
 }
 
+fs::path writableDocuments(const fs::path& documents, const fs::path& otherwise) {
+    auto existing = documents;
+    std::error_code ignored;
+    while (!fs::exists(existing, ignored) && existing.has_relative_path()) {
+        existing = existing.parent_path();
+    }
+    const bool usable =
+        fs::is_directory(existing, ignored) && ::access(existing.c_str(), W_OK) == 0;
+    return usable ? documents : otherwise;
+}
+
 Vantor::~Vantor() {
     log_set_sinks({});
     preferences_.setBackground({});
@@ -50,8 +61,7 @@ fs::path Vantor::docDir() const {
     auto folder = ports_.host.folders().documents;
     std::error_code ignored;  // where it cannot be made it cannot be written either
     fs::create_directories(folder, ignored);
-    const bool usable = fs::is_directory(folder, ignored) && ::access(folder.c_str(), W_OK) == 0;
-    return usable ? folder : suppDir();
+    return fs::is_directory(folder, ignored) ? writableDocuments(folder, suppDir()) : suppDir();
 }
 
 fs::path Vantor::deskDir() const {

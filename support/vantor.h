@@ -38,6 +38,11 @@ struct Ports {
     Workspace& workspace;
 };
 
+/// The documents folder, or `otherwise` where nothing can be written into it. One that is not there
+/// counts as the folder in which it would be made; nothing is made.
+[[nodiscard]] std::filesystem::path writableDocuments(const std::filesystem::path& documents,
+                                                      const std::filesystem::path& otherwise);
+
 /// The program's identity, its folders, its preferences and its ports. One per process, made by
 /// `main` and handed down by reference. Reading it is safe from any thread.
 class Vantor {

@@ -18,6 +18,8 @@ public:
     /// The path of a resource. "ffmpeg" may be replaced from the environment (REELVANE_FFMPEG).
     /// The path is given whether or not something is there.
     [[nodiscard]] virtual std::filesystem::path pathForResource(std::string_view name) const = 0;
+    /// The environment variable that names this resource in place of the bundle's own; empty: none.
+    [[nodiscard]] virtual std::string variableNaming(std::string_view /*name*/) const { return {}; }
     /// An entry of the information file (`Name`, `ShortVersion`, `Version`, `Identifier`,
     /// `FeedbackEmail`, `VendorProductPage`, `StoreProductPage`, `MacupdateProductPage`); absent
     /// when missing or empty.

@@ -59,7 +59,7 @@ TEST(Arguments, PreferencesKnowTheirCommands) {
     const auto set = parsed<PreferencesRequest>({"preferences", "set", "AutoAdd", "on"});
     EXPECT_EQ(set.action, PreferencesRequest::Action::Set);
     EXPECT_EQ(set.value, "1");
-    EXPECT_EQ(parsed<DestinationsRequest>({"preferences", "destinations", "remove", "x"}).action,
+    EXPECT_EQ(parsed<DestinationsRequest>({"destinations", "remove", "x"}).action,
               DestinationsRequest::Action::Remove);
 }
 
@@ -73,13 +73,15 @@ TEST(Arguments, UsageErrorsAreOneSentenceThatHelps) {
         {{"convert", "--to", "", "a"}, "The option '--to' needs a value."},
         {{"convert", "--to", "x", "--to-saved", "y", "a"}, "exclude each other."},
         {{"convert", "--audio", "1x", "a"}, "'1x' is no index of an audio track"},
+        {{"convert", "--subtitle", "s.srt", "a.mkv", "t.srt", "b.MKV"}, "for one movie only."},
+        {{"help", "convrt"}, "There is no command 'convrt'. Did you mean 'convert'?"},
         {{"command", "a", "b"}, "There is one argument too many: 'b'."},
         {{"--set", "AACBitrte=1", "convert", "a"}, "Did you mean 'AACBitrate'?"},
         {{"--set", "AACBitrate=9", "convert", "a"}, "which takes: integer, 0 to 3."},
         {{"--set", "AACBitrate", "convert", "a"}, "is not of the form KEY=VALUE."},
         {{"preferences", "set", "AACBitrate"}, "needs VALUE."},
         {{"preferences", "get", "Unheard"}, "There is no preference named 'Unheard'. See"},
-        {{"preferences", "destinations", "ad"}, "Did you mean 'add'?"}};
+        {{"destinations", "ad"}, "Did you mean 'add'?"}};
     for (const auto& [arguments, sentence] : cases) {
         const auto error = farewell(arguments);
         EXPECT_EQ(error.exitStatus, 2);
@@ -93,6 +95,10 @@ TEST(Arguments, HelpNamesEveryOptionOfItsCommand) {
                                            "--json",   "--set",      "Example"};
     expectHelpNames({"convert", "--help"}, options);
     expectHelpNames({"command", "--help"}, options);
+    expectHelpNames({"help", "convert"}, options);
+    EXPECT_EQ(farewell({"convert", "-h"}).text, farewell({"help", "convert"}).text);
+    EXPECT_EQ(farewell({"-V"}).text, farewell({"--version"}).text);
+    expectHelpNames({"help"}, {"Exit status"});
     expectHelpNames({"-h"}, {"Exit status", "XDG_CONFIG_HOME", "convert FILE"});
 }
 

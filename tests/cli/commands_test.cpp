@@ -35,14 +35,35 @@ TEST_F(Inspect, PrintsOneObjectPerFileInOrder) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(Inspect, AMissingFfmpegIsOneSentenceThatNamesThePackage) {
+TEST_F(Inspect, AMissingFfmpegIsToldOnceAndForEachObject) {
     environment_ = {"REELVANE_FFMPEG=/nowhere/ffmpeg"};
     movie("a.mkv");
     const auto outcome = cli({"inspect", "a.mkv", "a.mkv"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, "");
-    EXPECT_THAT(errors(), HasSubstr("sudo apt install ffmpeg"));
+    EXPECT_THAT(errors(), HasSubstr("REELVANE_FFMPEG names it: correct or unset it."));
     EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
+    const auto list = cli({"inspect", "--json", "a.mkv", "a.mkv"});
+    EXPECT_EQ(list.status, 1);
+    ASSERT_EQ(objects(list.output).size(), 2U);
+    EXPECT_THAT(objects(list.output)[1].at("alerts")[0].at("message"), HasSubstr("is missing."));
+}
+
+TEST_F(Inspect, RefusesWhatIsNoMovieBeforeItIsProbed) {
+    std::filesystem::create_directories(path("Movies"));
+    folder_.write("b.txt", kReport);
+    folder_.write("b.srt", kReport);
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"./Movies", "'./Movies' is a folder."},
+        {"/dev/null", "'/dev/null' is no regular file"},
+        {"./b.txt", "'./b.txt' has none of the extensions"},
+        {"none.mkv", "There is no file 'none.mkv'."},
+        {"b.srt", "'b.srt' is a subtitle file."}};
+    for (const auto& [name, sentence] : cases) {
+        EXPECT_THAT(cli({"inspect", name}).output, HasSubstr(sentence));
+        EXPECT_EQ(cli({"command", name}).status, 1);
+        EXPECT_THAT(errors(), HasSubstr(name + ": refused: " + sentence));
+    }
 }
 
 TEST_F(Command, IsTheListOfTheConversionAndMakesNothing) {
@@ -106,21 +127,21 @@ TEST_F(PreferencesCommand, SavedDestinationsAreUsedByName) {
     std::filesystem::create_directories(path("Movies"));
     std::filesystem::create_directories(path("Other"));
     for (const auto* const name : {"Movies/", "Other"}) {
-        EXPECT_EQ(cli({"preferences", "destinations", "add", name}).status, 0) << errors();
+        EXPECT_EQ(cli({"destinations", "add", name}).status, 0) << errors();
     }
-    EXPECT_EQ(cli({"preferences", "destinations", "add", "./Movies"}).status, 1);
+    EXPECT_EQ(cli({"destinations", "add", "./Movies"}).status, 1);
     EXPECT_THAT(errors(), HasSubstr("already bookmarked"));
     movie("a.mkv");
     const auto arguments = cli({"command", "--json", "--to-saved", "Movies", "a.mkv"}).output;
     EXPECT_EQ(nlohmann::json::parse(arguments).back(), path("Movies/a.m4v").native());
 
     EXPECT_EQ(cli({"preferences", "set", "DefaultDestination", "4"}).status, 0);
-    EXPECT_EQ(cli({"preferences", "destinations", "remove", "Movies"}).status, 0);
+    EXPECT_EQ(cli({"destinations", "remove", "Movies"}).status, 0);
     EXPECT_EQ(cli({"preferences", "get", "DefaultDestination"}).output, "3\n");
-    const auto left = objects(cli({"preferences", "destinations", "--json"}).output);
+    const auto left = objects(cli({"destinations", "--json"}).output);
     ASSERT_EQ(left.size(), 1U);
     EXPECT_EQ(left[0].at("folder"), path("Other").native());
-    EXPECT_EQ(cli({"preferences", "destinations", "remove", "Othr"}).status, 1);
+    EXPECT_EQ(cli({"destinations", "remove", "Othr"}).status, 1);
     EXPECT_THAT(errors(), HasSubstr("Did you mean 'Other'?"));
 }
 

@@ -109,7 +109,8 @@ TEST(TextLines, MessagesAndSummariesNameWhatThereIs) {
     EXPECT_EQ(summaryText({.finished = 1, .refused = 2, .seconds = 63, .bytes = 1430000000}),
               "1 file converted, 2 refused (1m 3s, 1.43 GB)");
     EXPECT_EQ(summaryText({.failed = 2}), "0 files converted, 2 failed");
-    EXPECT_EQ(wrapped("one two three", 9, 2), "  one two\n  three");
+    EXPECT_EQ(wrapped("a b  c d  e", "  ", 10, 2), "  a b  c d\n  e");
+    EXPECT_EQ(wrapped("one two three", " ", 9, 2), "  one two\n  three");
 }
 
 TEST(JsonLines, AbsentIsNullAndBadBytesAreReplaced) {
