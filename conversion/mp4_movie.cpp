@@ -10,8 +10,8 @@ namespace reelvane {
 namespace {
 
 // No real file comes near either of them.
-constexpr std::size_t kMostRanges = 16384;
-constexpr std::size_t kMostTracks = 1024;
+constexpr std::size_t kMostRanges = 4096;
+constexpr std::size_t kMostTracks = 256;
 
 /// What stands at the top level of a file.
 struct TopLevel {
@@ -140,15 +140,15 @@ bool holdsStream(const Mp4Track& track) {
     return track.kind != Mp4TrackKind::Other && track.codec != "text";
 }
 
-Mp4Reading readMp4(const std::filesystem::path& path) {
-    const auto file = ByteSource::open(path);
-    if (!file) {
+Mp4Reading readMp4(const std::filesystem::path& file) {
+    const auto source = ByteSource::open(file);
+    if (!source) {
         std::error_code unknown;
-        const bool missing = !std::filesystem::exists(path, unknown) && !unknown;
+        const bool missing = !std::filesystem::exists(file, unknown) && !unknown;
         return {.problem = missing ? "is not there" : "cannot be read"};
     }
-    auto reading = readOpened(*file);
-    if (file->isExhausted()) return {.problem = "has an index that is too large to be checked"};
+    auto reading = readOpened(*source);
+    if (source->isExhausted()) return {.problem = "has an index that is too large to be checked"};
     return reading;
 }
 

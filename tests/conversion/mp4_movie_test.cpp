@@ -7,6 +7,7 @@
 #include "conversion/output_check.h"
 #include "conversion/output_proof.h"
 #include "conversion/track_flags.h"
+#include "conversion/track_languages.h"
 #include "tests/fakes/small_mp4.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -120,6 +121,22 @@ TEST(OutputCheck, FindsTheForcedTracksInOutputOrder) {
     const auto mapped = mappedStreams(
         {"-map", "0:0", "-map", "[out]", "-map", "1:0", "-map", "0:3", "-map", "0:2", "out"});
     EXPECT_THAT(forcedSubtitles(record, mapped), testing::ElementsAre(0, 2));
+}
+
+TEST_F(Mp4MovieTest, LanguagesArriveWhereMp4CanSayThem) {
+    const MKVFileInfo record{.audioTrackInformation = {{.text = "#1: pt-BR (ac3)"}},
+                             .subtitleTrackIDs = {2, 3, 4},
+                             .subtitleLanguages = {"klingon", "", "ger"}};
+    const auto languages =
+        sourceLanguages(record, {"-map", "0:0", "-map", "[out]", "-map", "1:0", "-map", "0:4",
+                                 "-map", "0:2", "-filter_complex", "[0:1]volume=1.50[out]"});
+    EXPECT_THAT(languages, testing::ElementsAre("", "pt-BR", "", "ger", "klingon"));
+    EXPECT_THAT(lostLanguages(languages), testing::ElementsAre(HasSubstr("klingon")));
+
+    const auto file = folder.write("movie.mp4", SmallMp4().bytes());
+    ASSERT_TRUE(applyPatches(file, languagePatches(*readMp4(file).movie, languages)));
+    EXPECT_EQ(readMp4(file).movie->tracks.at(0).language, "eng");
+    EXPECT_EQ(readMp4(file).movie->tracks.at(1).language, "por");
 }
 
 TEST_F(Mp4MovieTest, TrackFlagsAreSetInPlaceOnce) {

@@ -48,6 +48,26 @@ TEST(OutputProof, IsBrokenWhereverARealOutputIsCut) {
     }
 }
 
+TEST(OutputProof, JudgesFragmentsAndQuickTimeToo) {
+    const TemporaryFolder folder;
+    for (const auto& [name, flags] :
+         {std::pair("empty.mp4", "frag_keyframe+empty_moov"),
+          std::pair("hybrid.mp4", "frag_keyframe"), std::pair("dash.mp4", "dash+delay_moov"),
+          std::pair("movie.mov", "faststart")}) {
+        const auto file = folder.path() / name;
+        ASSERT_EQ(run({"ffmpeg", "-v", "error", "-i", movie("aac.mkv"), "-c", "copy", "-movflags",
+                       flags, file})
+                      .status,
+                  0);
+        const auto reading = readMp4(file);
+        ASSERT_TRUE(reading.movie) << name << " " << reading.problem;
+        EXPECT_EQ(reading.movie->tracks.size(), 2U) << name;
+        for (const auto& track : reading.movie->tracks) EXPECT_NEAR(track.seconds, 3, 0.2) << name;
+        fs::resize_file(file, fs::file_size(file) - 100);
+        EXPECT_FALSE(readMp4(file).movie) << name;
+    }
+}
+
 /// A conversion that must not touch its source. True when it was called finished.
 bool finishes(const Sandbox& sandbox, std::string_view name, const std::string& shell = {}) {
     const auto source = sandbox.root() / name;
