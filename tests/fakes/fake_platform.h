@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -80,9 +81,13 @@ private:
 class FakeSystemLog final : public SystemLog {
 public:
     void write(int priority, const std::string& message) override {
+        const std::scoped_lock lock(mutex_);
         written.emplace_back(priority, message);
     }
-    std::vector<std::pair<int, std::string>> written;
+    std::vector<std::pair<int, std::string>> written;  ///< read once nothing can write any more
+
+private:
+    std::mutex mutex_;
 };
 
 class FakeMainBundle final : public MainBundle {

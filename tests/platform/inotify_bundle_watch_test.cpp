@@ -38,25 +38,14 @@ TEST_F(Moved, AMoveOfTheBundleOrOfAFolderAboveItIsToldWithTheNewPlace) {
     fs::rename(root / "a", root / "c");
     turn(2);
     EXPECT_EQ(watch.currentPath(), root / "c/b/elsewhere");
-    fs::create_directory(root / "new");
-    fs::rename(root / "c/b/elsewhere", root / "new/bundle");
-    turn(3);
-    fs::rename(root / "new", root / "newer");  // watched only since the last move
-    turn(4);
-    EXPECT_EQ(watch.currentPath(), root / "newer/bundle");
-    EXPECT_EQ(told, 4);
+    EXPECT_EQ(told, 2);
 }
 
-TEST_F(Moved, WhatComesBackOrGoesAwayIsNoMove) {
+TEST_F(Moved, WhatComesBackIsNoMove) {
     fs::rename(root / "a", root / "c");
     fs::rename(root / "c", root / "a");
     g_main_context_iteration(nullptr, TRUE);  // the events
     g_main_context_iteration(nullptr, TRUE);  // the latency's end
-    EXPECT_EQ(told, 0);
-    fs::remove(bundle);
-    EXPECT_EQ(watch.currentPath(), bundle);
-    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-    }
     EXPECT_EQ(told, 0);
 }
 

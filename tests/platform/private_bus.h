@@ -19,38 +19,25 @@
 
 namespace reelvane {
 
-struct EndService {
-    void operator()(GSubprocess* service) const {
-        g_subprocess_force_exit(service);
-        g_object_unref(service);
-    }
-};
-using Service = std::unique_ptr<GSubprocess, EndService>;
-
-/// A program that ends with the test, even if that crashes.
-template <typename... Words>
-Service startService(Words... words) {
-    const GObjectHandle<GSubprocessLauncher> launcher(
-        g_subprocess_launcher_new(static_cast<GSubprocessFlags>(
-            G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE)));
-    g_subprocess_launcher_set_child_setup(
-        launcher.get(), [](gpointer) { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, nullptr);
-    return Service(g_subprocess_launcher_spawn(launcher.get(), nullptr, words..., nullptr));
-}
-
 /// A message bus of the test's own that starts no service; it stands for both buses.
 /// What the services on it are asked is kept in order.
 class PrivateBus {
 public:
     PrivateBus() {
+        // It ends with the test, even if that crashes.
+        const GObjectHandle<GSubprocessLauncher> launcher(
+            g_subprocess_launcher_new(static_cast<GSubprocessFlags>(
+                G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE)));
+        g_subprocess_launcher_set_child_setup(
+            launcher.get(), [](gpointer) { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, nullptr);
+        daemon_.reset(g_subprocess_launcher_spawn(launcher.get(), nullptr, "dbus-daemon",
+                                                  "--nofork", "--print-address", "--config-file",
+                                                  configuration_.c_str(), nullptr));
         const GObjectHandle<GDataInputStream> output(
             g_data_input_stream_new(g_subprocess_get_stdout_pipe(daemon_.get())));
         const GLibText line(g_data_input_stream_read_line(output.get(), nullptr, nullptr, nullptr));
-        useAddress(line.get());
-    }
-    static void useAddress(const std::string& address) {
-        ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", line.get(), 1);
+        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", line.get(), 1);
     }
     void record(std::string call) {
         const std::scoped_lock lock(mutex_);
@@ -66,22 +53,22 @@ public:
         calls_.pop_front();
         return call;
     }
-    [[nodiscard]] bool hasNoMoreCalls() {
-        const std::scoped_lock lock(mutex_);
-        return calls_.empty();
-    }
 
 private:
+    struct EndDaemon {
+        void operator()(GSubprocess* daemon) const {
+            g_subprocess_force_exit(daemon);
+            g_object_unref(daemon);
+        }
+    };
+
     TemporaryFolder folder_;
-    Service daemon_ = startService(
-        "dbus-daemon", "--nofork", "--print-address", "--config-file",
-        folder_
-            .write("bus.conf",
-                   "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
-                   "<auth>EXTERNAL</auth><policy context='default'><allow send_destination='*'/>"
-                   "<allow eavesdrop='true'/>"
-                   "<allow own='*'/></policy></busconfig>")
-            .c_str());
+    std::filesystem::path configuration_ = folder_.write(
+        "bus.conf",
+        "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
+        "<policy context='default'><allow send_destination='*'/><allow eavesdrop='true'/>"
+        "<allow own='*'/></policy></busconfig>");
+    std::unique_ptr<GSubprocess, EndDaemon> daemon_;
     std::mutex mutex_;
     std::condition_variable recorded_;
     std::deque<std::string> calls_;
@@ -90,7 +77,7 @@ private:
 /// A service on the private bus. It answers on GDBus's own thread, whatever the test waits for.
 class MockService {
 public:
-    /// Makes the answer to a call; null leaves it without one until `answerHeld`.
+    /// Makes the answer to a call.
     using Answer = std::function<GDBusMessage*(GDBusMessage* call)>;
 
     MockService(PrivateBus& bus, const char* name, Answer answer)
@@ -118,11 +105,6 @@ public:
         return g_dbus_message_new_method_error_literal(call, "org.example.Refused", "not today");
     }
 
-    void answerHeld(GVariant* values) {
-        const std::scoped_lock lock(mutex_);
-        send(reply(held_.get(), values));
-    }
-
     void emit(const char* path, const char* interface, const char* name, GVariant* values) {
         const std::scoped_lock lock(mutex_);
         g_dbus_connection_emit_signal(connection_.get(), nullptr, path, interface, name, values,
@@ -138,18 +120,13 @@ private:
         return nullptr;
     }
 
-    void handle(GObjectHandle<GDBusMessage> call) {
+    void handle(const GObjectHandle<GDBusMessage>& call) {
         const std::scoped_lock lock(mutex_);
         auto* const body = g_dbus_message_get_body(call.get());
         const GLibText text(body != nullptr ? g_variant_print(body, FALSE) : g_strdup("()"));
         auto* const answer = answer_(call.get());
         const std::string method = g_dbus_message_get_member(call.get());
-        if (answer == nullptr) held_ = std::move(call);
         bus_.record(method + text.get());
-        if (answer != nullptr) send(answer);
-    }
-
-    void send(GDBusMessage* answer) {
         const GObjectHandle<GDBusMessage> owned(answer);
         g_dbus_connection_send_message(connection_.get(), answer, G_DBUS_SEND_MESSAGE_FLAGS_NONE,
                                        nullptr, nullptr);
@@ -171,7 +148,6 @@ private:
     // Calls come on GDBus's thread, to which the lock hands over what the test's thread made.
     static inline std::mutex mutex_;
     Answer answer_;
-    GObjectHandle<GDBusMessage> held_;
     std::unique_ptr<GDBusConnection, CloseConnection> connection_;  // closed before all else goes
 };
 
