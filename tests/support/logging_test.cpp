@@ -14,11 +14,7 @@
 namespace reelvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::Pair;
-using testing::UnorderedElementsAre;
 
 /// The ring positions live as long as the process, so a test finds a slot by its message.
 bool holds(const PreferenceValues& values, const std::string& message) {
@@ -44,35 +40,6 @@ TEST(Log, KeepsTheLastTenMessagesOfEachLevelAndFortyThreeInTheRingOfItsOwn) {
     EXPECT_EQ(values.size(), 43U);
     EXPECT_FALSE(holds(values, "entry 0"));
     EXPECT_TRUE(values.contains("vantor_logtoprefs_pos42"));
-}
-
-TEST(Log, TellsTheSystemOfLevelsThatItKnows) {
-    {
-        FakePlatform platform;
-        vn_log_level(kLogError, "%@ of %i", "one", 2);
-        vn_log_level(8, "beyond");
-        EXPECT_THAT(platform.systemLog.written, UnorderedElementsAre(Pair(3, "one of 2")));
-        platform.preferences.writeChanges();
-        EXPECT_EQ(platform.store.values.size(), 1U);
-    }
-    vn_log_level(kLogError, "the sinks are gone");  // must not reach for them
-}
-
-TEST(Log, SurvivesASinkThatLogs) {
-    class LoggingStore final : public FakePreferencesStore {
-    public:
-        bool edit(const std::function<void(PreferenceValues&)>& /*change*/) override {
-            vn_log_level(kLogError, "cannot write");
-            return false;
-        }
-    };
-    LoggingStore store;
-    Preferences preferences(store);
-    FakeSystemLog system;
-    log_set_sinks({.preferences = &preferences, .systemLog = &system});
-    vn_log_level(kLogNotice, "outer");
-    log_set_sinks({});
-    EXPECT_THAT(system.written, UnorderedElementsAre(Pair(3, "cannot write"), Pair(5, "outer")));
 }
 
 TEST(Log, TakesMessagesFromManyThreadsWhileSinksComeAndGo) {
@@ -110,29 +77,7 @@ TEST(LogCapture, MirrorsEveryMessageInItsLineForm) {
     EXPECT_THAT(contentOf(file),
                 MatchesRegex("[A-Z][a-z]{2} [0-9]{2} [0-9]{2}:[0-9]{2}  Reelvane\\[" +
                              std::to_string(::getpid()) + "\\] <Notice>: hello\n"));
-    vn_log_level(kLogNotice, "odd \xFF byte");
     log_set_sinks({});
-    EXPECT_THAT(contentOf(file), HasSubstr("<Error>: could not open create data from string "));
-    EXPECT_THAT(contentOf(file), HasSubstr("odd \uFFFD byte"));
-}
-
-TEST(LogCapture, CutsALargeFileToItsEndAndSaysWhenItCannotOpen) {
-    const TemporaryFolder folder;
-    const auto content = std::string(50, 'a') + std::string(100, 'b');
-    for (const auto& [before, maxSize, after] : {std::tuple(content, 100, content.substr(50)),
-                                                 {content, 0, content},
-                                                 {"abc", 100, "abc"}}) {
-        const auto file = folder.write("file", before);
-        vn_log_enablecapturetofile(file, maxSize);
-        EXPECT_EQ(contentOf(file), after);
-    }
-    FakeSystemLog system;
-    log_set_sinks({.systemLog = &system});
-    vn_log_enablecapturetofile("/no/file", 0);
-    log_set_sinks({});
-    EXPECT_THAT(system.written,
-                ElementsAre(Pair(3, "could not open file /no/file for log file usage")));
-    EXPECT_EQ(contentOf(folder.path() / "file"), "abc") << "nothing is captured any more";
 }
 
 }  // namespace

@@ -64,23 +64,5 @@ TEST(WriteablePath, IsTriedWithoutATrace) {
     EXPECT_FALSE(fs::exists(folder.path() / "target"));
 }
 
-TEST(FileTests, TellLinksFromFilesAndNothing) {
-    const TemporaryFolder folder;
-    const auto file = folder.write("file", std::string("\x01\x00\x00\x00rest", 8));
-    const auto link = folder.path() / "link";
-    const auto dead = folder.path() / "dead";
-    fs::create_symlink(file, link);
-    fs::create_symlink("/nowhere", dead);
-    EXPECT_TRUE(fileExists(link) && !fileExists(dead));
-    EXPECT_TRUE(fileIsAlias(dead) && !fileIsAlias(file));
-    EXPECT_EQ(fileSize(folder.path() / "missing"), 0U);
-    EXPECT_EQ(readInt(file), 1U);
-    EXPECT_EQ(readInt(folder.write("three", "abc")), std::nullopt);
-    EXPECT_EQ(readInt(folder.path()), std::nullopt);
-    removeFile(dead);
-    removeFile(folder.path());  // a folder stays
-    EXPECT_TRUE(fileExists(folder.path()) && !fileIsAlias(dead));
-}
-
 }  // namespace
 }  // namespace Fennimar

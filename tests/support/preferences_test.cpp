@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -55,17 +54,6 @@ TEST(PreferenceText, BringsEveryTextListAndDictionaryBackByteForByte) {
     }
 }
 
-TEST(PreferenceText, IsWhatAPersonWouldType) {
-    EXPECT_EQ(preferenceText(std::vector<std::string>{"/Films", "a;b"}), "(/Films;a\\;b;)");
-    EXPECT_EQ(preferenceText(PreferenceDictionary{{"k", "v"}}), "{k=v;}");
-    EXPECT_EQ(preferenceText("date: x = (y); z") + preferenceText(1.1F), "date: x = (y); z1.1");
-    EXPECT_THAT(*listFromPreferenceText("(a;b)"), ElementsAre("a", "b"));
-    EXPECT_THAT(*dictionaryFromPreferenceText("{a;b=1}"),
-                ElementsAre(Pair("a", ""), Pair("b", "1")));
-    EXPECT_EQ(stringFromPreferenceText("C:\\dir\\"), "C:\\dir\\");
-    EXPECT_EQ(stringFromPreferenceText("\\x4"), "\\x4");
-}
-
 struct PreferencesTest : testing::Test {
     [[nodiscard]] int number() const { return preferences.defaultInt("K"); }
 
@@ -90,18 +78,6 @@ TEST_F(PreferencesTest, AnswerThisRunThenTheStoreThenTheDefault) {
     preferences.setDefaultObject("K", std::nullopt);
     EXPECT_EQ(number(), 1);
     EXPECT_THAT(store.values, ElementsAre(Pair("K", "2"), Pair("L", "9")));
-}
-
-TEST_F(PreferencesTest, CountOnTopOfWhatIsStoredAtThatMoment) {
-    preferences.registerDefaults({{"K", "10"}});
-    preferences.addToInt("K", 1);
-    EXPECT_EQ(store.values["K"], "11");
-    store.values["K"] = "20";  // another process
-    preferences.addToInt("K", -1);
-    EXPECT_EQ(store.values["K"], "19");
-    preferences.setDefaultInt("K", std::numeric_limits<int>::max());
-    preferences.addToInt("K", 1);
-    EXPECT_EQ(number(), std::numeric_limits<int>::max());
 }
 
 TEST_F(PreferencesTest, WriteWhatIsChangedLaterInOneStepBeforeAnybodyReadsIt) {

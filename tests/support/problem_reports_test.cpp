@@ -1,6 +1,5 @@
 #include "support/problem_reports.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdexcept>
@@ -8,11 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include "support/damaged_application.h"
 #include "support/dispatch.h"
 #include "support/host_information.h"
 #include "support/logging.h"
-#include "support/open_url.h"
 #include "support/uncaught_exceptions.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/threaded_dispatcher.h"
@@ -86,83 +83,22 @@ TEST(ProblemReport, OffTheMainThreadWaitsForTheAnswerButNotForAStuckThread) {
     EXPECT_THAT(shownAtEnd, ElementsAre(0, 1));  // what was given up is not shown late
 }
 
-TEST(OpenURL, KnowsSixLinksAndTheSupportRequestWithThePreferences) {
-    FakePlatform platform;
-    const auto& urls = platform.workspace.urls;
-    auto& info = platform.mainBundle.info;
-    openURL(platform.vantor, kProductPageURL);
-    info["VendorProductPage"] = "https://v/a b";
-    info["StoreProductPage"] = "https://s/";
-    info["MacupdateProductPage"] = "https://m/";
-    for (int choice = 2; choice <= 7; ++choice) openURL(platform.vantor, choice);
-    EXPECT_THAT(urls,
-                ElementsAre("https://www.reelvane.org/reelvane/",
-                            "shelp@example.org?subject=Reelvane%20Beta%20Versions&body=Hello%0AI%20"
-                            "would%20like%20to%20test%20upcoming%20beta%20versions%20of%20Reelvane."
-                            "%0ABye%0A",
-                            "https://v/a%20b", "https://s/", "macappstore://s/", "https://m/", ""));
-    platform.folder.write("config/org.reelvane.Reelvane/org.reelvane.Reelvane.ini", "ab\xFF\n");
-    sendSupportRequestMail(platform.vantor, "Help");
-    EXPECT_THAT(urls.back(), StartsWith("mailto:help@example.org?subject="));
-    EXPECT_FALSE(urls.back().ends_with("%0AYWL/Cg=="));
-    platform.workspace.option = true;
-    openURL(platform.vantor, kSupportRequestURL);
-    EXPECT_THAT(urls.back(), HasSubstr("%3CInsert%20Support%20Request%20Here%3E"));
-    EXPECT_TRUE(urls.back().ends_with("%0AYWL/Cg=="));
-}
-
-TEST(HostInformation, KnowsCrashLogsAdministratorsDisksAndFiles) {
+TEST(HostInformation, KnowsCrashLogsAndFiles) {
     const TemporaryFolder folder;
-    for (const auto* name : {"a/Reelvane_1.crash", "a/reelvane-2", "a/Other.crash", "b/RÉELVANE.3",
-                             "b/Re\u0301elvane.4", "b/Reel.crash"}) {
+    for (const auto* name : {"a/Reelvane_1.crash", "a/Other.crash", "a/RÉELVANE.3"}) {
         folder.write(name);
     }
-    EXPECT_THAT(
-        crashLogsIn({folder.path() / "a", folder.path() / "none", folder.path() / "b"}, "Reelvane"),
-        UnorderedElementsAre("Reelvane_1.crash", "reelvane-2", "RÉELVANE.3", "Re\u0301elvane.4"));
-    FakePlatform platform;
-    EXPECT_FALSE(isUserAdmin(platform.vantor));
-    platform.host.admins = {"root", "ada"};
-    EXPECT_TRUE(isUserAdmin(platform.vantor));
-    EXPECT_EQ(diskNumberOf("/dev/disk12s1"), 12);
-    EXPECT_EQ(diskNumberOf("/dev/sda1"), -1);
+    EXPECT_THAT(crashLogsIn({folder.path() / "a", folder.path() / "none"}, "Reelvane"),
+                UnorderedElementsAre("Reelvane_1.crash", "RÉELVANE.3"));
     for (const auto& [plain, encoded] :  // the samples of RFC 4648, section 10
          {std::pair("f", "Zg=="), {"fo", "Zm8="}, {"foobar", "Zm9vYmFy"}}) {
         EXPECT_EQ(base64OfFile(folder.write("f", plain)), encoded);
     }
-    EXPECT_EQ(base64OfFile(folder.path() / "missing"), "");
-}
-
-TEST(DamagedApplication, IsOneWhoseLinksWereLost) {
-    const TemporaryFolder folder;
-    const auto frameworks = folder.path() / "Frameworks";
-    EXPECT_FALSE(applicationIsDamaged(frameworks));
-    const auto target = folder.write("Frameworks/Foo.framework/Versions/A/Foo");
-    std::filesystem::create_symlink(target, frameworks / "Foo.framework" / "Foo");
-    EXPECT_FALSE(applicationIsDamaged(frameworks));
-    folder.write("Frameworks/Bar.framework/Bar");
-    EXPECT_TRUE(applicationIsDamaged(frameworks));
 }
 
 class OddFailure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
-
-TEST(UncaughtException, IsReportedByNameAndText) {
-    std::exception_ptr nested;
-    try {
-        try {
-            throw OddFailure("inner");
-        } catch (...) {
-            std::throw_with_nested(std::runtime_error("outer"));
-        }
-    } catch (...) {
-        nested = std::current_exception();
-    }
-    EXPECT_THAT(describeException(nested, "STACK").details, HasSubstr("outer inner;  STACK"));
-    EXPECT_EQ(describeException(std::make_exception_ptr(7), "").name, "int");
-    EXPECT_EQ(describeException(nullptr, "").name, "std::terminate");
-}
 
 TEST(UncaughtExceptionDeathTest, EndsTheProcessWithStatusOneAfterTheReport) {
     const auto fail = [] {

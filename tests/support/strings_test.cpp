@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "support/arrays.h"
-
 namespace Fennimar {
 namespace {
 
@@ -18,13 +16,6 @@ TEST(Lines, EndAtEveryNewlineCharacterAndKeepEmptyOnes) {
     EXPECT_THAT(lines("a\u0085b\u2028c\u2029d\ve\ff"), ElementsAre("a", "b", "c", "d", "e", "f"));
     EXPECT_THAT(lines(""), ElementsAre(""));
     EXPECT_THAT(lines("\xC3\n\x85"), ElementsAre("\xC3", "\x85"));  // not UTF-8
-}
-
-TEST(Split, KeepsEmptyPartsAndTakesOverlapsOnce) {
-    EXPECT_THAT(split("a, b, ", ", "), ElementsAre("a", "b", ""));
-    EXPECT_THAT(split("aaa", "aa"), ElementsAre("", "a"));
-    EXPECT_THAT(split("abc", ""), ElementsAre("abc"));
-    EXPECT_EQ(replaced("aXbXX", "X", "--") + replaced("c", "", "-"), "a--b----c");
 }
 
 TEST(Trimming, KnowsUnicodeSpacesAndStopsAtOddBytes) {
@@ -75,11 +66,6 @@ TEST(LeadingNumbers, ReadWhatTheTextBeginsWith) {
         EXPECT_DOUBLE_EQ(leadingDouble(text), real) << text;
     }
     EXPECT_GT(leadingDouble("1e999"), 1e300);
-}
-
-TEST(Arrays, LoseTheElementsAtTheGivenPlaces) {
-    EXPECT_THAT(arrayByRemovingObjectsAtIndexes<std::string>({"a", "b", "c"}, {0, 2, 9}),
-                ElementsAre("b"));
 }
 
 }  // namespace
