@@ -71,12 +71,13 @@ void ConvertRun::start(const CheckedInputs& inputs) {
 
 void ConvertRun::alerted(const AlertContent& content) {
     // What offers a choice is about no single file, and may be the last thing that is told.
-    if (over_ || content.buttons.size() > 1) {
+    if (content.buttons.size() > 1) {
         reporter_.alerted(content.title, content.message);
         return;
     }
     lastAlert_ = content;
     heldAlerts_.add(content);
+    if (over_) tellAlerts();
     checkLater();
 }
 

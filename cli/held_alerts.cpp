@@ -15,7 +15,6 @@ void HeldAlerts::drop(const std::string& message) {
 }
 
 std::vector<AlertContent> HeldAlerts::take() {
-    said_.clear();
     dropsNext_ = false;
     return std::exchange(alerts_, {});
 }

@@ -13,12 +13,12 @@ namespace reelvane {
 class HeldAlerts {
 public:
     void add(const AlertContent& alert);
-    /// A refusal or failure has said this.
+    /// A refusal or failure has said this. Its alert may come much later.
     void drop(const std::string& message);
     /// A conversion was refused at its start, with a failure for which the very next alert gives
     /// the same reason in words of its own.
     void dropNext() { dropsNext_ = true; }
-    /// What is left to be told, in order. What was said before counts no longer.
+    /// What is left to be told, in order.
     [[nodiscard]] std::vector<AlertContent> take();
 
 private:

@@ -61,11 +61,8 @@ bool belongsToOne(const std::filesystem::path& subtitle, const std::vector<Input
 }  // namespace
 
 std::filesystem::path absolutePath(const std::string& given) {
-    std::error_code error;
-    const auto absolute = std::filesystem::absolute(given, error);
-    if (error) return given;
     std::filesystem::path path;
-    for (const auto& part : absolute) {
+    for (const auto& part : Fennimar::absolutePath(given)) {
         if (part != ".") path /= part;
     }
     return path;

@@ -57,7 +57,7 @@ int runInspect(const CommandContext& context, const InspectRequest& request) {
             console.error(alerts.front().message);
             return kExitFailure;
         }
-        const auto columns = console.wrapColumns();
+        const auto columns = Console::wrapColumns();
         if (inspection.record) {
             const InspectionFacts facts{.file = file,
                                         .record = *inspection.record,

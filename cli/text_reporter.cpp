@@ -92,7 +92,7 @@ public:
 
 private:
     /// One column stays free: a terminal may wrap a line that fills it.
-    [[nodiscard]] std::size_t room() const {
+    [[nodiscard]] static std::size_t room() {
         return std::max<std::size_t>(Console::columns(), 2) - 1;
     }
 

@@ -55,6 +55,8 @@ TEST_F(Convert, GoesOnAfterAFailureAndARefusal) {
     EXPECT_THAT(outcome.output, Not(HasSubstr("\r")));
     EXPECT_THAT(outcome.output, Not(HasSubstr("\x1b")));
     EXPECT_THAT(errors(), HasSubstr("b.mkv: failed: Movie conversion failed"));
+    EXPECT_THAT(errors(), HasSubstr("d.mkv: refused: "));
+    EXPECT_THAT(errors(), Not(HasSubstr("Reelvane: "))) << "what a refusal says is told once";
     EXPECT_FALSE(hasProgressFiles());
 }
 
