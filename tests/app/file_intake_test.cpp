@@ -1,6 +1,5 @@
 #include "app/file_intake.h"
 
-#include "support/named_exception.h"
 #include "tests/app/app_fixture.h"
 
 namespace reelvane {
@@ -40,17 +39,6 @@ TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
     EXPECT_EQ(rows().size(), 1) << "a cancelled file is gone";
 }
 
-TEST_F(FileIntakeTest, ShowsTheTracksAndPreselectsTheUsersLanguage) {
-    set(kAutoAddKey, 0);
-    set(kDefaultAudioKey, 3);
-    open({movie("a.mkv")});
-    EXPECT_EQ(intake().audioPopUp().items().size(), 2);
-    EXPECT_EQ(intake().audioPopUp().selectedIndex(), 1);
-    EXPECT_EQ(app_->destinations().destinationPopUp().selectedIndex(), 1);
-    intake().addToQueue();
-    EXPECT_EQ(job(0).audioTrackIndex(), 1);
-}
-
 TEST_F(FileIntakeTest, PairsASubtitleAgainLaterInTheRun) {
     const auto subtitle = movie("Film.en.srt");
     open({movie("Film.mkv"), subtitle});
@@ -74,21 +62,6 @@ TEST_F(FileIntakeTest, TellsOfARefusedFileAndTakesTheNext) {
     EXPECT_TRUE(idle);
 }
 
-TEST_F(FileIntakeTest, FollowsALinkUnderItsOwnNameAndRefusesADeadOneOrAnyInASandbox) {
-    fs::create_directory(platform_.folder.path() / "links");
-    const auto link = platform_.folder.path() / "links/link.mkv";
-    const auto dead = platform_.folder.path() / "links/dead.mkv";
-    fs::create_symlink(movie("target.mkv"), link);
-    fs::create_symlink("nowhere", dead);
-    open({link, dead});
-    EXPECT_EQ(job(0).fileInfo().destinationURL, platform_.folder.path() / "links/link.m4v");
-    EXPECT_THAT(refused_, ElementsAre("dead.mkv"));
-    platform_.folderAccess.granted.clear();
-    open({link});
-    EXPECT_THAT(refused_, ElementsAre("dead.mkv", "link.mkv"));
-    EXPECT_THAT(refusalTexts_.back(), HasSubstr("is an alias"));
-}
-
 TEST_F(FileIntakeTest, AlertsOnceForAMissingToolAndDropsTheBatch) {
     platform_.processLauncher.nextError = LaunchError::NotFound;
     open({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
@@ -100,13 +73,6 @@ TEST_F(FileIntakeTest, AlertsOnceForAMissingToolAndDropsTheBatch) {
     open({movie("a.mkv")});
     EXPECT_THAT(platform_.alerts.shown.back().buttons, ElementsAre("Exit"));
     EXPECT_EQ(terminated_, 1);
-}
-
-TEST_F(FileIntakeTest, CarriesAnUnreadableReportToTheMainThread) {
-    report_ = "Input #0\n  Duration: 00:00:01.00, start: 0\n";
-    launch().openFiles({movie("a.mkv")});
-    EXPECT_THROW(platform_.dispatcher.runPending(), NamedException);
-    EXPECT_FALSE(intake().isScanning().get());
 }
 
 TEST_F(FileIntakeTest, FollowsTheCallersChoices) {
@@ -126,15 +92,6 @@ TEST_F(FileIntakeTest, FollowsTheCallersChoices) {
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_THAT(refusalTexts_,
                 ElementsAre(HasSubstr("index 2. Please choose an index from 0 to 1")));
-}
-
-TEST_F(FileIntakeTest, LeavesAFileThatNobodyCanPlace) {
-    set(kDefaultDestinationKey, 0);
-    set(kAutoAddKey, 0);
-    launch({.unattended = true});
-    open({movie("a.mkv"), movie("b.mkv")});
-    EXPECT_THAT(refused_, ElementsAre("a.mkv", "b.mkv"));
-    EXPECT_FALSE(intake().isBusy());
 }
 
 }  // namespace

@@ -23,13 +23,6 @@ TEST(FileSorting, TellsMoviesAndTextSubtitlesApart) {
     EXPECT_THAT(sorted.subtitles, ElementsAre("/b.srt", "/e.smi", "/missing.sub", text));
 }
 
-TEST(FileSorting, WelcomesADragOnlyWithAMovie) {
-    EXPECT_TRUE(acceptsDrag(Paths{"/a.srt", "/b.WebM"}));
-    EXPECT_FALSE(acceptsDrag(Paths{"/a.srt", "/folder"}));
-    EXPECT_EQ(openableFileTypes().size(), 14);
-    EXPECT_EQ(openableFileTypes().back(), "sub");
-}
-
 TEST(SubtitlePairing, TakesTheFirstNameThatBeginsWithTheMoviesAndKeepsIt) {
     SubtitlePairing pairing;
     for (const auto* const file : {"/v/Film.en.srt", "/v/Film.de.ass", "/v/Filn.srt", "/v/G.srt"})

@@ -42,14 +42,6 @@ TEST_F(LaunchCorrections, ClampTheDestinationToTheSavedFolders) {
         EXPECT_EQ(clamped(0, stored), after);
 }
 
-TEST_F(LaunchCorrections, UpgradeAStoredDestinationOnce) {
-    preferences_.setDefaultInt(kDefaultDestinationKey, 3);
-    upgradeDestinationIndex(preferences_);
-    upgradeDestinationIndex(preferences_);
-    EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), 4);
-    EXPECT_EQ(preferences_.defaultInt(kHasUpgradedFromPre13Key), 1);
-}
-
 TEST_F(LaunchCorrections, LeaveZeroAndTheChoicesOfThisRunAlone) {
     upgradeDestinationIndex(preferences_);
     EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), 0);
@@ -62,19 +54,6 @@ TEST_F(LaunchCorrections, LeaveZeroAndTheChoicesOfThisRunAlone) {
     clampDefaultDestination(preferences_, 0);
     EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), 1);
     EXPECT_EQ(platform_.store.values, stored) << "the stored choice waits for its own launch";
-}
-
-TEST_F(LaunchCorrections, HintAtSpeedOnlyForFrequentUsersOfTheCompatibleStyle) {
-    const auto due = [this](int shown, int usages, int preset) {
-        preferences_.setDefaultInt(kWelcomeShownKey, shown);
-        preferences_.setDefaultInt("vantor_1.2_usages", usages);
-        preferences_.setDefaultInt(kConversionPresetKey, preset);
-        return speedHintIsDue(preferences_, "1.2");
-    };
-    EXPECT_TRUE(due(0, 4, 0));
-    EXPECT_FALSE(due(1, 4, 0));
-    EXPECT_FALSE(due(0, 3, 0));
-    EXPECT_FALSE(due(0, 4, 1));
 }
 
 }  // namespace

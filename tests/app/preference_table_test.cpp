@@ -48,13 +48,6 @@ TEST(PreferenceTable, TakesWhatAPersonTypesOnlyWhenItFits) {
         for (const auto& typed : values) EXPECT_FALSE(stored(key, typed)) << key << " " << typed;
 }
 
-TEST(PreferenceTable, NamesTypeAndRange) {
-    const auto named = [](std::string_view key) { return typeText(*findPreference(key)); };
-    EXPECT_EQ(named(kAutoAddKey), "yes or no (1 or 0)");
-    EXPECT_EQ(named(kDefaultDestinationKey), "integer, 0 or more but not 2");
-    EXPECT_EQ(named(kAudioVolumeKey), "number, 0 to 1000");
-}
-
 std::vector<std::string_view> listOf(auto... keys) {
     return {keys...};
 }

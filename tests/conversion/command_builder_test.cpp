@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "conversion/subtitle_arguments.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -71,8 +70,6 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
     };
     const std::vector<Row> rows = {
         {mp3, {.audioVolume = 99}, " -map 0:1 ", "volume="},
-        {mp3, {.audioVolume = 101}, " -map 0:1 ", "volume="},
-        {mp3, {.audioVolume = 98.9F}, "-map [out] ", "-map 0:1 "},
         {mp3, {.audioVolume = 101.5F}, "[0:1]volume=1.0"},
         {mp3, {.audioVolume = 50}, "[0:1]volume=0.50[out]", "-ar"},
         {aac, {.audioVolume = 50}, "-acodec copy -progress", "volume"},
@@ -83,7 +80,6 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
          "128k -c:a:1 ac3 -ac:2 6 -b:a:1 448k -p"},
         {dts, {.includeSurroundTrackTranscoded = false}, "-c:a:1 copy"},
         {ac3, {.audio = {.conversionPreset = 1}}, "", "-c:a:1"},
-        {ac3, {.audio = {.conversionPreset = 2}}, "", "-c:a:1"},
         {ac3, {.includeSurroundTrack = false}, "", "-c:a:1"},
         {many, {.disableBuiltinSubtitles = false}, "-map 0:1 -map 0:4 -map 0:3 -map 0:2 -scodec"},
         {{many[0], many[1]}, {}, "", "-c:a:1"},
@@ -96,19 +92,6 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
     }
 }
 
-TEST(CommandBuilder, ExternalSubtitlesAreASecondInput) {
-    const std::vector<std::pair<int, const char*>> rows = {
-        {1, "-i IN -i S -stats"},
-        {3, "-i IN -sub_charenc UTF-8 -i S -stats"},
-        {38, "-i IN -sub_charenc ISO-8859-16 -i S -stats"},
-        {39, "-i IN -i S -stats"}};
-    for (const auto& [encoding, part] : rows) {
-        auto input = movie({{"#1: eng (aac)"}}, {.externalSubtitleEncoding = encoding});
-        input.file.subtitleFileURL = "S";
-        EXPECT_THAT(commandLine(input), HasSubstr(part));
-    }
-}
-
 TEST(CommandBuilder, ContainerIsNamedWhereTheExtensionWouldMislead) {
     struct Row {
         const char *output, *video, *audio;
@@ -117,7 +100,6 @@ TEST(CommandBuilder, ContainerIsNamedWhereTheExtensionWouldMislead) {
     };
     const std::vector<Row> rows = {
         {"o.m4v", "h264", "aac", 1, "-y o.m4v"},
-        {"o.m4v", "mpeg4", "ac3", 1, "-y o.m4v"},
         {"o.m4v", "av1", "aac", 1, "-y -f mp4 o.m4v"},
         {"o.M4V", "hevc", "aac", 1, "-y -tag:v hvc1 -f mp4 o.M4V"},
         {"o.mp4", "hevc", "dts", 2, "-y -tag:v hvc1 o.mp4"},
@@ -138,17 +120,6 @@ TEST(CommandBuilder, ContainerIsNamedWhereTheExtensionWouldMislead) {
         EXPECT_THAT(commandLine(input),
                     EndsWith(std::string(" -movflags faststart ") + row.output));
     }
-}
-
-TEST(SubtitleDurations, AreLeftAloneWhereThePacketsCarryThem) {
-    const auto corrected = [](const char* demuxer, bool disabled) {
-        const MKVFileInfo file{.subtitleTrackIDs = {2}, .demuxer = demuxer};
-        return withWholeSubtitles(file, {.disableBuiltinSubtitles = disabled}).fixSubtitleDuration;
-    };
-    EXPECT_FALSE(corrected("matroska,webm", false));
-    EXPECT_FALSE(corrected("mov,mp4,m4a,3gp,3g2,mj2", false));
-    EXPECT_TRUE(corrected("mpegts", false));
-    EXPECT_TRUE(corrected("matroska,webm", true));
 }
 
 }  // namespace

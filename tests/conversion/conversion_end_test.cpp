@@ -98,25 +98,6 @@ TEST_F(JobTest, AShortOutputIsKeptAndSoIsItsSource) {
     EXPECT_TRUE(exists(source) && exists(output) && platform.workspace.recycled.empty());
 }
 
-TEST_F(JobTest, TheSourceCanBeDeletedForGood) {
-    controller.settings.autoRemove = true;
-    controller.settings.autoRemoveType = 1;
-    startAndWrite();
-    finish();
-    EXPECT_TRUE(!exists(source) && platform.workspace.recycled.empty());
-}
-
-TEST_F(JobTest, QuitsWhenNothingConvertsAndNothingFailed) {
-    controller.settings.quitAfterConversion = true;
-    for (const auto& [converting, failed] : {std::pair{0, 0}, {1, 0}, {0, 1}}) {
-        job->start();
-        controller.converting = converting;
-        controller.failed = failed;
-        finish();
-        EXPECT_EQ(controller.told.back() == "terminate", converting + failed == 0);
-    }
-}
-
 TEST_F(JobTest, RemovingARunningJobEndsItWithoutAWord) {
     platform.folderAccess.open.insert(platform.folder.path());
     startAndWrite();
@@ -129,21 +110,6 @@ TEST_F(JobTest, RemovingARunningJobEndsItWithoutAWord) {
     std::filesystem::create_directory(output);
     job->remove();
     EXPECT_TRUE(exists(output)) << "a folder is never deleted";
-}
-
-TEST_F(JobTest, RevealShowsTheFileOrExplains) {
-    job->reveal();
-    platform.workspace.shift = true;
-    job->reveal();
-    EXPECT_THAT(platform.workspace.revealed, ElementsAre(output, source));
-    startAndWrite();
-    child().exit(1, "strange");
-    platform.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
-    job->reveal();
-    EXPECT_THAT(platform.workspace.urls, IsEmpty());
-    job->reveal();
-    EXPECT_THAT(platform.alerts.shown.back().buttons, ElementsAre("Send to support", "Cancel"));
-    EXPECT_THAT(platform.workspace.urls, ElementsAre(HasSubstr("Details:%20-fix_sub_duration")));
 }
 
 }  // namespace

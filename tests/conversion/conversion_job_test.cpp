@@ -1,6 +1,5 @@
 #include <cstdlib>
 #include <gmock/gmock.h>
-#include <limits>
 
 #include "support/strings.h"
 #include "tests/conversion/job_fixture.h"
@@ -41,19 +40,6 @@ TEST_F(JobTest, AVanishedInputFailsAndStaysAwake) {
     EXPECT_EQ(platform.powerAssertions.held.size(), 1);
     EXPECT_THAT(controller.told, IsEmpty());
     EXPECT_THAT(job->diagnosis().message, HasSubstr("you've removed/renamed the source"));
-}
-
-TEST_F(JobTest, TooLittleSpaceLeavesTheJobQueued) {
-    job->fileInfo().fileSize = std::numeric_limits<std::uint64_t>::max();
-    job->start();
-    job->start();
-    EXPECT_EQ(job->state(), State::Queued);
-    EXPECT_THAT(lastAlert(), HasSubstr("not enough free space"));
-    EXPECT_EQ(platform.powerAssertions.held.size(), 1);
-    EXPECT_FALSE(exists(progressFile));
-    job->fileInfo().audioTrackInformation.clear();
-    job->start();
-    EXPECT_EQ(job->state(), State::Converting) << "a movie without sound is not checked";
 }
 
 TEST_F(JobTest, ARefusedStartFailsCleanlyAndLetsTheNextJobRun) {

@@ -5,7 +5,6 @@
 #include <set>
 
 #include "conversion/free_space.h"
-#include "conversion/run_log.h"
 #include "tests/fakes/fake_platform.h"
 
 namespace reelvane {
@@ -65,12 +64,6 @@ TEST(FreeSpace, ExactlyEnoughPasses) {
     EXPECT_EQ(spaceProblem(10, {.freeSize = 20, .maximumFileSize = 9}),
               "Your target disk doesn't support large files.");
     EXPECT_FALSE(volumeFacts("/missing"));
-}
-
-TEST(RunLog, StatisticsAreLeftOut) {
-    std::string log;
-    appendToLog(log, "a\nframe=1 bitrate=2\rframe=1\nbitrate=2\xFF\n");
-    EXPECT_EQ(log, "aframe=1bitrate=2\xFF");
 }
 
 }  // namespace

@@ -2,9 +2,6 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <optional>
-
-#include "conversion/value_transformers.h"
 
 namespace reelvane {
 namespace {
@@ -32,22 +29,6 @@ TEST(RemainingTime, IsFlooredCappedAndUnknownAtFirst) {
     EXPECT_DOUBLE_EQ(remainingTime(1, 600), 18000);
     EXPECT_DOUBLE_EQ(remainingTime(120, 60), 0);
     EXPECT_TRUE(std::isnan(remainingTime(0, 0)));
-}
-
-TEST(ValueTransformers, AnswerForEachState) {
-    std::string row;
-    for (int state = 0; state <= 4; ++state) {
-        row += std::to_string(StatusIsRunningValueTransformer::transformedValue(state)) +
-               std::to_string(StatusIsQueuedValueTransformer::transformedValue(state)) +
-               std::to_string(StatusNotRunningValueTransformer::transformedValue(state)) +
-               std::to_string(StatusNotQueuedAndPausedValueTransformer::transformedValue(state)) +
-               std::to_string(StatusNotFinishedValueTransformer::transformedValue(state)) + " ";
-    }
-    EXPECT_EQ(row, "01101 10011 00101 00110 00110 ");
-    using NonEmpty = NonEmptyCollectionValueTransformer;
-    EXPECT_TRUE(NonEmpty::transformedValue(std::vector{1}));
-    EXPECT_FALSE(NonEmpty::transformedValue(std::vector<int>{}) || NonEmpty::transformedValue(7) ||
-                 NonEmpty::transformedValue(std::optional<std::vector<int>>()));
 }
 
 }  // namespace

@@ -96,12 +96,5 @@ TEST(ProbeReport, NoTextOfTheInputHidesAPlaylist) {
     EXPECT_EQ(report.record.demuxer, "hls,x");
 }
 
-TEST(ProbeReport, TheTraceTellsTheReferenceFrames) {
-    EXPECT_EQ(referenceFramesInTrace("34 pic_order_cnt_type 011 = 2\n"
-                                     "37 max_num_ref_frames 00111 = 6\nmax_num_ref_frames = 3"),
-              6);
-    EXPECT_EQ(referenceFramesInTrace("max_num_ref_frames\nx = 3"), 0);
-}
-
 }  // namespace
 }  // namespace reelvane

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/fakes/fake_platform.h"
-
 namespace reelvane {
 namespace {
 
@@ -54,15 +52,6 @@ TEST(Vetting, ThePictureHasALimitAndABudget) {
     EXPECT_THAT(alertsFor(movie("1920x1080", 5)), testing::StartsWith("warningtoomany"));
     EXPECT_THAT(alertsFor(movie("1921x1080", 0)), testing::StartsWith("warningtoohighres"));
     EXPECT_EQ(alertsFor(movie("0x31637661", 16)) + alertsFor(movie("", 16)), "");
-}
-
-TEST(Vetting, RaisesErrorsLater) {
-    FakePlatform platform;
-    raise(platform.vantor, invalidFileAlert("a.mkv", "Reelvane"));
-    platform.dispatcher.advance(std::chrono::milliseconds(99));
-    EXPECT_TRUE(platform.alerts.shown.empty());
-    platform.dispatcher.advance(std::chrono::milliseconds(2));
-    EXPECT_EQ(platform.alerts.shown.at(0).title, "Reelvane");
 }
 
 }  // namespace
