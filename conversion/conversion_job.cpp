@@ -7,24 +7,19 @@
 #include "conversion/command_builder.h"
 #include "conversion/fixup_trial.h"
 #include "conversion/free_space.h"
-#include "conversion/output_reservation.h"
 #include "conversion/status_line.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
 #include "support/logging.h"
 #include "support/make_string.h"
-#include "support/paths.h"
 #include "support/ports/main_bundle.h"
 #include "support/strings.h"
+#include "support/time_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
 
 namespace {
-
-double secondsBetween(TimePoint from, TimePoint to) {
-    return std::chrono::duration<double>(to - from).count();
-}
 
 bool isPresentFile(const std::filesystem::path& path) {
     std::error_code ignored;
@@ -58,11 +53,11 @@ double ConversionJob::remainingSeconds() const {
 double ConversionJob::conversionSeconds() const {
     if (state_ != ConversionJobState::Finished && state_ != ConversionJobState::Failed) return 0;
     if (!startDate_) return 0;
-    return stopDate_ ? secondsBetween(*startDate_, *stopDate_) : elapsedSeconds();
+    return stopDate_ ? Fennimar::secondsBetween(*startDate_, *stopDate_) : elapsedSeconds();
 }
 
 double ConversionJob::elapsedSeconds() const {
-    return startDate_ ? secondsBetween(*startDate_, vantor_.ports().dispatcher.now()) : 0;
+    return startDate_ ? Fennimar::secondsBetween(*startDate_, vantor_.ports().dispatcher.now()) : 0;
 }
 
 Subscription ConversionJob::observe(std::function<void()> changed) {
@@ -85,9 +80,9 @@ void ConversionJob::setSpeedInfoFromMethod(AudioMethod method) {
 
 void ConversionJob::presetSpeedInfo() {
     if (audioTrackIndex_ >= fileInfo_.audioTrackInformation.size()) return;
-    const auto& entry = fileInfo_.audioTrackInformation[audioTrackIndex_].text;
-    setSpeedInfoFromMethod(calculateConversionMethod(codecOf(entry), isSurround(entry),
-                                                     controller_.conversionSettings().audio));
+    if (const auto method = audioMethod(controller_.conversionSettings())) {
+        setSpeedInfoFromMethod(*method);
+    }
 }
 
 void ConversionJob::start() {
@@ -100,7 +95,8 @@ void ConversionJob::start() {
     if (!checkInput()) return;
     if (!makeFiles()) return;
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
-    if (!fileInfo_.audioTrackInformation.empty() && !chooseAudio(settings)) return;
+    const auto method = audioMethod(settings);
+    if (method && !(checkAudio(*method) && checkFreeSpace())) return;
     if (const auto& subtitle = fileInfo_.subtitleFileURL) {
         vn_log_level(kLogNotice, "Info: adding subtitles from file %@", *subtitle);
     }
@@ -108,7 +104,7 @@ void ConversionJob::start() {
                                  .audioTrackIndex = audioTrackIndex_,
                                  .settings = settings,
                                  .progressFile = progressFile_.path(),
-                                 .needsFixup = needsFixup(settings)});
+                                 .needsFixup = needsFixup(method)});
     launch();
 }
 
@@ -138,41 +134,18 @@ bool ConversionJob::checkInput() {
     return true;
 }
 
-bool ConversionJob::makeFiles() {
-    if (fileInfo_.outputClaim != OutputClaim::Reserved) {
-        deleteOutput();
-        reserveClearedOutput();
-    }
-    ownsOutput_ = true;
-    auto made = ProgressFile::create(vantor_, fileInfo_.fileName);
-    if (!made) {
-        refuseStart(
-            makeString("The conversion of %@ can't be started because neither your documents "
-                       "folder nor a folder for temporary files can be written. Please check the "
-                       "free space and the permissions there and try again.",
-                       Fennimar::validUtf8(fileInfo_.fileName)));
-        return false;
-    }
-    progressFile_ = std::move(*made);
-    if (fileInfo_.destinationURL) {
-        controller_.outputBegun(*fileInfo_.destinationURL, progressFile_.path());
-    }
-    return true;
+std::optional<AudioMethod> ConversionJob::audioMethod(const ConversionSettings& settings) const {
+    if (fileInfo_.audioTrackInformation.empty()) return {};
+    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
+    return calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
 }
 
-bool ConversionJob::chooseAudio(const ConversionSettings& settings) {
-    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
-    const auto method =
-        calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
+bool ConversionJob::checkAudio(AudioMethod method) {
     setSpeedInfoFromMethod(method);
-    if (!isAudioMethod(method)) {
-        refuseStart(
-            makeString("The audio handling chosen for %@ audio is not valid (%i). Please "
-                       "choose another one in the preferences.",
-                       codecOf(entry), static_cast<int>(method)));
-        return false;
-    }
-    return checkFreeSpace();
+    if (isAudioMethod(method)) return true;
+    refuseStart(invalidAudioMethodText(
+        codecOf(fileInfo_.audioTrackInformation.at(audioTrackIndex_).text), method));
+    return false;
 }
 
 bool ConversionJob::checkFreeSpace() {
@@ -189,45 +162,13 @@ bool ConversionJob::checkFreeSpace() {
     return false;
 }
 
-bool ConversionJob::needsFixup(const ConversionSettings& settings) const {
-    if (fileInfo_.audioTrackInformation.empty()) return false;
+bool ConversionJob::needsFixup(std::optional<AudioMethod> method) const {
+    if (method != AudioMethodCopy) return false;
     const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
-    const auto codec = codecOf(entry);
-    const auto method = calculateConversionMethod(codec, isSurround(entry), settings.audio);
-    if (method != AudioMethodCopy || codec != "aac") return false;
+    if (codecOf(entry) != "aac") return false;
     return needFixup(vantor_.ports().processLauncher,
                      vantor_.ports().mainBundle.pathForResource("ffmpeg"), fileInfo_,
                      streamIndexOf(entry));
-}
-
-bool ConversionJob::writesOverInput() const {
-    std::error_code ignored;
-    return fileInfo_.destinationURL &&
-           std::filesystem::equivalent(*fileInfo_.destinationURL, fileInfo_.fileURL, ignored);
-}
-
-void ConversionJob::deleteOutput() {
-    ownsOutput_ = false;
-    // The source is never touched, however the output came to name it.
-    if (fileInfo_.destinationURL && !writesOverInput()) {
-        Fennimar::removeFile(*fileInfo_.destinationURL);
-    }
-}
-
-void ConversionJob::reserveClearedOutput() {
-    if (!fileInfo_.destinationURL) return;
-    const auto reservation = reserveOutput(*fileInfo_.destinationURL);
-    if (reservation == Reservation::Made) fileInfo_.outputClaim = OutputClaim::Reserved;
-}
-
-void ConversionJob::deleteReservation() {
-    if (fileInfo_.outputClaim != OutputClaim::Reserved) return;
-    deleteOutput();
-    fileInfo_.outputClaim = OutputClaim::None;
-}
-
-void ConversionJob::settleOutput() {
-    if (fileInfo_.destinationURL) controller_.outputSettled(*fileInfo_.destinationURL);
 }
 
 }  // namespace reelvane

@@ -93,9 +93,11 @@ private:
     // The steps of `start`. One that can end it answers false when it has told the user why.
     [[nodiscard]] bool checkInput();
     [[nodiscard]] bool makeFiles();
-    [[nodiscard]] bool chooseAudio(const ConversionSettings& settings);
+    /// Absent for a movie without sound.
+    [[nodiscard]] std::optional<AudioMethod> audioMethod(const ConversionSettings& settings) const;
+    [[nodiscard]] bool checkAudio(AudioMethod method);
     [[nodiscard]] bool checkFreeSpace();
-    [[nodiscard]] bool needsFixup(const ConversionSettings& settings) const;
+    [[nodiscard]] bool needsFixup(std::optional<AudioMethod> method) const;
     void launch();
     void refuseStart(const std::string& problem);
 

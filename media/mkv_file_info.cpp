@@ -2,13 +2,11 @@
 
 #include <cstddef>
 
-#include "support/make_string.h"
+#include "support/bundle.h"
 #include "support/strings.h"
 
 namespace reelvane {
 namespace {
-
-constexpr std::string_view kAbsent = "(null)";
 
 std::string_view wordAt(std::string_view audioEntry, std::size_t index) {
     const auto words = Fennimar::split(audioEntry, " ");
@@ -29,13 +27,15 @@ std::string description(const MKVFileInfo& info) {
     subtitles.reserve(info.subtitleTrackIDs.size());
     for (const auto id : info.subtitleTrackIDs) subtitles.push_back(std::to_string(id));
 
-    return makeString(
-        "audioTrackInformation: %@, informationString: %@, fileName: %@, runtimeSeconds: %@, "
-        "fileSize: %@, subtitleTrackIDs: %@, subtitleFileURL: %@",
-        listed(audio), info.informationString, info.fileName,
-        info.runtimeSeconds ? std::to_string(*info.runtimeSeconds) : std::string(kAbsent),
-        std::to_string(info.fileSize), listed(subtitles),
-        info.subtitleFileURL ? info.subtitleFileURL->native() : std::string(kAbsent));
+    std::optional<std::string> runtime;
+    if (info.runtimeSeconds) runtime = std::to_string(*info.runtimeSeconds);
+    return makeDescription({{"audioTrackInformation", listed(audio)},
+                            {"informationString", info.informationString},
+                            {"fileName", info.fileName},
+                            {"runtimeSeconds", runtime},
+                            {"fileSize", std::to_string(info.fileSize)},
+                            {"subtitleTrackIDs", listed(subtitles)},
+                            {"subtitleFileURL", info.subtitleFileURL}});
 }
 
 std::string_view languageOf(std::string_view audioEntry) {

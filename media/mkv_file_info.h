@@ -45,7 +45,7 @@ struct MKVFileInfo {
     std::string demuxer{};                                   ///< "matroska,webm"
 };
 
-/// A text for debugging and problem reports that lists the main properties with their values.
+/// A text for debugging and problem reports with the main properties, one to a line.
 [[nodiscard]] std::string description(const MKVFileInfo& info);
 
 /// The parts of an audio entry's text, split at single spaces.

@@ -23,10 +23,6 @@ constexpr auto kTextSubtitles =
 constexpr auto kPlaylistDemuxers = std::to_array<std::string_view>(
     {"applehttp", "avisynth", "concat", "dash", "hls", "imf", "rtp", "rtsp", "sdp", "vapoursynth"});
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 /// "1(eng)" out of a line that begins "Stream #0:1[0x101](eng): ".
 std::string identityOf(std::string_view streamLine) {
     std::string identity(Fennimar::split(streamLine, ":").at(1));
@@ -50,7 +46,7 @@ std::string_view resolutionIn(std::string_view details) {
         const auto size = Fennimar::trimmedTo(word, "0123456789x");
         const auto x = size.find('x');
         if (x == std::string_view::npos || x == 0 || x + 1 == size.size()) continue;
-        if (isDigit(size[x - 1]) && isDigit(size[x + 1])) resolution = size;
+        if (Fennimar::isDigit(size[x - 1]) && Fennimar::isDigit(size[x + 1])) resolution = size;
     }
     return resolution;
 }

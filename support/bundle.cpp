@@ -27,13 +27,10 @@ std::optional<std::filesystem::path> makeTempFolder(const Vantor& vantor) {
     return pattern;
 }
 
-std::string makeDescription(const std::map<std::string, std::string, std::less<>>& object,
-                            const std::vector<std::string>& keys) {
+std::string makeDescription(std::initializer_list<DescribedProperty> properties) {
     std::string description;
-    for (const auto& key : keys) {
-        const auto found = object.find(key);
-        description +=
-            makeString("\n%@: %@", key, found == object.end() ? "(null)" : found->second);
+    for (const auto& [key, value] : properties) {
+        description += makeString("\n%@: %@", key, value.value_or("(null)"));
     }
     return description;
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 /// What depends on the program that runs: its translations, its resources, its identifier. All are
 /// safe from any thread.
@@ -29,9 +29,9 @@ class Vantor;
 /// each X; absent when that fails. The caller removes it.
 [[nodiscard]] std::optional<std::filesystem::path> makeTempFolder(const Vantor& vantor);
 
-/// "\nKEY: VALUE" for each key, in order; "(null)" stands for a missing value.
-[[nodiscard]] std::string makeDescription(
-    const std::map<std::string, std::string, std::less<>>& object,
-    const std::vector<std::string>& keys);
+/// One property of an object, as a text; absent: it has no value.
+using DescribedProperty = std::pair<std::string_view, std::optional<std::string>>;
+/// "\nKEY: VALUE" for each property, in order; "(null)" stands for a missing value.
+[[nodiscard]] std::string makeDescription(std::initializer_list<DescribedProperty> properties);
 
 }  // namespace reelvane

@@ -9,6 +9,8 @@
 #include <optional>
 #include <system_error>
 
+#include "support/strings.h"
+
 namespace reelvane {
 namespace {
 
@@ -26,13 +28,9 @@ struct Place {
 constexpr std::size_t kMaximumWidth = 4096;  // a mistyped width must not fill the memory
 constexpr int kMaximumPrecision = 300;
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 std::size_t readNumber(std::string_view text, std::size_t& at) {
     std::size_t number = 0;
-    for (; at < text.size() && isDigit(text[at]); ++at) {
+    for (; at < text.size() && Fennimar::isDigit(text[at]); ++at) {
         number = std::min(number * 10 + static_cast<std::size_t>(text[at] - '0'), kMaximumWidth);
     }
     return number;

@@ -34,6 +34,10 @@ namespace Fennimar {
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 /// Percent-encoded for a URL's query: letters, digits and -._~!$&'()*+,;=:@/? stay.
 [[nodiscard]] std::string escaped(std::string_view text);
+/// ASCII digits only.
+[[nodiscard]] constexpr bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
 /// ASCII letters in lower case; others are left alone.
 [[nodiscard]] std::string lowercased(std::string_view text);
 /// The part after the first occurrence of the separator; absent when it does not occur.

@@ -74,6 +74,18 @@ TEST_F(AppDelegateTest, AnAutomaticNameIsCheckedOnceMoreAtTheStart) {
     EXPECT_EQ(fs::file_size(foreign), 18);
 }
 
+TEST_F(AppDelegateTest, ARemovedJobLeavesAForeignFileAtItsAutomaticPath) {
+    add({movie("a.mkv"), movie("b.mkv")});
+    app_->togglePause();
+    const auto queued = platform_.folder.write("b.m4v", "of another program");
+    app_->queue().taskArray().front()->remove();
+    fail(0);
+    const auto failed = platform_.folder.write("a.m4v", "of another program");
+    app_->queue().taskArray().front()->remove();
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_TRUE(fs::exists(queued) && fs::exists(failed));
+}
+
 TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
     fs::remove(platform_.folder.path() / "c.mkv");
@@ -131,21 +143,6 @@ TEST_F(AppDelegateTest, QuittingEndsEveryJobAndLeavesNothingBehind) {
     EXPECT_FALSE(fs::exists(platform_.folder.path() / "a.m4v"));
 }
 
-TEST_F(AppDelegateTest, AMovedBundleRestartsFromItsNewPlace) {
-    launch();
-    app_->lifecycle().setRelaunch([](const fs::path& bundle) { return bundle == "/moved"; });
-    platform_.bundleWatch.tell(kRootChangedFlags | 1U);
-    EXPECT_THAT(platform_.alerts.shown, IsEmpty()) << "only exactly that flag counts";
-    platform_.bundleWatch.path = "/moved";
-    platform_.bundleWatch.tell(kRootChangedFlags);
-    EXPECT_THAT(platform_.alerts.shown.back().buttons, ElementsAre("Restart Reelvane"));
-    platform_.bundleWatch.path = "/lost";
-    platform_.bundleWatch.tell(kRootChangedFlags);
-    EXPECT_EQ(lastAlert(), "Reelvane could not restart itself. Please do so yourself.");
-    platform_.dispatcher.runPending();
-    EXPECT_EQ(terminated_, 2);
-}
-
 TEST_F(AppDelegateTest, TheSpeedHintIsShownOnce) {
     set(kWelcomeShownKey, 0);
     set("vantor_1.2_usages", 4);
@@ -153,20 +150,6 @@ TEST_F(AppDelegateTest, TheSpeedHintIsShownOnce) {
     launch();
     ASSERT_EQ(platform_.alerts.shown.size(), 1);
     EXPECT_EQ(platform_.alerts.shown[0].title, "Picking up Speed!");
-}
-
-TEST_F(AppDelegateTest, UsagesOverAllVersionsDecideOnRatings) {
-    UsageCounter counter(platform_.vantor);
-    const auto count = [&](int increase, int minimum) {
-        counter.increaseUsages({.increase = increase, .minimumUsagesForRating = minimum});
-        return counter.isRateable().get();
-    };
-    EXPECT_FALSE(count(10, 10));
-    set("vantor_1.2_usages", 0);  // another version
-    EXPECT_TRUE(count(1, 10));
-    EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 1);
-    EXPECT_TRUE(count(0, 10));
-    EXPECT_FALSE(count(0, 0));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "app/destinations.h"
 
+#include <array>
+
 #include "app/bookmark_problem.h"
 #include "tests/app/app_fixture.h"
 
@@ -104,23 +106,28 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
 }
 
-TEST_F(DestinationsTest, InASandboxNextToTheSourceNeedsAGrantedFolder) {
-    platform_.folderAccess.granted.clear();
-    platform_.panels.openAnswers = {{"/elsewhere"}, {platform_.folder.path()}};
-    open({movie("a.mkv")});
-    EXPECT_THAT(rows(), IsEmpty());
-    EXPECT_EQ(lastAlert(), "You did not seem to select a folder that contains your MKV.");
-    app_->intake().addToQueue();
-    EXPECT_THAT(rows(), ElementsAre("a.mkv"));
-    open({movie("b.mkv")});
-    EXPECT_THAT(rows(), ElementsAre("b.mkv", "a.mkv")) << "granted once is granted";
-}
+TEST(OutputNames, AClaimedNameIsNobodyElses) {
+    const TemporaryFolder folder;
+    std::array<OutputNames, 2> programs;
+    std::array<MKVFileInfo, 2> records;
+    for (std::size_t i = 0; i < 2; ++i) {
+        records[i] = {.fileName = "a.mkv",
+                      .destinationURL = programs[i].freePath(folder.path(), "a.mkv", "mp4")};
+        programs[i].promise(*records[i].destinationURL);
+    }
+    for (std::size_t i = 0; i < 2; ++i) programs[i].claim(records[i]);
+    EXPECT_EQ(records[0].destinationURL->filename(), "a.mp4");
+    EXPECT_EQ(records[1].destinationURL->filename(), "a-0.mp4");
+    EXPECT_EQ(records[1].outputClaim, OutputClaim::Reserved);
 
-TEST(FolderHolding, TheLastPlainPrefixWins) {
-    const std::vector<OpenedFolder> folders{{"/a"}, {"/a/b", true}, {"/c"}};
-    EXPECT_TRUE(folderHolding(folders, "/a/b/x.mp4")->securityScoped);
-    EXPECT_EQ(folderHolding(folders, "/a x/y.mp4")->folder, "/a");
-    EXPECT_EQ(folderHolding(folders, "/d/y.mp4"), nullptr);
+    const auto chosen = folder.write("chosen.mp4", "to be replaced");
+    MKVFileInfo record{.fileName = "b.mkv", .destinationURL = chosen};
+    programs[0].promise(chosen);
+    programs[0].keepAsChosen(chosen);
+    programs[0].claim(record);
+    EXPECT_EQ(record.destinationURL, chosen);
+    EXPECT_EQ(record.outputClaim, OutputClaim::Chosen);
+    EXPECT_FALSE(fs::is_empty(chosen));
 }
 
 TEST(OutputNames, CutLongNamesAndKeepRoomForANumber) {

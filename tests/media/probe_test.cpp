@@ -73,6 +73,14 @@ TEST_F(Probe, FollowsLinksOnlyToFilesAndOnlyOutsideASandbox) {
     EXPECT_TRUE(launcher_.runs.empty());
 }
 
+TEST_F(Probe, ThePlayTimeAloneTakesOneRun) {
+    report_ = "Input #0\n  Duration: 00:01:02.90, start: 0.0\n";
+    const ProbeTools tools{.launcher = &launcher_, .ffmpeg = "/bin/ffmpeg"};
+    EXPECT_EQ(durationOfFile(movie_, tools), 62);
+    EXPECT_EQ(durationOfFile(folder_.path(), tools), -1);
+    EXPECT_EQ(launcher_.runs.size(), 1) << "a folder is not probed";
+}
+
 TEST_F(Probe, TellsATroubledToolFromABadFile) {
     report_ = "ffmpeg version 5.1\na.mkv: Invalid data found when processing input";
     EXPECT_EQ(inspect(movie_).alerts.size(), 1);
