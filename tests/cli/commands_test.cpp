@@ -75,10 +75,22 @@ TEST_F(Command, IsTheListOfTheConversionAndMakesNothing) {
     EXPECT_THAT(line.output, HasSubstr(R"(it'\''s-0.m4v')"));
     EXPECT_FALSE(std::filesystem::exists(path("home")));
 
-    const auto list = cli({"command", "--json", "it's.mkv"});
-    const auto events = objects(cli({"convert", "--json", "it's.mkv"}).output);
-    ASSERT_GE(events.size(), 2U) << errors();
-    EXPECT_EQ(nlohmann::json::parse(list.output), events[1].at("arguments"));
+    std::filesystem::create_directories(path("Movies"));
+    EXPECT_EQ(cli({"destinations", "add", "Movies"}).status, 0) << errors();
+    const std::vector<std::vector<std::string>> choices{
+        {},
+        {"--audio", "1", "--set", "DefaultExtension=0"},
+        {"--set", "DefaultDestination=3"},
+        {"--to", "Movies", "--set", "ConversionPreset=1"}};
+    for (auto options : choices) {
+        options.insert(options.begin(), {"command", "--json"});
+        options.emplace_back("it's.mkv");
+        const auto list = cli(options);
+        options.front() = "convert";
+        const auto events = objects(cli(options).output);
+        ASSERT_GE(events.size(), 2U) << errors();
+        EXPECT_EQ(nlohmann::json::parse(list.output), events[1].at("arguments"));
+    }
 }
 
 TEST_F(Command, ExplainsWhatCannotBeFollowed) {
