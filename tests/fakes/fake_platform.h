@@ -175,9 +175,10 @@ public:
 class FakeNotifications final : public Notifications {
 public:
     void deliver(const Notification& notification) override { delivered.push_back(notification); }
-    void setActivation(Activation /*activation*/) override {}
+    void setActivation(Activation activation) override { activated = std::move(activation); }
 
     std::vector<Notification> delivered;
+    Activation activated;
 };
 
 class FakeFolderAccess final : public FolderAccess {
