@@ -14,10 +14,6 @@ protected:
         platform_.preferences.setDefaultArray(kDestinationBookmarksKey, folders);
         platform_.preferences.setDefaultArray(kDestinationNamesKey, folders);
     }
-    void choose(const fs::path& chosen, DestinationMenu menu) {
-        platform_.panels.openAnswers = {{chosen}};
-        app_->destinations().chooseNewDestination(menu);
-    }
     [[nodiscard]] int stored() const {
         return platform_.preferences.defaultInt(kDefaultDestinationKey);
     }
@@ -40,24 +36,6 @@ TEST_F(DestinationsTest, LaunchDropsLostFoldersAndClampsTheChoice) {
         EXPECT_THAT(platform_.folderAccess.open, IsEmpty());
     }
     EXPECT_EQ(app_->destinations().openedFolders().size(), 3) << "the granted root and two more";
-}
-
-TEST_F(DestinationsTest, AddingFromThePreferencesMakesItTheDefault) {
-    launch();
-    choose("/a/one/", DestinationMenu::Preferences);
-    choose("/a/two", DestinationMenu::FileSheet);
-    EXPECT_THAT(names(), ElementsAre("one", "two"));
-    EXPECT_EQ(stored(), 3);
-    EXPECT_EQ(app_->destinations().destinationPopUp().selectedIndex(), 4);
-    choose("/a/two", DestinationMenu::FileSheet);
-    EXPECT_EQ(lastAlert(), "This destination is already bookmarked. You can not add it again.");
-    EXPECT_EQ(stored(), 0);
-    EXPECT_EQ(app_->destinations().destinationPopUp().selectedIndex(), 0);
-    choose("/", DestinationMenu::Preferences);
-    EXPECT_EQ(names().back(), "/");
-    platform_.folderAccess.broken = {"/broken"};
-    choose("/broken", DestinationMenu::Preferences);
-    EXPECT_EQ(names().size(), 3) << "logged only";
 }
 
 TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
