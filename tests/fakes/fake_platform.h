@@ -124,7 +124,7 @@ public:
     [[nodiscard]] std::string operatingSystemVersion() const override { return "System 12"; }
     [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return {"en"}; }
     [[nodiscard]] std::string loginName() const override { return "ada"; }
-    [[nodiscard]] std::vector<std::string> administrators() const override { return admins; }
+    [[nodiscard]] std::vector<std::string> administrators() const override { return {}; }
     [[nodiscard]] UserFolders folders() const override { return userFolders; }
     [[nodiscard]] std::optional<std::string> processStartTime(int processID) const override {
         const auto found = processes.find(processID);
@@ -135,7 +135,6 @@ public:
 
     UserFolders userFolders;
     ProcessScope scope{.machine = "this", .boot = "today", .pidNamespace = "outside"};
-    std::vector<std::string> admins;
     std::map<int, std::string> processes{{::getpid(), "now"}};  ///< start time by number
 };
 
@@ -143,8 +142,7 @@ class FakePanels final : public Panels {
 public:
     void open(const OpenPanelRequest& /*request*/,
               std::function<void(std::vector<std::filesystem::path>)> answer) override {
-        answer(openAnswers.empty() ? std::vector<std::filesystem::path>{} : openAnswers.front());
-        if (!openAnswers.empty()) openAnswers.pop_front();
+        answer({});  // cancelled
     }
     void save(const SavePanelRequest& request,
               std::function<void(std::optional<std::filesystem::path>)> answer) override {
@@ -152,8 +150,7 @@ public:
         answer(std::exchange(saveAnswer, std::nullopt));
     }
 
-    std::deque<std::vector<std::filesystem::path>> openAnswers;  ///< when empty: cancelled
-    std::optional<std::filesystem::path> saveAnswer;             ///< when absent: cancelled
+    std::optional<std::filesystem::path> saveAnswer;  ///< when absent: cancelled
     std::vector<SavePanelRequest> saved;
 };
 
@@ -162,14 +159,12 @@ public:
     void openURL(const std::string& url) override { urls.push_back(url); }
     void reveal(const std::filesystem::path& file) override { revealed.push_back(file); }
     void recycle(const std::filesystem::path& file) override { recycled.push_back(file); }
-    [[nodiscard]] bool isShiftKeyHeld() const override { return shift; }
-    [[nodiscard]] bool isOptionKeyHeld() const override { return option; }
+    [[nodiscard]] bool isShiftKeyHeld() const override { return false; }
+    [[nodiscard]] bool isOptionKeyHeld() const override { return false; }
 
     std::vector<std::string> urls;
     std::vector<std::filesystem::path> revealed;
     std::vector<std::filesystem::path> recycled;
-    bool shift = false;
-    bool option = false;
 };
 
 class FakeNotifications final : public Notifications {
