@@ -29,8 +29,8 @@ protected:
         "  Stream #0:2(ger): Audio: aac (LC), 48000 Hz, stereo, fltp\n";
 
     /// A movie whose conversion goes as the lines say.
-    std::filesystem::path movie(std::string_view name, std::string_view directives = {}) const {
-        return folder_.write(name, std::string(kReport) + std::string(directives));
+    void movie(std::string_view name, std::string_view directives = {}) const {
+        folder_.write(name, std::string(kReport) + std::string(directives));
     }
     [[nodiscard]] std::filesystem::path path(std::string_view name) const {
         return folder_.path() / name;

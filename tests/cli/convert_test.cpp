@@ -79,7 +79,8 @@ TEST_F(Convert, ASourceThatVanishedDoesNotHoldUpTheOthers) {
 TEST_F(Convert, MoviesThatFindNoRoomMakeWayForTheOthers) {
     const auto room = std::filesystem::space(folder_.path()).available;
     for (const auto* const name : {"big.mkv", "huge.mkv"}) {
-        std::filesystem::resize_file(movie(name, "!end\n"), room + (1U << 30U));
+        movie(name, "!end\n");
+        std::filesystem::resize_file(path(name), room + (1U << 30U));
     }
     movie("a.mkv");
     const auto outcome = cli({"convert", "--json", "a.mkv", "big.mkv", "huge.mkv"});

@@ -54,6 +54,7 @@ TEST(TextWidth, CountsColumnsAndElidesWholeCharacters) {
 }
 
 TEST(TextWidth, NothingSteersTheTerminal) {
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): written as an escape
     EXPECT_EQ(printable("a\x1b[31m\n\xFF\u202Eé"), "a\uFFFD[31m\uFFFD\uFFFD\uFFFDé");
 }
 
