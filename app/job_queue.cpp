@@ -7,11 +7,9 @@ namespace reelvane {
 
 ConversionJob& JobQueue::insertJob(std::unique_ptr<ConversionJob> job, InsertAt where) {
     auto& inserted = *job;
-    willChange_.notify();
     taskArray_.insert(where == InsertAt::Top ? taskArray_.begin() : taskArray_.end(),
                       std::move(job));
     watch(inserted);
-    didChange_.notify();
     membership_.notify(inserted, Membership::Begins);
     return inserted;
 }
@@ -27,12 +25,10 @@ ConversionJob* JobQueue::nextRunnableJob() const {
 std::unique_ptr<ConversionJob> JobQueue::takeJob(const ConversionJob& job) {
     const auto found = std::ranges::find(taskArray_, &job, &std::unique_ptr<ConversionJob>::get);
     if (found == taskArray_.end()) return nullptr;
-    willChange_.notify();
     auto taken = std::move(*found);
     taskArray_.erase(found);
     --countOf(watches_.at(taken.get()).state);
     watches_.erase(taken.get());
-    didChange_.notify();
     membership_.notify(*taken, Membership::Ends);
     return taken;
 }
@@ -66,14 +62,6 @@ std::vector<ConversionJob*> JobQueue::jobsWithState(ConversionJobState state) co
         if (job->state() == state) jobs.push_back(job.get());
     }
     return jobs;
-}
-
-Subscription JobQueue::observeTaskArray(std::function<void()> willChange,
-                                        std::function<void()> didChange) {
-    // One handle for both lists; shared because a call-back must be copyable.
-    auto both = std::make_shared<std::pair<Subscription, Subscription>>(
-        willChange_.add(std::move(willChange)), didChange_.add(std::move(didChange)));
-    return Subscription([both] { *both = {}; });
 }
 
 Subscription JobQueue::observeMembership(std::function<void(ConversionJob&, Membership)> changed) {

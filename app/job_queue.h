@@ -28,11 +28,8 @@ public:
     [[nodiscard]] int jobCountWithState(ConversionJobState state) const;
     [[nodiscard]] std::vector<ConversionJob*> jobsWithState(ConversionJobState state) const;
 
-    /// Told before and after every change of the list's membership.
-    [[nodiscard]] Subscription observeTaskArray(std::function<void()> willChange,
-                                                std::function<void()> didChange);
     enum class Membership { Begins, Ends };
-    /// Told which job has come into the list or left it, after the list's observers.
+    /// Told which job has come into the list or left it.
     [[nodiscard]] Subscription observeMembership(
         std::function<void(ConversionJob&, Membership)> changed);
 
@@ -49,8 +46,6 @@ private:
     std::vector<std::unique_ptr<ConversionJob>> taskArray_;
     std::unordered_map<const ConversionJob*, Watch> watches_;
     std::array<int, kConversionJobStateWords.size()> counts_{};
-    Observers<> willChange_;
-    Observers<> didChange_;
     Observers<ConversionJob&, Membership> membership_;
 };
 

@@ -30,14 +30,6 @@ template <typename Element, typename Block>
     return result;
 }
 
-/// The sum of the block's results.
-template <typename Element, typename Block>
-[[nodiscard]] long long reduce(const std::vector<Element>& list, Block block) {
-    long long sum = 0;
-    for (const auto& element : list) sum += block(element);
-    return sum;
-}
-
 /// The list without the elements at these places; places beyond its end are ignored.
 template <typename Element>
 [[nodiscard]] std::vector<Element> arrayByRemovingObjectsAtIndexes(
