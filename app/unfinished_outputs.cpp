@@ -100,7 +100,7 @@ void UnfinishedOutputs::cleanUp() {
     };
     // All within the one edit: of two programs that start at once, one cleans up and the other
     // waits, and cannot have begun to write to a path that the first is about to clear.
-    preferences.changeLater(kUnfinishedOutputKey, [&clean](std::optional<std::string> list) {
+    preferences.changeLater(kUnfinishedOutputKey, [&clean](const std::optional<std::string>& list) {
         return withoutEntries(list, clean);
     });
     preferences.writeChanges();
@@ -118,7 +118,7 @@ void UnfinishedOutputs::begin(const fs::path& output, const fs::path& progressFi
                                   .scope = host.processScope(),
                                   .output = ownFileAt(output),
                                   .progressFile = ownFileAt(progressFile)}](
-            std::optional<std::string> list) { return withEntry(list, entry); });
+            const std::optional<std::string>& list) { return withEntry(list, entry); });
 }
 
 void UnfinishedOutputs::settle(const fs::path& output) {
@@ -126,7 +126,7 @@ void UnfinishedOutputs::settle(const fs::path& output) {
     vantor_.preferences().changeLater(
         kUnfinishedOutputKey,
         [output, processID = ::getpid(),
-         scope = vantor_.ports().host.processScope()](std::optional<std::string> list) {
+         scope = vantor_.ports().host.processScope()](const std::optional<std::string>& list) {
             return withoutEntries(list, [&](const std::optional<UnfinishedOutput>& entry) {
                 return entry && entry->processID == processID && entry->scope == scope &&
                        entry->output.path == output;

@@ -137,9 +137,10 @@ void Preferences::setDefaultObject(std::string_view key, const std::optional<std
 }
 
 void Preferences::addToInt(std::string_view key, int amount) {
-    changeLater(key, [registered = registeredText(key), amount](std::optional<std::string> text) {
-        return sumText(text ? text : registered, amount);
-    });
+    changeLater(key,
+                [registered = registeredText(key), amount](const std::optional<std::string>& text) {
+                    return sumText(text ? text : registered, amount);
+                });
 }
 
 void Preferences::changeLater(std::string_view key, Change change) {
@@ -147,7 +148,7 @@ void Preferences::changeLater(std::string_view key, Change change) {
     {
         const std::lock_guard lock(mutex_);
         if (const auto found = forThisRun_.find(key); found != forThisRun_.end()) {
-            found->second = change(std::move(found->second));
+            found->second = change(found->second);
             return;
         }
         later_.push_back({.key = std::string(key), .change = std::move(change)});

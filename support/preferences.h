@@ -29,7 +29,7 @@ class Preferences {
 public:
     /// A value as the store would hold it, from what it holds now; absent: nothing is stored. Runs
     /// on any thread and may run while other processes wait, so it must neither block nor log.
-    using Change = std::function<std::optional<std::string>(std::optional<std::string>)>;
+    using Change = std::function<std::optional<std::string>(const std::optional<std::string>&)>;
     /// Runs work on another thread, later.
     using Background = std::function<void(std::function<void()>)>;
 
