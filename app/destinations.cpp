@@ -81,7 +81,7 @@ void Destinations::validateAtLaunch() {
         valid.names.push_back(saved.names[i]);
     }
     if (const auto invalid = saved.bookmarks.size() - valid.bookmarks.size(); invalid != 0) {
-        vn_log_level(kLogError, "Info: going to delete %lu invalid bookmarks", invalid);
+        vn_log_level(LogError, "Info: going to delete %lu invalid bookmarks", invalid);
         store(valid);
     }
     clampDefaultDestination(vantor_.preferences(), valid.bookmarks.size());
@@ -128,7 +128,7 @@ void Destinations::chooseNewDestination(DestinationMenu menu) {
 void Destinations::addDestination(const std::filesystem::path& folder, DestinationMenu menu) {
     const auto created = vantor_.ports().folderAccess.createBookmark(folder);
     if (!created.bookmark) {
-        vn_log_level(kLogError, "Error creating bookmark: %@", created.error);
+        vn_log_level(LogError, "Error creating bookmark: %@", created.error);
         return;
     }
     auto saved = savedFolders();

@@ -16,13 +16,13 @@ constexpr std::uint32_t kPackHeader =
 constexpr std::string_view kPossiblyPictures = "sub";
 
 bool isMovie(const std::filesystem::path& path) {
-    return std::ranges::find(movieFileTypes, Fennimar::lowercasedExtension(path)) !=
-           movieFileTypes.end();
+    return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(path)) !=
+           kMovieFileTypes.end();
 }
 
 bool isTextSubtitle(std::string_view extension) {
     return extension != kPossiblyPictures &&
-           std::ranges::find(subtitleFileTypes, extension) != subtitleFileTypes.end();
+           std::ranges::find(kSubtitleFileTypes, extension) != kSubtitleFileTypes.end();
 }
 
 }  // namespace
@@ -48,8 +48,8 @@ bool acceptsDrag(std::span<const std::filesystem::path> paths) {
 }
 
 std::vector<std::string> openableFileTypes() {
-    std::vector<std::string> types(movieFileTypes.begin(), movieFileTypes.end());
-    types.insert(types.end(), subtitleFileTypes.begin(), subtitleFileTypes.end());
+    std::vector<std::string> types(kMovieFileTypes.begin(), kMovieFileTypes.end());
+    types.insert(types.end(), kSubtitleFileTypes.begin(), kSubtitleFileTypes.end());
     return types;
 }
 

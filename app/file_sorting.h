@@ -13,10 +13,10 @@
 namespace reelvane {
 
 /// The extensions of the movies that are taken, in lower case.
-inline constexpr auto movieFileTypes = std::to_array<std::string_view>(
+inline constexpr auto kMovieFileTypes = std::to_array<std::string_view>(
     {"mkv", "mp4", "mov", "ogm", "wmv", "mpg", "flv", "webm", "ts"});
 /// The extensions of external subtitle files, in lower case.
-inline constexpr auto subtitleFileTypes =
+inline constexpr auto kSubtitleFileTypes =
     std::to_array<std::string_view>({"srt", "ass", "ssa", "smi", "sub"});
 
 /// Opened files, told apart by their extensions.

@@ -59,13 +59,13 @@ Outcome cleanUpAfter(const UnfinishedOutput& unfinished) {
 
 void logOutcome(const CleanedOutput& cleaned) {
     if (cleaned.outcome == Outcome::Deleted) {
-        vn_log_level(kLogError, "Info: deleted %@, which an interrupted conversion left unfinished",
+        vn_log_level(LogError, "Info: deleted %@, which an interrupted conversion left unfinished",
                      cleaned.output);
     } else if (cleaned.outcome == Outcome::Whole) {
-        vn_log_level(kLogError, "Info: kept %@: its conversion was interrupted, but it is whole",
+        vn_log_level(LogError, "Info: kept %@: its conversion was interrupted, but it is whole",
                      cleaned.output);
     } else if (cleaned.outcome == Outcome::Unknown) {
-        vn_log_level(kLogError,
+        vn_log_level(LogError,
                      "Info: left %@ alone: it can't be told whether an interrupted conversion or "
                      "another program made it",
                      cleaned.output);

@@ -145,8 +145,8 @@ ConversionOptions conversionOptions(const CLI::App& app, const Raw& raw) {
 void checkSubtitle(const ConvertRequest& request) {
     if (!request.options.subtitleFile) return;
     const auto movies = std::ranges::count_if(request.files, [](const std::string& file) {
-        return std::ranges::find(movieFileTypes, Fennimar::lowercasedExtension(file)) !=
-               movieFileTypes.end();
+        return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(file)) !=
+               kMovieFileTypes.end();
     });
     if (movies < 2) return;
     throw UsageError(

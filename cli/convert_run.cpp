@@ -19,8 +19,8 @@ constexpr double kTellingPercent = 1;
 constexpr double kTellingSeconds = 2;
 
 bool isMovie(const InputFile& file) {
-    return std::ranges::find(movieFileTypes, Fennimar::lowercasedExtension(file.path)) !=
-           movieFileTypes.end();
+    return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(file.path)) !=
+           kMovieFileTypes.end();
 }
 
 }  // namespace
@@ -188,7 +188,6 @@ void ConvertRun::tellFailed(Followed& followed, const std::string& title,
     followed.ended = true;
     ++summary_.failed;
     heldAlerts_.drop(message);
-    if (!followed.begun) heldAlerts_.dropNext();
     reporter_.failed(followed.subject, title, message, log);
 }
 

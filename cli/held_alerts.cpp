@@ -5,7 +5,7 @@
 namespace reelvane {
 
 void HeldAlerts::add(const AlertContent& alert) {
-    if (std::exchange(dropsNext_, false) || said_.contains(alert.message)) return;
+    if (said_.contains(alert.message)) return;
     alerts_.push_back(alert);
 }
 
@@ -15,7 +15,6 @@ void HeldAlerts::drop(const std::string& message) {
 }
 
 std::vector<AlertContent> HeldAlerts::take() {
-    dropsNext_ = false;
     return std::exchange(alerts_, {});
 }
 

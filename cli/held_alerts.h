@@ -15,16 +15,12 @@ public:
     void add(const AlertContent& alert);
     /// A refusal or failure has said this. Its alert may come much later.
     void drop(const std::string& message);
-    /// A conversion was refused at its start, with a failure for which the very next alert gives
-    /// the same reason in words of its own.
-    void dropNext() { dropsNext_ = true; }
     /// What is left to be told, in order.
     [[nodiscard]] std::vector<AlertContent> take();
 
 private:
     std::vector<AlertContent> alerts_;
     std::set<std::string, std::less<>> said_;
-    bool dropsNext_ = false;
 };
 
 }  // namespace reelvane

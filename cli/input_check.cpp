@@ -42,7 +42,7 @@ std::string fileProblem(const InputFile& file) {
         return makeString("'%@' is no regular file, so it is not read.", name);
     }
     const bool known =
-        hasExtensionOf(file.path, movieFileTypes) || hasExtensionOf(file.path, subtitleFileTypes);
+        hasExtensionOf(file.path, kMovieFileTypes) || hasExtensionOf(file.path, kSubtitleFileTypes);
     if (known) return {};
     return makeString(
         "'%@' has none of the extensions of a movie (mkv, mp4, mov, ogm, wmv, mpg, flv, webm, ts) "
@@ -54,7 +54,7 @@ bool belongsToOne(const std::filesystem::path& subtitle, const std::vector<Input
     SubtitlePairing pairing;
     pairing.add(subtitle);
     return std::ranges::any_of(files, [&](const InputFile& file) {
-        return hasExtensionOf(file.path, movieFileTypes) && pairing.subtitleFor(file.path);
+        return hasExtensionOf(file.path, kMovieFileTypes) && pairing.subtitleFor(file.path);
     });
 }
 
@@ -70,7 +70,7 @@ std::filesystem::path absolutePath(const std::string& given) {
 
 std::optional<std::string> movieProblem(const InputFile& file) {
     if (auto problem = fileProblem(file); !problem.empty()) return problem;
-    if (!hasExtensionOf(file.path, subtitleFileTypes)) return std::nullopt;
+    if (!hasExtensionOf(file.path, kSubtitleFileTypes)) return std::nullopt;
     return makeString("'%@' is a subtitle file. Please name the movie that it belongs to.",
                       Fennimar::validUtf8(file.given));
 }
@@ -89,7 +89,7 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
     }
     for (const auto& file : candidates) {
         const bool alone =
-            hasExtensionOf(file.path, subtitleFileTypes) && !belongsToOne(file.path, candidates);
+            hasExtensionOf(file.path, kSubtitleFileTypes) && !belongsToOne(file.path, candidates);
         if (!alone) {
             checked.files.push_back(file);
             continue;

@@ -98,7 +98,7 @@ void ConversionJob::start() {
     const auto method = audioMethod(settings);
     if (method && !(checkAudio(*method) && checkFreeSpace())) return;
     if (const auto& subtitle = fileInfo_.subtitleFileURL) {
-        vn_log_level(kLogNotice, "Info: adding subtitles from file %@", *subtitle);
+        vn_log_level(LogNotice, "Info: adding subtitles from file %@", *subtitle);
     }
     arguments_ = buildArguments({.file = fileInfo_,
                                  .audioTrackIndex = audioTrackIndex_,

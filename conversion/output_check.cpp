@@ -27,11 +27,11 @@ Mp4Reading withTrackFields(const std::filesystem::path& output, Mp4Reading readi
     const auto languageFields = languagePatches(*reading.movie, languages);
     patches.insert(patches.end(), languageFields.begin(), languageFields.end());
     for (const auto& loss : lostLanguages(languages)) {
-        vn_log_level(kLogWarning, "Warning: %@ (%@)", loss, output);
+        vn_log_level(LogWarning, "Warning: %@ (%@)", loss, output);
     }
     if (patches.empty()) return reading;
     if (!applyPatches(output, patches)) {
-        vn_log_level(kLogError, "Error: the track flags of %@ could not be set", output);
+        vn_log_level(LogError, "Error: the track flags of %@ could not be set", output);
     }
     return readMp4(output);
 }

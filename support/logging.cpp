@@ -123,7 +123,7 @@ void log_message(std::uint32_t level, const std::string& message) {
     auto& state = logState();
     const SinkUse use;
     if (const auto lost = state.capture.append(level, use.sinks().appName, message)) {
-        vn_log_level(kLogError, "could not open create data from string %@ for log", *lost);
+        vn_log_level(LogError, "could not open create data from string %@ for log", *lost);
     }
     if (level >= kLevels) return;
     keepInRing(use.sinks(),
@@ -138,7 +138,7 @@ void log_message(std::uint32_t level, const std::string& message) {
 
 void vn_log_enablecapturetofile(const std::filesystem::path& file, std::uint64_t maxSize) {
     if (!logState().capture.open(file, maxSize)) {
-        vn_log_level(kLogError, "could not open file %@ for log file usage", file);
+        vn_log_level(LogError, "could not open file %@ for log file usage", file);
     }
 }
 

@@ -14,14 +14,14 @@ class SystemLog;
 
 /// The eight severities of syslog.
 enum LogLevel : std::uint32_t {
-    kLogEmergency = 0,
-    kLogAlert = 1,
-    kLogCritical = 2,
-    kLogError = 3,
-    kLogWarning = 4,
-    kLogNotice = 5,
-    kLogInfo = 6,
-    kLogDebug = 7
+    LogEmergency = 0,
+    LogAlert = 1,
+    LogCritical = 2,
+    LogError = 3,
+    LogWarning = 4,
+    LogNotice = 5,
+    LogInfo = 6,
+    LogDebug = 7
 };
 
 /// Where messages go beside the capture file. The log sinks are the one process-wide state.

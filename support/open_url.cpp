@@ -27,19 +27,19 @@ std::string productPage(const Vantor& vantor) {
 
 std::string linkForChoice(const Vantor& vantor, int choice) {
     switch (choice) {
-        case kBetaTestURL:
+        case BetaTestURL:
             // The "s" in place of a mail scheme is how this link has always been.
             return makeString(
                 "s%@?subject=%@ Beta Versions&body=Hello\nI would like to test upcoming beta "
                 "versions of %@.\nBye\n",
                 feedbackAddress(vantor), vantor.appName(), vantor.appName());
-        case kProductPageURL:
+        case ProductPageURL:
             return productPage(vantor);
-        case kStorePageURL:
+        case StorePageURL:
             return infoLink(vantor, "StoreProductPage");
-        case kStoreApplicationURL:
+        case StoreApplicationURL:
             return Fennimar::replaced(infoLink(vantor, "StoreProductPage"), "https", "macappstore");
-        case kMacupdatePageURL:
+        case MacupdatePageURL:
             return infoLink(vantor, "MacupdateProductPage");
         default:
             return {};
@@ -47,7 +47,7 @@ std::string linkForChoice(const Vantor& vantor, int choice) {
 }
 
 void openURL(Vantor& vantor, int choice) {
-    if (choice == kSupportRequestURL) {
+    if (choice == SupportRequestURL) {
         sendSupportRequestMail(vantor, "<Insert Support Request Here>");
         return;
     }

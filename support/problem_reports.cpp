@@ -40,7 +40,7 @@ std::string linkOrNothing(const Vantor& vantor, std::string_view message, std::s
     try {
         return problemReportLink(gatherReportFacts(vantor, true), message, details, fatal);
     } catch (const std::exception& failure) {
-        vn_log_level(kLogError, "Error: no problem report could be made: %@", failure.what());
+        vn_log_level(LogError, "Error: no problem report could be made: %@", failure.what());
         return {};
     }
 }
@@ -83,7 +83,7 @@ void runOnMainUnlessStuck(Vantor& vantor, const Work& work, Interval patience) {
     });
     const bool began = turn->began.get_future().wait_for(patience) == std::future_status::ready;
     if (!began && !turn->claimed.exchange(true)) {
-        vn_log_level(kLogError, "Error: the main thread is stuck, so no alert can be shown");
+        vn_log_level(LogError, "Error: the main thread is stuck, so no alert can be shown");
         return;
     }
     turn->ended.get_future().get();
@@ -138,7 +138,7 @@ void endProcess(int status) {
 
 void alert_feedback(Vantor& vantor, std::string_view message, std::string_view details, bool fatal,
                     const FatalEnd& end) {
-    vn_log_level(kLogError, "alert_feedback %@ %@", message, details);
+    vn_log_level(LogError, "alert_feedback %@ %@", message, details);
     const Work report = [&] { offerReport(vantor, message, details, fatal); };
     if (!fatal) {
         dispatch_sync_main(vantor, report);

@@ -23,7 +23,7 @@ std::optional<std::string> runAsTaskWithTerminationStatus(ProcessLauncher& launc
     std::size_t length = 0;
     for (const auto& argument : request.arguments) length += Fennimar::characterCount(argument);
     if (length > kLargestArguments) {
-        vn_log_level(kLogError,
+        vn_log_level(LogError,
                      "Error: task argument size approaching or above limit, spawn will fail");
     }
     auto result = launcher.run(request);

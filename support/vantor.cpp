@@ -26,7 +26,7 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
     std::error_code error;
     fs::create_directories(suppDir(), error);
     if (error) {
-        vn_log_level(kLogError, "Error: could not make the folder %@: %@", suppDir(),
+        vn_log_level(LogError, "Error: could not make the folder %@: %@", suppDir(),
                      error.message());
     }
 }

@@ -40,6 +40,7 @@ reelvane_refuse_parent_includes()
 ")
   execute_process(COMMAND ${CMAKE_COMMAND} -G Ninja -S ${SCRATCH} -B ${SCRATCH}/build
     RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE errors)
+  string(REGEX REPLACE "[ \n]+" " " errors "${errors}")  # messages are wrapped at odd places
   if(status EQUAL 0)
     set(seen ALLOWED)
   elseif(errors MATCHES "includes by a parent path")

@@ -19,15 +19,23 @@ using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-/// A conversion of a slow movie that has begun to write its output.
+/// A conversion of a slow movie that has begun to write its output and has been remembered.
 class RunningConversion {
 public:
     RunningConversion()
         : child_((sandbox.slowDown(), sandbox.command({"convert", "--to", sandbox.out().native(),
                                                        movie("long.mkv").native()}))) {
-        writing = eventually([this] { return fs::exists(output()) && sandbox.processes() > 1; });
+        writing = eventually([this] {
+            std::error_code absent;
+            const auto size = fs::file_size(output(), absent);
+            return !absent && size > 0 && sandbox.processes() > 1 &&
+                   contentOf(preferences()).find("UnfinishedOutput") != std::string::npos;
+        });
     }
     [[nodiscard]] fs::path output() const { return sandbox.out() / "long.m4v"; }
+    [[nodiscard]] fs::path preferences() const {
+        return sandbox.root() / "home/.config/org.reelvane.Reelvane/org.reelvane.Reelvane.ini";
+    }
     [[nodiscard]] Outcome endWith(int signal) {
         child_.send(signal);
         return child_.wait();

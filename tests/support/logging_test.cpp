@@ -25,8 +25,8 @@ bool holds(const PreferenceValues& values, const std::string& message) {
 TEST(Log, KeepsTheLastTenMessagesOfEachLevelAndFortyThreeInTheRingOfItsOwn) {
     FakePlatform platform;
     auto& values = platform.store.values;
-    vn_log_level(kLogDebug, "other level");
-    for (int i = 0; i < 11; ++i) vn_log_level(kLogAlert, "number %i", i);
+    vn_log_level(LogDebug, "other level");
+    for (int i = 0; i < 11; ++i) vn_log_level(LogAlert, "number %i", i);
     platform.preferences.writeChanges();
     EXPECT_FALSE(holds(values, "number 0"));
     EXPECT_TRUE(holds(values, "number 1") && holds(values, "other level"));
@@ -54,7 +54,7 @@ TEST(Log, TakesMessagesFromManyThreadsWhileSinksComeAndGo) {
     threads.reserve(3);
     for (int i = 0; i < 3; ++i) {
         threads.emplace_back([] {
-            for (int n = 0; n < 200; ++n) vn_log_level(kLogInfo, "n");
+            for (int n = 0; n < 200; ++n) vn_log_level(LogInfo, "n");
         });
     }
     for (int i = 0; i < 50; ++i) {
@@ -73,7 +73,7 @@ TEST(LogCapture, MirrorsEveryMessageInItsLineForm) {
     log_set_sinks({.appName = "Reelvane"});
     const auto file = folder.path() / "capture.log";
     vn_log_enablecapturetofile(file, 100);
-    vn_log_level(kLogNotice, "hello");
+    vn_log_level(LogNotice, "hello");
     EXPECT_THAT(contentOf(file),
                 MatchesRegex("[A-Z][a-z]{2} [0-9]{2} [0-9]{2}:[0-9]{2}  Reelvane\\[" +
                              std::to_string(::getpid()) + "\\] <Notice>: hello\n"));
