@@ -63,6 +63,17 @@ TEST_F(JobTest, CleanAndRemoveHappenBeforeTheNextJob) {
     EXPECT_TRUE(exists(output) && !child().terminated);
 }
 
+TEST_F(JobTest, ASourceIsDeletedForGoodOnlyWhereTheUserSaidSo) {
+    controller.settings.autoRemove = true;
+    controller.settings.autoRemoveType = 1;
+    startAndWrite();
+    child().exit(1);
+    EXPECT_TRUE(exists(source));
+    startAndWrite();
+    finish();
+    EXPECT_TRUE(!exists(source) && exists(output) && platform.workspace.recycled.empty());
+}
+
 TEST_F(JobTest, AnExitStatusOfZeroIsNotYetSuccess) {
     controller.settings.autoRemove = true;
     const std::vector<std::pair<const char*, std::function<void()>>> rows = {
