@@ -48,6 +48,7 @@ bool AppDelegate::applicationShouldTerminate() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    const RetiredJobs::Hold hold(retired_);
     lifecycle_.applicationWillTerminate();
 }
 
@@ -116,14 +117,17 @@ void AppDelegate::releaseName(const ConversionJob& job) {
 }
 
 void AppDelegate::cleanClicked() {
+    const RetiredJobs::Hold hold(retired_);
     control_.cleanClicked();
 }
 
 void AppDelegate::togglePause() {
+    const RetiredJobs::Hold hold(retired_);
     control_.togglePause();
 }
 
 void AppDelegate::continueJob(ConversionJob& job) {
+    const RetiredJobs::Hold hold(retired_);
     control_.continueJob(job);
 }
 

@@ -60,20 +60,21 @@ void DestinationResolver::askWithSavePanel(const MKVFileInfo& record, Answer ans
     auto name = std::filesystem::path(record.fileName).replace_extension(type).native();
     vantor_.ports().panels.save(
         {.folder = record.fileURL.parent_path(), .fileName = std::move(name), .extension = type},
-        [this, source = record.fileURL,
+        [this, alive = std::weak_ptr(alive_), record,
          answer = std::move(answer)](const std::optional<std::filesystem::path>& chosen) {
+            if (!alive.lock()) return;
             if (chosen) {
-                takeChosenPath(source, *chosen, answer);
+                takeChosenPath(record, *chosen, answer);
             } else {
                 answer(std::nullopt);
             }
         });
 }
 
-void DestinationResolver::takeChosenPath(const std::filesystem::path& source,
+void DestinationResolver::takeChosenPath(const MKVFileInfo& record,
                                          const std::filesystem::path& chosen,
                                          const Answer& answer) {
-    if (isSameFile(source, chosen)) {
+    if (isSameFile(record.fileURL, chosen)) {
         alert_apptitled(vantor_,
                         "You've tried to overwrite the source file with the target file. Thats the "
                         "worst idea ever.",
@@ -81,9 +82,15 @@ void DestinationResolver::takeChosenPath(const std::filesystem::path& source,
         answer(std::nullopt);
         return;
     }
+    // Another job of the list writes there, or has written: the user meant no harm to that one.
+    if (names_.isPromised(chosen)) {
+        answer(ResolvedDestination{
+            .destinationURL =
+                names_.freePath(chosen.parent_path(), chosen.filename().native(), extension())});
+        return;
+    }
     Fennimar::removeFile(chosen);
-    names_.keepAsChosen(chosen);
-    answer(ResolvedDestination{.destinationURL = chosen});
+    answer(ResolvedDestination{.destinationURL = chosen, .chosen = true});
 }
 
 std::optional<ResolvedDestination> DestinationResolver::nextTo(const MKVFileInfo& record) {
@@ -111,8 +118,10 @@ void DestinationResolver::findFolderNextTo(const MKVFileInfo& record, Answer ans
         "files that you want to convert",
         "OK");
     vantor_.ports().panels.open(
-        {.chooseFolder = true}, [this, record, answer = std::move(answer)](
-                                    const std::vector<std::filesystem::path>& chosen) {
+        {.chooseFolder = true},
+        [this, alive = std::weak_ptr(alive_), record,
+         answer = std::move(answer)](const std::vector<std::filesystem::path>& chosen) {
+            if (!alive.lock()) return;
             if (chosen.empty()) {
                 answer(std::nullopt);
                 return;

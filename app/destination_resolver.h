@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -19,10 +20,11 @@ class Vantor;
 struct ResolvedDestination {
     std::filesystem::path destinationURL{};
     std::optional<std::filesystem::path> securityURL{};  ///< a folder whose access was started
+    bool chosen = false;  ///< the user chose this very path and agreed to replace what is there
 };
 
-/// Finds the output path for one input, asking the user where need be. Main thread only; it must
-/// outlive the panels that it opens.
+/// Finds the output path for one input, asking the user where need be. Main thread only. A panel
+/// that is answered after its end answers nobody.
 class DestinationResolver {
 public:
     /// Absent: there is no destination, and the user knows why. Called once, maybe at once.
@@ -37,7 +39,7 @@ public:
 
 private:
     void askWithSavePanel(const MKVFileInfo& record, Answer answer);
-    void takeChosenPath(const std::filesystem::path& source, const std::filesystem::path& chosen,
+    void takeChosenPath(const MKVFileInfo& record, const std::filesystem::path& chosen,
                         const Answer& answer);
     void findFolderNextTo(const MKVFileInfo& record, Answer answer);
     [[nodiscard]] std::optional<ResolvedDestination> nextTo(const MKVFileInfo& record);
@@ -47,6 +49,8 @@ private:
     Destinations& destinations_;
     OutputNames& names_;
     const RunChoices& choices_;
+    // Shared only so that the answer of a panel after this object's end can tell.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace reelvane

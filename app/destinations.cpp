@@ -120,8 +120,10 @@ void Destinations::chooseNewDestination(DestinationMenu menu) {
     const auto parent = menu == DestinationMenu::FileSheet ? PanelParent::MainWindow
                                                            : PanelParent::PreferencesWindow;
     vantor_.ports().panels.open({.parent = parent, .chooseFolder = true},
-                                [this, menu](const std::vector<std::filesystem::path>& chosen) {
-                                    if (!chosen.empty()) addDestination(chosen.front(), menu);
+                                [this, menu, alive = std::weak_ptr(alive_)](
+                                    const std::vector<std::filesystem::path>& chosen) {
+                                    if (!alive.lock() || chosen.empty()) return;
+                                    addDestination(chosen.front(), menu);
                                 });
 }
 

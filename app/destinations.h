@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -83,6 +84,8 @@ private:
     void refuseDuplicate();
     void rebuild(PopUpMenu& menu);
 
+    // Shared only so that the answer of a panel after this object's end can tell.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Vantor& vantor_;
     PopUpMenu destinationPopUp_;
     PopUpMenu preferencesPopUp_;

@@ -33,6 +33,13 @@ std::vector<std::filesystem::path> absolutePaths(const std::vector<std::filesyst
     return absolute;
 }
 
+/// The converter would wait for ever for what comes out of a pipe or a device.
+bool couldBlock(const std::filesystem::path& path) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(path, ignored);
+    return std::filesystem::is_other(status);
+}
+
 void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) {
     record.subtitleFileURL = subtitle;
     record.informationString = Fennimar::replaced(record.informationString, ")", "+1)");
@@ -67,6 +74,7 @@ void FileIntake::setPreferredLanguages(std::vector<std::string> languages) {
 void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
     const bool handlesFile = isBusy();
     auto sorted = sortFiles(absolutePaths(paths), Fennimar::readInt);
+    std::erase_if(sorted.subtitles, couldBlock);
     for (const auto& subtitle : sorted.subtitles) pairing_.add(subtitle);
     std::ranges::move(sorted.movies, std::back_inserter(importFiles_));
     if (!handlesFile) addNextFile();
@@ -76,7 +84,9 @@ void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
 void FileIntake::addClicked() {
     vantor_.ports().panels.open(
         {.allowedTypes = openableFileTypes()},
-        [this](const std::vector<std::filesystem::path>& chosen) { openFiles(chosen); });
+        [this, alive = std::weak_ptr(alive_)](const std::vector<std::filesystem::path>& chosen) {
+            if (alive.lock()) openFiles(chosen);
+        });
 }
 
 bool FileIntake::isBusy() const {
@@ -217,6 +227,7 @@ void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestinat
     auto record = *fileInfo_;
     record.destinationURL = destination.destinationURL;
     record.securityURL = destination.securityURL;
+    if (destination.chosen) record.outputClaim = OutputClaim::Chosen;
     auto job = std::make_unique<ConversionJob>(vantor_, owner_.jobController(), std::move(record),
                                                audioTrackIndex);
     job->presetSpeedInfo();

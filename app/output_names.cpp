@@ -31,30 +31,23 @@ std::filesystem::path OutputNames::freePath(const std::filesystem::path& folder,
 }
 
 void OutputNames::promise(const std::filesystem::path& path) {
-    ++promises_[keyOf(path)].jobs;
+    ++promises_[keyOf(path)];
 }
 
 void OutputNames::release(const std::filesystem::path& path) {
     const auto found = promises_.find(keyOf(path));
-    if (found != promises_.end() && --found->second.jobs <= 0) promises_.erase(found);
+    if (found != promises_.end() && --found->second <= 0) promises_.erase(found);
 }
 
 bool OutputNames::isPromised(const std::filesystem::path& path) const {
     const auto found = promises_.find(keyOf(path));
-    return found != promises_.end() && found->second.jobs > 0;
-}
-
-void OutputNames::keepAsChosen(const std::filesystem::path& path) {
-    promises_[keyOf(path)].chosen = true;
+    return found != promises_.end() && found->second > 0;
 }
 
 void OutputNames::refresh(MKVFileInfo& record) {
     if (!record.destinationURL) return;
     const auto present = *record.destinationURL;
-    const auto found = promises_.find(keyOf(present));
-    const bool chosen = found != promises_.end() && found->second.chosen;
-    if (chosen) record.outputClaim = OutputClaim::Chosen;
-    if (chosen || !somethingLiesAt(present)) return;
+    if (record.outputClaim == OutputClaim::Chosen || !somethingLiesAt(present)) return;
     release(present);
     record.destinationURL =
         freePath(present.parent_path(), record.fileName, present.extension().native().substr(1));

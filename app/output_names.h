@@ -25,11 +25,8 @@ public:
     void release(const std::filesystem::path& path);
     [[nodiscard]] bool isPromised(const std::filesystem::path& path) const;
 
-    /// The user chose this path in the save panel: it stays as it is until it is released.
-    void keepAsChosen(const std::filesystem::path& path);
-
     /// Where something has appeared at a promised automatic path meanwhile, the record gets a fresh
-    /// path, and the promise moves with it.
+    /// path, and the promise moves with it. A path that the user chose stays as it is.
     void refresh(MKVFileInfo& record);
 
     /// To be called right before a promised job starts: makes the automatic path the record's own,
@@ -37,13 +34,9 @@ public:
     void claim(MKVFileInfo& record);
 
 private:
-    struct Promise {
-        int jobs = 0;
-        bool chosen = false;
-    };
     [[nodiscard]] static std::string keyOf(const std::filesystem::path& path);
 
-    std::unordered_map<std::string, Promise> promises_;
+    std::unordered_map<std::string, int> promises_;  ///< how many jobs hold each
 };
 
 }  // namespace reelvane

@@ -9,6 +9,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "support/file_descriptor.h"
 #include "support/posix_io.h"
 #include "support/strings.h"
 #include "support/utf8.h"
@@ -109,17 +110,20 @@ std::string lowercasedExtension(const fs::path& path) {
 }
 
 std::optional<std::uint32_t> readInt(const fs::path& file) {
-    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return std::nullopt;
+    // Opened without waiting: a pipe that nobody writes into would block for ever.
+    const reelvane::FileDescriptor descriptor(
+        ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status = {};
+    if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) return std::nullopt;
+    if (!S_ISREG(status.st_mode)) return std::nullopt;
     std::array<char, sizeof(std::uint32_t)> bytes{};
     std::size_t filled = 0;
     while (filled < bytes.size()) {
-        const auto got = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
+        const auto got = ::read(descriptor.get(), bytes.data() + filled, bytes.size() - filled);
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) break;
         filled += static_cast<std::size_t>(got);
     }
-    ::close(descriptor);
     if (filled < bytes.size()) return std::nullopt;
     std::uint32_t value = 0;
     std::memcpy(&value, bytes.data(), sizeof value);

@@ -99,12 +99,13 @@ TEST(OutputNames, AClaimedNameIsNobodyElses) {
     EXPECT_EQ(records[1].outputClaim, OutputClaim::Reserved);
 
     const auto chosen = folder.write("chosen.mp4", "to be replaced");
-    MKVFileInfo record{.fileName = "b.mkv", .destinationURL = chosen};
-    programs[0].promise(chosen);
-    programs[0].keepAsChosen(chosen);
-    programs[0].claim(record);
+    MKVFileInfo record{
+        .fileName = "b.mkv", .destinationURL = chosen, .outputClaim = OutputClaim::Chosen};
+    MKVFileInfo other{.fileName = "chosen.mkv", .destinationURL = chosen};
+    for (int jobs = 0; jobs < 2; ++jobs) programs[0].promise(chosen);
+    for (auto* const each : {&record, &other}) programs[0].claim(*each);
     EXPECT_EQ(record.destinationURL, chosen);
-    EXPECT_EQ(record.outputClaim, OutputClaim::Chosen);
+    EXPECT_EQ(other.destinationURL->filename(), "chosen-0.mp4") << "nobody chose it for this one";
     EXPECT_FALSE(fs::is_empty(chosen));
 }
 
