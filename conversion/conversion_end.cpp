@@ -7,6 +7,7 @@
 #include "conversion/job_completion.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
+#include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
 #include "support/ports/workspace.h"
@@ -63,14 +64,21 @@ void ConversionJob::fail() {
 void ConversionJob::succeed(const ConversionSettings& settings) {
     auto& vantor = vantor_;
     const auto source = fileInfo_.fileURL;
-    const bool endsEarly = outputCheck_.proof.endsEarly;
+    // What is missing from a short output may still be in the source, and where nobody knows how
+    // long the source is, nobody can tell. Nor may the output be in the system's memory only.
+    const bool proven = !outputCheck_.proof.endsEarly && fileInfo_.runtimeSeconds.value_or(0) > 0;
+    const auto output = fileInfo_.destinationURL;
     finishedOK_ = true;
     ownsOutput_ = false;  // it is the user's now
     settleOutput();
     setState(ConversionJobState::Finished);
     if (settings.autoClean) remove();
-    // What is missing from a short output may still be in the source.
-    if (settings.autoRemove && !endsEarly) removeSource(vantor, source, settings.autoRemoveType);
+    if (settings.autoRemove && proven && output && isOnDisk(*output)) {
+        removeSource(vantor, source, settings.autoRemoveType);
+    } else if (settings.autoRemove) {
+        vn_log_level(LogError, "Info: kept %@: it can't be told whether all of it was converted",
+                     source);
+    }
 }
 
 std::string ConversionJob::warning() const {

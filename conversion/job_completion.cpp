@@ -1,5 +1,9 @@
 #include "conversion/job_completion.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "support/file_descriptor.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/workspace.h"
@@ -27,6 +31,11 @@ std::string endsEarlyText(std::string_view fileName, const OutputProof& proof,
     return makeString("%@ ended after %@ of %@: the source may be damaged.", fileName,
                       formattedTimeFromTimeInterval(proof.seconds),
                       formattedTimeFromTimeInterval(runtimeSeconds.value_or(0)));
+}
+
+bool isOnDisk(const std::filesystem::path& file) {
+    const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
 }
 
 void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType) {

@@ -27,6 +27,9 @@ struct EndedRun {
 [[nodiscard]] std::string endsEarlyText(std::string_view fileName, const OutputProof& proof,
                                         std::optional<int> runtimeSeconds);
 
+/// Waits until the device has the file; false when it could not be written there after all.
+[[nodiscard]] bool isOnDisk(const std::filesystem::path& file);
+
 /// Removes a converted source as `autoRemoveType` says: 0 to the Trash, anything else for good.
 void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType);
 

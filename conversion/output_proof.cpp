@@ -13,6 +13,18 @@ namespace {
 constexpr double kToleratedSeconds = 2;
 constexpr double kToleratedShare = 0.01;
 
+/// How long picture and sound last. Chapters and subtitles span the whole source even where the
+/// movie itself was cut short, so the movie's own duration counts only where no track has one.
+double playTime(const Mp4Movie& movie) {
+    double seconds = 0;
+    for (const auto& track : movie.tracks) {
+        if (track.kind == Mp4TrackKind::Video || track.kind == Mp4TrackKind::Audio) {
+            seconds = std::max(seconds, track.seconds);
+        }
+    }
+    return seconds > 0 ? seconds : movie.seconds;
+}
+
 }  // namespace
 
 bool outputAdmitsFailure(std::string_view jobOutput) {
@@ -23,7 +35,7 @@ bool outputAdmitsFailure(std::string_view jobOutput) {
 
 OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expectation) {
     if (!reading.movie) return {.problem = reading.problem};
-    OutputProof proof{.seconds = reading.movie->seconds, .tracks = reading.movie->tracks.size()};
+    OutputProof proof{.seconds = playTime(*reading.movie), .tracks = reading.movie->tracks.size()};
     const auto streams =
         static_cast<std::size_t>(std::ranges::count_if(reading.movie->tracks, holdsStream));
     if (streams < expectation.mappedStreams) {

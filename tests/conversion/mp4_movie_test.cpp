@@ -108,6 +108,10 @@ TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
         EXPECT_EQ(proof.problem, "");
         EXPECT_EQ(proof.endsEarly, endsEarly) << promised;
     }
+    Mp4Reading cut{.movie = Mp4Movie{.seconds = 100, .tracks = {video, chapters}}};
+    cut.movie->tracks[0].seconds = 50;
+    cut.movie->tracks[1].seconds = 100;
+    EXPECT_TRUE(proveOutput(cut, {.runtimeSeconds = 100}).endsEarly) << "whatever chapters say";
     const Mp4Reading longMovie{.movie = Mp4Movie{.seconds = 9950, .tracks = {{}}}};
     EXPECT_FALSE(proveOutput(longMovie, {.mappedStreams = 1, .runtimeSeconds = 10000}).endsEarly);
     EXPECT_EQ(proofText(proveOutput(longMovie, {}), 1430000000),
