@@ -9,6 +9,7 @@
 #include "cli/exit_status.h"
 #include "cli/input_check.h"
 #include "cli/stderr_alerts.h"
+#include "support/signal_status.h"
 #include "support/vantor.h"
 
 namespace reelvane {

@@ -13,7 +13,6 @@
 #include "cli/declining_panels.h"
 #include "cli/exit_status.h"
 #include "cli/help_text.h"
-#include "cli/interruption.h"
 #include "cli/stderr_alerts.h"
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
@@ -24,6 +23,7 @@
 #include "platform/glib_source.h"
 #include "platform/ini_preferences_store.h"
 #include "platform/inotify_bundle_watch.h"
+#include "platform/interruption.h"
 #include "platform/linux_host.h"
 #include "platform/posix_folder_access.h"
 #include "platform/posix_process_launcher.h"
@@ -31,6 +31,7 @@
 #include "support/damaged_application.h"
 #include "support/make_string.h"
 #include "support/problem_reports.h"
+#include "support/signal_status.h"
 #include "support/uncaught_exceptions.h"
 #include "support/vantor.h"
 

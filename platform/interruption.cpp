@@ -1,4 +1,4 @@
-#include "cli/interruption.h"
+#include "platform/interruption.h"
 
 #include <array>
 #include <atomic>
@@ -8,7 +8,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-#include "cli/exit_status.h"
+#include "support/signal_status.h"
 
 namespace reelvane {
 namespace {

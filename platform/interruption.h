@@ -5,9 +5,10 @@
 namespace reelvane {
 
 /// The first signal that asks the program to end (Ctrl-C, SIGTERM, SIGHUP), as a descriptor: it
-/// becomes readable when the signal comes and stays so, whatever the main thread is busy with.
-/// Signals that the caller wants to be ignored, as nohup does, are left alone. The handlers stay to
-/// the program's end, so that a second signal does not cut the cleaning short. One per program.
+/// becomes readable when the signal comes and stays so, whatever the main thread is busy with. A
+/// main loop serves it by `makeReadableSource`. Signals that the caller wants to be ignored, as
+/// nohup does, are left alone. The handlers stay to the program's end, so that a second signal does
+/// not cut the cleaning short. One per program.
 class Interruption {
 public:
     Interruption();
