@@ -7,10 +7,9 @@
 #include <string>
 
 #include "platform/gio_handles.h"
+#include "platform/message_bus.h"
 
 namespace reelvane {
-
-enum class Bus { Session, System };
 
 struct DBusMethod {
     const char* service;

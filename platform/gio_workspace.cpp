@@ -14,11 +14,7 @@ constexpr int kWarning = 4;
 constexpr auto kFileManagerTime = std::chrono::seconds(15);
 
 void open(const std::string& uri, BackgroundThread::Context& context) {
-    // GIO talks over the bus that the whole process shares. As that connection comes, its loss
-    // would end the program.
-    const GObjectHandle<GDBusConnection> shared(
-        g_bus_get_sync(G_BUS_TYPE_SESSION, context.cancellable(), nullptr));
-    if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
+    const auto shared = harmlessSharedBus(context.cancellable());  // GIO talks over it
     GLibError error;
     if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) == FALSE) {
         context.log(kWarning, "Could not open " + uri + ": " + error.message());
