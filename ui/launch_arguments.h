@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace reelvane {
+
+/// What the command line of the window program asks for.
+struct LaunchArguments {
+    enum class Action { Open, PrintVersion, PrintHelp };
+    Action action = Action::Open;
+    std::vector<std::filesystem::path> files{};  ///< absolute
+    std::optional<std::string> problem{};        ///< absent: it can be followed
+};
+
+/// `words` without the program's name, and without what Qt takes for itself. Relative names are
+/// those of `folder`; "file:" URLs are taken as files are, since desktops may pass either.
+[[nodiscard]] LaunchArguments parseLaunchArguments(const std::vector<std::string>& words,
+                                                   const std::filesystem::path& folder);
+
+/// What --help prints.
+[[nodiscard]] std::string_view launchHelp();
+
+}  // namespace reelvane

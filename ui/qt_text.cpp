@@ -1,0 +1,33 @@
+#include "ui/qt_text.h"
+
+#include <QByteArray>
+
+namespace reelvane {
+
+QString toQString(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+QString displayPath(const std::filesystem::path& path) {
+    return toQString(path.native());
+}
+
+QString displayName(const std::filesystem::path& path) {
+    return toQString(path.filename().native());
+}
+
+QUrl toUrl(const std::filesystem::path& path) {
+    const auto& bytes = path.native();
+    const auto encoded =
+        QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toPercentEncoding("/");
+    return QUrl::fromEncoded("file://" + encoded, QUrl::StrictMode);
+}
+
+std::optional<std::filesystem::path> toPath(const QUrl& url) {
+    if (!url.isLocalFile()) return std::nullopt;
+    const auto bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    if (bytes.isEmpty() || bytes.front() != '/') return std::nullopt;
+    return std::filesystem::path(bytes.toStdString());
+}
+
+}  // namespace reelvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+#include <QString>
+#include <QUrl>
+
+namespace reelvane {
+
+/// Text of the core, which is UTF-8, for a widget. Bytes that are none show as a replacement sign.
+[[nodiscard]] QString toQString(std::string_view utf8);
+
+/// A path for the eye only: its bytes may be lost, so it is never turned back into a path.
+[[nodiscard]] QString displayPath(const std::filesystem::path& path);
+/// The last component of a path, likewise.
+[[nodiscard]] QString displayName(const std::filesystem::path& path);
+
+/// A file as a URL that keeps the bytes of its name, whatever they are.
+[[nodiscard]] QUrl toUrl(const std::filesystem::path& path);
+/// The path of a local file, byte for byte; absent for anything else.
+[[nodiscard]] std::optional<std::filesystem::path> toPath(const QUrl& url);
+
+}  // namespace reelvane

@@ -1,0 +1,67 @@
+#include "ui/theme.h"
+
+#include <QApplication>
+
+namespace reelvane {
+namespace {
+
+constexpr int kMiddleLightness = 128;
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < kMiddleLightness;
+}
+
+}  // namespace
+
+QPalette darkPalette() {
+    const QColor window(0x2b, 0x2b, 0x2e);
+    const QColor base(0x1f, 0x1f, 0x22);
+    const QColor button(0x3a, 0x3a, 0x3e);
+    const QColor text(0xf0, 0xf0, 0xf0);
+    const QColor faint(0x8c, 0x8c, 0x90);
+    QPalette palette(text, button, button.lighter(150), window.darker(160), button.darker(120),
+                     text, Qt::white, base, window);
+    palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x26, 0x29));
+    palette.setColor(QPalette::ToolTipBase, button);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, QColor(0xa4, 0xa4, 0xa8));
+    palette.setColor(QPalette::Highlight, QColor(0x1f, 0x62, 0xb4));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0x78, 0xb4, 0xff));
+    palette.setColor(QPalette::LinkVisited, QColor(0xc3, 0xa2, 0xf0));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, faint);
+    }
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, button);
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, faint);
+    return palette;
+}
+
+PaletteChange paletteChange(bool prefersDark, bool isDark, bool isOurDark) {
+    if (prefersDark && !isDark) return PaletteChange::UseDark;
+    if (!prefersDark && isOurDark) return PaletteChange::UseOwn;
+    return PaletteChange::None;
+}
+
+Theme::Theme(DesktopAppearance& appearance)
+    : appearance_(appearance),
+      subscription_(appearance.observe([this] { follow(); })) {
+    follow();
+}
+
+void Theme::follow() {
+    switch (paletteChange(appearance_.prefersDark(), isDark(QApplication::palette()), isOurDark_)) {
+        case PaletteChange::None:
+            return;
+        case PaletteChange::UseDark:
+            QApplication::setPalette(darkPalette());
+            isOurDark_ = true;
+            return;
+        case PaletteChange::UseOwn:
+            QApplication::setPalette(QPalette());
+            isOurDark_ = false;
+            return;
+    }
+}
+
+}  // namespace reelvane

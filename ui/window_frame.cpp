@@ -1,0 +1,34 @@
+#include "ui/window_frame.h"
+
+#include <string>
+#include <string_view>
+
+#include <QByteArray>
+#include <QScreen>
+#include <QWidget>
+
+#include "support/preferences.h"
+
+namespace reelvane {
+namespace {
+
+// The program's own memory, like its counters: nothing that a user would set.
+constexpr std::string_view kMainWindowFrameKey = "MainWindowFrame";
+
+constexpr QSize kComfortableSize(760, 560);
+
+}  // namespace
+
+void restoreFrame(QWidget& window, const Preferences& preferences) {
+    const auto stored = preferences.defaultString(kMainWindowFrameKey).value_or("");
+    if (window.restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(stored)))) return;
+    window.resize(kComfortableSize.boundedTo(window.screen()->availableSize()));
+}
+
+void rememberFrame(const QWidget& window, Preferences& preferences) {
+    const auto frame = window.saveGeometry().toBase64().toStdString();
+    preferences.changeLater(kMainWindowFrameKey,
+                            [frame](const std::optional<std::string>&) { return frame; });
+}
+
+}  // namespace reelvane

@@ -1,0 +1,15 @@
+#pragma once
+
+class QWidget;
+
+namespace reelvane {
+
+class Preferences;
+
+/// Puts the main window where the user left it, if it still is on a screen; else a comfortable
+/// size.
+void restoreFrame(QWidget& window, const Preferences& preferences);
+/// Remembers where the window is. The write is done in the background.
+void rememberFrame(const QWidget& window, Preferences& preferences);
+
+}  // namespace reelvane
