@@ -72,14 +72,8 @@ ArgumentsAnswer argumentsFor(const CommandContext& context, const RunChoices& ch
     const auto track =
         choices.audioTrackIndex ? choices.audioTrackIndex : bestAudioOf(context, record);
     const auto settings = withWholeSubtitles(record, readConversionSettings(context.preferences));
-    if (track) {
-        const auto& entry = record.audioTrackInformation.at(*track).text;
-        const auto method =
-            calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
-        if (!isAudioMethod(method)) {
-            return {.problem = invalidAudioMethodText(codecOf(entry), method)};
-        }
-    }
+    auto problem = audioMethodProblem(record, track.value_or(0), settings.audio);
+    if (!problem.empty()) return {.problem = std::move(problem)};
     const auto progressFile = ProgressFile::freePath(progressFolder(context), record.fileName);
     return {.arguments = buildArguments({.file = record,
                                          .audioTrackIndex = track.value_or(0),

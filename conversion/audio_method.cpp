@@ -28,6 +28,10 @@ AudioMethod fastMethod(std::string_view codec, bool audioIsSurround,
     return AudioMethodAC3Stereo;
 }
 
+bool isAudioMethod(int value) {
+    return value >= AudioMethodAAC && value <= AudioMethodCopy;
+}
+
 }  // namespace
 
 AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
@@ -41,15 +45,21 @@ AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurrou
     return fastMethod(codec, audioIsSurround, settings);
 }
 
-bool isAudioMethod(int value) {
-    return value >= AudioMethodAAC && value <= AudioMethodCopy;
+std::optional<AudioMethod> mainAudioMethod(const MKVFileInfo& file, std::size_t audioTrackIndex,
+                                           const AudioSettings& settings) {
+    if (file.audioTrackInformation.empty()) return {};
+    const auto& entry = file.audioTrackInformation.at(audioTrackIndex).text;
+    return calculateConversionMethod(codecOf(entry), isSurround(entry), settings);
 }
 
-std::string invalidAudioMethodText(std::string_view codec, int value) {
+std::string audioMethodProblem(const MKVFileInfo& file, std::size_t audioTrackIndex,
+                               const AudioSettings& settings) {
+    const auto method = mainAudioMethod(file, audioTrackIndex, settings);
+    if (!method || isAudioMethod(*method)) return {};
     return makeString(
         "The audio handling chosen for %@ audio is not valid (%i). Please choose another one in "
         "the preferences.",
-        codec, value);
+        codecOf(file.audioTrackInformation[audioTrackIndex].text), int{*method});
 }
 
 bool isSurround(std::string_view audioEntry) {

@@ -1,20 +1,29 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "conversion/conversion_settings.h"
+#include "media/mkv_file_info.h"
 
 namespace reelvane {
 
 /// How a track is treated. Codec names are compared exactly. A custom handling is returned as it is
-/// stored and may lie outside the four methods: see isAudioMethod.
+/// stored and may lie outside the four methods: see audioMethodProblem.
 [[nodiscard]] AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
                                                     const AudioSettings& settings);
 
-[[nodiscard]] bool isAudioMethod(int value);
-/// What a user is told whose preferences ask for a number that is none of the methods.
-[[nodiscard]] std::string invalidAudioMethodText(std::string_view codec, int value);
+/// The same for the chosen track of a movie; absent for a movie without sound.
+[[nodiscard]] std::optional<AudioMethod> mainAudioMethod(const MKVFileInfo& file,
+                                                         std::size_t audioTrackIndex,
+                                                         const AudioSettings& settings);
+
+/// What a user is told whose preferences ask for a number that is none of the methods for this
+/// track; empty when all is well.
+[[nodiscard]] std::string audioMethodProblem(const MKVFileInfo& file, std::size_t audioTrackIndex,
+                                             const AudioSettings& settings);
 
 /// True when the entry names a surround track: it contains "5.1".
 [[nodiscard]] bool isSurround(std::string_view audioEntry);

@@ -80,7 +80,8 @@ void ConversionJob::setSpeedInfoFromMethod(AudioMethod method) {
 
 void ConversionJob::presetSpeedInfo() {
     if (audioTrackIndex_ >= fileInfo_.audioTrackInformation.size()) return;
-    if (const auto method = audioMethod(controller_.conversionSettings())) {
+    const auto settings = controller_.conversionSettings();
+    if (const auto method = mainAudioMethod(fileInfo_, audioTrackIndex_, settings.audio)) {
         setSpeedInfoFromMethod(*method);
     }
 }
@@ -95,8 +96,11 @@ void ConversionJob::start() {
     if (!checkInput()) return;
     if (!makeFiles()) return;
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
-    const auto method = audioMethod(settings);
-    if (method && !(checkAudio(*method) && checkFreeSpace())) return;
+    const auto method = mainAudioMethod(fileInfo_, audioTrackIndex_, settings.audio);
+    if (method) {
+        setSpeedInfoFromMethod(*method);
+        if (!checkAudio(settings.audio) || !checkFreeSpace()) return;
+    }
     if (const auto& subtitle = fileInfo_.subtitleFileURL) {
         vn_log_level(LogNotice, "Info: adding subtitles from file %@", *subtitle);
     }
@@ -134,18 +138,10 @@ bool ConversionJob::checkInput() {
     return true;
 }
 
-std::optional<AudioMethod> ConversionJob::audioMethod(const ConversionSettings& settings) const {
-    if (fileInfo_.audioTrackInformation.empty()) return {};
-    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
-    return calculateConversionMethod(codecOf(entry), isSurround(entry), settings.audio);
-}
-
-bool ConversionJob::checkAudio(AudioMethod method) {
-    setSpeedInfoFromMethod(method);
-    if (isAudioMethod(method)) return true;
-    refuseStart(invalidAudioMethodText(
-        codecOf(fileInfo_.audioTrackInformation.at(audioTrackIndex_).text), method));
-    return false;
+bool ConversionJob::checkAudio(const AudioSettings& settings) {
+    const auto problem = audioMethodProblem(fileInfo_, audioTrackIndex_, settings);
+    if (!problem.empty()) refuseStart(problem);
+    return problem.empty();
 }
 
 bool ConversionJob::checkFreeSpace() {

@@ -93,9 +93,7 @@ private:
     // The steps of `start`. One that can end it answers false when it has told the user why.
     [[nodiscard]] bool checkInput();
     [[nodiscard]] bool makeFiles();
-    /// Absent for a movie without sound.
-    [[nodiscard]] std::optional<AudioMethod> audioMethod(const ConversionSettings& settings) const;
-    [[nodiscard]] bool checkAudio(AudioMethod method);
+    [[nodiscard]] bool checkAudio(const AudioSettings& settings);
     [[nodiscard]] bool checkFreeSpace();
     [[nodiscard]] bool needsFixup(std::optional<AudioMethod> method) const;
     void launch();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace reelvane {
 
@@ -11,6 +13,13 @@ enum AudioMethod : std::int32_t {
     AudioMethodAC3Surround = 2,
     AudioMethodCopy = 3
 };
+
+inline constexpr auto kAACBitrates =
+    std::to_array<std::string_view>({"96k", "128k", "160k", "192k"});
+inline constexpr auto kAC3StereoBitrates =
+    std::to_array<std::string_view>({"160k", "192k", "224k", "256k"});
+inline constexpr auto kAC3SurroundBitrates =
+    std::to_array<std::string_view>({"384k", "448k", "512k", "576k"});
 
 /// The preferences that choose the audio method. The handling values are kept as stored.
 struct AudioSettings {

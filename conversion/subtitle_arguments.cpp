@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "conversion/stream_plan.h"
 #include "support/make_string.h"
 #include "support/strings.h"
 
@@ -33,12 +34,10 @@ std::vector<std::string> subtitleInputArguments(const MKVFileInfo& file,
     return arguments;
 }
 
-std::vector<std::string> subtitleMapArguments(const MKVFileInfo& file,
-                                              const ConversionSettings& settings) {
+std::vector<std::string> subtitleMapArguments(const StreamPlan& plan) {
     std::vector<std::string> arguments;
-    if (file.subtitleFileURL) arguments = {"-map", "1:0"};
-    if (!mapsEmbeddedSubtitles(file, settings)) return arguments;
-    std::for_each(file.subtitleTrackIDs.rbegin(), file.subtitleTrackIDs.rend(), [&](int track) {
+    if (plan.externalSubtitle) arguments = {"-map", "1:0"};
+    std::for_each(plan.subtitles.rbegin(), plan.subtitles.rend(), [&](int track) {
         arguments.insert(arguments.end(), {"-map", makeString("0:%i", track)});
     });
     return arguments;

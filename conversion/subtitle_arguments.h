@@ -10,6 +10,8 @@
 
 namespace reelvane {
 
+struct StreamPlan;
+
 /// The encodings of external subtitle files, in the order of the preference's menu. The first lets
 /// the converter decide; the second is the menu's separator.
 inline constexpr auto kSubtitleEncodings =
@@ -40,8 +42,7 @@ static_assert(kSubtitleEncodings.size() == 39);
                                                               const ConversionSettings& settings);
 
 /// The maps of all text tracks: the external file's, then the embedded ones, last track first.
-[[nodiscard]] std::vector<std::string> subtitleMapArguments(const MKVFileInfo& file,
-                                                            const ConversionSettings& settings);
+[[nodiscard]] std::vector<std::string> subtitleMapArguments(const StreamPlan& plan);
 
 /// True when text tracks of the input itself go into the output.
 [[nodiscard]] bool mapsEmbeddedSubtitles(const MKVFileInfo& file,

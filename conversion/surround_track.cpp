@@ -11,20 +11,21 @@ namespace {
 
 constexpr std::string_view kSurroundMark = "[5.1]";
 
-const AudioEntry* surroundSource(std::span<const AudioEntry> entries, const AudioEntry& selected) {
-    const auto& text = selected.text;
+std::optional<std::size_t> surroundSource(std::span<const AudioEntry> entries,
+                                          std::size_t selected) {
+    const auto& text = entries[selected].text;
     if (Fennimar::contains(text, kSurroundMark) &&
         (Fennimar::contains(text, "(ac3)") || Fennimar::contains(text, "(dts)"))) {
-        return &selected;
+        return selected;
     }
     for (const std::string_view codec : {"ac3", "dts"}) {
         const auto found = std::ranges::find_if(entries, [&](const AudioEntry& entry) {
             return Fennimar::contains(entry.text, kSurroundMark) &&
                    languageOf(entry.text) == languageOf(text) && codecOf(entry.text) == codec;
         });
-        if (found != entries.end()) return &*found;
+        if (found != entries.end()) return static_cast<std::size_t>(found - entries.begin());
     }
-    return nullptr;
+    return {};
 }
 
 }  // namespace
@@ -33,12 +34,11 @@ std::optional<SurroundTrack> additionalSurroundTrack(std::span<const AudioEntry>
                                                      std::size_t selected,
                                                      const ConversionSettings& settings) {
     if (settings.audio.conversionPreset != 0 || !settings.includeSurroundTrack) return {};
-    const auto* source = surroundSource(entries, entries[selected]);
-    if (source == nullptr) return {};
-    const std::string codec(codecOf(source->text));
-    return SurroundTrack{.streamIndex = streamIndexOf(source->text),
-                         .codec = codec,
-                         .transcode = codec == "dts" && settings.includeSurroundTrackTranscoded};
+    const auto source = surroundSource(entries, selected);
+    if (!source) return {};
+    const bool isDTS = codecOf(entries[*source].text) == "dts";
+    return SurroundTrack{.entry = *source,
+                         .transcode = isDTS && settings.includeSurroundTrackTranscoded};
 }
 
 }  // namespace reelvane

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 
 #include "conversion/conversion_settings.h"
 #include "media/mkv_file_info.h"
@@ -12,8 +11,7 @@ namespace reelvane {
 
 /// A second audio track that keeps the surround sound beside the converted main track.
 struct SurroundTrack {
-    int streamIndex = 0;
-    std::string codec{};     ///< of the source: "ac3" or "dts"
+    std::size_t entry = 0;   ///< its source: index into the audio entries
     bool transcode = false;  ///< to six-channel AC-3; otherwise it is copied
 };
 

@@ -28,8 +28,16 @@ TEST(AudioMethodChoice, FollowsCodecSurroundAndPreset) {
         EXPECT_EQ(calculateConversionMethod(row.codec, false, row.settings), row.stereo);
         EXPECT_EQ(calculateConversionMethod(row.codec, true, row.settings), row.surround);
     }
-    EXPECT_TRUE(isAudioMethod(0) && isAudioMethod(3));
-    EXPECT_FALSE(isAudioMethod(-1) || isAudioMethod(4));
+}
+
+TEST(AudioMethodChoice, ANumberThatIsNoMethodIsAProblemOfItsTrackAlone) {
+    const MKVFileInfo movie{.audioTrackInformation = {{"#1: eng (aac)"}, {"#2: eng (ac3)"}}};
+    for (const int stored : {-1, 0, 3, 4}) {
+        const AudioSettings settings{.conversionPreset = 2, .customAC3Handling = stored};
+        EXPECT_EQ(audioMethodProblem(movie, 1, settings).empty(), stored == 0 || stored == 3);
+        EXPECT_EQ(audioMethodProblem(movie, 0, settings), "");
+        EXPECT_EQ(audioMethodProblem({}, 0, settings), "");
+    }
 }
 
 }  // namespace
