@@ -44,7 +44,7 @@ std::vector<std::string> sourceLanguages(const MKVFileInfo& record,
         auto& language = languages.emplace_back();
         if (!source.starts_with("0:")) continue;
         language = languageOfStream(record, Fennimar::leadingInteger(source.substr(2)));
-        if (language == "unk" || language == "und") language.clear();
+        if (namedLanguage(language).empty()) language.clear();
     }
     return languages;
 }

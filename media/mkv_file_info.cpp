@@ -42,6 +42,10 @@ std::string_view languageOf(std::string_view audioEntry) {
     return wordAt(audioEntry, 1);
 }
 
+std::string_view namedLanguage(std::string_view word) {
+    return word == "unk" || word == "und" ? std::string_view{} : word;
+}
+
 std::string_view codecOf(std::string_view audioEntry) {
     const auto inParentheses = wordAt(audioEntry, 2);
     if (inParentheses.size() < 2) return {};

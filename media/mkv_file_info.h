@@ -51,6 +51,8 @@ struct MKVFileInfo {
 /// The parts of an audio entry's text, split at single spaces.
 /// "eng" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
 [[nodiscard]] std::string_view languageOf(std::string_view audioEntry);
+/// The language that a report's word names; empty for "unk" and "und", which name none.
+[[nodiscard]] std::string_view namedLanguage(std::string_view word);
 /// "ac3" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
 [[nodiscard]] std::string_view codecOf(std::string_view audioEntry);
 /// 1 out of "#1: eng (ac3) [5.1]".

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "conversion/conversion_settings.h"
+#include "media/mkv_file_info.h"
+
+namespace reelvane {
+
+/// What becomes of one track, for a reader. Plain English: a window translates `outcome` as a whole
+/// ("copied", "copied as a second track", "copied as AC-3 5.1", "copied as DTS 5.1", "text track",
+/// "added as a text track", "left out", "left out, not text"; one that is Converted holds formats)
+/// and, in `track`, the words "video", "audio", "forced", "subtitle" and "subtitles".
+struct TrackOutcome {
+    enum class Kind { Video, Audio, Subtitle };
+    enum class Fate { Copied, Converted, Added, LeftOut };
+    Kind kind = Kind::Video;
+    Fate fate = Fate::Copied;
+    bool again = false;     ///< a second output track from the stream that comes just before
+    std::string track{};    ///< "#1 eng dts 5.1", as far as it is known; or an external file's name
+    std::string outcome{};  ///< "AAC stereo 128k"
+};
+
+/// What a conversion makes of each track that the record knows: the video, the audio tracks in
+/// report order but with the second output track just after the main one, the text tracks, the
+/// other subtitles in one line, the external file. Pure; says what buildArguments makes of the same
+/// inputs, with the same condition.
+[[nodiscard]] std::vector<TrackOutcome> trackPlan(const MKVFileInfo& file,
+                                                  std::size_t audioTrackIndex,
+                                                  const ConversionSettings& settings);
+
+/// "#0 h264 1920x1080: copied", "#1 eng dts 5.1 → AAC stereo 128k", "#1 again, copied as DTS 5.1".
+[[nodiscard]] std::string trackLine(const TrackOutcome& outcome);
+
+}  // namespace reelvane
