@@ -8,6 +8,10 @@ QString toQString(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
+QString toControlText(std::string_view utf8) {
+    return toQString(utf8).replace('&', "&&");
+}
+
 QString displayPath(const std::filesystem::path& path) {
     return toQString(path.native());
 }

@@ -11,6 +11,8 @@ namespace reelvane {
 
 /// Text of the core, which is UTF-8, for a widget. Bytes that are none show as a replacement sign.
 [[nodiscard]] QString toQString(std::string_view utf8);
+/// The same for a button, a menu entry or the like, where an "&" would mark a shortcut.
+[[nodiscard]] QString toControlText(std::string_view utf8);
 
 /// A path for the eye only: its bytes may be lost, so it is never turned back into a path.
 [[nodiscard]] QString displayPath(const std::filesystem::path& path);
