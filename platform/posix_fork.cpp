@@ -5,8 +5,11 @@
 #include <csignal>
 #include <fcntl.h>
 #include <linux/close_range.h>
+#include <linux/ioprio.h>
 #include <string>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 #include <vector>
 
@@ -15,6 +18,9 @@ namespace reelvane {
 namespace {
 
 constexpr int kFirstFree = 3;  // after the standard descriptors
+
+constexpr int kLowestPriority = 19;
+constexpr auto kIdleDisk = IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0);
 
 struct Pipe {
     FileDescriptor readEnd{};
@@ -42,6 +48,7 @@ struct Plan {
     const char* executable = nullptr;
     char* const* arguments = nullptr;
     pid_t parent = 0;
+    bool background = false;
     int standardInput = -1;
     int output = -1;
     int failure = -1;  ///< takes the errno of a failed step; closed by a successful exec
@@ -63,6 +70,12 @@ void resetSignals() {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+// Neither can fail for want of a right, and a child that cannot yield is still of use.
+void giveWay() {
+    ::setpriority(PRIO_PROCESS, 0, kLowestPriority);
+    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, kIdleDisk);
+}
+
 bool setUp(const Plan& plan) {
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -74,6 +87,7 @@ bool setUp(const Plan& plan) {
     // What a library or our own parent left open without the flag. Older kernels lack the call.
     ::close_range(kFirstFree, ~0U, CLOSE_RANGE_CLOEXEC);
     resetSignals();
+    if (plan.background) giveWay();
     return true;
 }
 
@@ -135,6 +149,7 @@ ForkResult forkAndExecute(const ProcessRequest& request) {
     const Plan plan{.executable = request.executable.c_str(),
                     .arguments = arguments.data(),
                     .parent = ::getpid(),
+                    .background = request.background,
                     .standardInput = input.get(),
                     .output = output.writeEnd.get(),
                     .failure = failure.writeEnd.get()};

@@ -4,11 +4,14 @@
 #include <csignal>
 #include <memory>
 #include <poll.h>
+#include <stop_token>
 #include <string>
+#include <sys/eventfd.h>
 #include <utility>
 
 #include "platform/glib_source.h"
 #include "platform/posix_child.h"
+#include "support/file_descriptor.h"
 
 namespace reelvane {
 
@@ -67,6 +70,25 @@ private:
     GlibSource endSource_;
 };
 
+/// A request to stop, as a descriptor that becomes readable and stays so.
+class StopEvent {
+public:
+    explicit StopEvent(const std::stop_token& stop)
+        : event_(stop.stop_possible() ? ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK) : -1),
+          callback_(stop, Signal{event_.get()}) {}
+
+    [[nodiscard]] int descriptor() const { return event_.get(); }
+
+private:
+    struct Signal {
+        int event;
+        void operator()() const { ::eventfd_write(event, 1); }
+    };
+
+    FileDescriptor event_;
+    std::stop_callback<Signal> callback_;
+};
+
 /// The status of a run that was cancelled: as if SIGTERM had ended the child.
 constexpr int kCancelledStatus = SIGTERM;
 
@@ -76,19 +98,23 @@ bool isReadable(int descriptor) {
 }
 
 /// Reads until the child has ended, which the end of its output alone does not say: it may close
-/// its output and go on, and others may hold it open. False when the run was cancelled before.
-bool readUntilEnd(const PosixChild& child, int cancelDescriptor, std::string& output) {
-    std::array<pollfd, 3> waited = {
+/// its output and go on, and others may hold it open. False when the run was cancelled before,
+/// which either of the two further descriptors says.
+bool readUntilEnd(const PosixChild& child, int cancelDescriptor, int stopDescriptor,
+                  std::string& output) {
+    std::array<pollfd, 4> waited = {
         pollfd{.fd = child.endDescriptor(), .events = POLLIN, .revents = 0},
         pollfd{.fd = child.output(), .events = POLLIN, .revents = 0},
-        pollfd{.fd = cancelDescriptor, .events = POLLIN, .revents = 0}};
+        pollfd{.fd = cancelDescriptor, .events = POLLIN, .revents = 0},
+        pollfd{.fd = stopDescriptor, .events = POLLIN, .revents = 0}};
     while (waited[0].revents == 0) {
         if (::poll(waited.data(), waited.size(), -1) < 0) {
             waited[0].revents = 0;
             continue;
         }
         if (waited[1].revents != 0 && !readAvailable(child.output(), output)) waited[1].fd = -1;
-        if (waited[0].revents == 0 && waited[2].revents != 0) return false;
+        const bool cancelled = waited[2].revents != 0 || waited[3].revents != 0;
+        if (waited[0].revents == 0 && cancelled) return false;
     }
     return true;
 }
@@ -104,11 +130,14 @@ LaunchResult PosixProcessLauncher::launch(const ProcessRequest& request,
 
 RunResult PosixProcessLauncher::run(const ProcessRequest& request) {
     FinishedProcess finished{.exitStatus = kCancelledStatus};
-    if (isReadable(cancelDescriptor_)) return {.finished = std::move(finished)};
+    const StopEvent stop(request.stop);
+    if (isReadable(cancelDescriptor_) || isReadable(stop.descriptor())) {
+        return {.finished = std::move(finished)};
+    }
     auto started = PosixChild::start(request);
     if (!started.child) return {.error = started.error};
     const auto& child = *started.child;
-    if (readUntilEnd(child, cancelDescriptor_, finished.output)) {
+    if (readUntilEnd(child, cancelDescriptor_, stop.descriptor(), finished.output)) {
         finished.exitStatus = child.reap();
     } else {
         child.terminate();

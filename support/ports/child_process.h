@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,8 @@ namespace reelvane {
 struct ProcessRequest {
     std::filesystem::path executable{};
     std::vector<std::string> arguments{};
+    bool background = false;  ///< gives way to all else: lowest processor and disk priority
+    std::stop_token stop{};   ///< for `run` alone: a request ends the child
 };
 
 /// Told about one running child, on the main thread; never after its ChildProcess is destroyed.
@@ -75,6 +78,7 @@ public:
                                               ProcessListener& listener) = 0;
 
     /// Runs to completion and blocks the calling thread, which may be any. No output is too large.
+    /// A stopped child finishes too, with what it printed and a status that is not 0.
     [[nodiscard]] virtual RunResult run(const ProcessRequest& request) = 0;
 };
 

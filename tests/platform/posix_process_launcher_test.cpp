@@ -8,9 +8,11 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <poll.h>
+#include <stop_token>
 #include <string>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -116,6 +118,32 @@ TEST(PosixProcessLauncher, TerminateEndsASuspendedChildAndWhatItStarted) {
     pollfd end{.fd = static_cast<int>(grandchild), .events = POLLIN, .revents = 0};
     EXPECT_EQ(::poll(&end, 1, 30'000), 1);
     ::close(end.fd);
+}
+
+TEST(PosixProcessLauncher, ABackgroundChildGivesWayAndOthersDoNot) {
+    auto request = shell("nice; ionice");
+    const auto ordinary = finishedRun(request).output;
+    request.background = true;
+    EXPECT_EQ(finishedRun(request).output, "19\nidle\n");
+    EXPECT_EQ(ordinary, finishedRun(shell("nice; ionice -p " + std::to_string(::getpid()))).output);
+}
+
+TEST(PosixProcessLauncher, AStoppedRunEndsItsChildAndOneThatBeginsLaterDoesSoAtOnce) {
+    const TemporaryFolder folder;
+    const auto started = folder.path() / "started";
+    std::stop_source stop;
+    auto request = shell("echo $$; : > " + started.native() + "; exec sleep 60");
+    request.stop = stop.get_token();
+    const std::jthread stopper([&](const std::stop_token& testEnds) {
+        while (!std::filesystem::exists(started) && !testEnds.stop_requested()) {
+            std::this_thread::yield();
+        }
+        stop.request_stop();
+    });
+    const auto finished = finishedRun(request);
+    EXPECT_NE(finished.exitStatus, 0);
+    EXPECT_TRUE(isGone(std::stoi(finished.output)));
+    EXPECT_EQ(finishedRun(request).output, "");
 }
 
 TEST(PosixProcessLauncher, AListenerMayDestroyTheChildWhenToldOfOutput) {
