@@ -32,6 +32,8 @@ public:
     /// Told which job has come into the list or left it.
     [[nodiscard]] Subscription observeMembership(
         std::function<void(ConversionJob&, Membership)> changed);
+    /// Told after the state of a job in the list has changed, and with it the counts.
+    [[nodiscard]] Subscription observeStates(std::function<void()> changed);
 
 private:
     /// Keeps the counts in step with one job's state.
@@ -47,6 +49,7 @@ private:
     std::unordered_map<const ConversionJob*, Watch> watches_;
     std::array<int, kConversionJobStateWords.size()> counts_{};
     Observers<ConversionJob&, Membership> membership_;
+    Observers<> states_;
 };
 
 }  // namespace reelvane

@@ -1,6 +1,9 @@
 #include "app/queue_control.h"
 
+#include <cstdint>
+
 #include "app/window_title.h"
+#include "conversion/value_transformers.h"
 #include "support/ports/translations.h"
 #include "support/vantor.h"
 
@@ -30,8 +33,15 @@ void QueueControl::start(ConversionJob& job) {
     job.start();
 }
 
+bool QueueControl::canContinue(const ConversionJob& job) const {
+    const auto state = static_cast<std::int32_t>(job.state());
+    return StatusNotRunningValueTransformer::transformedValue(state) != 0 &&
+           StatusNotFinishedValueTransformer::transformedValue(state) != 0 &&
+           queue_.jobCountWithState(ConversionJobState::Converting) == 0;
+}
+
 void QueueControl::continueJob(ConversionJob& job) {
-    if (queue_.jobCountWithState(ConversionJobState::Converting) != 0) return;
+    if (!canContinue(job)) return;
     if (job.state() == ConversionJobState::Queued) names_.claim(job.fileInfo());
     job.continueJob();
 }

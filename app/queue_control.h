@@ -26,8 +26,9 @@ public:
     void startNextJobInQueue();
     /// Starts a queued job, its output path checked once more.
     void start(ConversionJob& job);
-    /// Starts or continues one job on the user's word, whatever stands before it; not while another
-    /// one converts.
+    /// True for a queued or paused job while no other one converts.
+    [[nodiscard]] bool canContinue(const ConversionJob& job) const;
+    /// Starts or continues such a job on the user's word, whatever stands before it.
     void continueJob(ConversionJob& job);
 
     /// The user pauses or resumes the queue.
