@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "conversion/media_ranges.h"
 #include "conversion/mp4_box.h"
 #include "conversion/mp4_fragments.h"
 #include "conversion/mp4_track_reader.h"
@@ -9,28 +10,16 @@
 namespace reelvane {
 namespace {
 
-// No real file comes near either of them.
-constexpr std::size_t kMostRanges = 4096;
+// No real file comes near it.
 constexpr std::size_t kMostTracks = 256;
 
 /// What stands at the top level of a file.
 struct TopLevel {
     std::optional<Mp4Box> moov{};
-    std::vector<MediaRange> media{};
-    std::uint64_t mediaBytes = 0;
+    MediaRanges media{};
     bool isMp4 = false;
     std::string cutBox{};  ///< the type of a box that reaches beyond the end of the file
     bool whole = true;
-
-    /// Beyond the most ranges the last one grows, which leaves out a check and finds no fault.
-    void addMedia(const MediaRange& range) {
-        mediaBytes += range.end - range.begin;
-        if (media.size() < kMostRanges) {
-            media.push_back(range);
-        } else {
-            media.back().end = range.end;
-        }
-    }
 };
 
 TopLevel readTopLevel(const ByteSource& file) {
@@ -45,9 +34,7 @@ TopLevel readTopLevel(const ByteSource& file) {
         }
         if (box->type == "ftyp") top.isMp4 = true;
         if (box->type == "moov" && !top.moov) top.moov = box;
-        if (box->type == "mdat") {
-            top.addMedia({.begin = box->contentBegin, .end = box->end});
-        }
+        if (box->type == "mdat") top.media.add(box->contentBegin, box->end);
         offset = box->end;
     }
     return top;
@@ -62,7 +49,7 @@ std::optional<std::string> problemOf(const TopLevel& top) {
     }
     if (!top.whole) return "ends with bytes that are no box";
     if (!top.moov) return "has no index (moov)";
-    if (top.mediaBytes == 0) return "has no media data (mdat)";
+    if (top.media.bytes() == 0) return "has no media data (mdat)";
     return std::nullopt;
 }
 
@@ -120,7 +107,7 @@ Mp4Reading readOpened(const ByteSource& file) {
         return {.problem = packed ? "has a compressed index, which cannot be checked"
                                   : "has a damaged movie header (mvhd)"};
     }
-    Mp4Movie movie{.seconds = header->seconds, .mediaBytes = top.mediaBytes};
+    Mp4Movie movie{.seconds = header->seconds, .mediaBytes = top.media.bytes()};
     const TrackContext context{.timeScale = header->timeScale, .media = top.media};
     auto problem = readTracks(file, *top.moov, context, movie);
     if (!problem.empty()) return {.problem = std::move(problem)};
@@ -129,7 +116,8 @@ Mp4Reading readOpened(const ByteSource& file) {
     }
     if (const auto mvex = childBox(file, *top.moov, "mvex")) {
         movie.fragmented = true;
-        if (!readFragments(file, *mvex, movie)) return {.problem = "has a damaged fragment (moof)"};
+        problem = readFragments(file, *mvex, top.media, movie);
+        if (!problem.empty()) return {.problem = std::move(problem)};
     }
     return {.movie = std::move(movie)};
 }

@@ -1,7 +1,7 @@
 #include "conversion/mp4_track_reader.h"
 
 #include <algorithm>
-#include <iterator>
+#include <span>
 #include <vector>
 
 namespace reelvane {
@@ -28,11 +28,6 @@ bool forEachEntry(const ByteSource& file, const Mp4Box& table, std::uint64_t beg
         left -= part.size();
     }
     return true;
-}
-
-bool isInMedia(std::uint64_t offset, std::span<const MediaRange> media) {
-    const auto next = std::ranges::upper_bound(media, offset, {}, &MediaRange::begin);
-    return next != media.begin() && offset < std::prev(next)->end;
 }
 
 bool readTrackHeader(const ByteSource& file, const Mp4Box& trak, const TrackContext& context,
@@ -148,7 +143,7 @@ std::optional<std::string> chunkProblem(const ByteSource& file, const Mp4Box& st
     if (!count) return "has a damaged chunk table";
     bool inside = true;
     const bool whole = forEachEntry(file, *table, 8, *count, width, [&](std::uint64_t offset) {
-        inside = isInMedia(offset, context.media);
+        inside = context.media.holds(offset, 1);
         return inside;
     });
     if (!whole) return "has a damaged chunk table";

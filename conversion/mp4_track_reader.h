@@ -2,24 +2,18 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 
+#include "conversion/media_ranges.h"
 #include "conversion/mp4_box.h"
 #include "conversion/mp4_movie.h"
 
 namespace reelvane {
 
-/// The content of one media data box, from the start of the file.
-struct MediaRange {
-    std::uint64_t begin = 0;
-    std::uint64_t end = 0;
-};
-
 /// What a track is read against.
 struct TrackContext {
-    std::uint64_t timeScale = 1;          ///< of the movie header, never 0
-    std::span<const MediaRange> media{};  ///< in file order
+    std::uint64_t timeScale = 1;  ///< of the movie header, never 0
+    const MediaRanges& media;
 };
 
 struct TrackReading {
