@@ -73,12 +73,14 @@ void Lifecycle::bundleMoved(const std::function<void()>& terminate) {
 void Lifecycle::showSpeedHintIfDue() {
     auto& preferences = vantor_.preferences();
     if (!speedHintIsDue(preferences, vantor_.appVersionString())) return;
-    alert(
-        vantor_, "Picking up Speed!",
-        "Note that conversion will be much faster, more reliable and higher quality if you select "
-        "'High Speed & Quality' in the 'Audio Conversion Settings' in the Preferences, though the "
-        "resulting files may not play with sound on some devices (e.g. iOS). Just try it out!",
-        "OK");
+    static_cast<void>(vantor_.ports().alerts.runModal(
+        {.title = "Picking up Speed!",
+         .message = "Note that conversion will be much faster, more reliable and higher quality if "
+                    "you select 'High Speed & Quality' in the 'Audio Conversion Settings' in the "
+                    "Preferences, though the resulting files may not play with sound on some "
+                    "devices (e.g. iOS). Just try it out!",
+         .buttons = {"OK"},
+         .image = "ok.png"}));
     preferences.setDefaultInt(kWelcomeShownKey, 1);
     preferences.synchronize();
 }

@@ -1,10 +1,9 @@
 #include "cli/stderr_alerts.h"
 
-#include <algorithm>
-
 #include "cli/console.h"
 #include "cli/text_lines.h"
 #include "cli/text_width.h"
+#include "support/alerts.h"
 
 namespace reelvane {
 
@@ -14,8 +13,7 @@ AlertAnswer StderrAlerts::runModal(const AlertContent& content) {
     } else {
         console_.error(errorText(printable(content.title), {}, content.message));
     }
-    const auto buttons = std::max<std::size_t>(content.buttons.size(), 1);
-    return {.button = kFirstButton + static_cast<ButtonResult>(buttons - 1)};
+    return {.button = cautiousButton(content)};
 }
 
 }  // namespace reelvane

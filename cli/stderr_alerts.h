@@ -9,7 +9,7 @@ namespace reelvane {
 class Console;
 
 /// Alerts where nobody watches: each is printed on standard error, or handed to the report of a
-/// conversion, and answered at once with the last button, which is the most cautious one.
+/// conversion, and answered at once with the most cautious button.
 class StderrAlerts final : public Alerts {
 public:
     using Told = std::function<void(const AlertContent&)>;

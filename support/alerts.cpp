@@ -1,5 +1,7 @@
 #include "support/alerts.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "support/make_string.h"
@@ -47,6 +49,14 @@ ButtonResult alert_apptitled(Vantor& vantor, std::string_view message, std::stri
     return alert(vantor, vantor.appName(), message, firstButton, secondButton, thirdButton);
 }
 
+ButtonResult cautiousButton(const AlertContent& content) {
+    const auto& buttons = content.buttons;
+    const auto cancel = std::find(buttons.begin(), buttons.end(), "Cancel");
+    const auto count = std::max<std::ptrdiff_t>(std::ssize(buttons), 1);
+    return kFirstButton + static_cast<ButtonResult>(
+                              cancel != buttons.end() ? cancel - buttons.begin() : count - 1);
+}
+
 void alert_dontwarnagain_version(Vantor& vantor, const SuppressibleWarning& warning) {
     warnOnMainThread(vantor, warning,
                      makeString("_%@_%@_asked", warning.identifier, vantor.appVersionString()));
@@ -54,6 +64,14 @@ void alert_dontwarnagain_version(Vantor& vantor, const SuppressibleWarning& warn
 
 void alert_dontwarnagain_ever(Vantor& vantor, const SuppressibleWarning& warning) {
     warnOnMainThread(vantor, warning, makeString("_%@_asked", warning.identifier));
+}
+
+void alert_warnagain(Vantor& vantor) {
+    vantor.preferences().edit([](PreferenceValues& values) {
+        std::erase_if(values, [](const auto& stored) {
+            return stored.first.starts_with('_') && stored.first.ends_with("_asked");
+        });
+    });
 }
 
 }  // namespace reelvane

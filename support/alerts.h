@@ -19,6 +19,9 @@ ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view mess
 ButtonResult alert_apptitled(Vantor& vantor, std::string_view message, std::string_view firstButton,
                              std::string_view secondButton = {}, std::string_view thirdButton = {});
 
+/// The button that changes least, which answers where nobody chooses one: "Cancel", else the last.
+[[nodiscard]] ButtonResult cautiousButton(const AlertContent& content);
+
 /// A warning that the user can silence.
 struct SuppressibleWarning {
     std::string identifier{};
@@ -33,5 +36,7 @@ struct SuppressibleWarning {
 void alert_dontwarnagain_version(Vantor& vantor, const SuppressibleWarning& warning);
 /// The same, silenced once and for all.
 void alert_dontwarnagain_ever(Vantor& vantor, const SuppressibleWarning& warning);
+/// Every silenced warning is shown again from now on.
+void alert_warnagain(Vantor& vantor);
 
 }  // namespace reelvane

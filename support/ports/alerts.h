@@ -30,6 +30,7 @@ struct AlertContent {
     std::vector<std::string> buttons{};             ///< in order; at least one
     std::optional<std::string> suppressionTitle{};  ///< the title of the "don't warn again" box
     AlertAccessory accessory{};
+    std::string image{};  ///< the resource shown beside the text, as "ok.png"; empty: the program's
 };
 
 struct AlertAnswer {
