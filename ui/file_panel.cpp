@@ -1,0 +1,141 @@
+#include "ui/file_panel.h"
+
+#include <system_error>
+#include <utility>
+
+#include <QEvent>
+#include <QStandardPaths>
+
+#include "support/strings.h"
+#include "ui/alert_box.h"
+#include "ui/qt_text.h"
+
+namespace reelvane {
+namespace {
+
+/// Qt's own dialog knows no names that are not UTF-8: it starts in the nearest folder that is.
+std::filesystem::path shownFolder(std::filesystem::path folder) {
+    while (toQString(folder.native()).toStdString() != folder.native()) {
+        folder = folder.parent_path();
+    }
+    return folder;
+}
+
+QList<QUrl> usualFolders() {
+    QList<QUrl> folders;
+    for (const auto place : {QStandardPaths::HomeLocation, QStandardPaths::MoviesLocation,
+                             QStandardPaths::DownloadLocation, QStandardPaths::DesktopLocation}) {
+        const auto url = QUrl::fromLocalFile(QStandardPaths::writableLocation(place));
+        if (!folders.contains(url)) folders.append(url);
+    }
+    return folders;
+}
+
+}  // namespace
+
+std::filesystem::path withExtension(const std::filesystem::path& path,
+                                    const std::string& extension) {
+    if (Fennimar::lowercased(path.extension().native()) == "." + Fennimar::lowercased(extension)) {
+        return path;
+    }
+    return path.native() + (path.native().ends_with('.') ? "" : ".") + extension;
+}
+
+QString nameFilter(const QString& title, const std::vector<std::string>& extensions) {
+    QStringList patterns;
+    for (const auto& extension : extensions) {
+        const auto pattern = "*." + toQString(extension);
+        patterns << pattern.toLower() << pattern.toUpper();
+    }
+    patterns.removeDuplicates();
+    return QStringLiteral("%1 (%2)").arg(title, patterns.join(' '));
+}
+
+FilePanel::FilePanel(QWidget* window) : QFileDialog(window) {
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setOption(HideNameFilterDetails);
+    setSidebarUrls(usualFolders());
+    connect(this, &QDialog::finished, this, &FilePanel::answer);
+    if (window != nullptr) window->installEventFilter(this);
+}
+
+FilePanel::~FilePanel() {
+    if (answer_) std::exchange(answer_, {})({});
+}
+
+void FilePanel::chooseFolder() {
+    setWindowTitle(tr("Choose a Folder"));
+    setFileMode(Directory);
+    setOption(ShowDirsOnly);
+    setLabelText(Accept, tr("Choose"));
+}
+
+void FilePanel::chooseFiles(const std::vector<std::string>& extensions) {
+    setWindowTitle(tr("Choose Files"));
+    setFileMode(ExistingFiles);
+    setLabelText(Accept, tr("Choose"));
+    if (!extensions.empty()) setNameFilter(nameFilter(tr("All supported files"), extensions));
+}
+
+void FilePanel::chooseTarget(const std::string& fileName, const std::string& extension) {
+    setWindowTitle(tr("Save As"));
+    setAcceptMode(AcceptSave);
+    setFileMode(AnyFile);
+    extension_ = extension;
+    setNameFilter(nameFilter(toQString(extension).toUpper(), {extension}));
+    selectFile(toQString(fileName));
+}
+
+void FilePanel::startIn(const std::filesystem::path& folder) {
+    setDirectoryUrl(toUrl(shownFolder(folder)));
+}
+
+void FilePanel::accept() {
+    const auto urls = selectedUrls();
+    const auto chosen = urls.size() == 1 ? toPath(urls.front()) : std::nullopt;
+    std::error_code error;
+    if (!extension_.empty() && chosen && !std::filesystem::is_directory(*chosen, error)) {
+        // Before the dialog asks whether to replace what is there.
+        const auto completed = withExtension(*chosen, extension_);
+        if (completed != *chosen) selectFile(displayPath(completed));
+    }
+    QFileDialog::accept();
+}
+
+bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
+    // The system hides a minimised window by itself.
+    if (event->type() == QEvent::Hide && !event->spontaneous() && watched == parent()) reject();
+    return QFileDialog::eventFilter(watched, event);
+}
+
+void FilePanel::answer(int result) {
+    auto paths = result == Accepted ? chosenPaths() : std::vector<std::filesystem::path>();
+    if (answer_) std::exchange(answer_, {})(std::move(paths));
+}
+
+std::vector<std::filesystem::path> FilePanel::chosenPaths() {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& url : selectedUrls()) {
+        if (auto path = toPath(url)) paths.push_back(*std::move(path));
+    }
+    if (extension_.empty() || paths.empty()) return paths;
+    // A desktop's own dialog may have let a name without its extension pass.
+    auto completed = withExtension(paths.front(), extension_);
+    if (completed != paths.front() && !mayReplace(completed)) return {};
+    return {std::move(completed)};
+}
+
+bool FilePanel::mayReplace(const std::filesystem::path& path) {
+    std::error_code error;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(path, error))) return true;
+    const auto title = tr("“%1” is already there. Replace it?").arg(displayName(path));
+    AlertBox box({.title = title.toStdString(),
+                  .buttons = {tr("Replace").toStdString(), tr("Cancel").toStdString()}},
+                 {}, parentWidget());
+    box.ask();
+    return box.answer().button == kFirstButton;
+}
+
+}  // namespace reelvane

@@ -1,0 +1,52 @@
+#include "ui/plain_text_view.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QStyle>
+#include <QTextBlock>
+
+namespace reelvane {
+
+PlainTextView::PlainTextView(const QString& text, const QFont& font, QWidget* parent)
+    : QTextEdit(parent) {
+    setAcceptRichText(false);
+    setReadOnly(true);
+    setFont(font);
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setAutoFillBackground(false);
+    document()->setDocumentMargin(0);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::ClickFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto option = document()->defaultTextOption();
+    option.setTextDirection(layoutDirection());
+    document()->setDefaultTextOption(option);
+    auto colours = palette();
+    colours.setColor(QPalette::Text, colours.color(QPalette::WindowText));
+    setPalette(colours);
+    setPlainText(text);
+}
+
+int PlainTextView::naturalWidth() const {
+    const QFontMetrics metrics(font());
+    int widest = 0;
+    for (auto block = document()->begin(); block.isValid(); block = block.next()) {
+        widest = std::max(widest, metrics.horizontalAdvance(block.text()));
+    }
+    return widest + metrics.averageCharWidth();
+}
+
+void PlainTextView::fit(int width, int tallest) {
+    document()->setTextWidth(width);
+    const int needed = static_cast<int>(std::ceil(document()->size().height()));
+    if (needed > tallest) {
+        setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+        setFocusPolicy(Qt::StrongFocus);  // the keyboard scrolls it
+    }
+    setFixedSize(width, std::min(needed, tallest));
+}
+
+}  // namespace reelvane

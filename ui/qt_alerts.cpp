@@ -1,0 +1,56 @@
+#include "ui/qt_alerts.h"
+
+#include <filesystem>
+
+#include <QApplication>
+
+#include "support/alerts.h"
+#include "ui/alert_box.h"
+#include "ui/icons.h"
+
+namespace reelvane {
+namespace {
+
+/// A box in front of a minimised window would be as hidden as the window.
+void bringToFront(QWidget& window) {
+    if (window.isMinimized()) window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    window.activateWindow();
+}
+
+}  // namespace
+
+AlertAnswer QtAlerts::runModal(const AlertContent& content) {
+    if (ended_) return {.button = cautiousButton(content)};
+    auto* const behind = windowInFront();
+    if (behind != nullptr) bringToFront(*behind);
+    QIcon picture = QApplication::windowIcon();
+    if (icons_ != nullptr && !content.image.empty()) {
+        picture = icons_->coloured(std::filesystem::path(content.image).stem().native());
+    }
+    // Its parent may take it along while it is open.
+    const QPointer box = new AlertBox(content, picture, behind);
+    open_.push_back(box);
+    box->ask();
+    open_.pop_back();
+    if (!box) return {.button = cautiousButton(content)};
+    auto answer = box->answer();
+    delete box;
+    return answer;
+}
+
+void QtAlerts::endAll() {
+    ended_ = true;
+    for (auto box = open_.rbegin(); box != open_.rend(); ++box) {
+        if (*box) (*box)->reject();
+    }
+}
+
+QWidget* QtAlerts::windowInFront() const {
+    if (auto* const modal = QApplication::activeModalWidget(); modal != nullptr) return modal;
+    auto* const active = QApplication::activeWindow();
+    if (active != nullptr && active->windowType() != Qt::Popup) return active;
+    return mainWindow_ != nullptr && mainWindow_->isVisible() ? mainWindow_.data() : nullptr;
+}
+
+}  // namespace reelvane

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <deque>
+#include <map>
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include "support/ports/panels.h"
+
+namespace reelvane {
+
+class FilePanel;
+
+/// Panels as the desktop's file dialogs, which hang on their window and leave the other windows
+/// alone. A window has one at a time: a second request waits for the first one's answer. A window
+/// that closes cancels its panel.
+///
+/// Qt's own dialog, where the desktop brings none, neither lists nor takes names that are not
+/// UTF-8; such files come in by drag and drop.
+class QtPanels final : public Panels {
+public:
+    QtPanels() = default;
+    ~QtPanels() override;
+    QtPanels(const QtPanels&) = delete;
+    QtPanels& operator=(const QtPanels&) = delete;
+    QtPanels(QtPanels&&) = delete;
+    QtPanels& operator=(QtPanels&&) = delete;
+
+    /// The window may go before this object does.
+    void setParent(PanelParent parent, QWidget* window) { windows_[parent].window = window; }
+    void open(const OpenPanelRequest& request,
+              std::function<void(std::vector<std::filesystem::path>)> answer) override;
+    void save(const SavePanelRequest& request,
+              std::function<void(std::optional<std::filesystem::path>)> answer) override;
+
+private:
+    using Paths = std::vector<std::filesystem::path>;
+    using MakePanel = std::function<FilePanel*(QWidget* window)>;
+    /// Takes the chosen paths; none: cancelled.
+    using Answer = std::function<void(const Paths&)>;
+    struct Request {
+        MakePanel make{};
+        std::filesystem::path folder{};  ///< empty: where the user was last
+        Answer answer{};
+    };
+    struct Window {
+        QPointer<QWidget> window{};
+        QPointer<FilePanel> panel{};    ///< shows the first request
+        std::deque<Request> waiting{};  ///< in order
+    };
+
+    void submit(PanelParent parent, Request request);
+    void showFirst(Window& window);
+    void answerFirst(Window& window, const Paths& paths);
+
+    std::map<PanelParent, Window> windows_;
+    std::filesystem::path lastFolder_;  ///< where the user last chose something
+    QObject context_;                   ///< while it is there, answers are given
+};
+
+}  // namespace reelvane
