@@ -45,6 +45,7 @@ UserFolders xdgUserFolders() {
             .desktop = userFolder(entries, "XDG_DESKTOP_DIR", home, home / "Desktop"),
             .applicationData = folderFrom("XDG_DATA_HOME", home / ".local/share"),
             .configuration = configuration,
+            .cache = folderFrom("XDG_CACHE_HOME", home / ".cache"),
             .home = home,
             .accountHome = accountHome};
 }

@@ -13,6 +13,7 @@ struct UserFolders {
     std::filesystem::path desktop{};
     std::filesystem::path applicationData{};  ///< holds one folder per program
     std::filesystem::path configuration{};    ///< holds one folder per program
+    std::filesystem::path cache{};            ///< what can be made again; shared by the programs
     std::filesystem::path home{};             ///< as the environment says
     std::filesystem::path accountHome{};      ///< as the password database says
 };

@@ -118,6 +118,7 @@ public:
                       .desktop = root / "Desktop",
                       .applicationData = root / "data",
                       .configuration = root / "config",
+                      .cache = root / "cache",
                       .home = root,
                       .accountHome = root} {}
     [[nodiscard]] std::string machineModel() const override { return "Model 1"; }

@@ -23,16 +23,17 @@ TEST(LinuxHost, UserFoldersFollowTheConventions) {
                "XDG_DESKTOP_DIR=\"/srv/desk\"\n");
     ::setenv("HOME", root.c_str(), 1);
     const std::vector<std::tuple<std::string, std::string, std::vector<path>>> rows = {
-        {"", "relative", {"Documents", "Desktop", ".local/share", ".config"}},
-        {root / "conf", "/data", {"Meine \"Doks\"", "/srv/desk", "/data", "conf"}}};
+        {"", "relative", {"Documents", "Desktop", ".local/share", ".config", ".cache"}},
+        {root / "conf", "/data", {"Meine \"Doks\"", "/srv/desk", "/data", "conf", "/data"}}};
     for (const auto& [configuration, data, expected] : rows) {
         ::setenv("XDG_CONFIG_HOME", configuration.c_str(), 1);
         ::setenv("XDG_DATA_HOME", data.c_str(), 1);
+        ::setenv("XDG_CACHE_HOME", data.c_str(), 1);
         const auto all = LinuxHost().folders();
-        EXPECT_THAT(
-            (std::vector{all.documents, all.desktop, all.applicationData, all.configuration}),
-            ElementsAre(root / expected[0], root / expected[1], root / expected[2],
-                        root / expected[3]));
+        EXPECT_THAT((std::vector{all.documents, all.desktop, all.applicationData, all.configuration,
+                                 all.cache}),
+                    ElementsAre(root / expected[0], root / expected[1], root / expected[2],
+                                root / expected[3], root / expected[4]));
     }
 }
 
