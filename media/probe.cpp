@@ -41,11 +41,6 @@ ProbeToolProblem toolProblemOf(const RunResult& result) {
     return ProbeToolProblem::None;
 }
 
-/// Whether the output is one that only ffmpeg prints.
-bool isFromFfmpeg(std::string_view output) {
-    return Fennimar::contains(output, "ffmpeg version") || Fennimar::contains(output, "Input #0");
-}
-
 RunResult runProbe(const std::filesystem::path& path, const ProbeTools& tools) {
     return tools.launcher->run({.executable = tools.ffmpeg, .arguments = {"-i", path.native()}});
 }

@@ -78,6 +78,10 @@ ReportOutline outlineOf(std::string_view text) {
     return outline;
 }
 
+bool isFromFfmpeg(std::string_view text) {
+    return Fennimar::contains(text, "ffmpeg version") || Fennimar::contains(text, "Input #0");
+}
+
 int durationInReport(std::string_view text) {
     if (!Fennimar::isValidUtf8(text)) return -1;
     auto lines = Fennimar::lines(text);

@@ -30,6 +30,9 @@ struct ReportOutline {
 /// short.
 [[nodiscard]] ReportOutline outlineOf(std::string_view text);
 
+/// Whether the text is one that only ffmpeg prints.
+[[nodiscard]] bool isFromFfmpeg(std::string_view text);
+
 /// The duration in whole seconds; -1 when the report holds none, or more than one. Throws
 /// std::out_of_range when the one it holds has fewer than three parts.
 [[nodiscard]] int durationInReport(std::string_view text);
