@@ -77,6 +77,7 @@ void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
     std::erase_if(sorted.subtitles, couldBlock);
     for (const auto& subtitle : sorted.subtitles) pairing_.add(subtitle);
     std::ranges::move(sorted.movies, std::back_inserter(importFiles_));
+    waitingCount_.set(importFiles_.size());
     if (!handlesFile) addNextFile();
     owner_.bringToFront();
 }
@@ -97,6 +98,8 @@ void FileIntake::addNextFile() {
     if (importFiles_.empty()) return;
     Probe probe{.file = std::move(importFiles_.back())};
     importFiles_.pop_back();
+    waitingCount_.set(importFiles_.size());
+    presentFile_ = probe.file;
     probe.subtitle = pairing_.subtitleFor(probe.file);
     if (choices_.subtitleFile) probe.subtitle = std::filesystem::absolute(*choices_.subtitleFile);
     topConstraint_.set(kSheetShown);
@@ -171,6 +174,7 @@ void FileIntake::skip(const std::filesystem::path& file, const std::vector<Vetti
 void FileIntake::stopForToolProblem(const Probe& probe) {
     // Without its tool no other file of the batch fares better, and one alert is enough.
     auto dropped = std::exchange(importFiles_, {});
+    waitingCount_.set(0);
     dropped.push_back(probe.file);
     const auto problem = probe.inspection.toolProblem;
     const bool fatal = problem == ProbeToolProblem::NoResources;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -69,6 +70,10 @@ public:
     [[nodiscard]] bool isBusy() const;
     /// True while files wait to be probed.
     [[nodiscard]] bool hasWaitingFiles() const { return !importFiles_.empty(); }
+    /// How many files wait to be probed.
+    [[nodiscard]] Observable<std::size_t>& waitingCount() { return waitingCount_; }
+    /// The file that is being probed or shown, or was so last; set before `isScanning` is.
+    [[nodiscard]] const std::filesystem::path& presentFile() const { return presentFile_; }
 
     [[nodiscard]] const std::optional<MKVFileInfo>& fileInfo() const { return fileInfo_; }
     void clearFileInfo();
@@ -116,6 +121,8 @@ private:
     DestinationResolver resolver_;
     std::vector<std::string> preferredLanguages_;
     std::vector<std::filesystem::path> importFiles_;  // taken from the end
+    Observable<std::size_t> waitingCount_{0};
+    std::filesystem::path presentFile_;
     SubtitlePairing pairing_;
     std::optional<MKVFileInfo> fileInfo_;
     bool resolving_ = false;  // a panel asks for the present file's destination

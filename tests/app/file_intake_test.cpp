@@ -22,8 +22,11 @@ TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
     EXPECT_EQ(intake().topConstraint().get(), kSheetShown);
     open({movie("b.mkv"), movie("c.mkv")});
     EXPECT_EQ(intake().fileInfo()->fileName, "a.mkv") << "what is shown is not pushed aside";
+    EXPECT_EQ(intake().waitingCount().get(), 2);
     intake().addToQueue();
     EXPECT_TRUE(intake().isScanning().get());
+    EXPECT_EQ(intake().presentFile().filename(), "b.mkv");
+    EXPECT_EQ(intake().waitingCount().get(), 1);
     intake().cancelAdd();
     intake().addToQueue();
     EXPECT_EQ(rows().size(), 1) << "nothing to add while scanning";
@@ -68,6 +71,7 @@ TEST_F(FileIntakeTest, AlertsOnceForAMissingToolAndDropsTheBatch) {
     EXPECT_THAT(refused_, ElementsAre("a.mkv", "b.mkv", "c.mkv"));
     EXPECT_EQ(platform_.alerts.shown.size(), 1);
     EXPECT_FALSE(intake().isBusy());
+    EXPECT_EQ(intake().waitingCount().get(), 0);
     EXPECT_EQ(terminated_, 0);
     platform_.processLauncher.nextError = LaunchError::NoResources;
     open({movie("a.mkv")});
