@@ -41,6 +41,9 @@ public:
     [[nodiscard]] GError** out() { return &error_; }
     /// Empty when the call went well.
     [[nodiscard]] std::string message() const { return error_ != nullptr ? error_->message : ""; }
+    [[nodiscard]] bool is(GQuark domain, int code) const {
+        return g_error_matches(error_, domain, code) != FALSE;
+    }
 
 private:
     GError* error_ = nullptr;
