@@ -3,12 +3,16 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "support/observable.h"
 
 namespace reelvane {
 
 class Vantor;
+
+/// 1 once the user wants no rating prompt any more.
+inline constexpr std::string_view kDontAskAgainKey = "vantor_dontaskagain";
 
 /// Counts how often the program was of use, over all versions and for this one, and says when the
 /// user may be asked for a rating. Main thread only.

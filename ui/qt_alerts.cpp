@@ -7,18 +7,9 @@
 #include "support/alerts.h"
 #include "ui/alert_box.h"
 #include "ui/icons.h"
+#include "ui/window_front.h"
 
 namespace reelvane {
-namespace {
-
-/// A box in front of a minimised window would be as hidden as the window.
-void bringToFront(QWidget& window) {
-    if (window.isMinimized()) window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-    window.raise();
-    window.activateWindow();
-}
-
-}  // namespace
 
 AlertAnswer QtAlerts::runModal(const AlertContent& content) {
     if (ended_) return {.button = cautiousButton(content)};

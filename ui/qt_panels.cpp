@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QApplication>
 #include <QStandardPaths>
 
 #include "ui/file_panel.h"
@@ -50,7 +51,7 @@ void QtPanels::submit(PanelParent parent, Request request) {
 void QtPanels::showFirst(Window& window) {
     const auto& request = window.waiting.front();
     const bool hasWindow = window.window != nullptr && window.window->isVisible();
-    window.panel = request.make(hasWindow ? window.window.data() : nullptr);
+    window.panel = request.make(hasWindow ? window.window.data() : QApplication::activeWindow());
     auto* const panel = window.panel.data();
     if (!request.folder.empty()) {
         panel->startIn(request.folder);

@@ -28,7 +28,8 @@ public:
     QtPanels(QtPanels&&) = delete;
     QtPanels& operator=(QtPanels&&) = delete;
 
-    /// The window may go before this object does.
+    /// The window may go before this object does. Where none is set or it is hidden, panels hang on
+    /// the window that the user is working in.
     void setParent(PanelParent parent, QWidget* window) { windows_[parent].window = window; }
     void open(const OpenPanelRequest& request,
               std::function<void(std::vector<std::filesystem::path>)> answer) override;

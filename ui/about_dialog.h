@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+
+#include <QDialog>
+
+#include "ui/ui_context.h"
+
+class QFormLayout;
+class QLabel;
+
+namespace reelvane {
+
+class FFmpegVersion;
+
+/// Says which program this is and what it stands on, in a form that the support can use. Deletes
+/// itself when closed.
+class AboutDialog final : public QDialog {
+public:
+    AboutDialog(const UiContext& context, QWidget* parent);
+    ~AboutDialog() override;
+    AboutDialog(const AboutDialog&) = delete;
+    AboutDialog& operator=(const AboutDialog&) = delete;
+    AboutDialog(AboutDialog&&) = delete;
+    AboutDialog& operator=(AboutDialog&&) = delete;
+
+private:
+    [[nodiscard]] QLayout* makeIdentity();
+    [[nodiscard]] QLayout* makeFacts();
+    QLabel* addFact(QFormLayout& facts, const QString& name, const QString& value);
+    void addButtons(QLayout& column);
+    [[nodiscard]] QString report() const;
+
+    UiContext context_;
+    QList<std::pair<QString, QLabel*>> facts_;
+    std::unique_ptr<FFmpegVersion> ffmpeg_;
+};
+
+}  // namespace reelvane

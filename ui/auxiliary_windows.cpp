@@ -1,0 +1,71 @@
+#include "ui/auxiliary_windows.h"
+
+#include <QCoreApplication>
+
+#include "app/app_delegate.h"
+#include "support/vantor.h"
+#include "ui/about_dialog.h"
+#include "ui/preferences_window.h"
+#include "ui/promotion_window.h"
+#include "ui/qt_text.h"
+#include "ui/rating_window.h"
+#include "ui/window_front.h"
+
+namespace reelvane {
+
+namespace {
+
+/// A closed window still lives for a moment, and must not be brought back.
+template <typename Window>
+void forgetWhenClosed(QPointer<Window>& window) {
+    QObject::connect(window, &QDialog::finished, window, [&window] { window.clear(); });
+}
+
+}  // namespace
+
+AuxiliaryWindows::AuxiliaryWindows(const UiContext& context, QWidget& mainWindow)
+    : context_(context),
+      mainWindow_(mainWindow) {
+    auto& controller = context_.controller;
+    subscriptions_.push_back(controller.observeWindowRequests([this](const WindowRequest& wanted) {
+        if (wanted.kind == WindowRequest::Kind::Promotion) openPromotion();
+    }));
+    subscriptions_.push_back(controller.lifecycle().usages().observePrompts(
+        [this](const std::string& text) { openRating(toQString(text)); }));
+}
+
+AuxiliaryWindows::~AuxiliaryWindows() = default;
+
+void AuxiliaryWindows::openPreferences() {
+    if (preferences_ == nullptr) preferences_ = new PreferencesWindow(context_, &mainWindow_);
+    bringToFront(*preferences_);
+}
+
+void AuxiliaryWindows::openAbout() {
+    if (about_ == nullptr) {
+        about_ = new AboutDialog(context_, &mainWindow_);
+        forgetWhenClosed(about_);
+    }
+    bringToFront(*about_);
+}
+
+void AuxiliaryWindows::openPromotion() {
+    if (promotion_ == nullptr) {
+        promotion_ = new PromotionWindow(context_, &mainWindow_);
+        forgetWhenClosed(promotion_);
+    }
+    bringToFront(*promotion_);
+}
+
+void AuxiliaryWindows::openRating() {
+    openRating(QCoreApplication::translate("RatingWindow", "Thank you for using %1.")
+                   .arg(toQString(context_.vantor.appName())));
+}
+
+void AuxiliaryWindows::openRating(const QString& introText) {
+    if (rating_ == nullptr) rating_ = new RatingWindow(context_, introText, &mainWindow_);
+    rating_->setCloseBlock([this] { rating_.clear(); });
+    bringToFront(*rating_);
+}
+
+}  // namespace reelvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "support/ports/child_process.h"
+
+namespace reelvane {
+
+class Vantor;
+
+/// "5.1.9-0+deb12u1" out of what "ffmpeg -version" printed; empty when that is not ffmpeg's.
+[[nodiscard]] std::string versionInOutput(std::string_view output);
+
+/// Asks the shipped ffmpeg for its version, beside the main loop. The asking ends with the object.
+/// Main thread only.
+class FFmpegVersion final : private ProcessListener {
+public:
+    /// The version, or else the sentences that say what is wrong with ffmpeg and what to do.
+    struct Answer {
+        std::string version{};
+        std::string problem{};
+    };
+    using Told = std::function<void(const Answer&)>;
+
+    /// `told` is called once, perhaps before this returns.
+    FFmpegVersion(const Vantor& vantor, Told told);
+
+private:
+    void outputReceived(std::string_view bytes) override { output_ += bytes; }
+    void taskFinished(int exitStatus, std::string_view remainingOutput) override;
+
+    const Vantor& vantor_;
+    Told told_;
+    std::string output_;
+    std::unique_ptr<ChildProcess> child_;
+};
+
+}  // namespace reelvane

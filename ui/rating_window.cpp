@@ -1,0 +1,158 @@
+#include "ui/rating_window.h"
+
+#include <utility>
+
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "app/usage_counter.h"
+#include "support/alerts.h"
+#include "support/make_string.h"
+#include "support/open_url.h"
+#include "support/ports/main_bundle.h"
+#include "support/problem_reports.h"
+#include "support/vantor.h"
+#include "ui/qt_text.h"
+#include "ui/window_text.h"
+
+namespace reelvane {
+namespace {
+
+bool hasPage(const Vantor& vantor, std::string_view infoKey) {
+    return vantor.ports().mainBundle.infoValue(infoKey).has_value();
+}
+
+void askToTurnOff(Vantor& vantor) {
+    const auto answer =
+        alert(vantor, "Confirmation",
+              makeString("%@ asks for your feedback only rarely and at maximum only once per "
+                         "app-version. Are you sure you want to turn this off completely?",
+                         vantor.appName()),
+              "Cancel", "Turn off feedback dialoge");
+    if (answer == kSecondButton) vantor.preferences().setDefaultInt(kDontAskAgainKey, 1);
+}
+
+}  // namespace
+
+RatingWindow::RatingWindow(const UiContext& context, const QString& introText, QWidget* parent)
+    : QDialog(parent),
+      context_(context) {
+    const auto name = toQString(context_.vantor.appName());
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(tr("How Is %1?").arg(name));
+    connect(this, &QDialog::finished, this, [this] {
+        if (closeBlock_) std::exchange(closeBlock_, {})();
+    });
+    views_ = new QStackedWidget(this);
+    views_->addWidget(makeInitialView(introText));
+    happyView_ = makeHappyView();
+    angryView_ = makeAngryView();
+    views_->addWidget(happyView_);
+    views_->addWidget(angryView_);
+    auto* const all = new QVBoxLayout(this);
+    const auto gap = fontMetrics().height();
+    all->setContentsMargins(gap, gap, gap, gap);
+    all->addWidget(views_);
+}
+
+QPushButton* RatingWindow::addButton(QVBoxLayout& column, const QString& text,
+                                     std::function<void()> clicked) {
+    auto* const button = new QPushButton(text, this);
+    button->setMinimumHeight(fontMetrics().height() * 2);
+    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    column.addWidget(button);
+    return button;
+}
+
+void RatingWindow::addChoice(QVBoxLayout& column, const QString& text, int choice,
+                             bool isAvailable) {
+    const auto open = [this, choice] {
+        openURL(context_.vantor, choice);
+        close();
+    };
+    addButton(column, text, open)->setEnabled(isAvailable);
+}
+
+QWidget* RatingWindow::makeInitialView(const QString& introText) {
+    auto* const view = new QWidget(views_);
+    auto* const column = new QVBoxLayout(view);
+    column->setContentsMargins({});
+    column->addWidget(makeHeading(introText, view));
+    column->addWidget(makeParagraph(tr("What do you think of it so far?"), view));
+    column->addStretch();
+    addButton(*column, tr("It Works &Well for Me"),
+              [this] { views_->setCurrentWidget(happyView_); });
+    addButton(*column, tr("I Am &Not Sure Yet"), [this] { close(); });
+    addButton(*column, tr("I Have a &Problem"), [this] { problemsClicked(); });
+    auto* const never = new QPushButton(tr("&Do Not Ask Again…"), view);
+    never->setFlat(true);
+    never->setAutoDefault(false);
+    connect(never, &QPushButton::clicked, this, &RatingWindow::dontshowClicked);
+    column->addWidget(never, 0, Qt::AlignHCenter);
+    return view;
+}
+
+QWidget* RatingWindow::makeHappyView() {
+    const auto& vantor = context_.vantor;
+    const auto name = toQString(vantor.appName());
+    const bool downloadSite = hasPage(vantor, "MacupdateProductPage");
+    const bool store = hasPage(vantor, "StoreProductPage");
+    auto* const view = new QWidget(views_);
+    auto* const column = new QVBoxLayout(view);
+    column->setContentsMargins({});
+    column->addWidget(makeHeading(tr("That makes our day!"), view));
+    column->addWidget(makeParagraph(
+        downloadSite || store
+            ? tr("Would you tell others? A rating takes a minute and helps people find %1.")
+                  .arg(name)
+            : tr("There is no page for ratings yet. If a friend has movies that will not play on "
+                 "their phone or television, tell them about %1.")
+                  .arg(name),
+        view));
+    column->addStretch();
+    addChoice(*column, tr("Rate on a &Download Site"), MacupdatePageURL, downloadSite);
+    addChoice(*column, tr("Rate in the &Store"), StoreApplicationURL, store);
+    addButton(*column, tr("&Not Now"), [this] { close(); });
+    return view;
+}
+
+QWidget* RatingWindow::makeAngryView() {
+    auto* const view = new QWidget(views_);
+    auto* const column = new QVBoxLayout(view);
+    column->setContentsMargins({});
+    column->addWidget(makeHeading(tr("We are sorry about that."), view));
+    column->addWidget(makeParagraph(
+        tr("Please tell us what goes wrong. Your mail program opens with your words and a line "
+           "about your computer; nothing is sent before you send it."),
+        view));
+    feedbackTextField_ = new QPlainTextEdit(view);
+    feedbackTextField_->setTabChangesFocus(true);
+    feedbackTextField_->setPlaceholderText(tr("What did you try, and what happened?"));
+    feedbackTextField_->setAccessibleName(tr("Your feedback"));
+    column->addWidget(feedbackTextField_, 1);
+    addButton(*column, tr("&Write the Mail…"), [this] { sendfeedbackClicked(); });
+    addButton(*column, tr("&Close"), [this] { close(); });
+    return view;
+}
+
+void RatingWindow::problemsClicked() {
+    views_->setCurrentWidget(angryView_);
+    feedbackTextField_->setFocus();
+}
+
+void RatingWindow::sendfeedbackClicked() {
+    sendSupportRequestMail(context_.vantor, feedbackTextField_->toPlainText().toStdString());
+    close();
+}
+
+void RatingWindow::dontshowClicked() {
+    auto& vantor = context_.vantor;
+    close();  // and this may be gone while the alert is open
+    askToTurnOff(vantor);
+}
+
+}  // namespace reelvane
