@@ -10,7 +10,6 @@
 #include "support/logging.h"
 #include "support/ports/panels.h"
 #include "support/ports/translations.h"
-#include "support/preference_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -51,40 +50,21 @@ void Destinations::addOpenedFolder(std::filesystem::path folder) {
     openedFolders_.push_back({.folder = std::move(folder)});
 }
 
-Destinations::SavedFolders Destinations::savedFolders() const {
-    const auto& preferences = vantor_.preferences();
-    SavedFolders folders{
-        .bookmarks = preferences.defaultArray(kDestinationBookmarksKey)
-                         .value_or(std::vector<BookmarkData>()),
-        .names =
-            preferences.defaultArray(kDestinationNamesKey).value_or(std::vector<std::string>())};
-    folders.names.resize(folders.bookmarks.size());  // a store that was edited by hand
-    return folders;
-}
-
-void Destinations::store(const SavedFolders& folders) {
-    // In one step: the lists belong together, whatever happens in between.
-    vantor_.preferences().setTogether(
-        {{std::string(kDestinationBookmarksKey), preferenceText(folders.bookmarks)},
-         {std::string(kDestinationNamesKey), preferenceText(folders.names)}});
-}
-
 void Destinations::validateAtLaunch() {
     for (auto& granted : vantor_.ports().folderAccess.grantedFolders()) {
         addOpenedFolder(std::move(granted));
     }
-    const auto saved = savedFolders();
-    SavedFolders valid;
-    for (std::size_t i = 0; i < saved.bookmarks.size(); ++i) {
-        if (!openAtLaunch(saved.bookmarks[i])) continue;
-        valid.bookmarks.push_back(saved.bookmarks[i]);
-        valid.names.push_back(saved.names[i]);
+    auto& preferences = vantor_.preferences();
+    const auto saved = savedDestinations(preferences);
+    std::vector<BookmarkData> lost;
+    for (const auto& destination : saved) {
+        if (!openAtLaunch(destination.bookmark)) lost.push_back(destination.bookmark);
     }
-    if (const auto invalid = saved.bookmarks.size() - valid.bookmarks.size(); invalid != 0) {
-        vn_log_level(LogError, "Info: going to delete %lu invalid bookmarks", invalid);
-        store(valid);
+    if (!lost.empty()) {
+        vn_log_level(LogError, "Info: going to delete %lu invalid bookmarks", lost.size());
+        preferences.edit([&lost](PreferenceValues& values) { dropLostDestinations(values, lost); });
     }
-    clampDefaultDestination(vantor_.preferences(), valid.bookmarks.size());
+    clampDefaultDestination(preferences, saved.size() - lost.size());
     rebuildPreferencesDestinationPopUp();
 }
 
@@ -107,11 +87,15 @@ void Destinations::rebuildPreferencesDestinationPopUp() {
 
 void Destinations::rebuild(PopUpMenu& menu) {
     const auto& translations = vantor_.ports().translations;
+    std::vector<std::string> names;
+    for (auto& saved : savedDestinations(vantor_.preferences())) {
+        names.push_back(std::move(saved.name));
+    }
     menu.setItems(
         destinationMenuItems({.ask = translations.localized("Ask for Each File"),
                               .nextToSource = translations.localized("Next to the Source File"),
                               .add = translations.localized("Add a Destination…")},
-                             savedFolders().names));
+                             names));
     menu.selectItemAtIndex(
         static_cast<std::size_t>(vantor_.preferences().defaultInt(kDefaultDestinationKey)));
 }
@@ -133,14 +117,19 @@ void Destinations::addDestination(const std::filesystem::path& folder, Destinati
         vn_log_level(LogError, "Error creating bookmark: %@", created.error);
         return;
     }
-    auto saved = savedFolders();
-    if (std::ranges::find(saved.bookmarks, *created.bookmark) != saved.bookmarks.end()) {
+    bool added = false;
+    const bool stored = vantor_.preferences().edit([&](PreferenceValues& values) {
+        added = reelvane::addDestination(
+            values, {.name = lastComponent(folder), .bookmark = *created.bookmark});
+    });
+    if (!stored) {
+        vn_log_level(LogError, "Error: the destination %@ could not be stored", folder);
+        return;
+    }
+    if (!added) {
         refuseDuplicate();
         return;
     }
-    saved.bookmarks.push_back(*created.bookmark);
-    saved.names.push_back(lastComponent(folder));
-    store(saved);
     vantor_.preferences().synchronize();
     rebuildPreferencesDestinationPopUp();
     if (menu == DestinationMenu::Preferences) {
@@ -160,15 +149,49 @@ void Destinations::refuseDuplicate() {
     destinationPopUp_.selectItemAtIndex(kAskDestination);
 }
 
+void Destinations::pickPreferencesDestination(std::size_t menuIndex) {
+    const auto shown = preferencesPopUp_.items();
+    rebuildPreferencesDestinationPopUp();
+    if (menuIndex + 1 == shown.size()) {
+        chooseNewDestination(DestinationMenu::Preferences);
+        return;
+    }
+    // Another process may have changed the folders since the menu was made.
+    if (preferencesPopUp_.items() != shown || !isDestination(menuIndex)) return;
+    vantor_.preferences().setDefaultInt(kDefaultDestinationKey, static_cast<int>(menuIndex));
+    preferencesPopUp_.selectItemAtIndex(menuIndex);
+}
+
+void Destinations::removeSavedDestination(const BookmarkData& bookmark) {
+    rearrange([&bookmark](PreferenceValues& values) { removeDestination(values, bookmark); });
+}
+
+void Destinations::moveSavedDestination(const BookmarkData& bookmark, std::size_t place) {
+    rearrange([&](PreferenceValues& values) { moveDestination(values, bookmark, place); });
+}
+
+/// The file sheet keeps meaning the folder that it showed, while there is one.
+void Destinations::rearrange(const std::function<void(PreferenceValues&)>& edit) {
+    const auto before = savedDestinations(vantor_.preferences());
+    vantor_.preferences().edit(edit);
+    rebuildPreferencesDestinationPopUp();
+    const auto shown = destinationPopUp_.selectedIndex();
+    if (!shown) return;
+    const auto row = rowAfterwards(before, savedDestinations(vantor_.preferences()), *shown);
+    rebuildDestinationPopUp();
+    if (row) destinationPopUp_.selectItemAtIndex(*row);
+}
+
 bool Destinations::isDestination(std::size_t menuIndex) const {
     return menuIndex != kSeparatorDestination &&
-           menuIndex < kFirstFolderDestination + savedFolders().bookmarks.size();
+           menuIndex < kFirstFolderDestination + savedDestinations(vantor_.preferences()).size();
 }
 
 std::filesystem::path Destinations::openSavedFolder(std::size_t menuIndex) {
     auto& access = vantor_.ports().folderAccess;
-    const auto bookmarks = savedFolders().bookmarks;
-    const auto resolved = access.resolveBookmark(bookmarks.at(menuIndex - kFirstFolderDestination));
+    const auto saved = savedDestinations(vantor_.preferences());
+    const auto resolved =
+        access.resolveBookmark(saved.at(menuIndex - kFirstFolderDestination).bookmark);
     if (!resolved.folder) {
         throw BookmarkProblem("Bookmark Problem: URLByResolvingBookmarkData", resolved.error);
     }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,7 +10,8 @@
 #include <vector>
 
 #include "app/pop_up_menu.h"
-#include "support/ports/folder_access.h"
+#include "app/saved_destinations.h"
+#include "support/ports/preferences_store.h"
 
 namespace reelvane {
 
@@ -65,6 +67,13 @@ public:
     void rebuildPreferencesDestinationPopUp();
     /// Lets the user pick a folder and saves it.
     void chooseNewDestination(DestinationMenu menu);
+    /// The user picked this row of the preferences' menu: it is the default from now on, or the one
+    /// that adds a destination.
+    void pickPreferencesDestination(std::size_t menuIndex);
+    /// Drops a saved folder; nothing on disk changes.
+    void removeSavedDestination(const BookmarkData& bookmark);
+    /// Puts a saved folder at this place among the saved folders.
+    void moveSavedDestination(const BookmarkData& bookmark, std::size_t place);
 
     /// False for the separators and the item that adds a destination.
     [[nodiscard]] bool isDestination(std::size_t menuIndex) const;
@@ -73,15 +82,10 @@ public:
     [[nodiscard]] std::filesystem::path openSavedFolder(std::size_t menuIndex);
 
 private:
-    struct SavedFolders {
-        std::vector<BookmarkData> bookmarks{};
-        std::vector<std::string> names{};  ///< as many as there are bookmarks
-    };
-    [[nodiscard]] SavedFolders savedFolders() const;
-    void store(const SavedFolders& folders);
     [[nodiscard]] bool openAtLaunch(const BookmarkData& bookmark);
     void addDestination(const std::filesystem::path& folder, DestinationMenu menu);
     void refuseDuplicate();
+    void rearrange(const std::function<void(PreferenceValues&)>& edit);
     void rebuild(PopUpMenu& menu);
 
     // Shared only so that the answer of a panel after this object's end can tell.

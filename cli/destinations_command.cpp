@@ -53,7 +53,7 @@ int add(const CommandContext& context, const std::string& given) {
 int remove(const CommandContext& context, const std::string& name) {
     bool removed = false;
     const bool stored = context.store.edit(
-        [&](PreferenceValues& values) { removed = removeDestination(values, name); });
+        [&](PreferenceValues& values) { removed = removeDestinationNamed(values, name); });
     if (!stored) return fail(context, kNotStored);
     if (removed) return kExitSuccess;
     return fail(context, unknownDestination(savedDestinations(context.preferences), name));

@@ -22,6 +22,9 @@ public:
 
     [[nodiscard]] BookmarkResult createBookmark(const std::filesystem::path& folder) override;
     [[nodiscard]] ResolvedBookmark resolveBookmark(const BookmarkData& bookmark) override;
+    [[nodiscard]] std::filesystem::path pathOf(const BookmarkData& bookmark) const override {
+        return bookmark;
+    }
     [[nodiscard]] bool startAccessing(const std::filesystem::path& folder) override;
     void stopAccessing(const std::filesystem::path& folder) override;
     /// "/" outside a sandbox; inside, the document portal's folder and those of the bookmarks that

@@ -18,6 +18,15 @@ std::string sumText(const std::optional<std::string>& text, int amount) {
         static_cast<int>(std::clamp<long long>(sum, Limits::min(), Limits::max())));
 }
 
+/// Absent: the value is forgotten.
+void put(PreferenceValues& values, std::string_view key, std::optional<std::string> text) {
+    if (text) {
+        values.insert_or_assign(std::string(key), *std::move(text));
+    } else if (const auto found = values.find(key); found != values.end()) {
+        values.erase(found);
+    }
+}
+
 }  // namespace
 
 Preferences::Preferences(PreferencesStore& store) : store_(store) {}
@@ -127,13 +136,7 @@ void Preferences::setDefaultURL(std::string_view key, const std::filesystem::pat
 
 void Preferences::setDefaultObject(std::string_view key, const std::optional<std::string>& text) {
     if (setInThisRunsLayer(key, text)) return;
-    writeChangesAnd([&](PreferenceValues& values) {
-        if (text) {
-            values.insert_or_assign(std::string(key), *text);
-        } else if (const auto found = values.find(key); found != values.end()) {
-            values.erase(found);
-        }
-    });
+    writeChangesAnd([&](PreferenceValues& values) { put(values, key, text); });
 }
 
 void Preferences::addToInt(std::string_view key, int amount) {
@@ -181,45 +184,45 @@ void Preferences::writeChanges() const {
 }
 
 /// What was to be changed earlier comes first, in the same write.
-void Preferences::writeChangesAnd(const std::function<void(PreferenceValues&)>& edit) const {
+bool Preferences::writeChangesAnd(const std::function<void(PreferenceValues&)>& edit) const {
     {
         const std::lock_guard lock(mutex_);
-        if (writer_ == std::this_thread::get_id()) return;  // asked from inside a write
+        if (writer_ == std::this_thread::get_id()) return false;  // asked from inside a write
     }
     const std::lock_guard oneAtATime(writing_);
     {
         const std::lock_guard lock(mutex_);
         onTheirWay_ = std::exchange(later_, {});
         scheduled_ = false;
-        if (onTheirWay_.empty() && !edit) return;
+        if (onTheirWay_.empty() && !edit) return true;
         writer_ = std::this_thread::get_id();
     }
-    store_.edit([&](PreferenceValues& values) {
+    const bool written = store_.edit([&](PreferenceValues& values) {
         for (const auto& [key, change] : onTheirWay_) {
             const auto found = values.find(key);
-            auto text = change(found == values.end() ? std::nullopt : std::optional(found->second));
-            if (text) {
-                values.insert_or_assign(key, *std::move(text));
-            } else if (found != values.end()) {
-                values.erase(found);
-            }
+            put(values, key,
+                change(found == values.end() ? std::nullopt : std::optional(found->second)));
         }
         if (edit) edit(values);
     });
     const std::lock_guard lock(mutex_);
     onTheirWay_.clear();
     writer_ = {};
+    return written;
 }
 
-void Preferences::setTogether(const PreferenceValues& texts) {
-    PreferenceValues stored;
-    for (const auto& [key, text] : texts) {
-        if (!setInThisRunsLayer(key, text)) stored.insert_or_assign(key, text);
+void Preferences::forgetTogether(const std::vector<std::string_view>& keys) {
+    std::vector<std::string_view> stored;
+    for (const auto key : keys) {
+        if (!setInThisRunsLayer(key, std::nullopt)) stored.push_back(key);
     }
-    if (stored.empty()) return;
-    writeChangesAnd([&stored](PreferenceValues& values) {
-        for (const auto& [key, text] : stored) values.insert_or_assign(key, text);
+    edit([&stored](PreferenceValues& values) {
+        for (const auto key : stored) put(values, key, std::nullopt);
     });
+}
+
+bool Preferences::edit(const std::function<void(PreferenceValues&)>& change) {
+    return writeChangesAnd(change);
 }
 
 void Preferences::synchronize() {

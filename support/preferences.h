@@ -79,8 +79,11 @@ public:
     void addToInt(std::string_view key, int amount);
     /// Writes what was to be changed later; returns when it is on disk.
     void writeChanges() const;
-    /// Stores several texts in one step.
-    void setTogether(const PreferenceValues& texts);
+    /// Forgets several values in one step, so that their registered defaults answer again.
+    void forgetTogether(const std::vector<std::string_view>& keys);
+    /// Edits what is stored in one step, from what it is then; false: nothing was written. What was
+    /// set for this run only is not among the values.
+    bool edit(const std::function<void(PreferenceValues&)>& change);
 
     void synchronize();
 
@@ -96,7 +99,7 @@ private:
     [[nodiscard]] std::optional<std::string> registeredText(std::string_view key) const;
     bool setInThisRunsLayer(std::string_view key, const std::optional<std::string>& text);
     [[nodiscard]] bool isChanging(std::string_view key) const;
-    void writeChangesAnd(const std::function<void(PreferenceValues&)>& edit) const;
+    bool writeChangesAnd(const std::function<void(PreferenceValues&)>& edit) const;
 
     PreferencesStore& store_;
     mutable std::mutex writing_;  // held while changes are on their way to the disk

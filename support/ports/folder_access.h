@@ -26,6 +26,9 @@ public:
     virtual ~FolderAccess() = default;
     [[nodiscard]] virtual BookmarkResult createBookmark(const std::filesystem::path& folder) = 0;
     [[nodiscard]] virtual ResolvedBookmark resolveBookmark(const BookmarkData& bookmark) = 0;
+    /// Where the folder was when it was last found, for the eye; empty: not known. Asks no disk, so
+    /// that a network folder that hangs holds nobody up.
+    [[nodiscard]] virtual std::filesystem::path pathOf(const BookmarkData& bookmark) const = 0;
     /// True when the folder can be listed and written from now on.
     [[nodiscard]] virtual bool startAccessing(const std::filesystem::path& folder) = 0;
     virtual void stopAccessing(const std::filesystem::path& folder) = 0;

@@ -38,6 +38,51 @@ TEST_F(DestinationsTest, LaunchDropsLostFoldersAndClampsTheChoice) {
     EXPECT_EQ(app_->destinations().openedFolders().size(), 3) << "the granted root and two more";
 }
 
+TEST_F(DestinationsTest, TheChoicesFollowTheirFoldersWhenOthersAreMovedOrRemoved) {
+    save({"/one", "/two", "/three"});
+    set(kDefaultDestinationKey, 5);
+    auto& destinations = launch().destinations();
+    auto& sheet = destinations.destinationPopUp();
+    destinations.rebuildDestinationPopUp();
+    sheet.selectItemAtIndex(4);
+    destinations.moveSavedDestination("/three", 0);
+    EXPECT_THAT(names(), ElementsAre("/three", "/one", "/two"));
+    EXPECT_EQ(stored(), 3);
+    EXPECT_EQ(sheet.selectedIndex(), 5) << "still /two";
+    destinations.removeSavedDestination("/one");
+    EXPECT_EQ(stored(), 3);
+    EXPECT_EQ(sheet.selectedIndex(), 4);
+    EXPECT_EQ(sheet.items().size(), 7);
+    destinations.removeSavedDestination("/two");
+    EXPECT_EQ(sheet.selectedIndex(), 3) << "the default, since its own folder is gone";
+    destinations.removeSavedDestination("/three");
+    EXPECT_EQ(stored(), 0);
+    EXPECT_EQ(destinations.preferencesDestinationPopUp().selectedIndex(), 0);
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(DestinationsTest, ThePreferencesMenuStoresWhatIsADestinationAndNothingElse) {
+    save({"/one"});
+    set(kDefaultDestinationKey, 3);
+    auto& destinations = launch().destinations();
+    const auto& menu = destinations.preferencesDestinationPopUp();
+    for (const auto& [row, kept] : {std::pair{1U, 1}, {2U, 1}, {4U, 1}, {9U, 1}, {3U, 3}}) {
+        destinations.pickPreferencesDestination(row);
+        EXPECT_EQ(stored(), kept) << row;
+        EXPECT_EQ(menu.selectedIndex(), kept);
+    }
+    destinations.pickPreferencesDestination(5);  // adds one, and the user cancels
+    EXPECT_EQ(stored(), 3);
+    platform_.panels.openAnswer = {"/two"};
+    destinations.pickPreferencesDestination(5);
+    EXPECT_EQ(stored(), 4);
+    EXPECT_EQ(menu.selectedIndex(), 4);
+
+    save({"/two"});  // by another process, while the menu is open
+    destinations.pickPreferencesDestination(3);
+    EXPECT_EQ(stored(), 4) << "the row meant another folder";
+}
+
 TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
     const auto saved = movie("saved/old.mkv").parent_path();
     save({saved});

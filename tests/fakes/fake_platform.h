@@ -143,7 +143,7 @@ class FakePanels final : public Panels {
 public:
     void open(const OpenPanelRequest& /*request*/,
               std::function<void(std::vector<std::filesystem::path>)> answer) override {
-        answer({});  // cancelled
+        answer(std::exchange(openAnswer, {}));
     }
     void save(const SavePanelRequest& request,
               std::function<void(std::optional<std::filesystem::path>)> answer) override {
@@ -151,6 +151,7 @@ public:
         answer(std::exchange(saveAnswer, std::nullopt));
     }
 
+    std::vector<std::filesystem::path> openAnswer;    ///< when empty: cancelled
     std::optional<std::filesystem::path> saveAnswer;  ///< when absent: cancelled
     std::vector<SavePanelRequest> saved;
 };
@@ -186,6 +187,9 @@ public:
     [[nodiscard]] ResolvedBookmark resolveBookmark(const BookmarkData& bookmark) override {
         if (broken.contains(bookmark)) return {.error = "is gone"};
         return {.folder = bookmark};
+    }
+    [[nodiscard]] std::filesystem::path pathOf(const BookmarkData& bookmark) const override {
+        return bookmark;
     }
     [[nodiscard]] bool startAccessing(const std::filesystem::path& folder) override {
         if (closed.contains(folder)) return false;

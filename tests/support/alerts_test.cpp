@@ -34,6 +34,12 @@ TEST_F(AlertTest, AWarningIsShownUntilItsBoxWasTickedInThisVersion) {
     alert_dontwarnagain_ever(next, kWarning);
     EXPECT_EQ(shown.size(), 4U);
     EXPECT_EQ(platform.store.values["_warningalias_asked"], "0");
+
+    answers = {{.suppressed = true}};
+    alert_dontwarnagain_ever(next, kWarning);
+    platform.preferences.setDefaultInt("AutoAdd", 1);
+    alert_warnagain(next);
+    EXPECT_THAT(platform.store.values, ElementsAre(testing::Pair("AutoAdd", "1")));
 }
 
 TEST_F(AlertTest, AWarningRaisedElsewhereFollowsOnTheMainThread) {

@@ -73,11 +73,13 @@ TEST_F(PreferencesTest, AnswerThisRunThenTheStoreThenTheDefault) {
     preferences.setDefaultInt("K", 7);
     preferences.addToInt("K", 3);
     EXPECT_EQ(number(), 10);
-    preferences.setTogether({{"K", "8"}, {"L", "9"}});
-    EXPECT_EQ(number(), 8);
-    preferences.setDefaultObject("K", std::nullopt);
+    EXPECT_TRUE(preferences.edit([](PreferenceValues& values) {
+        EXPECT_EQ(values["K"], "2");
+        values["L"] = values["M"] = "9";
+    }));
+    preferences.forgetTogether({"K", "L", "None"});
     EXPECT_EQ(number(), 1);
-    EXPECT_THAT(store.values, ElementsAre(Pair("K", "2"), Pair("L", "9")));
+    EXPECT_THAT(store.values, ElementsAre(Pair("K", "2"), Pair("M", "9")));
 }
 
 TEST_F(PreferencesTest, WriteWhatIsChangedLaterInOneStepBeforeAnybodyReadsIt) {

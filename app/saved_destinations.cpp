@@ -1,0 +1,127 @@
+#include "app/saved_destinations.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/destinations.h"
+#include "app/preference_keys.h"
+#include "support/preference_text.h"
+#include "support/preferences.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace {
+
+SavedDestinations joinedLists(std::vector<std::string> bookmarks, std::vector<std::string> names) {
+    names.resize(bookmarks.size());  // a store that was edited by hand
+    SavedDestinations destinations;
+    for (std::size_t i = 0; i < bookmarks.size(); ++i) {
+        destinations.push_back({.name = std::move(names[i]), .bookmark = std::move(bookmarks[i])});
+    }
+    return destinations;
+}
+
+std::vector<std::string> storedList(const PreferenceValues& values, std::string_view key) {
+    const auto found = values.find(key);
+    if (found == values.end()) return {};
+    return listFromPreferenceText(found->second).value_or(std::vector<std::string>());
+}
+
+SavedDestinations storedDestinations(const PreferenceValues& values) {
+    return joinedLists(storedList(values, kDestinationBookmarksKey),
+                       storedList(values, kDestinationNamesKey));
+}
+
+void store(PreferenceValues& values, const SavedDestinations& destinations) {
+    std::vector<std::string> bookmarks;
+    std::vector<std::string> names;
+    for (const auto& destination : destinations) {
+        bookmarks.push_back(destination.bookmark);
+        names.push_back(destination.name);
+    }
+    values.insert_or_assign(std::string(kDestinationBookmarksKey), preferenceText(bookmarks));
+    values.insert_or_assign(std::string(kDestinationNamesKey), preferenceText(names));
+}
+
+void rearrange(PreferenceValues& values, const SavedDestinations& before,
+               const SavedDestinations& after) {
+    store(values, after);
+    const auto chosen = values.find(kDefaultDestinationKey);
+    if (chosen == values.end()) return;
+    const auto row = Fennimar::leadingInteger(chosen->second);
+    const auto end = static_cast<int>(kFirstFolderDestination + before.size());
+    if (row < static_cast<int>(kFirstFolderDestination) || row >= end) return;
+    const auto now = rowAfterwards(before, after, static_cast<std::size_t>(row));
+    chosen->second = preferenceText(static_cast<int>(now.value_or(kAskDestination)));
+}
+
+template <typename Value, typename Member>
+bool removeFirst(PreferenceValues& values, const Value& wanted, Member member) {
+    const auto before = storedDestinations(values);
+    auto after = before;
+    const auto found = std::ranges::find(after, wanted, member);
+    if (found == after.end()) return false;
+    after.erase(found);
+    rearrange(values, before, after);
+    return true;
+}
+
+}  // namespace
+
+SavedDestinations savedDestinations(const Preferences& preferences) {
+    const std::vector<std::string> none;
+    return joinedLists(preferences.defaultArray(kDestinationBookmarksKey).value_or(none),
+                       preferences.defaultArray(kDestinationNamesKey).value_or(none));
+}
+
+std::optional<std::size_t> rowAfterwards(const SavedDestinations& before,
+                                         const SavedDestinations& after, std::size_t row) {
+    if (row < kFirstFolderDestination) return row;
+    const auto place = row - kFirstFolderDestination;
+    if (place >= before.size()) return std::nullopt;
+    const auto found =
+        std::ranges::find(after, before[place].bookmark, &SavedDestination::bookmark);
+    if (found == after.end()) return std::nullopt;
+    return kFirstFolderDestination + static_cast<std::size_t>(found - after.begin());
+}
+
+bool addDestination(PreferenceValues& values, const SavedDestination& destination) {
+    auto destinations = storedDestinations(values);
+    const auto known =
+        std::ranges::find(destinations, destination.bookmark, &SavedDestination::bookmark);
+    if (known != destinations.end()) return false;
+    destinations.push_back(destination);
+    store(values, destinations);
+    return true;
+}
+
+bool removeDestination(PreferenceValues& values, const BookmarkData& bookmark) {
+    return removeFirst(values, bookmark, &SavedDestination::bookmark);
+}
+
+bool removeDestinationNamed(PreferenceValues& values, std::string_view name) {
+    return removeFirst(values, name, &SavedDestination::name);
+}
+
+void dropLostDestinations(PreferenceValues& values, const std::vector<BookmarkData>& lost) {
+    auto destinations = storedDestinations(values);
+    std::erase_if(destinations, [&lost](const SavedDestination& destination) {
+        return std::ranges::find(lost, destination.bookmark) != lost.end();
+    });
+    store(values, destinations);
+}
+
+bool moveDestination(PreferenceValues& values, const BookmarkData& bookmark, std::size_t place) {
+    const auto before = storedDestinations(values);
+    auto after = before;
+    const auto found = std::ranges::find(after, bookmark, &SavedDestination::bookmark);
+    if (found == after.end()) return false;
+    auto moved = std::move(*found);
+    after.erase(found);
+    after.insert(after.begin() + static_cast<std::ptrdiff_t>(std::min(place, after.size())),
+                 std::move(moved));
+    rearrange(values, before, after);
+    return true;
+}
+
+}  // namespace reelvane

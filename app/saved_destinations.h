@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/ports/folder_access.h"
+#include "support/ports/preferences_store.h"
+
+namespace reelvane {
+
+class Preferences;
+
+/// One saved destination folder.
+struct SavedDestination {
+    std::string name{};
+    BookmarkData bookmark{};
+};
+using SavedDestinations = std::vector<SavedDestination>;
+
+/// In the order of the menu.
+[[nodiscard]] SavedDestinations savedDestinations(const Preferences& preferences);
+
+/// The menu row, after a change of the folders, of what this row meant before it; absent when that
+/// folder is gone.
+[[nodiscard]] std::optional<std::size_t> rowAfterwards(const SavedDestinations& before,
+                                                       const SavedDestinations& after,
+                                                       std::size_t row);
+
+// Edits of the stored values, in one step each. Pure but for the values. The default destination
+// keeps meaning the same folder, or becomes "ask" when that one goes.
+
+/// False when the folder is saved already.
+bool addDestination(PreferenceValues& values, const SavedDestination& destination);
+/// False when there is no such folder.
+bool removeDestination(PreferenceValues& values, const BookmarkData& bookmark);
+/// Drops the first folder of this name; false when there is none.
+bool removeDestinationNamed(PreferenceValues& values, std::string_view name);
+/// Drops the folders that a launch has not found. The default destination stays the number it is.
+void dropLostDestinations(PreferenceValues& values, const std::vector<BookmarkData>& lost);
+/// Puts the folder at this place among the folders, or at the end; false when there is none.
+bool moveDestination(PreferenceValues& values, const BookmarkData& bookmark, std::size_t place);
+
+}  // namespace reelvane
