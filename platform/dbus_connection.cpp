@@ -45,6 +45,14 @@ DBusAnswer DBusConnection::call(const DBusMethod& method, GVariant* arguments,
             .error = error.message()};
 }
 
+void DBusConnection::emit(const char* path, const char* interface, const char* name,
+                          GVariant* values, GCancellable* cancellable) {
+    const VariantHandle owned(g_variant_ref_sink(values));
+    if (!open(cancellable, nullptr)) return;
+    g_dbus_connection_emit_signal(connection_.get(), nullptr, path, interface, name, owned.get(),
+                                  nullptr);
+}
+
 void DBusConnection::listen(const char* service, const char* interface, Signal signal) {
     listenedService_ = service;
     listenedInterface_ = interface;

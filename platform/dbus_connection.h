@@ -41,6 +41,9 @@ public:
     [[nodiscard]] DBusAnswer call(const DBusMethod& method, GVariant* arguments,
                                   const char* answerType, GCancellable* cancellable,
                                   std::chrono::milliseconds timeout = std::chrono::seconds(5));
+    /// Takes the (floating) values, and sends the signal to whoever listens, if there is a bus.
+    void emit(const char* path, const char* interface, const char* name, GVariant* values,
+              GCancellable* cancellable);
     /// Tells of all signals of the interface from now on, on the thread that made the calls.
     void listen(const char* service, const char* interface, Signal signal);
     /// Ends the connection, after what was sent has gone out.
