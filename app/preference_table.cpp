@@ -23,6 +23,7 @@ constexpr PreferenceEntry boolean(std::string_view key, std::string_view default
             .type = PreferenceType::Boolean,
             .defaultText = defaultText,
             .maximum = 1,
+            .otherwise = 1,
             .meaning = meaning};
 }
 
@@ -51,16 +52,22 @@ constexpr PreferenceEntry list(std::string_view key, PreferenceType type,
     return {.key = key, .type = type, .defaultText = kEmptyList, .meaning = meaning};
 }
 
+constexpr PreferenceEntry otherwise(int value, PreferenceEntry entry) {
+    entry.otherwise = value;
+    return entry;
+}
+
 constexpr PreferenceEntry unregistered(PreferenceEntry entry) {
     entry.registered = false;
     return entry;
 }
 
 constexpr auto kTable = std::to_array<PreferenceEntry>({
-    integer(
-        kConversionPresetKey, "0", 2,
-        "Conversion style: 0 compatible (every audio track that is not AAC becomes AAC), 1 high "
-        "speed and quality (copies what it can), 2 custom (as the Custom...Handling keys say)."),
+    otherwise(1,
+              integer(kConversionPresetKey, "0", 2,
+                      "Conversion style: 0 compatible (every audio track that is not AAC becomes "
+                      "AAC), 1 high speed and quality (copies what it can), 2 custom (as the "
+                      "Custom...Handling keys say).")),
     boolean(kIncludeSurroundTrackKey, "1",
             "With the compatible style, 1 adds the surround track of the source as a second audio "
             "track, 0 does not."),
@@ -69,7 +76,8 @@ constexpr auto kTable = std::to_array<PreferenceEntry>({
             "it."),
     boolean(kWelcomeShownKey, "1",
             "Whether the hint on the faster conversion style has been shown: 1 yes, 0 not yet."),
-    integer(kDefaultExtensionKey, "1", 1, "File-name extension of the output: 0 mp4, 1 m4v."),
+    otherwise(1, integer(kDefaultExtensionKey, "1", 1,
+                         "File-name extension of the output: 0 mp4, 1 m4v.")),
     integer(kAACBitrateKey, "1", 3, "Bit rate of AAC audio: 0 96k, 1 128k, 2 160k, 3 192k."),
     integer(kAC3StereoBitrateKey, "1", 3,
             "Bit rate of two-channel AC-3 audio: 0 160k, 1 192k, 2 224k, 3 256k."),
@@ -85,8 +93,9 @@ constexpr auto kTable = std::to_array<PreferenceEntry>({
             "1 takes finished jobs off the list by themselves, 0 leaves them there."),
     boolean(kAutoRemoveKey, "0",
             "1 removes the source file after a successful conversion, 0 keeps it."),
-    integer(kAutoRemoveTypeKey, "0", 1,
-            "How a source file is removed: 0 moves it to the Trash, 1 deletes it at once."),
+    otherwise(
+        1, integer(kAutoRemoveTypeKey, "0", 1,
+                   "How a source file is removed: 0 moves it to the Trash, 1 deletes it at once.")),
     integer(kConversionsKey, "0", kNoMaximum,
             "Kept for older versions; any count, nothing uses it."),
     boolean(kHasUpgradedFromPre13Key, "0",
@@ -217,6 +226,12 @@ const PreferenceEntry* findPreference(std::string_view key) {
 
 int defaultInteger(const PreferenceEntry& entry) {
     return Fennimar::leadingInteger(entry.defaultText);
+}
+
+int effectiveInteger(const PreferenceEntry& entry, int stored) {
+    const bool fits =
+        stored >= entry.minimum && stored <= entry.maximum && stored != entry.excluded;
+    return fits ? stored : entry.otherwise.value_or(defaultInteger(entry));
 }
 
 PreferenceValues registeredDefaults() {

@@ -24,11 +24,15 @@ struct PreferenceEntry {
     int minimum = 0;                 ///< of an integer or a number
     int maximum = 0;                 ///< of an integer or a number; kNoMaximum: none
     std::optional<int> excluded{};   ///< a value inside the range that is never valid
+    std::optional<int> otherwise{};  ///< what a misfit counts as; absent: the default
     std::string_view meaning{};      ///< one plain sentence with the meaning of each value
 };
 
 /// The integer that the entry reads as while nothing is stored.
 [[nodiscard]] int defaultInteger(const PreferenceEntry& entry);
+
+/// What the program acts on when this number is stored: the number itself where it fits.
+[[nodiscard]] int effectiveInteger(const PreferenceEntry& entry, int stored);
 
 /// Every preference, once, in the order in which it is listed and documented.
 [[nodiscard]] std::span<const PreferenceEntry> preferenceTable();

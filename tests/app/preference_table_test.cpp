@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <set>
+#include <tuple>
 
 #include "app/preference_keys.h"
 #include "app/settings_reader.h"
@@ -46,6 +47,18 @@ TEST(PreferenceTable, TakesWhatAPersonTypesOnlyWhenItFits) {
         {kDestinationNamesKey, {"Films"}}};
     for (const auto& [key, values] : refused)
         for (const auto& typed : values) EXPECT_FALSE(stored(key, typed)) << key << " " << typed;
+}
+
+TEST(PreferenceTable, AMisfitCountsAsWhatTheProgramDoesWithIt) {
+    const std::vector<std::tuple<std::string_view, int, int>> cases{
+        {kAACBitrateKey, 3, 3},           {kAACBitrateKey, 9, 1},
+        {kConversionPresetKey, 9, 1},     {kDefaultExtensionKey, 9, 1},
+        {kAutoRemoveTypeKey, -1, 1},      {kAutoAddKey, 9, 1},
+        {kDefaultAudioKey, 1, 0},         {kExternalSubtitleEncodingKey, 1, 0},
+        {kCustomUnknownHandlingKey, 3, 1}};
+    for (const auto& [key, stored, effective] : cases) {
+        EXPECT_EQ(effectiveInteger(*findPreference(key), stored), effective) << key << stored;
+    }
 }
 
 std::vector<std::string_view> listOf(auto... keys) {
