@@ -21,6 +21,11 @@ inline constexpr auto kAC3StereoBitrates =
 inline constexpr auto kAC3SurroundBitrates =
     std::to_array<std::string_view>({"384k", "448k", "512k", "576k"});
 
+/// The volumes, in per cent, that leave the sound as it is.
+[[nodiscard]] constexpr bool leavesVolume(float percent) {
+    return percent >= 99 && percent <= 101;
+}
+
 /// The preferences that choose the audio method. The handling values are kept as stored.
 struct AudioSettings {
     int conversionPreset = 0;  ///< 0 compatible, 2 custom, anything else fast

@@ -43,8 +43,9 @@ PlannedAudio mainAudio(const AudioEntry& source, std::size_t entry, AudioMethod 
     auto audio = plannedAudio(entry, method, settings);
     if (method == AudioMethodCopy) return audio;
     if (source.hz > kHighestSamplingRate) audio.samplingRate = kHighestSamplingRate;
-    const auto volume = settings.audioVolume;
-    if (volume < 99 || volume > 101) audio.volume = static_cast<double>(volume) / 100;
+    if (!leavesVolume(settings.audioVolume)) {
+        audio.volume = static_cast<double>(settings.audioVolume) / 100;
+    }
     return audio;
 }
 
