@@ -28,38 +28,21 @@ AboutDialog::AboutDialog(const UiContext& context, QWidget* parent)
     auto* const all = new QVBoxLayout(this);
     all->setContentsMargins(gap, gap, gap, gap);
     all->setSpacing(gap);
-    all->addLayout(makeIdentity());
+    all->addLayout(makeIntroduction(
+        context_.icons.coloured("reelvane"), toQString(context_.vantor.appName()),
+        tr("Turns Matroska movies into MP4 for Apple devices without touching the picture."),
+        this));
     all->addLayout(makeFacts());
-    all->addStretch();
+    all->addStretch(1);
     addButtons(*all);
 }
 
 AboutDialog::~AboutDialog() = default;
 
-QLayout* AboutDialog::makeIdentity() {
-    auto* const row = new QHBoxLayout;
-    row->setSpacing(fontMetrics().height());
-    const auto icon = context_.icons.coloured("reelvane");
-    if (!icon.isNull()) {
-        auto* const picture = new QLabel(this);
-        const auto size = fontMetrics().height() * 4;
-        picture->setPixmap(icon.pixmap(QSize(size, size), devicePixelRatioF()));
-        row->addWidget(picture, 0, Qt::AlignTop);
-    }
-    auto* const texts = new QVBoxLayout;
-    texts->addWidget(makeHeading(toQString(context_.vantor.appName()), this));
-    texts->addWidget(makeParagraph(
-        tr("Turns Matroska movies into MP4 for Apple devices without touching the picture."),
-        this));
-    texts->addStretch();
-    row->addLayout(texts, 1);
-    return row;
-}
-
 QLayout* AboutDialog::makeFacts() {
     auto& lifecycle = context_.controller.lifecycle();
     auto* const facts = new QFormLayout;
-    facts->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    facts->setVerticalSpacing(fontMetrics().height() / 2);
     facts->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     addFact(*facts, tr("Program:"),
             toQString(lifecycle.version()) + ", " + toQString(lifecycle.build()));
@@ -72,17 +55,17 @@ QLayout* AboutDialog::makeFacts() {
                "pass on"));
     ffmpeg_ = std::make_unique<FFmpegVersion>(
         context_.vantor, [ffmpeg](const FFmpegVersion::Answer& answer) {
-            ffmpeg->setText(answer.problem.empty()
-                                ? toQString(answer.version)
-                                : tr("Not found.") + ' ' + toQString(answer.problem));
+            ffmpeg->setText(answer.problem.empty() ? toQString(answer.version)
+                                                   : toQString(answer.problem));
         });
     return facts;
 }
 
 QLabel* AboutDialog::addFact(QFormLayout& facts, const QString& name, const QString& value) {
     auto* const shown = makeParagraph(value, this);
-    shown->setAccessibleName(name + ' ' + value);
-    facts.addRow(name, shown);
+    auto* const label = new QLabel(name, this);
+    label->setAlignment(Qt::AlignTop);
+    facts.addRow(label, shown);
     facts_.append({name, shown});
     return shown;
 }

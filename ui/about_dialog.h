@@ -25,7 +25,6 @@ public:
     AboutDialog& operator=(AboutDialog&&) = delete;
 
 private:
-    [[nodiscard]] QLayout* makeIdentity();
     [[nodiscard]] QLayout* makeFacts();
     QLabel* addFact(QFormLayout& facts, const QString& name, const QString& value);
     void addButtons(QLayout& column);

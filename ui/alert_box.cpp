@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -28,12 +29,20 @@ QDialogButtonBox::ButtonRole roleOf(std::size_t button, std::size_t count) {
     return button + 1 == count ? QDialogButtonBox::RejectRole : QDialogButtonBox::DestructiveRole;
 }
 
+/// Screen readers read an alert out as soon as it opens; for other dialogs they wait to be asked.
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+    auto* const box = dynamic_cast<AlertBox*>(object);
+    if (box == nullptr) return nullptr;
+    return new QAccessibleWidget(box, QAccessible::AlertMessage);
+}
+
 }  // namespace
 
 AlertBox::AlertBox(const AlertContent& content, const QIcon& picture, QWidget* parent)
     : QDialog(parent),
       content_(content),
       button_(cautiousButton(content)) {
+    QAccessible::installFactory(makeAccessible);
     setAttribute(Qt::WA_QuitOnClose, false);  // it may be the only window, before the main one
     setWindowModality(Qt::ApplicationModal);
     setWindowTitle(QGuiApplication::applicationDisplayName());
@@ -80,8 +89,8 @@ QWidget* AlertBox::makeTexts(int narrowest) {
     }
     int width = narrowest;
     for (const auto& [view, share] : views) width = std::max(width, view->naturalWidth());
-    width = std::min({width, std::max(narrowest, fontMetrics().averageCharWidth() * kWidestLine),
-                      room.width() * 3 / 4});
+    width = std::min({width, fontMetrics().averageCharWidth() * kWidestLine, room.width() * 3 / 4});
+    width = std::max(width, narrowest);
     for (const auto& [view, share] : views) {
         view->fit(width, static_cast<int>(room.height() * share));
         column->addWidget(view);

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include <QEvent>
-#include <QStandardPaths>
 
 #include "support/strings.h"
 #include "ui/alert_box.h"
@@ -19,16 +18,6 @@ std::filesystem::path shownFolder(std::filesystem::path folder) {
         folder = folder.parent_path();
     }
     return folder;
-}
-
-QList<QUrl> usualFolders() {
-    QList<QUrl> folders;
-    for (const auto place : {QStandardPaths::HomeLocation, QStandardPaths::MoviesLocation,
-                             QStandardPaths::DownloadLocation, QStandardPaths::DesktopLocation}) {
-        const auto url = QUrl::fromLocalFile(QStandardPaths::writableLocation(place));
-        if (!folders.contains(url)) folders.append(url);
-    }
-    return folders;
 }
 
 }  // namespace
@@ -56,7 +45,7 @@ FilePanel::FilePanel(QWidget* window) : QFileDialog(window) {
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);
     setOption(HideNameFilterDetails);
-    setSidebarUrls(usualFolders());
+    resize(fontMetrics().height() * 48, fontMetrics().height() * 30);
     connect(this, &QDialog::finished, this, &FilePanel::answer);
     if (window != nullptr) window->installEventFilter(this);
 }

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
-#include <QStyle>
 #include <QTextBlock>
+#include <QTextDocument>
 
 namespace reelvane {
 
@@ -21,9 +22,6 @@ PlainTextView::PlainTextView(const QString& text, const QFont& font, QWidget* pa
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::ClickFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto option = document()->defaultTextOption();
-    option.setTextDirection(layoutDirection());
-    document()->setDefaultTextOption(option);
     auto colours = palette();
     colours.setColor(QPalette::Text, colours.color(QPalette::WindowText));
     setPalette(colours);
@@ -40,8 +38,10 @@ int PlainTextView::naturalWidth() const {
 }
 
 void PlainTextView::fit(int width, int tallest) {
-    document()->setTextWidth(width);
-    const int needed = static_cast<int>(std::ceil(document()->size().height()));
+    // The view lays its own document out for the size that it has now.
+    const std::unique_ptr<QTextDocument> copy(document()->clone());
+    copy->setTextWidth(width);
+    const int needed = static_cast<int>(std::ceil(copy->size().height()));
     if (needed > tallest) {
         setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
         setFocusPolicy(Qt::StrongFocus);  // the keyboard scrolls it

@@ -8,6 +8,7 @@
 #include "support/open_url.h"
 #include "support/ports/main_bundle.h"
 #include "support/vantor.h"
+#include "ui/icons.h"
 #include "ui/qt_text.h"
 #include "ui/window_text.h"
 
@@ -48,18 +49,21 @@ PromotionWindow::PromotionWindow(const UiContext& context, QWidget* parent) : QD
     const auto gap = fontMetrics().height();
     auto* const all = new QVBoxLayout(this);
     all->setContentsMargins(gap, gap, gap, gap);
-    all->addWidget(makeHeading(title, this));
+    all->setSpacing(gap * 2 / 3);
+    all->addLayout(makeIntroduction(context.icons.coloured("reelvane"), title,
+                                    tr("Movies for your Apple devices, ready in minutes."), this));
     for (const auto& [name, explanation] : abilities()) {
         auto* const line = makeParagraph(name, this);
         auto bold = line->font();
         bold.setBold(true);
         line->setFont(bold);
-        all->addSpacing(gap / 2);
-        all->addWidget(line);
-        all->addWidget(makeParagraph(explanation, this));
+        auto* const ability = new QVBoxLayout;
+        ability->setSpacing(gap / 5);
+        ability->addWidget(line);
+        ability->addWidget(makeParagraph(explanation, this));
+        all->addLayout(ability);
     }
-    all->addSpacing(gap);
-    all->addStretch();
+    all->addStretch(1);
     auto* const buttons = new QDialogButtonBox(this);
     auto* const close = buttons->addButton(tr("&Close"), QDialogButtonBox::RejectRole);
     close->setDefault(true);

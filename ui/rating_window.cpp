@@ -15,11 +15,23 @@
 #include "support/ports/main_bundle.h"
 #include "support/problem_reports.h"
 #include "support/vantor.h"
+#include "ui/icons.h"
 #include "ui/qt_text.h"
 #include "ui/window_text.h"
 
 namespace reelvane {
 namespace {
+
+constexpr int kFeedbackLines = 7;
+
+/// Asks for a few lines; it grows with the window.
+class FeedbackField final : public QPlainTextEdit {
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+    [[nodiscard]] QSize sizeHint() const override {
+        return {QPlainTextEdit::sizeHint().width(), fontMetrics().height() * kFeedbackLines};
+    }
+};
 
 bool hasPage(const Vantor& vantor, std::string_view infoKey) {
     return vantor.ports().mainBundle.infoValue(infoKey).has_value();
@@ -77,13 +89,17 @@ void RatingWindow::addChoice(QVBoxLayout& column, const QString& text, int choic
     addButton(column, text, open)->setEnabled(isAvailable);
 }
 
+void RatingWindow::addWords(QVBoxLayout& column, const QString& heading, const QString& words) {
+    column.addLayout(makeIntroduction(context_.icons.coloured("reelvane"), heading, words, this));
+    column.addSpacing(fontMetrics().height() / 2);
+}
+
 QWidget* RatingWindow::makeInitialView(const QString& introText) {
     auto* const view = new QWidget(views_);
     auto* const column = new QVBoxLayout(view);
     column->setContentsMargins({});
-    column->addWidget(makeHeading(introText, view));
-    column->addWidget(makeParagraph(tr("What do you think of it so far?"), view));
-    column->addStretch();
+    addWords(*column, introText, tr("What do you think of it so far?"));
+    column->addStretch(1);
     addButton(*column, tr("It Works &Well for Me"),
               [this] { views_->setCurrentWidget(happyView_); });
     addButton(*column, tr("I Am &Not Sure Yet"), [this] { close(); });
@@ -104,16 +120,15 @@ QWidget* RatingWindow::makeHappyView() {
     auto* const view = new QWidget(views_);
     auto* const column = new QVBoxLayout(view);
     column->setContentsMargins({});
-    column->addWidget(makeHeading(tr("That makes our day!"), view));
-    column->addWidget(makeParagraph(
+    addWords(
+        *column, tr("That makes our day!"),
         downloadSite || store
             ? tr("Would you tell others? A rating takes a minute and helps people find %1.")
                   .arg(name)
             : tr("There is no page for ratings yet. If a friend has movies that will not play on "
                  "their phone or television, tell them about %1.")
-                  .arg(name),
-        view));
-    column->addStretch();
+                  .arg(name));
+    column->addStretch(1);
     addChoice(*column, tr("Rate on a &Download Site"), MacupdatePageURL, downloadSite);
     addChoice(*column, tr("Rate in the &Store"), StoreApplicationURL, store);
     addButton(*column, tr("&Not Now"), [this] { close(); });
@@ -124,12 +139,11 @@ QWidget* RatingWindow::makeAngryView() {
     auto* const view = new QWidget(views_);
     auto* const column = new QVBoxLayout(view);
     column->setContentsMargins({});
-    column->addWidget(makeHeading(tr("We are sorry about that."), view));
-    column->addWidget(makeParagraph(
+    addWords(
+        *column, tr("We are sorry about that."),
         tr("Please tell us what goes wrong. Your mail program opens with your words and a line "
-           "about your computer; nothing is sent before you send it."),
-        view));
-    feedbackTextField_ = new QPlainTextEdit(view);
+           "about your computer; nothing is sent before you send it."));
+    feedbackTextField_ = new FeedbackField(view);
     feedbackTextField_->setTabChangesFocus(true);
     feedbackTextField_->setPlaceholderText(tr("What did you try, and what happened?"));
     feedbackTextField_->setAccessibleName(tr("Your feedback"));

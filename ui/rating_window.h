@@ -26,6 +26,7 @@ private:
     [[nodiscard]] QWidget* makeInitialView(const QString& introText);
     [[nodiscard]] QWidget* makeHappyView();
     [[nodiscard]] QWidget* makeAngryView();
+    void addWords(QVBoxLayout& column, const QString& heading, const QString& words);
     QPushButton* addButton(QVBoxLayout& column, const QString& text, std::function<void()> clicked);
     void addChoice(QVBoxLayout& column, const QString& text, int choice, bool isAvailable);
     void problemsClicked();

@@ -1,12 +1,16 @@
 #include "ui/window_text.h"
 
+#include <QHBoxLayout>
+#include <QIcon>
 #include <QLabel>
+#include <QVBoxLayout>
 
 namespace reelvane {
 namespace {
 
 constexpr double kHeadingSize = 1.3;
 constexpr int kLineLength = 52;  ///< in average characters
+constexpr int kPictureLines = 4;
 
 QLabel* makeText(const QString& text, QWidget* parent) {
     auto* const label = new QLabel(parent);
@@ -17,8 +21,6 @@ QLabel* makeText(const QString& text, QWidget* parent) {
     return label;
 }
 
-}  // namespace
-
 QLabel* makeHeading(const QString& text, QWidget* parent) {
     auto* const label = makeText(text, parent);
     auto font = label->font();
@@ -28,10 +30,32 @@ QLabel* makeHeading(const QString& text, QWidget* parent) {
     return label;
 }
 
+}  // namespace
+
 QLabel* makeParagraph(const QString& text, QWidget* parent) {
     auto* const label = makeText(text, parent);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
+}
+
+QLayout* makeIntroduction(const QIcon& picture, const QString& heading, const QString& words,
+                          QWidget* parent) {
+    const auto line = parent->fontMetrics().height();
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(line);
+    if (!picture.isNull()) {
+        auto* const shown = new QLabel(parent);
+        const QSize size(line * kPictureLines, line * kPictureLines);
+        shown->setPixmap(picture.pixmap(size, parent->devicePixelRatioF()));
+        row->addWidget(shown, 0, Qt::AlignTop);
+    }
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(line / 3);
+    texts->addWidget(makeHeading(heading, parent));
+    texts->addWidget(makeParagraph(words, parent));
+    texts->addStretch(1);
+    row->addLayout(texts, 1);
+    return row;
 }
 
 }  // namespace reelvane

@@ -2,14 +2,18 @@
 
 #include <QString>
 
+class QIcon;
 class QLabel;
+class QLayout;
 class QWidget;
 
 namespace reelvane {
 
-/// The line that says what a window is about.
-[[nodiscard]] QLabel* makeHeading(const QString& text, QWidget* parent);
 /// Text of any length in lines that are comfortable to read; the user may copy it.
 [[nodiscard]] QLabel* makeParagraph(const QString& text, QWidget* parent);
+
+/// The top of a window: a picture, a line that says what the window is about, and a few words more.
+[[nodiscard]] QLayout* makeIntroduction(const QIcon& picture, const QString& heading,
+                                        const QString& words, QWidget* parent);
 
 }  // namespace reelvane
