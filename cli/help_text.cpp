@@ -105,14 +105,15 @@ constexpr std::string_view kVerifyHelp =
     R"(Reads the index of each MP4, M4V or MOV file, in the order given, and says whether the file is
 whole: nothing is cut off, and all that the index describes is there. That takes some
 milliseconds whatever the size, writes nothing and needs no ffmpeg. The picture and the sound
-themselves are not decoded.
+themselves are not decoded. Some files cannot be checked: they may be whole, or not.
 
 Usage: reelvane-cli verify [OPTIONS] FILE...
 
 Options:
   --json               Print one JSON object per file and line.
 %@
-Exit status 1: some file is broken.
+Exit status 1: some file is broken or could not be checked. With --json "whole" is then false
+or null.
 
 Examples:
   reelvane-cli verify ~/Movies/*.m4v

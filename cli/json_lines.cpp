@@ -80,7 +80,8 @@ std::string verifiedLine(std::string_view file, const Mp4Reading& reading, std::
     static constexpr auto kKinds =
         std::to_array<std::string_view>({"video", "audio", "text", "other"});
     if (!reading.movie) {
-        return line({{"file", file}, {"whole", false}, {"problem", reading.problem}});
+        const auto whole = reading.uncheckable ? Json(nullptr) : Json(false);
+        return line({{"file", file}, {"whole", whole}, {"problem", reading.problem}});
     }
     auto tracks = Json::array();
     for (const auto& track : reading.movie->tracks) {

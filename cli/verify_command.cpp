@@ -26,7 +26,10 @@ std::string trackText(const Mp4Track& track) {
 
 std::string verifiedText(const std::string& file, const Mp4Reading& reading, std::uint64_t bytes) {
     const auto name = printable(file);
-    if (!reading.movie) return makeString("%@: broken: it %@", name, reading.problem);
+    if (!reading.movie) {
+        return makeString("%@: %@: it %@", name, reading.uncheckable ? "not checked" : "broken",
+                          reading.problem);
+    }
     const auto& movie = *reading.movie;
     auto text =
         makeString("%@: whole: %@", name, contentText(movie.seconds, movie.tracks.size(), bytes));

@@ -15,7 +15,8 @@
 namespace reelvane {
 
 /// Reads parts of a file that nobody vouches for. All reads together are limited, so that no file
-/// can keep the reader busy: some two million small ones, or 512 MiB. Any thread, but not shared.
+/// can keep the reader busy for more than some ten seconds: eight million of the file, 512 MiB, or
+/// 268 million that came along with one of them. Any thread, but not shared.
 class ByteSource {
 public:
     /// Absent when the file cannot be opened for reading.
@@ -31,7 +32,8 @@ public:
 private:
     ByteSource(FileDescriptor file, std::uint64_t size);
 
-    [[nodiscard]] bool spend(std::uint64_t bytes) const;
+    [[nodiscard]] bool spend(std::uint64_t cost) const;
+    [[nodiscard]] bool isInWindow(std::uint64_t offset, std::uint64_t bytes) const;
     [[nodiscard]] bool readFile(std::uint64_t offset, std::span<std::byte> buffer) const;
 
     FileDescriptor file_;

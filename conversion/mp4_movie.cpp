@@ -71,21 +71,23 @@ std::optional<MovieHeader> readMovieHeader(const ByteSource& file, const Mp4Box&
                        .seconds = static_cast<double>(*duration) / static_cast<double>(*scale)};
 }
 
-/// Reads all tracks into the movie; answers the problem, or an empty text.
-std::string readTracks(const ByteSource& file, const Mp4Box& moov, const TrackContext& context,
-                       Mp4Movie& movie) {
-    std::string problem;
+/// Reads all tracks into the movie; answers the problem alone, or nothing.
+Mp4Reading readTracks(const ByteSource& file, const Mp4Box& moov, const TrackContext& context,
+                      Mp4Movie& movie) {
+    Mp4Reading fault;
     const bool whole = forEachBox(file, moov.contentBegin, moov.end, [&](const Mp4Box& box) {
         if (box.type != "trak") return true;
         auto track = readTrack(file, box, context);
-        problem = std::move(track.problem);
+        fault = {.problem = std::move(track.problem), .uncheckable = track.uncheckable};
         if (track.track) movie.tracks.push_back(std::move(*track.track));
-        if (movie.tracks.size() > kMostTracks) problem = "has too many tracks";
-        return problem.empty();
+        if (movie.tracks.size() > kMostTracks) {
+            fault = {.problem = "has too many tracks", .uncheckable = true};
+        }
+        return fault.problem.empty();
     });
-    if (!whole) return "has a damaged index (moov)";
-    if (problem.empty() && movie.tracks.empty()) return "has no track";
-    return problem;
+    if (!whole) return {.problem = "has a damaged index (moov)"};
+    if (fault.problem.empty() && movie.tracks.empty()) return {.problem = "has no track"};
+    return fault;
 }
 
 bool hasTooLittleMedia(const Mp4Movie& movie) {
@@ -104,19 +106,20 @@ Mp4Reading readOpened(const ByteSource& file) {
     if (!header) {
         // QuickTime can pack the whole index with zlib; hardly any file of this century does.
         const bool packed = childBox(file, *top.moov, "cmov").has_value();
-        return {.problem = packed ? "has a compressed index, which cannot be checked"
-                                  : "has a damaged movie header (mvhd)"};
+        if (packed) return {.problem = "has a compressed index", .uncheckable = true};
+        return {.problem = "has a damaged movie header (mvhd)"};
     }
     Mp4Movie movie{.seconds = header->seconds, .mediaBytes = top.media.bytes()};
     const TrackContext context{.timeScale = header->timeScale, .media = top.media};
-    auto problem = readTracks(file, *top.moov, context, movie);
-    if (!problem.empty()) return {.problem = std::move(problem)};
+    if (auto fault = readTracks(file, *top.moov, context, movie); !fault.problem.empty()) {
+        return fault;
+    }
     if (hasTooLittleMedia(movie)) {
         return {.problem = "has less media data than its index describes"};
     }
     if (const auto mvex = childBox(file, *top.moov, "mvex")) {
         movie.fragmented = true;
-        problem = readFragments(file, *mvex, top.media, movie);
+        auto problem = readFragments(file, *mvex, top.media, movie);
         if (!problem.empty()) return {.problem = std::move(problem)};
     }
     return {.movie = std::move(movie)};
@@ -133,10 +136,12 @@ Mp4Reading readMp4(const std::filesystem::path& file) {
     if (!source) {
         std::error_code unknown;
         const bool missing = !std::filesystem::exists(file, unknown) && !unknown;
-        return {.problem = missing ? "is not there" : "cannot be read"};
+        return {.problem = missing ? "is not there" : "cannot be read", .uncheckable = true};
     }
     auto reading = readOpened(*source);
-    if (source->isExhausted()) return {.problem = "has an index that is too large to be checked"};
+    if (source->isExhausted()) {
+        return {.problem = "has too large an index", .uncheckable = true};
+    }
     return reading;
 }
 

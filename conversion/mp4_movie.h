@@ -46,8 +46,9 @@ struct Mp4Movie {
 [[nodiscard]] bool holdsStream(const Mp4Track& track);
 
 struct Mp4Reading {
-    std::optional<Mp4Movie> movie{};  ///< absent: broken, and `problem` says how
+    std::optional<Mp4Movie> movie{};  ///< absent: not proven whole, and `problem` says why
     std::string problem{};            ///< one sentence without its subject: "has no index (moov)"
+    bool uncheckable = false;         ///< the file may be whole all the same: nobody can tell
 };
 
 /// Reads a file's index and checks that the file is whole: every box lies inside its parent and the

@@ -176,7 +176,9 @@ TrackReading readTrack(const ByteSource& file, const Mp4Box& trak, const TrackCo
     if (!stbl || !readSampleEntry(file, *stbl, track)) {
         return {.problem = "has a damaged sample description (stsd)"};
     }
-    if (!isSelfContained(file, *minf)) return {.problem = "keeps its media data in another file"};
+    if (!isSelfContained(file, *minf)) {
+        return {.problem = "keeps its media data in another file", .uncheckable = true};
+    }
     if (!readSampleSizes(file, *stbl, track)) {
         return {.problem = "has a damaged sample size table (stsz)"};
     }

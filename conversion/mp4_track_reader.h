@@ -19,6 +19,7 @@ struct TrackContext {
 struct TrackReading {
     std::optional<Mp4Track> track{};  ///< absent: `problem` says why
     std::string problem{};            ///< as in Mp4Reading
+    bool uncheckable = false;         ///< as in Mp4Reading
 };
 
 /// Reads one "trak" box and checks its tables against the media data.

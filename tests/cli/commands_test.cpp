@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include "tests/cli/cli_fixture.h"
+#include "tests/fakes/small_mp4.h"
 
 namespace reelvane {
 namespace {
@@ -9,6 +10,7 @@ namespace {
 using testing::HasSubstr;
 
 using Inspect = CliTest;
+using Verify = CliTest;
 using Command = CliTest;
 using PreferencesCommand = CliTest;
 
@@ -63,6 +65,19 @@ TEST_F(Inspect, RefusesWhatIsNoMovieBeforeItIsProbed) {
         EXPECT_EQ(cli({"command", name}).status, 1);
         EXPECT_THAT(errors(), AllOf(HasSubstr(name + ": refused: "), HasSubstr(sentence)));
     }
+}
+
+TEST_F(Verify, TellsWholeFromBrokenFromNotChecked) {
+    const auto bytes = SmallMp4().bytes();
+    folder_.write("whole.mp4", bytes);
+    folder_.write("cut.mp4", bytes.substr(0, bytes.size() - 1));
+    EXPECT_EQ(cli({"verify", "whole.mp4"}).status, 0);
+    const auto outcome = cli({"verify", "--json", "whole.mp4", "cut.mp4", "none.mp4"});
+    EXPECT_EQ(outcome.status, 1);
+    std::vector<nlohmann::json> answers;
+    for (const auto& line : objects(outcome.output)) answers.push_back(line.at("whole"));
+    EXPECT_THAT(answers, testing::ElementsAre(true, false, nullptr));
+    EXPECT_EQ(cli({"verify", "none.mp4"}).output, "none.mp4: not checked: it is not there\n");
 }
 
 TEST_F(Command, IsTheListOfTheConversionAndMakesNothing) {

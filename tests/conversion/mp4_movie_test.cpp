@@ -60,7 +60,9 @@ TEST_F(Mp4MovieTest, IsBrokenWhereverItIsCut) {
 }
 
 TEST_F(Mp4MovieTest, NeverTrustsANumber) {
-    const auto bytes = SmallMp4().bytes();
+    SmallMp4 source;
+    source.fragments = 2;
+    const auto bytes = source.bytes();
     for (std::size_t position = 0; position < bytes.size(); ++position) {
         for (const char value : {'\0', '\1', '\x7F', '\xFF'}) {
             auto hostile = bytes;
@@ -90,7 +92,10 @@ TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
     };
     for (const auto& [content, problem] : cases) {
         EXPECT_THAT(read(content).problem, HasSubstr(problem));
+        EXPECT_FALSE(read(content).uncheckable) << problem;
     }
+    const auto packed = plain.box("moov", plain.box("cmov", "")) + plain.box("mdat", "sample");
+    EXPECT_TRUE(read(packed).uncheckable);
 }
 
 TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {

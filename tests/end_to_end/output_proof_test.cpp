@@ -12,6 +12,7 @@
 #include "conversion/mp4_movie.h"
 #include "tests/end_to_end/movies.h"
 #include "tests/end_to_end/sandbox.h"
+#include "tests/fakes/small_mp4.h"
 
 namespace reelvane {
 namespace {
@@ -74,6 +75,15 @@ TEST(OutputProof, JudgesFragmentsAndQuickTimeToo) {
             EXPECT_FALSE(readMp4(file).movie) << file << " cut at " << size;
         });
     }
+}
+
+TEST(OutputProof, ReadsALongRecordingWithAFragmentForEveryFrame) {
+    const TemporaryFolder folder;
+    SmallMp4 source;
+    source.fragments = 150000;
+    const auto reading = readMp4(folder.write("recording.mp4", source.bytes()));
+    ASSERT_TRUE(reading.movie) << reading.problem;
+    EXPECT_EQ(reading.movie->tracks.at(0).seconds, 150000);
 }
 
 /// A conversion that must not touch its source. True when it was called finished.

@@ -22,11 +22,15 @@ public:
                               {.handler = "soun", .codec = "mp4a"}};
     bool wide = false;  ///< 64-bit box sizes, times and chunk offsets
     std::uint32_t seconds = 12;
+    unsigned fragments = 0;  ///< each with one more sample of the first track, a second long
 
     [[nodiscard]] std::string bytes() const {
         const auto head = box("ftyp", "isom" + number(512, 4) + "isom");
         const auto moovSize = moov(0).size();
-        return head + moov(head.size() + moovSize + (wide ? 16 : 8)) + box("mdat", samples());
+        auto all = head + moov(head.size() + moovSize + (wide ? 16 : 8)) + box("mdat", samples());
+        const auto fragment = moof() + box("mdat", tracks.front().sample);
+        for (unsigned i = 0; i < fragments; ++i) all += fragment;
+        return all;
     }
 
     static std::string number(std::uint64_t value, unsigned width) {
@@ -61,7 +65,19 @@ private:
             content += box("trak", trackHeader(tracks[i], i + 1) + media(tracks[i], mediaBegin));
             mediaBegin += tracks[i].sample.size();
         }
+        if (fragments > 0) content += box("mvex", box("trex", number(0, 4) + number(1, 4)));
         return box("moov", content);
+    }
+    [[nodiscard]] std::string moof() const {
+        const auto tfhd = box("tfhd", number(0x20000, 4) + number(1, 4));  // places count from here
+        const auto run = [&](std::uint64_t place) {
+            return box("trun", number(0x301, 4) + number(1, 4) + number(place, 4) +
+                                   number(1000, 4) + number(tracks.front().sample.size(), 4));
+        };
+        const auto whole = [&](std::uint64_t place) {
+            return box("moof", box("traf", tfhd + run(place)));
+        };
+        return whole(whole(0).size() + (wide ? 16 : 8));
     }
     [[nodiscard]] std::string trackHeader(const Track& track, std::uint64_t trackID) const {
         return box("tkhd", versioned(track.flags) + times() + number(trackID, 4) + number(0, 4) +
