@@ -1,0 +1,129 @@
+#include "ui/qt_panels.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+
+#include "tests/fakes/temporary_folder.h"
+#include "ui/file_panel.h"
+#include "ui/qt_text.h"
+
+namespace reelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class QtPanelsTest : public testing::Test {
+protected:
+    QtPanelsTest() {
+        // File dialogs remember themselves there.
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           displayPath(folder_.path()));
+        window_->show();
+        panels_.setParent(PanelParent::MainWindow, window_.get());
+    }
+
+    void open() {
+        panels_.open({.allowedTypes = {"mkv"}, .folder = folder_.path()},
+                     [this](auto paths) { answers_.push_back(std::move(paths)); });
+    }
+    void save(const std::string& name) {
+        panels_.save({.folder = folder_.path(), .fileName = name, .extension = "mp4"},
+                     [this](const auto& path) {
+                         answers_.push_back(path ? std::vector{*path} : std::vector<fs::path>());
+                     });
+    }
+    [[nodiscard]] static FilePanel* panel() {
+        for (auto* const widget : QApplication::topLevelWidgets()) {
+            auto* const found = dynamic_cast<FilePanel*>(widget);
+            if (found != nullptr && found->isVisible()) return found;
+        }
+        return nullptr;
+    }
+    static void accept() { QMetaObject::invokeMethod(panel(), "accept"); }
+    /// The panel asks something more, which is answered.
+    static void acceptAnd(QMessageBox::StandardButton button) {
+        QTimer::singleShot(0, [button] {
+            auto* const asked = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(asked, nullptr);
+            asked->button(button)->click();
+        });
+        accept();
+    }
+    void waitForAnswers(std::size_t count) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return answers_.size() >= count; }));
+        QApplication::processEvents();  // a second answer would come now
+        ASSERT_EQ(answers_.size(), count);
+    }
+
+    TemporaryFolder folder_;
+    std::unique_ptr<QWidget> window_ = std::make_unique<QWidget>();
+    QtPanels panels_;
+    std::vector<std::vector<fs::path>> answers_;
+};
+
+}  // namespace
+
+TEST_F(QtPanelsTest, AnswersWhatWasChosenByteForByteAndOnce) {
+    const auto file = folder_.write("dir \xC3\xBC #1 100% %20?.mkv");
+    open();
+    panel()->selectFile(displayPath(file));
+    accept();
+    waitForAnswers(1);
+    EXPECT_THAT(answers_.front(), ElementsAre(file));
+}
+
+TEST_F(QtPanelsTest, IsCancelledWithItsWindowAndByTheUser) {
+    open();
+    panel()->reject();
+    waitForAnswers(1);
+    open();
+    window_->hide();
+    waitForAnswers(2);
+    EXPECT_EQ(panel(), nullptr);
+    window_->show();
+    save("a.mp4");
+    window_.reset();
+    waitForAnswers(3);
+    EXPECT_THAT(answers_, testing::Each(IsEmpty()));
+}
+
+TEST_F(QtPanelsTest, ASecondRequestWaitsForTheFirst) {
+    open();
+    save("b.mp4");
+    panel()->reject();
+    waitForAnswers(1);
+    accept();
+    waitForAnswers(2);
+    EXPECT_THAT(answers_, ElementsAre(IsEmpty(), ElementsAre(folder_.path() / "b.mp4")));
+}
+
+TEST_F(QtPanelsTest, ANameWithoutItsExtensionGetsItBeforeTheQuestionWhetherToReplace) {
+    const auto target = folder_.write("My.Movie.mp4");
+    save("Movie.mp4");
+    panel()->findChild<QLineEdit*>("fileNameEdit")->setText("My.Movie");
+    acceptAnd(QMessageBox::No);
+    EXPECT_NE(panel(), nullptr);
+    acceptAnd(QMessageBox::Yes);
+    waitForAnswers(1);
+    EXPECT_THAT(answers_.front(), ElementsAre(target));
+}
+
+TEST(FilePanel, AnExtensionIsAddedOnce) {
+    EXPECT_EQ(withExtension("/a/x.mp4", "mp4"), "/a/x.mp4");
+    EXPECT_EQ(withExtension("/a/x.MP4", "mp4"), "/a/x.MP4");
+    EXPECT_EQ(withExtension("/a/x.mkv", "mp4"), "/a/x.mkv.mp4");
+    EXPECT_EQ(withExtension("/a/x.", "mp4"), "/a/x.mp4");
+    EXPECT_EQ(withExtension("/a/.mp4", "mp4"), "/a/.mp4.mp4");
+}
+
+}  // namespace reelvane
