@@ -1,0 +1,147 @@
+#include "ui/file_sheet.h"
+
+#include <cmath>
+
+#include <QKeyEvent>
+#include <QStyle>
+
+#include "app/app_delegate.h"
+#include "support/ports/desktop_appearance.h"
+#include "ui/file_sheet_panel.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kSlideMilliseconds = 200;
+
+}  // namespace
+
+FileSheet::FileSheet(const UiContext& context, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      panel_(new FileSheetPanel(context, this)) {
+    setAccessibleName(tr("Movie to add"));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    slide_.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&slide_, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& extent) { place(extent.toDouble()); });
+    auto& intake = context_.controller.intake();
+    subscriptions_.push_back(intake.isScanning().observe([this] { followFile(); }));
+    subscriptions_.push_back(intake.topConstraint().observe([this] { followConstraint(); }));
+    place(0);
+    followConstraint();
+    followFile();
+}
+
+QSize FileSheet::sizeHint() const {
+    return {panel_->sizeHint().width(), height()};
+}
+
+QSize FileSheet::minimumSizeHint() const {
+    return {panel_->minimumSizeHint().width(), height()};
+}
+
+bool FileSheet::event(QEvent* event) {
+    // Larger fonts or longer texts: the sheet grows with what is in it.
+    if (event->type() == QEvent::LayoutRequest) place(extent_);
+    return QWidget::event(event);
+}
+
+void FileSheet::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            context_.controller.intake().addToQueue();
+            return;
+        case Qt::Key_Escape:
+            context_.controller.intake().cancelAdd();
+            return;
+        default:
+            QWidget::keyPressEvent(event);
+    }
+}
+
+void FileSheet::resizeEvent(QResizeEvent* /*event*/) {
+    place(extent_);
+}
+
+void FileSheet::followFile() {
+    auto& intake = context_.controller.intake();
+    const bool scanning = intake.isScanning().get();
+    // The buttons give the keyboard away while there is nothing to add; it stays in the sheet.
+    if (scanning && hasKeyboard()) setFocus(Qt::OtherFocusReason);
+    panel_->showFile();
+    if (scanning) return;
+    // Later, because a file that is added by itself needs no keyboard.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (panel_->awaitsUser()) takeKeyboard();
+        },
+        Qt::QueuedConnection);
+}
+
+void FileSheet::followConstraint() {
+    const bool shown = context_.controller.intake().topConstraint().get() != kSheetHidden;
+    if (!shown) giveKeyboardBack();
+    slide(shown ? 1 : 0);
+}
+
+void FileSheet::slide(double extent) {
+    slide_.stop();
+    if (!animates()) {
+        place(extent);
+        return;
+    }
+    // From where it is, so that it turns round when it is called back on its way.
+    slide_.setStartValue(extent_);
+    slide_.setEndValue(extent);
+    slide_.setDuration(qMax(1, qRound(kSlideMilliseconds * std::abs(extent - extent_))));
+    slide_.start();
+}
+
+void FileSheet::place(double extent) {
+    extent_ = extent;
+    const int full = fullHeight();
+    const int shown = qRound(full * extent);
+    setFixedHeight(shown);
+    panel_->setGeometry(0, shown - full, width(), full);
+    setVisible(shown > 0);
+}
+
+int FileSheet::fullHeight() const {
+    return qMax(kSheetShown, panel_->sizeHint().height());
+}
+
+bool FileSheet::animates() const {
+    return window()->isVisible() && !context_.appearance.reducedMotion() &&
+           style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+}
+
+bool FileSheet::hasKeyboard() const {
+    const auto* const focused = window()->focusWidget();
+    return focused != nullptr && (focused == this || isAncestorOf(focused));
+}
+
+void FileSheet::takeKeyboard() {
+    if (!hasKeyboard()) {
+        auto* const focused = window()->focusWidget();
+        if (focused != nullptr && focused->testAttribute(Qt::WA_InputMethodEnabled)) return;
+        returnTo_ = focused;
+    }
+    panel_->focusDefault();
+}
+
+void FileSheet::giveKeyboardBack() {
+    if (!hasKeyboard()) return;
+    const auto takesKeyboard = [this](const QWidget* widget) {
+        return widget->isVisible() && widget->isEnabled() && !isAncestorOf(widget) &&
+               (widget->focusPolicy() & Qt::TabFocus) != 0;
+    };
+    auto* next = returnTo_ != nullptr ? returnTo_.data() : nextInFocusChain();
+    // What had it may be gone with the empty list: then what comes next in the window.
+    while (next != this && !takesKeyboard(next)) next = next->nextInFocusChain();
+    if (next != this) next->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace reelvane

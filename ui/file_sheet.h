@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QPointer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+#include "ui/bind.h"
+#include "ui/ui_context.h"
+
+namespace reelvane {
+
+class FileSheetPanel;
+
+/// The sheet that slides in at the top of the main window and asks how the present file is to be
+/// converted. Hidden it is no part of the window: no keyboard, no room.
+class FileSheet final : public QWidget {
+public:
+    FileSheet(const UiContext& context, QWidget* parent);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void followFile();
+    void followConstraint();
+    void slide(double extent);
+    void place(double extent);
+    [[nodiscard]] int fullHeight() const;
+    [[nodiscard]] bool animates() const;
+    [[nodiscard]] bool hasKeyboard() const;
+    void takeKeyboard();
+    void giveKeyboardBack();
+
+    UiContext context_;
+    FileSheetPanel* panel_ = nullptr;
+    QVariantAnimation slide_;
+    double extent_ = 0;           // how far it has come in: 0 hidden, 1 shown
+    QPointer<QWidget> returnTo_;  // had the keyboard before
+    Subscriptions subscriptions_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,196 @@
+#include "ui/file_sheet_panel.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include "app/app_delegate.h"
+#include "support/ports/desktop_appearance.h"
+#include "ui/colours.h"
+#include "ui/elided_label.h"
+#include "ui/pop_up_menu_box.h"
+#include "ui/qt_text.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kUsualTrackCharacters = 15;
+
+QLabel* labelFor(PopUpMenuBox& box, const QString& text, QWidget* parent) {
+    auto* const label = new QLabel(text, parent);
+    label->setBuddy(&box);
+    return label;
+}
+
+}  // namespace
+
+FileSheetPanel::FileSheetPanel(const UiContext& context, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      name_(new ElidedLabel(Qt::ElideMiddle, ElidedLabel::Rank::Main, this)),
+      subtitle_(new ElidedLabel(Qt::ElideMiddle, ElidedLabel::Rank::Quiet, this)),
+      waiting_(new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this)),
+      information_(new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this)) {
+    setAutoFillBackground(true);
+    waiting_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto bold = name_->font();
+    bold.setBold(true);
+    name_->setFont(bold);
+    makeChoices();
+    makeButtons();
+    layOut();
+    bindTexts();
+}
+
+void FileSheetPanel::makeChoices() {
+    auto& destinations = context_.controller.destinations();
+    audio_ = new PopUpMenuBox(context_.controller.intake().audioPopUp(), this);
+    audio_->setAccessibleName(tr("Audio track"));
+    audio_->setMinimumContentsLength(kUsualTrackCharacters);  // few files make it jump
+    destination_ = new PopUpMenuBox(destinations.destinationPopUp(), this);
+    destination_->setAccessibleName(tr("Destination"));
+    destination_->setIsCommand(
+        [&destinations](std::size_t row) { return !destinations.isDestination(row); });
+    destination_->setChosen([&destinations](std::size_t row) {
+        if (destinations.isDestination(row)) return false;
+        destinations.chooseNewDestination(DestinationMenu::FileSheet);
+        return true;
+    });
+}
+
+void FileSheetPanel::makeButtons() {
+    auto& intake = context_.controller.intake();
+    cancel_ = new QPushButton(tr("Cancel"), this);
+    cancel_->setAutoDefault(true);  // Return means the button that has the keyboard
+    cancel_->setToolTip(tr("Leave this movie out"));
+    connect(cancel_, &QPushButton::clicked, this, [&intake] { intake.cancelAdd(); });
+    add_ = new QPushButton(this);
+    add_->setDefault(true);
+    connect(add_, &QPushButton::clicked, this, [&intake] { intake.addToQueue(); });
+}
+
+void FileSheetPanel::layOut() {
+    secondLine_ = new QStackedLayout;
+    secondLine_->addWidget(information_);
+    secondLine_->addWidget(makeBusyRow());
+    auto* const rows = new QVBoxLayout(this);
+    const int margin = fontMetrics().height();
+    rows->setContentsMargins(margin, margin, margin, margin);
+    rows->setSpacing(margin / 4);
+    rows->addLayout(titleRow());
+    rows->addLayout(secondLine_);
+    rows->addSpacing(margin / 4);
+    rows->addStretch(1);
+    rows->addLayout(choiceRow());
+}
+
+QBoxLayout* FileSheetPanel::titleRow() {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(fontMetrics().height() / 2);
+    row->addWidget(name_);
+    row->addWidget(subtitle_);
+    row->addStretch(1);
+    row->addWidget(waiting_);
+    return row;
+}
+
+QWidget* FileSheetPanel::makeBusyRow() {
+    auto* const row = new QWidget(this);
+    auto* const reading = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, row);
+    reading->setText(tr("Looking into the file…"));
+    busy_ = new QProgressBar(row);
+    busy_->setTextVisible(false);
+    busy_->setAccessibleName(tr("Looking into the file"));
+    busy_->setFixedWidth(fontMetrics().height() * 8);
+    busy_->setFixedHeight(fontMetrics().height() * 2 / 3);
+    auto* const items = new QHBoxLayout(row);
+    items->setContentsMargins({});
+    items->setSpacing(fontMetrics().height() / 2);
+    items->addWidget(reading);
+    items->addWidget(busy_);
+    items->addStretch(1);
+    return row;
+}
+
+QBoxLayout* FileSheetPanel::choiceRow() {
+    const int gap = fontMetrics().height();
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(gap / 2);
+    row->addWidget(labelFor(*audio_, tr("&Audio:"), this));
+    row->addWidget(audio_);
+    row->addSpacing(gap / 2);
+    row->addWidget(labelFor(*destination_, tr("&Save to:"), this));
+    row->addWidget(destination_);
+    row->addSpacing(gap / 2);
+    row->addStretch(1);
+    row->addWidget(cancel_);
+    row->addWidget(add_);
+    return row;
+}
+
+void FileSheetPanel::bindTexts() {
+    auto& controller = context_.controller;
+    subscriptions_.push_back(bind(controller.addButtonTitle(), [this](const std::string& title) {
+        add_->setText(toControlText(title));
+    }));
+    subscriptions_.push_back(bind(controller.intake().waitingCount(), [this](std::size_t count) {
+        waiting_->setText(tr("%1 more waiting").arg(count));
+        waiting_->setVisible(count > 0);
+    }));
+}
+
+bool FileSheetPanel::awaitsUser() const {
+    auto& intake = context_.controller.intake();
+    return intake.topConstraint().get() != kSheetHidden && !intake.isScanning().get() &&
+           intake.fileInfo().has_value();
+}
+
+void FileSheetPanel::showFile() {
+    auto& intake = context_.controller.intake();
+    const bool scanning = intake.isScanning().get();
+    // A bar in motion costs processor time, even where nobody sees it.
+    const bool moves = scanning && !context_.appearance.reducedMotion();
+    busy_->setRange(0, moves ? 0 : 1);
+    busy_->setVisible(moves);
+    if (!scanning && !awaitsUser()) return;  // on its way out it shows what it showed
+    const auto& file = intake.presentFile();
+    name_->setText(displayName(file));
+    name_->setToolTip("<p>" + displayPath(file).toHtmlEscaped() + "</p>");  // a <p> breaks lines
+    add_->setAccessibleDescription(displayName(file));
+    secondLine_->setCurrentIndex(scanning ? 1 : 0);
+    for (QWidget* const control : {static_cast<QWidget*>(destination_),
+                                   static_cast<QWidget*>(cancel_), static_cast<QWidget*>(add_)}) {
+        control->setEnabled(!scanning);
+    }
+    subtitle_->setVisible(!scanning);
+    audio_->setEnabled(false);
+    audio_->setPlaceholderText(scanning ? QString() : tr("No audio"));
+    if (!scanning) showRecord();
+}
+
+void FileSheetPanel::showRecord() {
+    const auto& record = *context_.controller.intake().fileInfo();
+    information_->setText(toQString(record.informationString));
+    audio_->setEnabled(!record.audioTrackInformation.empty());
+    const auto& subtitle = record.subtitleFileURL;
+    subtitle_->setText(subtitle ? tr("with subtitles %1").arg(displayName(*subtitle)) : QString());
+    subtitle_->setVisible(subtitle.has_value());
+}
+
+void FileSheetPanel::focusDefault() {
+    add_->setFocus(Qt::OtherFocusReason);
+}
+
+void FileSheetPanel::paintEvent(QPaintEvent* /*event*/) {
+    constexpr double kLine = 0.2;
+    QPainter painter(this);
+    const auto colours = palette();
+    painter.fillRect(
+        0, height() - 1, width(), 1,
+        mixed(colours.color(QPalette::Window), colours.color(QPalette::WindowText), kLine));
+}
+
+}  // namespace reelvane

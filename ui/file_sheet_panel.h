@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ui/bind.h"
+#include "ui/ui_context.h"
+
+class QBoxLayout;
+class QProgressBar;
+class QPushButton;
+class QStackedLayout;
+
+namespace reelvane {
+
+class ElidedLabel;
+class PopUpMenuBox;
+
+/// What the file sheet holds: the present file, the choices for it and the buttons.
+class FileSheetPanel final : public QWidget {
+public:
+    FileSheetPanel(const UiContext& context, QWidget* parent);
+
+    /// Shows the file that is being read or waits for the user; with neither it stays as it is.
+    void showFile();
+    /// True while a file is there to be added.
+    [[nodiscard]] bool awaitsUser() const;
+    void focusDefault();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void makeChoices();
+    void makeButtons();
+    void layOut();
+    QBoxLayout* titleRow();
+    QBoxLayout* choiceRow();
+    QWidget* makeBusyRow();
+    void bindTexts();
+    void showRecord();
+
+    UiContext context_;
+    ElidedLabel* name_ = nullptr;
+    ElidedLabel* subtitle_ = nullptr;
+    ElidedLabel* waiting_ = nullptr;
+    ElidedLabel* information_ = nullptr;
+    QProgressBar* busy_ = nullptr;
+    QStackedLayout* secondLine_ = nullptr;  // the information, or that the file is being read
+    PopUpMenuBox* audio_ = nullptr;
+    PopUpMenuBox* destination_ = nullptr;
+    QPushButton* cancel_ = nullptr;
+    QPushButton* add_ = nullptr;
+    Subscriptions subscriptions_;
+};
+
+}  // namespace reelvane
