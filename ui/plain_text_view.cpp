@@ -4,13 +4,25 @@
 #include <cmath>
 #include <memory>
 
+#include <QAccessibleWidget>
 #include <QTextBlock>
 #include <QTextDocument>
 
 namespace reelvane {
+namespace {
+
+/// Screen readers take it for the label that it looks like, not for a field to write in.
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+    auto* const view = dynamic_cast<PlainTextView*>(object);
+    if (view == nullptr) return nullptr;
+    return new QAccessibleWidget(view, QAccessible::StaticText, view->toPlainText());
+}
+
+}  // namespace
 
 PlainTextView::PlainTextView(const QString& text, const QFont& font, QWidget* parent)
     : QTextEdit(parent) {
+    QAccessible::installFactory(makeAccessible);
     setAcceptRichText(false);
     setReadOnly(true);
     setFont(font);
