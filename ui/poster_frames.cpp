@@ -26,7 +26,8 @@ namespace {
 using std::filesystem::path;
 
 constexpr qsizetype kMemory = qsizetype{16} << 20U;  // bytes: more than a hundred posters
-constexpr auto kTimeLimit = std::chrono::seconds(10);
+// Long, because what gives way to all else is slow on a busy machine.
+constexpr auto kTimeLimit = std::chrono::seconds(30);
 // How many threads of the background may be lost to folders that do not answer. Others need some.
 constexpr int kMostLost = 2;
 
