@@ -1,6 +1,8 @@
 #include "conversion/mp4_movie.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "conversion/media_ranges.h"
 #include "conversion/mp4_box.h"
@@ -22,13 +24,22 @@ struct TopLevel {
     bool whole = true;
 };
 
+/// Some programs fill a file up with zeros. Eight and more read as a box to the end of the file.
+bool isPadding(const ByteSource& file, std::uint64_t offset) {
+    std::array<std::byte, 7> bytes{};
+    const auto left = file.size() - offset;
+    if (left > bytes.size()) return false;
+    const auto rest = std::span(bytes).first(left);
+    return file.read(offset, rest) && bigEndian(rest) == 0;
+}
+
 TopLevel readTopLevel(const ByteSource& file) {
     TopLevel top;
     std::uint64_t offset = 0;
     while (offset < file.size()) {
         const auto box = readBox(file, offset, file.size());
         if (!box || box->end > file.size()) {
-            top.whole = false;
+            top.whole = !box && isPadding(file, offset);
             if (box) top.cutBox = box->type;
             break;
         }

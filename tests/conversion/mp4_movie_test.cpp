@@ -89,6 +89,7 @@ TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
         {noTrack.bytes() + plain.box("mdat", "x"), "has no track"},
         {empty.bytes(), "has no media data"},
         {short_, "outside its media data"},
+        {plain.bytes() + "\n", "bytes that are no box"},
     };
     for (const auto& [content, problem] : cases) {
         EXPECT_THAT(read(content).problem, HasSubstr(problem));
@@ -96,6 +97,9 @@ TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
     }
     const auto packed = plain.box("moov", plain.box("cmov", "")) + plain.box("mdat", "sample");
     EXPECT_TRUE(read(packed).uncheckable);
+    for (const auto zeros : {1U, 7U, 8U}) {
+        EXPECT_TRUE(read(plain.bytes() + std::string(zeros, '\0')).movie) << zeros;
+    }
 }
 
 TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
