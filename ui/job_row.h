@@ -1,0 +1,97 @@
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include <QIcon>
+#include <QWidget>
+
+#include "support/observable.h"
+#include "ui/job_commands.h"
+
+class QBoxLayout;
+class QLabel;
+class QProgressBar;
+class QToolButton;
+
+namespace reelvane {
+
+class ElidedLabel;
+class IconView;
+class Icons;
+class PosterFrames;
+class PosterView;
+
+/// The pictures of the rows, read once for all of them.
+struct JobIcons {
+    explicit JobIcons(const Icons& icons);
+
+    QIcon film;
+    QIcon pause;
+    QIcon start;
+    QIcon details;
+    QIcon remove;
+    QIcon reveal;
+    QIcon revealLeftwards;
+    QIcon speed;
+    QIcon warning;
+    QIcon finished;
+    QIcon failed;
+};
+
+/// One visible row of the job list. It shows one job after the other as the list is scrolled, and
+/// paints no ground of its own: the list shows there what is selected. Main thread only.
+class JobRow final : public QWidget {
+public:
+    JobRow(JobCommands& commands, PosterFrames& posters, const JobIcons& icons, QWidget* parent);
+
+    /// Follows this job from now on.
+    void showJob(ConversionJob& job);
+    /// Lets go of the job, which is never touched again.
+    void clear();
+    [[nodiscard]] ConversionJob* job() const { return job_; }
+
+    /// Only the current row's buttons are stations of the tab key.
+    void setCurrent(bool current);
+    /// The buttons in the order of the tab key.
+    [[nodiscard]] const auto& buttons() const { return buttons_; }
+    /// Shows what the job is now.
+    void refresh();
+
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    enum Button : std::size_t { Pause, Details, Remove, Reveal, ButtonCount };
+
+    using Command = std::function<void(ConversionJob&)>;
+
+    void makeParts(PosterFrames& posters);
+    void makeButton(Button button, const QIcon& icon, Command command);
+    void layOut();
+    void fitToFont();
+    void nameControls();
+    bool showProgress();  ///< true: there is any
+    bool showNote();
+    void showButtons();
+    void updateGround();
+
+    JobCommands& commands_;
+    const JobIcons& icons_;
+    ConversionJob* job_ = nullptr;
+    Subscription subscription_;
+    PosterView* poster_ = nullptr;
+    ElidedLabel* name_ = nullptr;
+    IconView* outcome_ = nullptr;
+    ElidedLabel* status_ = nullptr;
+    QWidget* facts_ = nullptr;  ///< the third line
+    QProgressBar* progress_ = nullptr;
+    QLabel* remaining_ = nullptr;
+    IconView* noteIcon_ = nullptr;
+    ElidedLabel* note_ = nullptr;
+    std::array<QToolButton*, ButtonCount> buttons_{};
+};
+
+}  // namespace reelvane
