@@ -1,0 +1,188 @@
+#include "ui/job_list_view.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include <QContextMenuEvent>
+#include <QScrollBar>
+
+#include "app/app_delegate.h"
+#include "ui/details_popover.h"
+#include "ui/icons.h"
+#include "ui/job_actions.h"
+#include "ui/job_list_model.h"
+#include "ui/row_ground.h"
+
+namespace reelvane {
+
+JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidget* parent)
+    : QListView(parent),
+      context_(context),
+      jobs_(new JobListModel(context.controller.queue(), this)),
+      commands_(context, [this](ConversionJob& job) { openDetails(job); }),
+      icons_(context.icons),
+      rows_(*this, [this, &posters] { return new JobRow(commands_, posters, icons_, viewport()); }),
+      actions_(new JobActions(*this, commands_, icons_, context.icons.symbolic("copy"))),
+      states_(context.controller.queue().observeStates([this] { refreshAll(); })) {
+    setAccessibleName(tr("Conversions"));
+    setFrameShape(QFrame::NoFrame);
+    setItemDelegate(new RowGround(*this));
+    setModel(jobs_);
+    setSelectionMode(ExtendedSelection);
+    setUniformItemSizes(true);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(this, &QListView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (auto* const job = jobs_->job(index)) commands_.reveal(*job);
+    });
+    actions_->refresh();
+}
+
+JobListView::~JobListView() = default;
+
+QList<QAction*> JobListView::jobActions() const {
+    return actions_->all();
+}
+
+ConversionJob* JobListView::currentJob() const {
+    return jobs_->job(currentIndex());
+}
+
+int JobListView::selectedCount() const {
+    int count = 0;
+    for (const auto& range : selectionModel()->selection()) count += range.height();
+    return count;
+}
+
+std::vector<ConversionJob*> JobListView::selectedJobs() const {
+    std::vector<ConversionJob*> jobs;
+    for (const auto& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            jobs.push_back(jobs_->job(jobs_->index(row, 0)));
+        }
+    }
+    if (auto* const job = currentJob(); jobs.empty() && job != nullptr) jobs.push_back(job);
+    return jobs;
+}
+
+void JobListView::removeSelected() {
+    auto jobs = selectedJobs();
+    if (!commands_.confirmRemoval(jobs)) return;
+    selectBeside(jobs);
+    commands_.remove(jobs);
+}
+
+void JobListView::selectBeside(const std::vector<ConversionJob*>& leaving) {
+    const std::unordered_set<const ConversionJob*> gone(leaving.begin(), leaving.end());
+    const auto stays = [this, &gone](int row) {
+        return !gone.contains(jobs_->job(jobs_->index(row, 0)));
+    };
+    const int count = jobs_->rowCount();
+    int row = std::max(currentIndex().row(), 0);
+    while (row < count && !stays(row)) ++row;
+    if (row == count) {
+        do --row;
+        while (row >= 0 && !stays(row));
+    }
+    // All at once, because a selection in many pieces makes each removal dear.
+    selectionModel()->clearSelection();
+    if (row >= 0) setCurrentIndex(jobs_->index(row, 0));
+}
+
+JobRow* JobListView::rowOf(const QModelIndex& index) const {
+    const auto* const job = jobs_->job(index);
+    return job == nullptr ? nullptr : rows_.rowOf(*job);
+}
+
+void JobListView::openDetails(ConversionJob& job) {
+    if (details_ == nullptr) details_ = new DetailsPopover(context_, this);
+    details_->showJob(job);
+}
+
+void JobListView::refreshAll() {
+    rows_.refresh();
+    actions_->refresh();
+}
+
+void JobListView::doItemsLayout() {
+    const auto anchor = anchor_;
+    settling_ = true;
+    QListView::doItemsLayout();
+    verticalScrollBar()->setSingleStep(rows_.rowHeight() / 2);
+    verticalScrollBar()->setValue(anchor.row * rows_.rowHeight() + anchor.offset);
+    settling_ = false;
+    placeRows();
+    actions_->refresh();
+}
+
+void JobListView::updateGeometries() {
+    QListView::updateGeometries();
+    placeRows();
+}
+
+void JobListView::scrollContentsBy(int dx, int dy) {
+    QListView::scrollContentsBy(dx, dy);
+    placeRows();
+}
+
+void JobListView::placeRows() {
+    if (settling_) return;
+    const int height = rows_.rowHeight();
+    const int top = verticalScrollBar()->value();
+    anchor_ = {.row = top / height, .offset = top % height};
+    std::vector<ConversionJob*> visible;
+    const int end = std::min((top + viewport()->height() - 1) / height + 1, jobs_->rowCount());
+    for (int row = anchor_.row; row < end; ++row) {
+        visible.push_back(jobs_->job(jobs_->index(row, 0)));
+    }
+    rows_.showJobs(visible, {0, -anchor_.offset}, viewport()->width());
+}
+
+void JobListView::rowsInserted(const QModelIndex& parent, int start, int end) {
+    anchor_.rowsInserted(start, end - start + 1);
+    QListView::rowsInserted(parent, start, end);
+}
+
+void JobListView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    for (int row = start; row <= end; ++row) {
+        const auto& job = *jobs_->job(jobs_->index(row, 0));
+        rows_.forget(job);
+        actions_->forget(job);
+    }
+    anchor_.rowsRemoved(start, end - start + 1);
+    // Where the current row goes, its neighbour becomes current: no reason to show another place.
+    setAutoScroll(false);
+    QListView::rowsAboutToBeRemoved(parent, start, end);
+    setAutoScroll(true);
+}
+
+void JobListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QListView::currentChanged(current, previous);
+    rows_.setCurrent(jobs_->job(current));
+    actions_->refresh();
+}
+
+void JobListView::selectionChanged(const QItemSelection& selected,
+                                   const QItemSelection& deselected) {
+    QListView::selectionChanged(selected, deselected);
+    actions_->refresh();
+}
+
+void JobListView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const auto index =
+        byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+    if (!index.isValid()) return;
+    actions_->popUp(byKey ? viewport()->mapToGlobal(visualRect(index).center())
+                          : event->globalPos());
+}
+
+void JobListView::changeEvent(QEvent* event) {
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        scheduleDelayedItemsLayout();  // the rows have another height now
+    }
+}
+
+}  // namespace reelvane
