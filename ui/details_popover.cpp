@@ -1,0 +1,183 @@
+#include "ui/details_popover.h"
+
+#include <optional>
+
+#include <QEvent>
+#include <QFontDatabase>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "app/app_delegate.h"
+#include "support/size_text.h"
+#include "ui/colours.h"
+#include "ui/elided_label.h"
+#include "ui/icons.h"
+#include "ui/job_facts.h"
+#include "ui/log_view.h"
+#include "ui/qt_text.h"
+
+namespace reelvane {
+namespace {
+
+constexpr QSize kSizeInLines(42, 34);
+constexpr int kCommandLines = 4;
+
+QLabel* makeTitle(const QString& text, QWidget* of) {
+    auto* const title = new QLabel(text, of->parentWidget());
+    QFont bold;
+    bold.setBold(true);
+    title->setFont(bold);
+    title->setBuddy(of);
+    return title;
+}
+
+/// What a finished job has to say beside its status.
+QString noteText(const ConversionJob& job) {
+    const auto warning = job.warning();
+    return toQString(warning.empty() ? job.details() : warning);
+}
+
+QString trackText(TrackOutcome outcome) {
+    outcome.outcome = DetailsPopover::tr(outcome.outcome.c_str()).toStdString();
+    return toQString(trackLine(outcome));
+}
+
+}  // namespace
+
+DetailsPopover::DetailsPopover(const UiContext& context, QWidget* parent)
+    : QDialog(parent),
+      context_(context),
+      membership_(context.controller.queue().observeMembership(
+          [this](ConversionJob& job, JobQueue::Membership membership) {
+              if (membership == JobQueue::Membership::Ends && &job == job_) forget();
+          })) {
+    makeParts();
+    layOut();
+    connect(copy_, &QPushButton::clicked, this, [this] { copyCommand(); });
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
+    resize(kSizeInLines * fontMetrics().height());
+}
+
+void DetailsPopover::makeParts() {
+    name_ = new ElidedLabel(Qt::ElideMiddle, ElidedLabel::Rank::Main, this);
+    auto large = font();
+    large.setBold(true);
+    large.setPointSizeF(large.pointSizeF() * 1.2);
+    name_->setFont(large);
+    status_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
+    note_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
+    output_ = new ElidedLabel(Qt::ElideMiddle, ElidedLabel::Rank::Quiet, this);
+    problem_ = new QLabel(this);
+    problem_->setTextFormat(Qt::PlainText);
+    problem_->setWordWrap(true);
+    tracks_ = new QListWidget(this);
+    tracks_->setAccessibleName(tr("Tracks"));
+    tracks_->setSelectionMode(QAbstractItemView::NoSelection);  // there is nothing to do with one
+    command_ = new QPlainTextEdit(this);
+    command_->setReadOnly(true);
+    command_->setTabChangesFocus(true);
+    command_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    command_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    command_->setAccessibleName(tr("Command line"));
+    command_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    copy_ = new QPushButton(context_.icons.symbolic("copy"), tr("&Copy"), this);
+    copy_->setAutoDefault(false);
+    copy_->setAccessibleName(tr("Copy the command line"));
+    log_ = new LogView(this);
+    log_->setAccessibleName(tr("Log"));
+    log_->setPlaceholderText(tr("The converter has reported nothing."));
+}
+
+void DetailsPopover::layOut() {
+    const int line = fontMetrics().height();
+    auto* const page = new QVBoxLayout(this);
+    for (QWidget* const part : {static_cast<QWidget*>(name_), static_cast<QWidget*>(status_),
+                                static_cast<QWidget*>(note_), static_cast<QWidget*>(output_)}) {
+        page->addWidget(part);
+    }
+    const auto addTitle = [page, line](QLabel* title) {
+        page->addSpacing(line / 2);
+        page->addWidget(title);
+    };
+    addTitle(makeTitle(tr("&Tracks"), tracks_));
+    page->addWidget(problem_);
+    page->addWidget(tracks_, 2);
+    auto* const commandBar = new QHBoxLayout;
+    page->addSpacing(line / 2);
+    page->addLayout(commandBar);
+    commandBar->addWidget(makeTitle(tr("Command &Line"), command_), 1);
+    commandBar->addWidget(copy_);
+    page->addWidget(command_);
+    command_->setFixedHeight((kCommandLines + 1) * line);
+    logTitle_ = makeTitle(tr("L&og"), log_);
+    addTitle(logTitle_);
+    page->addWidget(log_, 3);
+}
+
+void DetailsPopover::showJob(ConversionJob& job) {
+    job_ = &job;
+    const auto& record = job.fileInfo();
+    changes_ = job.observe([this] { refresh(); });
+    setWindowTitle(tr("Details of %1").arg(toQString(record.fileName)));
+    name_->setText(toQString(record.fileName));
+    output_->setText(record.destinationURL ? tr("To %1").arg(displayPath(*record.destinationURL))
+                                           : QString());
+    shownState_ = -1;
+    log_->showLog(job.jobOutput());
+    refresh();
+    show();
+    raise();
+    activateWindow();
+    tracks_->setFocus();
+}
+
+void DetailsPopover::forget() {
+    changes_ = {};
+    job_ = nullptr;
+    status_->setText(tr("No longer in the list"));
+}
+
+void DetailsPopover::refresh() {
+    status_->setText(toQString(job_->stateInfoString()));
+    note_->setText(noteText(*job_));
+    note_->setVisible(!note_->text().isEmpty());
+    if (shownState_ != static_cast<int>(job_->state())) showPlan();
+    log_->follow(job_->jobOutput());
+    logTitle_->setText(
+        log_->showsAll()
+            ? tr("L&og")
+            : tr("L&og (the end of %1)").arg(toQString(fileSizeText(job_->jobOutput().size()))));
+}
+
+void DetailsPopover::showPlan() {
+    shownState_ = static_cast<int>(job_->state());
+    const auto details = detailsNow(context_, *job_);
+    problem_->setText(toQString(details.problem));
+    problem_->setVisible(!details.problem.empty());
+    tracks_->clear();
+    for (const auto& outcome : details.tracks) {
+        auto* const item = new QListWidgetItem(trackText(outcome), tracks_);
+        if (outcome.fate == TrackOutcome::Fate::LeftOut) item->setForeground(quietText(palette()));
+    }
+    tracks_->setCurrentRow(0);
+    commandLine_ = commandLine(context_, details);
+    command_->setPlainText(toQString(commandLine_));
+    copy_->setEnabled(!commandLine_.empty());
+}
+
+void DetailsPopover::copyCommand() {
+    copyBytes(commandLine_);
+}
+
+void DetailsPopover::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    // The preferences may have been changed meanwhile, and with them the plan of a waiting job.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && job_ != nullptr) {
+        showPlan();
+    }
+}
+
+}  // namespace reelvane
