@@ -6,7 +6,9 @@ namespace reelvane {
 
 enum class Bus { Session, System };
 
-/// Opens a connection of the caller's own, and waits for it. No bus is ever started for it.
+// No bus is ever started for these.
+
+/// Opens a connection of the caller's own, and waits for it.
 [[nodiscard]] GObjectHandle<GDBusConnection> openBus(Bus bus, GCancellable* cancellable,
                                                      GError** error);
 
