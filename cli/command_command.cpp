@@ -12,16 +12,13 @@
 #include "cli/inspection.h"
 #include "cli/json_lines.h"
 #include "cli/saved_destinations.h"
-#include "cli/shell_quoting.h"
 #include "cli/text_lines.h"
 #include "cli/text_width.h"
-#include "conversion/audio_method.h"
-#include "conversion/command_builder.h"
-#include "conversion/progress_file.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/planned_command.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
 #include "support/preferences.h"
+#include "support/shell_quoting.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -50,14 +47,8 @@ FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& 
     return {.problem = "No destination could be chosen. Please name one with --to."};
 }
 
-/// The list, or an empty one and the one sentence on why there is none.
-struct ArgumentsAnswer {
-    std::vector<std::string> arguments{};
-    std::string problem{};
-};
-
-ArgumentsAnswer argumentsFor(const CommandContext& context, const RunChoices& choices,
-                             MKVFileInfo record) {
+PlannedCommand commandFor(const CommandContext& context, const RunChoices& choices,
+                          MKVFileInfo record) {
     if (choices.audioTrackIndex) {
         if (auto problem = audioChoiceProblem(record, *choices.audioTrackIndex)) {
             return {.problem = *std::move(problem)};
@@ -71,14 +62,8 @@ ArgumentsAnswer argumentsFor(const CommandContext& context, const RunChoices& ch
 
     const auto track =
         choices.audioTrackIndex ? choices.audioTrackIndex : bestAudioOf(context, record);
-    const auto settings = withWholeSubtitles(record, readConversionSettings(context.preferences));
-    auto problem = audioMethodProblem(record, track.value_or(0), settings.audio);
-    if (!problem.empty()) return {.problem = std::move(problem)};
-    const auto progressFile = ProgressFile::freePath(progressFolder(context), record.fileName);
-    return {.arguments = buildArguments({.file = record,
-                                         .audioTrackIndex = track.value_or(0),
-                                         .settings = settings,
-                                         .progressFile = progressFile})};
+    return plannedCommand(record, track.value_or(0), readConversionSettings(context.preferences),
+                          progressFolder(context));
 }
 
 }  // namespace
@@ -99,7 +84,7 @@ int runCommand(const CommandContext& context, const CommandRequest& request) {
         console.error(errorText(printable(request.file), what, alert.message));
     }
     if (!inspection.record) return kExitFailure;
-    const auto answer = argumentsFor(context, chosen.choices, *inspection.record);
+    const auto answer = commandFor(context, chosen.choices, *inspection.record);
     if (!answer.problem.empty()) {
         console.error(answer.problem);
         return kExitFailure;

@@ -3,7 +3,6 @@
 
 #include "cli/json_lines.h"
 #include "cli/progress_line.h"
-#include "cli/shell_quoting.h"
 #include "cli/suggestion.h"
 #include "cli/terminal.h"
 #include "cli/text_lines.h"
@@ -28,16 +27,6 @@ TEST(Suggestion, NamesTheNearestThatIsNearEnough) {
     EXPECT_EQ(suggestion("rest", known), " Did you mean 'reset'?");
     EXPECT_EQ(suggestion("something", known), "");
     EXPECT_EQ(suggestion("x", {}), "");
-}
-
-TEST(ShellQuoting, AShellReadsBackWhatWasMeant) {
-    EXPECT_EQ(shellQuoted("-map"), "-map");
-    EXPECT_EQ(shellQuoted(""), "''");
-    EXPECT_EQ(shellQuoted("[0:1]volume=0.50[out]"), "'[0:1]volume=0.50[out]'");
-    EXPECT_EQ(shellQuoted("it's"), R"('it'\''s')");
-    EXPECT_EQ(shellQuoted("a\nb\x01'\\"), R"($'a\nb\001\'\\')");
-    EXPECT_EQ(shellQuoted("\xFF é"), "'\xFF é'");
-    EXPECT_EQ(shellQuotedLine(std::vector<std::string>{"-i", "a b"}), "-i 'a b'");
 }
 
 TEST(TextWidth, CountsColumnsAndElidesWholeCharacters) {

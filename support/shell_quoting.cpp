@@ -1,4 +1,4 @@
-#include "cli/shell_quoting.h"
+#include "support/shell_quoting.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,20 @@
+#include "support/shell_quoting.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace reelvane {
+namespace {
+
+TEST(ShellQuoting, AShellReadsBackWhatWasMeant) {
+    EXPECT_EQ(shellQuoted("-map"), "-map");
+    EXPECT_EQ(shellQuoted(""), "''");
+    EXPECT_EQ(shellQuoted("[0:1]volume=0.50[out]"), "'[0:1]volume=0.50[out]'");
+    EXPECT_EQ(shellQuoted("it's"), R"('it'\''s')");
+    EXPECT_EQ(shellQuoted("a\nb\x01'\\"), R"($'a\nb\001\'\\')");
+    EXPECT_EQ(shellQuoted("\xFF é"), "'\xFF é'");
+    EXPECT_EQ(shellQuotedLine(std::vector<std::string>{"-i", "a b"}), "-i 'a b'");
+}
+
+}  // namespace
+}  // namespace reelvane
