@@ -109,6 +109,7 @@ void ConversionJob::start() {
                                  .settings = settings,
                                  .progressFile = progressFile_.path(),
                                  .needsFixup = needsFixup(method)});
+    runSettings_ = settings;
     launch();
 }
 

@@ -46,7 +46,12 @@ public:
     [[nodiscard]] bool finishedOK() const { return finishedOK_; }
     [[nodiscard]] bool finishedError() const { return finishedError_; }
     [[nodiscard]] bool fastmode() const { return fastmode_; }
+    /// Of the converter; empty before it is to be run.
     [[nodiscard]] const std::vector<std::string>& arguments() const { return arguments_; }
+    /// The preferences that the arguments were built with; absent as long as there are none.
+    [[nodiscard]] const std::optional<ConversionSettings>& runSettings() const {
+        return runSettings_;
+    }
     [[nodiscard]] const std::string& jobOutput() const { return jobOutput_; }
     /// The status line, built fresh.
     [[nodiscard]] std::string stateInfoString() const;
@@ -129,6 +134,7 @@ private:
 
     std::string jobOutput_;  ///< the converter's warnings and errors, byte for byte
     std::vector<std::string> arguments_;
+    std::optional<ConversionSettings> runSettings_;
     std::string startProblem_;  ///< why the converter was never run; empty: nothing kept it
     OutputCheck outputCheck_;   ///< of a run that ended with status 0
     std::unique_ptr<ChildProcess> task_;
