@@ -37,7 +37,12 @@ void JobQueue::watch(ConversionJob& job) {
     ++countOf(job.state());
     // The first to watch the job, so the counts are right for everybody else who does.
     watches_[&job] = {.state = job.state(),
-                      .subscription = job.observe([this, &job] { count(job); })};
+                      .subscription = job.observe([this, &job] { follow(job); })};
+}
+
+void JobQueue::follow(ConversionJob& job) {
+    count(job);
+    changes_.notify(job);
 }
 
 void JobQueue::count(const ConversionJob& job) {
@@ -46,7 +51,6 @@ void JobQueue::count(const ConversionJob& job) {
     --countOf(counted);
     counted = job.state();
     ++countOf(counted);
-    states_.notify();
 }
 
 int& JobQueue::countOf(ConversionJobState state) {
@@ -69,8 +73,8 @@ Subscription JobQueue::observeMembership(std::function<void(ConversionJob&, Memb
     return membership_.add(std::move(changed));
 }
 
-Subscription JobQueue::observeStates(std::function<void()> changed) {
-    return states_.add(std::move(changed));
+Subscription JobQueue::observeJobs(std::function<void(ConversionJob&)> changed) {
+    return changes_.add(std::move(changed));
 }
 
 }  // namespace reelvane

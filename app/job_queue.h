@@ -32,8 +32,9 @@ public:
     /// Told which job has come into the list or left it.
     [[nodiscard]] Subscription observeMembership(
         std::function<void(ConversionJob&, Membership)> changed);
-    /// Told after the state of a job in the list has changed, and with it the counts.
-    [[nodiscard]] Subscription observeStates(std::function<void()> changed);
+    /// Told after every change of the state or the progress of a job in the list, when the counts
+    /// are right again. One subscription for all jobs: the cost does not grow with the list.
+    [[nodiscard]] Subscription observeJobs(std::function<void(ConversionJob&)> changed);
 
 private:
     /// Keeps the counts in step with one job's state.
@@ -42,6 +43,7 @@ private:
         Subscription subscription{};
     };
     void watch(ConversionJob& job);
+    void follow(ConversionJob& job);
     void count(const ConversionJob& job);
     [[nodiscard]] int& countOf(ConversionJobState state);
 
@@ -49,7 +51,7 @@ private:
     std::unordered_map<const ConversionJob*, Watch> watches_;
     std::array<int, kConversionJobStateWords.size()> counts_{};
     Observers<ConversionJob&, Membership> membership_;
-    Observers<> states_;
+    Observers<ConversionJob&> changes_;
 };
 
 }  // namespace reelvane
