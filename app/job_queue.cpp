@@ -51,6 +51,7 @@ void JobQueue::count(const ConversionJob& job) {
     --countOf(counted);
     counted = job.state();
     ++countOf(counted);
+    states_.notify();
 }
 
 int& JobQueue::countOf(ConversionJobState state) {
@@ -71,6 +72,10 @@ std::vector<ConversionJob*> JobQueue::jobsWithState(ConversionJobState state) co
 
 Subscription JobQueue::observeMembership(std::function<void(ConversionJob&, Membership)> changed) {
     return membership_.add(std::move(changed));
+}
+
+Subscription JobQueue::observeStates(std::function<void()> changed) {
+    return states_.add(std::move(changed));
 }
 
 Subscription JobQueue::observeJobs(std::function<void(ConversionJob&)> changed) {

@@ -32,6 +32,8 @@ public:
     /// Told which job has come into the list or left it.
     [[nodiscard]] Subscription observeMembership(
         std::function<void(ConversionJob&, Membership)> changed);
+    /// Told after the state of a job in the list has changed, and with it the counts.
+    [[nodiscard]] Subscription observeStates(std::function<void()> changed);
     /// Told after every change of the state or the progress of a job in the list, when the counts
     /// are right again. One subscription for all jobs: the cost does not grow with the list.
     [[nodiscard]] Subscription observeJobs(std::function<void(ConversionJob&)> changed);
@@ -51,6 +53,7 @@ private:
     std::unordered_map<const ConversionJob*, Watch> watches_;
     std::array<int, kConversionJobStateWords.size()> counts_{};
     Observers<ConversionJob&, Membership> membership_;
+    Observers<> states_;
     Observers<ConversionJob&> changes_;
 };
 
