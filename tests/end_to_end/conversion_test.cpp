@@ -62,6 +62,11 @@ const std::vector<Row> kRows = {
      Picture::Packets,
      std::string(kCues)},
     {"hevc.mkv", {"hevc:hvc1 aac:2:und", "hevc:hvc1 aac:2:und", ""}, {}, "isom"},
+    {"hdr10.mkv", {"", "hevc:hvc1:1000 aac:2:und", ""}, {}, "isom"},
+    {"hdr10.mkv", {"", "hevc:hvc1:1000 aac:2:und", ""}, {"--set", "DefaultExtension=0"}, "isom"},
+    {"av1.mkv", {"av1:av01 aac:2:und", "", ""}, {}, "isom"},
+    {"av1.mkv", {"av1:av01 aac:2:und", "", ""}, {"--set", "DefaultExtension=0"}, "isom"},
+    {"eac3.mkv", {"h264:avc1 aac:2:eng", "h264:avc1 ac3:2:eng", ""}},
     {"aac.mp4", {"h264:avc1 aac:2:und", "", ""}, {"--set", "ProduceStreamableFiles=1"}},
     {"aac.mp4", {"", "h264:avc1 aac:2:und", ""}, {"--set", "DefaultExtension=0"}, "isom"},
     {"aac.mov", {"h264:avc1 aac:2:und", "", ""}},
@@ -87,6 +92,9 @@ protected:
         options.insert(options.end(), {"--set", "ConversionPreset=" + std::to_string(preset)});
         const auto outcome = sandbox.convert(source, options);
         ASSERT_EQ(outcome.status, 0) << outcome.output;
+        const auto codec = row.tracks.at(preset).substr(0, row.tracks.at(preset).find(':'));
+        const auto warning = "(videocodec: " + codec + ") so the result may not be playable.";
+        EXPECT_EQ(outcome.output.find(warning) == std::string::npos, codec == "h264") << codec;
 
         const bool mp4 = std::ranges::count(options, "DefaultExtension=0") == 1;
         const auto output = sandbox.out() / source.stem().concat(mp4 ? ".mp4" : ".m4v");

@@ -1,5 +1,6 @@
 #include "tests/end_to_end/media_facts.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <stdexcept>
@@ -21,6 +22,18 @@ nlohmann::json probe(const std::filesystem::path& file) {
         {"ffprobe", "-v", "error", "-show_format", "-show_streams", "-of", "json", file.native()}));
 }
 
+/// The content light level that the first frame of an HDR10 picture carries.
+int brightestPixel(const std::filesystem::path& file) {
+    const auto report = nlohmann::json::parse(
+        outputOf({"ffprobe", "-v", "error", "-select_streams", "v", "-show_frames",
+                  "-read_intervals", "%+#1", "-of", "json", file.native()}));
+    int brightest = 0;
+    for (const auto& data : report.at("/frames/0/side_data_list"_json_pointer)) {
+        brightest = std::max(brightest, data.value("max_content", 0));
+    }
+    return brightest;
+}
+
 }  // namespace
 
 std::string tracksOf(const std::filesystem::path& file) {
@@ -30,6 +43,9 @@ std::string tracksOf(const std::filesystem::path& file) {
         const std::string type = stream.at("codec_type");
         auto track = stream.at("codec_name").get<std::string>();
         if (type == "video") track += ":" + stream.at("codec_tag_string").get<std::string>();
+        if (stream.value("color_transfer", "") == "smpte2084") {
+            track += ":" + std::to_string(brightestPixel(file));
+        }
         if (type == "audio") track += ":" + std::to_string(stream.at("channels").get<int>());
         if (type != "video") {
             track += ":" + stream.value("/tags/language"_json_pointer, std::string("none"));

@@ -5,7 +5,8 @@
 
 namespace reelvane {
 
-/// The tracks as ffprobe sees them, as "h264:avc1 aac:2:ger ac3:6:eng mov_text:ger".
+/// The tracks as ffprobe sees them, as "h264:avc1 aac:2:ger ac3:6:eng mov_text:ger". The brightest
+/// pixel of an HDR10 picture follows its tag: "hevc:hvc1:1000".
 [[nodiscard]] std::string tracksOf(const std::filesystem::path& file);
 
 /// The major brand of an MP4 file, without trailing spaces.

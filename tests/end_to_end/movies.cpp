@@ -41,6 +41,14 @@ constexpr auto kRecipes = std::to_array<Recipe>({
     {"hevc.mkv",
      "-map 0 -map 1 -c:v libx265 -preset ultrafast -x265-params log-level=none "
      "-pix_fmt yuv420p -c:a aac"},
+    {"hdr10.mkv",
+     "-map 0 -map 1 -c:v libx265 -preset ultrafast -pix_fmt yuv420p10le -x265-params "
+     "log-level=none:hdr10=1:colorprim=bt2020:transfer=smpte2084:colormatrix=bt2020nc:max-cll=1000,"
+     "400:master-display=G(13250,34500)B(7500,3000)R(34000,16000)WP(15635,16450)L(10000000,50) "
+     "-c:a aac",
+     1},
+    {"av1.mkv", "-map 0 -map 1 -c:v libsvtav1 -preset 12 -c:a aac", 1},
+    {"eac3.mkv", "-map 0 -map 2 " H264 "-c:a eac3 -metadata:s:a language=eng", 1},
     {"aac.mp4", "-map 0 -map 1 " H264 "-c:a aac"},
     {"aac.mov", "-map 0 -map 1 " H264 "-c:a aac"},
     {"aac.flv", "-map 0 -map 1 " H264 "-c:a aac"},
