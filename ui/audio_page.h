@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+
+#include "app/conversion_style.h"
+#include "ui/bind.h"
+#include "ui/preference_page.h"
+#include "ui/ui_context.h"
+
+namespace reelvane {
+
+/// How sound is converted. Below the conversion style stand the settings of that style alone.
+class AudioPage final : public PreferencePage {
+public:
+    AudioPage(const UiContext& context, QWidget* parent);
+
+    [[nodiscard]] std::vector<std::string_view> keys() const override;
+    void showStored() override;
+
+private:
+    void addStyles();
+    [[nodiscard]] PreferenceColumn* makeCompatible();
+    [[nodiscard]] PreferenceColumn* makeFast();
+    [[nodiscard]] PreferenceColumn* makeCustom();
+    void showStyle(ConversionStyleView style);
+    void addTracks();
+    void addQuality();
+
+    UiContext context_;
+    QWidget* customContainer_ = nullptr;
+    std::array<PreferenceColumn*, 3> containers_{};  ///< compatible, fast, custom
+    Subscription subscription_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,180 @@
+#include "ui/destinations_page.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QShortcut>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "app/app_delegate.h"
+#include "app/preference_keys.h"
+#include "support/vantor.h"
+#include "ui/folder_delegate.h"
+#include "ui/labelled_row.h"
+#include "ui/pop_up_menu_box.h"
+#include "ui/preference_column.h"
+#include "ui/qt_text.h"
+#include "ui/quiet_label.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kListLines = 11;
+
+void shortcut(QWidget* widget, int keys, const std::function<void()>& pressed) {
+    auto* const made = new QShortcut(keys, widget);
+    made->setContext(Qt::WidgetShortcut);
+    QObject::connect(made, &QShortcut::activated, widget, pressed);
+}
+
+}  // namespace
+
+DestinationsPage::DestinationsPage(const UiContext& context, QWidget* parent)
+    : PreferencePage(context.vantor.preferences(), tr("Destinations"), parent),
+      context_(context) {
+    addMenu();
+    addFolders();
+    subscription_ = context_.controller.destinations().preferencesDestinationPopUp().observe(
+        [this] { listFolders(); });
+    listFolders();
+}
+
+void DestinationsPage::addMenu() {
+    auto& destinations = context_.controller.destinations();
+    column().addHeading(tr("Converted Movies"));
+    auto* const row = new QWidget(&column());
+    auto* const box = new PopUpMenuBox(destinations.preferencesDestinationPopUp(), row);
+    box->setObjectName(toQString(kDefaultDestinationKey));
+    box->setPlaceholderText(tr("Not chosen"));
+    box->setIsCommand(
+        [&destinations](std::size_t chosen) { return !destinations.isDestination(chosen); });
+    box->setChosen([&destinations](std::size_t chosen) {
+        destinations.pickPreferencesDestination(chosen);
+        return true;
+    });
+    auto* const layout = new QVBoxLayout(row);
+    layout->setContentsMargins({});
+    addLabelledRow(*layout, *box, tr("Save them"),
+                   tr("This is chosen first for each movie that you add."));
+    column().addWidget(row);
+}
+
+void DestinationsPage::addFolders() {
+    column().addHeading(tr("Saved Folders"));
+    folders_ = new QListWidget(&column());
+    describe(*folders_, tr("Saved folders"),
+             tr("The menus of destinations list them in this order."));
+    folders_->setItemDelegate(new FolderDelegate(folders_));
+    folders_->setUniformItemSizes(true);
+    folders_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    folders_->setFixedHeight(fontMetrics().height() * kListLines);
+    auto* const hint = new QuietLabel(
+        tr("No folder is saved yet. Add the folders where you keep your movies."), folders_);
+    hint->setObjectName("noFolders");
+    hint->setAlignment(Qt::AlignCenter);
+    (new QVBoxLayout(folders_->viewport()))->addWidget(hint);
+    connect(folders_, &QListWidget::currentRowChanged, this, [this] { enableButtons(); });
+    shortcut(folders_, Qt::Key_Delete, [this] { removeFolder(); });
+    shortcut(folders_, static_cast<int>(Qt::ALT) | Qt::Key_Up, [this] { moveFolder(-1); });
+    shortcut(folders_, static_cast<int>(Qt::ALT) | Qt::Key_Down, [this] { moveFolder(1); });
+    column().addWidget(folders_);
+    column().addWidget(makeButtons());
+}
+
+QWidget* DestinationsPage::makeButtons() {
+    auto* const row = new QWidget(&column());
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins({});
+    const auto addButton = [&](const QString& text, const QString& help, auto clicked) {
+        auto* const button = new QPushButton(text, row);
+        button->setAutoDefault(false);
+        button->setToolTip(help);
+        connect(button, &QPushButton::clicked, this, clicked);
+        layout->addWidget(button);
+        return button;
+    };
+    const auto addArrow = [&](Qt::ArrowType arrow, const QString& name, const QString& help,
+                              int rows) {
+        auto* const button = new QToolButton(row);
+        button->setArrowType(arrow);
+        button->setFocusPolicy(Qt::StrongFocus);
+        button->setToolTip(help);
+        describe(*button, name, help);
+        connect(button, &QToolButton::clicked, this, [this, rows] { moveFolder(rows); });
+        layout->addWidget(button);
+        return button;
+    };
+    addButton(tr("Add a Folder…"), tr("Converted movies go there from then on"), [this] {
+        context_.controller.destinations().chooseNewDestination(DestinationMenu::Preferences);
+    });
+    remove_ = addButton(tr("Remove"), tr("The folder itself and its files stay (Delete)"),
+                        [this] { removeFolder(); });
+    layout->addStretch(1);
+    up_ = addArrow(Qt::UpArrow, tr("Move Up"), tr("Further up in the menus (Alt+Up)"), -1);
+    down_ = addArrow(Qt::DownArrow, tr("Move Down"), tr("Further down in the menus (Alt+Down)"), 1);
+    return row;
+}
+
+void DestinationsPage::listFolders() {
+    const auto row = static_cast<std::size_t>(std::max(folders_->currentRow(), 0));
+    const auto current = row < saved_.size() ? saved_[row].bookmark : BookmarkData();
+    saved_ = savedDestinations(context_.vantor.preferences());
+    folders_->clear();
+    for (const auto& folder : saved_) {
+        auto* const item = new QListWidgetItem(toQString(folder.name), folders_);
+        const auto path = displayPath(context_.vantor.ports().folderAccess.pathOf(folder.bookmark));
+        item->setData(FolderDelegate::kPathRole, path);
+        item->setData(Qt::AccessibleTextRole, tr("%1 in %2").arg(item->text(), path));
+        item->setToolTip(path.toHtmlEscaped());
+    }
+    const auto same = std::ranges::find(saved_, current, &SavedDestination::bookmark);
+    const auto next = same == saved_.end() ? std::min(row + 1, saved_.size()) - 1
+                                           : static_cast<std::size_t>(same - saved_.begin());
+    folders_->setCurrentRow(saved_.empty() ? -1 : static_cast<int>(next));
+    folders_->findChild<QLabel*>("noFolders")->setVisible(saved_.empty());
+    enableButtons();
+}
+
+void DestinationsPage::enableButtons() {
+    const auto row = folders_->currentRow();
+    remove_->setEnabled(row >= 0);
+    up_->setEnabled(row > 0);
+    down_->setEnabled(row >= 0 && row + 1 < folders_->count());
+}
+
+void DestinationsPage::moveFolder(int rows) {
+    const auto row = folders_->currentRow();
+    const auto place = row + rows;
+    if (row < 0 || place < 0 || place >= folders_->count()) return;
+    const auto bookmark = saved_.at(static_cast<std::size_t>(row)).bookmark;
+    context_.controller.destinations().moveSavedDestination(bookmark,
+                                                            static_cast<std::size_t>(place));
+}
+
+void DestinationsPage::removeFolder() {
+    const auto row = folders_->currentRow();
+    if (row < 0) return;
+    const auto bookmark = saved_.at(static_cast<std::size_t>(row)).bookmark;
+    context_.controller.destinations().removeSavedDestination(bookmark);
+}
+
+std::vector<std::string_view> DestinationsPage::keys() const {
+    auto keys = PreferencePage::keys();
+    keys.push_back(kDefaultDestinationKey);
+    return keys;
+}
+
+void DestinationsPage::showStored() {
+    PreferencePage::showStored();
+    context_.controller.destinations().rebuildPreferencesDestinationPopUp();
+}
+
+QString DestinationsPage::keptByReset() const {
+    return tr("Your saved folders stay.");
+}
+
+}  // namespace reelvane

@@ -1,0 +1,39 @@
+#include "ui/preference_column.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace reelvane {
+
+PreferenceColumn::PreferenceColumn(Preferences& preferences, QWidget* parent)
+    : QWidget(parent),
+      preferences_(preferences),
+      column_(new QVBoxLayout(this)) {
+    column_->setContentsMargins({});
+    column_->setSpacing(fontMetrics().height() * 2 / 3);
+}
+
+void PreferenceColumn::addHeading(const QString& heading) {
+    if (column_->count() > 0) column_->addSpacing(fontMetrics().height() / 2);
+    auto* const label = new QLabel(heading, this);
+    auto font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    column_->addWidget(label);
+}
+
+void PreferenceColumn::addWidget(QWidget* widget) {
+    column_->addWidget(widget);
+}
+
+std::vector<std::string_view> PreferenceColumn::keys() const {
+    std::vector<std::string_view> keys;
+    for (const auto* const control : controls_) keys.push_back(control->key());
+    return keys;
+}
+
+void PreferenceColumn::showStored() {
+    for (auto* const control : controls_) control->showStored();
+}
+
+}  // namespace reelvane
