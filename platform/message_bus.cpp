@@ -42,6 +42,7 @@ GObjectHandle<GDBusConnection> openBus(Bus bus, GCancellable* cancellable, GErro
 }
 
 GObjectHandle<GDBusConnection> harmlessSharedBus(GCancellable* cancellable) {
+    if (!sessionBusAddress(nullptr)) return nullptr;
     GObjectHandle<GDBusConnection> shared(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
     if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
     return shared;
