@@ -10,12 +10,13 @@ namespace reelvane {
 class FakeAppearance final : public DesktopAppearance {
 public:
     [[nodiscard]] bool prefersDark() const override { return dark; }
-    [[nodiscard]] bool reducedMotion() const override { return true; }
+    [[nodiscard]] bool reducedMotion() const override { return still; }
     [[nodiscard]] Subscription observe(std::function<void()> changed) override {
         return observers.add(std::move(changed));
     }
 
     bool dark = false;
+    bool still = true;
     Observers<> observers;
 };
 

@@ -1,0 +1,72 @@
+#include "ui/main_window.h"
+
+#include <QAction>
+#include <QListView>
+#include <QStackedWidget>
+
+#include "tests/ui/ui_fixture.h"
+#include "ui/poster_frames.h"
+
+namespace reelvane {
+namespace {
+
+class NoPosters final : public PosterFrames {
+public:
+    [[nodiscard]] Subscription request(const fs::path& /*movie*/, Arrived /*arrived*/) override {
+        return {};
+    }
+    [[nodiscard]] QImage cached(const fs::path& /*movie*/) const override { return {}; }
+};
+
+struct MainWindowShown : UiFixture {
+    MainWindowShown() {
+        set(kAutoAddKey, 1);
+        window.show();
+    }
+    [[nodiscard]] QAction* command(const QKeySequence& shortcut) const {
+        for (auto* const action : window.findChildren<QAction*>()) {
+            if (action->shortcut() == shortcut) return action;
+        }
+        return nullptr;
+    }
+    [[nodiscard]] bool showsList() const {
+        const auto* const pages = window.findChild<QStackedWidget*>();
+        return qobject_cast<QListView*>(pages->currentWidget()) != nullptr;
+    }
+
+    NoPosters posters;
+    int quits = 0;
+    MainWindow window{context(), posters, [this] { ++quits; }};
+};
+
+TEST_F(MainWindowShown, FollowsTheQueueFromTheInvitationToTheListAndBack) {
+    EXPECT_FALSE(showsList());
+    add({movie("a.mkv"), movie("b.mkv")});
+    EXPECT_TRUE(showsList());
+    EXPECT_EQ(window.windowTitle(), "Reelvane  [2 Job(s), 1 Queued]");
+
+    auto* const pause = command(Qt::CTRL | Qt::Key_P);
+    ASSERT_NE(pause, nullptr);
+    pause->trigger();
+    EXPECT_EQ(pause->text(), "Resume Queue");
+    EXPECT_EQ(window.windowTitle(), "Reelvane (Paused) [2 Job(s), 1 Queued]");
+    app_->applicationWillTerminate();
+    EXPECT_FALSE(showsList());
+}
+
+TEST_F(MainWindowShown, ClosingAsksWhileAConversionRunsAndRemembersTheFrame) {
+    add({movie("a.mkv")});
+    platform_.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
+    window.resize(701, 503);
+    EXPECT_FALSE(window.close());
+    EXPECT_EQ(lastAlert(), "Conversion is in progresss. Are you sure you want to quit?");
+    EXPECT_EQ(quits, 0);
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(quits, 1);
+    platform_.dispatcher.runPending();
+    const MainWindow again(context(), posters, [] {});
+    EXPECT_EQ(again.size(), QSize(701, 503));
+}
+
+}  // namespace
+}  // namespace reelvane

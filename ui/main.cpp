@@ -1,0 +1,245 @@
+// The window's composition root: the only place in it that knows the platform.
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QSessionManager>
+#include <QTranslator>
+
+#include "app/app_delegate.h"
+#include "app/preference_table.h"
+#include "app/queue_progress.h"
+#include "platform/dbus_application.h"
+#include "platform/dbus_launcher_entry.h"
+#include "platform/dbus_notifications.h"
+#include "platform/dbus_power_assertions.h"
+#include "platform/executable_bundle.h"
+#include "platform/gettext_translations.h"
+#include "platform/gio_workspace.h"
+#include "platform/glib_dispatcher.h"
+#include "platform/glib_source.h"
+#include "platform/ini_preferences_store.h"
+#include "platform/inotify_bundle_watch.h"
+#include "platform/interruption.h"
+#include "platform/linux_host.h"
+#include "platform/portal_appearance.h"
+#include "platform/posix_folder_access.h"
+#include "platform/posix_process_launcher.h"
+#include "platform/relaunch.h"
+#include "platform/syslog_system_log.h"
+#include "support/alerts.h"
+#include "support/damaged_application.h"
+#include "support/uncaught_exceptions.h"
+#include "support/vantor.h"
+#include "ui/auxiliary_windows.h"
+#include "ui/icons.h"
+#include "ui/launch_arguments.h"
+#include "ui/main_window.h"
+#include "ui/port_translator.h"
+#include "ui/poster_frames.h"
+#include "ui/qt_alerts.h"
+#include "ui/qt_panels.h"
+#include "ui/theme.h"
+
+namespace reelvane {
+namespace {
+
+constexpr int kExitUsage = 2;
+
+/// A window program knows the keyboard.
+class WindowWorkspace final : public GioWorkspace {
+public:
+    using GioWorkspace::GioWorkspace;
+    [[nodiscard]] bool isShiftKeyHeld() const override { return isHeld(Qt::ShiftModifier); }
+    [[nodiscard]] bool isOptionKeyHeld() const override { return isHeld(Qt::AltModifier); }
+
+private:
+    static bool isHeld(Qt::KeyboardModifier key) {
+        return QGuiApplication::queryKeyboardModifiers().testFlag(key);
+    }
+};
+
+/// Everything that needs no screen, made in this order.
+struct Base {
+    ExecutableBundle mainBundle;
+    LinuxHost host;
+    std::string name = mainBundle.infoValue("Name").value_or("Reelvane");
+    std::string identifier = mainBundle.infoValue("Identifier").value_or("org.reelvane.Reelvane");
+    PosixFolderAccess folderAccess;
+    Interruption interruption;
+    // Interrupted, a child that somebody waits for does not keep the program.
+    PosixProcessLauncher processLauncher{interruption.descriptor()};
+    IniPreferencesStore store{host.folders().configuration / identifier / (identifier + ".ini")};
+    Preferences preferences{store};
+    SyslogSystemLog systemLog{"reelvane"};
+    GlibDispatcher dispatcher;
+    InotifyBundleWatch bundleWatch;
+    DBusNotifications notifications{systemLog, dispatcher, name, identifier};
+    DBusPowerAssertions powerAssertions{systemLog, name};
+    GettextTranslations translations{mainBundle.resourcesPath() / "po"};
+    PortalAppearance appearance{systemLog, dispatcher};
+    DBusLauncherEntry launcherEntry{systemLog, identifier};
+    // Absent once the program opens no more files.
+    std::optional<DBusApplication> instance{std::in_place, systemLog, identifier};
+};
+
+/// The session's end asks as a quit does.
+void watchSession(AppDelegate& controller, QGuiApplication& application) {
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
+                     [&controller](QSessionManager& session) {
+                         if (!session.allowsInteraction()) return;
+                         if (!controller.applicationShouldTerminate()) session.cancel();
+                     });
+}
+
+/// Does what a second start asks of this one.
+void listenToOtherStarts(DBusApplication& instance, AppDelegate& controller, MainWindow& window) {
+    instance.setOpen([&controller](const ApplicationInstance::OpenRequest& request) {
+        // The window that comes to the front may show the token that the user's click gave.
+        if (!request.activationToken.empty()) {
+            qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(request.activationToken));
+        }
+        if (request.files.empty()) {
+            static_cast<void>(controller.applicationShouldHandleReopen());
+        } else {
+            controller.openFiles(request.files);
+        }
+    });
+    instance.setAction([&window](const std::string& action) {
+        if (action == "preferences") window.auxiliaryWindows().openPreferences();
+    });
+}
+
+int runWindow(Base& base, QApplication& application,
+              const std::vector<std::filesystem::path>& files) {
+    QtAlerts alerts;
+    QtPanels panels;
+    WindowWorkspace workspace(base.systemLog);
+    Vantor vantor({.alerts = alerts,
+                   .bundleWatch = base.bundleWatch,
+                   .dispatcher = base.dispatcher,
+                   .folderAccess = base.folderAccess,
+                   .host = base.host,
+                   .mainBundle = base.mainBundle,
+                   .notifications = base.notifications,
+                   .panels = panels,
+                   .powerAssertions = base.powerAssertions,
+                   .processLauncher = base.processLauncher,
+                   .systemLog = base.systemLog,
+                   .translations = base.translations,
+                   .workspace = workspace},
+                  base.preferences);
+    const UncaughtExceptionHandler uncaught(vantor);
+    runDamagedApplicationTest(vantor);
+
+    const Icons icons(vantor.resDir() / "icons");
+    AppDelegate controller(vantor);
+    const auto quit = [&alerts] {
+        alerts.endAll();
+        QCoreApplication::exit(0);
+    };
+    controller.setTerminateHandler(quit);
+    controller.lifecycle().setRelaunch([&base](const std::filesystem::path& bundle) {
+        base.instance.reset();  // else the new one would hand over to this one
+        return relaunch(bundle / base.mainBundle.executablePath().filename());
+    });
+    ThumbnailPosters posters(vantor);
+    MainWindow window(
+        {.vantor = vantor, .controller = controller, .icons = icons, .appearance = base.appearance},
+        posters, quit);
+    alerts.setParent(&window);
+    alerts.setIcons(icons);
+    panels.setParent(PanelParent::MainWindow, &window);
+    QueueProgress progress(controller.queue());
+    const auto shownProgress = bind(progress.fraction(), [&base](std::optional<double> fraction) {
+        base.launcherEntry.setProgress(fraction);
+    });
+    const auto interrupted = makeReadableSource(base.interruption.descriptor(), [&alerts] {
+        alerts.endAll();
+        QCoreApplication::exit(128 + Interruption::signal());
+    });
+
+    window.show();
+    if (const auto problem = base.store.problem()) alert_apptitled(vantor, *problem, "OK");
+    controller.applicationWillFinishLaunching();
+    listenToOtherStarts(*base.instance, controller, window);
+    watchSession(controller, application);
+    if (!files.empty()) controller.openFiles(files);
+    const auto status = QApplication::exec();
+    base.instance.reset();
+    window.hide();  // what is left to do may take a moment
+    base.launcherEntry.setProgress(std::nullopt);
+    controller.applicationWillTerminate();
+    return status;
+}
+
+/// Qt would end with a core dump.
+bool hasScreen() {
+    for (const auto* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        const auto* const value = std::getenv(name);
+        if (value != nullptr && *value != '\0') return true;
+    }
+    return false;
+}
+
+/// Qt's own texts, where the system has them in the user's language.
+void loadQtTexts(QApplication& application, QTranslator& texts) {
+    const auto folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (texts.load(QLocale(), "qtbase", "_", folder)) application.installTranslator(&texts);
+}
+
+int open(QApplication& application, const std::vector<std::string>& words) {
+    const auto parsed = parseLaunchArguments(words, std::filesystem::current_path());
+    if (parsed.problem) {
+        std::cerr << "reelvane: " << *parsed.problem << '\n';
+        return kExitUsage;
+    }
+    Base base;
+    if (base.instance->claim(parsed.files) == ApplicationInstance::Role::HandedOver) {
+        return EXIT_SUCCESS;
+    }
+    base.preferences.registerDefaults(registeredDefaults());
+    QTranslator qtTexts;
+    loadQtTexts(application, qtTexts);
+    PortTranslator texts(base.translations);
+    application.installTranslator(&texts);
+    const Theme theme(base.appearance);
+    return runWindow(base, application, parsed.files);
+}
+
+int start(int argc, char** argv) {
+    ::unsetenv("QT_NO_GLIB");  // the core's work runs on GLib's main loop
+    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    switch (parseLaunchArguments(words, {}).action) {
+        case LaunchArguments::Action::PrintHelp:
+            std::cout << launchHelp();
+            return EXIT_SUCCESS;
+        case LaunchArguments::Action::PrintVersion:
+            std::cout << "Reelvane " REELVANE_VERSION "\n";
+            return EXIT_SUCCESS;
+        case LaunchArguments::Action::Open:
+            break;
+    }
+    if (!hasScreen()) {
+        std::cerr << "reelvane: there is no screen to open a window on. To convert movies without "
+                     "one, use reelvane-cli.\n";
+        return EXIT_FAILURE;
+    }
+    QApplication application(argc, argv);
+    // What Qt took for itself is gone from the arguments.
+    words.assign(argv + std::min(argc, 1), argv + argc);
+    return open(application, words);
+}
+
+}  // namespace
+}  // namespace reelvane
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
+    return reelvane::start(argc, argv);
+}

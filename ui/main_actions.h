@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QAction>
+#include <QObject>
+
+#include "ui/bind.h"
+#include "ui/ui_context.h"
+
+class QMenuBar;
+class QMenu;
+class QToolBar;
+
+namespace reelvane {
+
+class AuxiliaryWindows;
+
+/// The main window's commands, which its menus and its toolbar share. Owned by the main window.
+class MainActions final : public QObject {
+public:
+    MainActions(const UiContext& context, AuxiliaryWindows& windows, QWidget* window);
+
+    void fillMenuBar(QMenuBar& bar, const QList<QAction*>& jobActions);
+    void fillToolBar(QToolBar& bar);
+
+private:
+    void makeCommands(QWidget* window);
+    void makeHelp();
+    void bindPause();
+    QAction* add(const QString& text, const QIcon& icon, const QKeySequence& shortcut,
+                 std::function<void()> triggered);
+    void addLink(QMenu& menu, const QString& text, int choice);
+
+    UiContext context_;
+    AuxiliaryWindows& windows_;
+    QAction* addMovies_ = nullptr;
+    QAction* pauseQueue_ = nullptr;  ///< `pauseContinueMenuItem` and `pauseContinueToolbarItem`
+    QAction* cleanUp_ = nullptr;
+    QAction* preferences_ = nullptr;
+    QAction* close_ = nullptr;
+    QAction* quit_ = nullptr;
+    QAction* rate_ = nullptr;
+    QAction* promotion_ = nullptr;
+    QAction* about_ = nullptr;
+    Subscriptions subscriptions_;
+};
+
+}  // namespace reelvane
