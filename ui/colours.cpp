@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 namespace reelvane {
 namespace {
@@ -9,6 +10,7 @@ namespace {
 constexpr double kSelectedShare = 0.22;
 constexpr double kHoveredShare = 0.05;
 constexpr double kReadable = 4.6;
+constexpr double kVisible = 3.2;
 
 /// One channel as the eye weighs it.
 double linear(double channel) {
@@ -18,6 +20,22 @@ double linear(double channel) {
 double luminance(const QColor& colour) {
     return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
            0.0722 * linear(colour.blueF());
+}
+
+/// The first of the mixtures of `colour` and the text's that stands out enough from every ground.
+QColor firstVisible(const QPalette& palette, const QColor& colour,
+                    std::initializer_list<double> sharesOfText, double least) {
+    const auto text = palette.color(QPalette::Text);
+    for (const double share : sharesOfText) {
+        const auto mixture = mixed(colour, text, share);
+        if (std::min({contrast(mixture, palette.color(QPalette::Base)),
+                      contrast(mixture, palette.color(QPalette::Window)),
+                      contrast(mixture, selectedGround(palette)),
+                      contrast(mixture, hoveredGround(palette))}) >= least) {
+            return mixture;
+        }
+    }
+    return text;
 }
 
 }  // namespace
@@ -44,19 +62,14 @@ QColor hoveredGround(const QPalette& palette) {
     return mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), kHoveredShare);
 }
 
+QColor accent(const QPalette& palette) {
+    return firstVisible(palette, palette.color(QPalette::Highlight),
+                        {0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6}, kVisible);
+}
+
 QColor quietText(const QPalette& palette) {
-    const auto text = palette.color(QPalette::Text);
-    const auto base = palette.color(QPalette::Base);
-    const auto reads = [&palette](const QColor& colour) {
-        return std::min({contrast(colour, palette.color(QPalette::Base)),
-                         contrast(colour, palette.color(QPalette::Window)),
-                         contrast(colour, selectedGround(palette)),
-                         contrast(colour, hoveredGround(palette))}) >= kReadable;
-    };
-    for (const double share : {0.65, 0.7, 0.75, 0.8, 0.85, 0.9}) {
-        if (const auto colour = mixed(base, text, share); reads(colour)) return colour;
-    }
-    return text;
+    return firstVisible(palette, palette.color(QPalette::Base), {0.65, 0.7, 0.75, 0.8, 0.85, 0.9},
+                        kReadable);
 }
 
 }  // namespace reelvane

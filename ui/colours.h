@@ -16,6 +16,9 @@ namespace reelvane {
 [[nodiscard]] QColor selectedGround(const QPalette& palette);
 [[nodiscard]] QColor hoveredGround(const QPalette& palette);
 
+/// The highlight, as strong as a thin line or a small area of it has to be on a list's rows.
+[[nodiscard]] QColor accent(const QPalette& palette);
+
 /// For text of second rank: as quiet as still reads well in a window and on a list's rows.
 [[nodiscard]] QColor quietText(const QPalette& palette);
 

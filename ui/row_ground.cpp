@@ -45,7 +45,7 @@ void RowGround::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const bool focused = list_.currentIndex() == index && list_.hasFocus();
     if (focused) {
         const double half = kFocusWidth / 2;
-        painter->setPen(QPen(palette.color(QPalette::Highlight), kFocusWidth));
+        painter->setPen(QPen(accent(palette), kFocusWidth));
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(shape.adjusted(half, half, -half, -half), kRounding - half,
                                  kRounding - half);
