@@ -6,8 +6,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeySequence>
-#include <QProgressBar>
-#include <QToolButton>
 
 #include "conversion/conversion_job.h"
 #include "support/time_text.h"
@@ -15,8 +13,10 @@
 #include "ui/icon_view.h"
 #include "ui/icons.h"
 #include "ui/job_controls.h"
+#include "ui/job_list_accessible.h"
 #include "ui/poster_view.h"
 #include "ui/qt_text.h"
+#include "ui/row_controls.h"
 
 namespace reelvane {
 namespace {
@@ -26,7 +26,7 @@ constexpr double kMargin = 0.6;  // all in heights of a line
 constexpr double kLineGap = 0.15;
 constexpr double kColumnGap = 0.8;
 constexpr double kFactGap = 0.4;
-constexpr double kBarHeight = 0.5;
+constexpr double kBarHeight = 0.4;
 constexpr double kIconSide = 1.15;
 constexpr double kPosterRatio = 16.0 / 9;
 
@@ -74,8 +74,7 @@ void JobRow::makeParts(PosterFrames& posters) {
     name_->setFont(bold);
     outcome_ = new IconView(this);
     status_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
-    progress_ = new QProgressBar(this);
-    progress_->setTextVisible(false);
+    progress_ = new SlimBar(this);
     remaining_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     noteIcon_ = new IconView(this);
     note_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
@@ -88,12 +87,8 @@ void JobRow::makeParts(PosterFrames& posters) {
 }
 
 void JobRow::makeButton(Button button, const QIcon& icon, Command command) {
-    auto* const made = new QToolButton(this);
+    auto* const made = new RowButton(this);
     made->setIcon(icon);
-    made->setAutoRaise(true);
-    auto policy = made->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);  // the others stay in their columns
-    made->setSizePolicy(policy);
     connect(made, &QToolButton::clicked, this, [this, command = std::move(command)] {
         if (job_ != nullptr) command(*job_);
     });
@@ -151,6 +146,7 @@ void JobRow::showJob(ConversionJob& job) {
     poster_->showMovie(job.fileInfo().fileURL);
     name_->setText(toQString(job.fileInfo().fileName));
     nameControls();
+    toldState_ = {};
     refresh();
 }
 
@@ -186,6 +182,7 @@ void JobRow::refresh() {
     const bool noted = showNote();
     facts_->setVisible(underWay || noted);  // else the other lines move to the middle
     showButtons();
+    if (std::exchange(toldState_, state) != state) tellRowChange(*this);
 }
 
 bool JobRow::showProgress() {
@@ -210,7 +207,8 @@ bool JobRow::showNote() {
         icon = icons_.speed;
         text = tr("Re-packages only, fast");
     }
-    noteIcon_->setVisible(!icon.isNull());
+    // In line with the text above it, which has a picture.
+    noteIcon_->setVisible(!icon.isNull() || job_->state() == ConversionJobState::Finished);
     noteIcon_->setIcon(icon);
     note_->setVisible(!text.isEmpty());
     note_->setText(text);

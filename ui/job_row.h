@@ -2,17 +2,16 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 
 #include <QIcon>
 #include <QWidget>
 
+#include "conversion/conversion_job_state.h"
 #include "support/observable.h"
 #include "ui/job_commands.h"
 
-class QBoxLayout;
 class QLabel;
-class QProgressBar;
-class QToolButton;
 
 namespace reelvane {
 
@@ -21,6 +20,8 @@ class IconView;
 class Icons;
 class PosterFrames;
 class PosterView;
+class RowButton;
+class SlimBar;
 
 /// The pictures of the rows, read once for all of them.
 struct JobIcons {
@@ -81,17 +82,18 @@ private:
     JobCommands& commands_;
     const JobIcons& icons_;
     ConversionJob* job_ = nullptr;
+    std::optional<ConversionJobState> toldState_;  ///< what assistive programs know
     Subscription subscription_;
     PosterView* poster_ = nullptr;
     ElidedLabel* name_ = nullptr;
     IconView* outcome_ = nullptr;
     ElidedLabel* status_ = nullptr;
     QWidget* facts_ = nullptr;  ///< the third line
-    QProgressBar* progress_ = nullptr;
+    SlimBar* progress_ = nullptr;
     QLabel* remaining_ = nullptr;
     IconView* noteIcon_ = nullptr;
     ElidedLabel* note_ = nullptr;
-    std::array<QToolButton*, ButtonCount> buttons_{};
+    std::array<RowButton*, ButtonCount> buttons_{};
 };
 
 }  // namespace reelvane

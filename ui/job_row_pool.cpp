@@ -4,7 +4,8 @@
 #include <utility>
 
 #include <QApplication>
-#include <QToolButton>
+
+#include "ui/row_controls.h"
 
 namespace reelvane {
 
