@@ -10,6 +10,7 @@
 #include "ui/details_popover.h"
 #include "ui/icons.h"
 #include "ui/job_actions.h"
+#include "ui/job_list_accessible.h"
 #include "ui/job_list_model.h"
 #include "ui/row_ground.h"
 
@@ -24,6 +25,7 @@ JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidge
       rows_(*this, [this, &posters] { return new JobRow(commands_, posters, icons_, viewport()); }),
       actions_(new JobActions(*this, commands_, icons_, context.icons.symbolic("copy"))),
       states_(context.controller.queue().observeStates([this] { refreshAll(); })) {
+    describeJobLists();
     setAccessibleName(tr("Conversions"));
     setFrameShape(QFrame::NoFrame);
     setItemDelegate(new RowGround(*this));
@@ -95,6 +97,10 @@ JobRow* JobListView::rowOf(const QModelIndex& index) const {
     return job == nullptr ? nullptr : rows_.rowOf(*job);
 }
 
+QModelIndex JobListView::indexOf(const ConversionJob& job) const {
+    return jobs_->indexOf(job);
+}
+
 void JobListView::openDetails(ConversionJob& job) {
     if (details_ == nullptr) details_ = new DetailsPopover(context_, this);
     details_->showJob(job);
@@ -158,15 +164,25 @@ void JobListView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int
 }
 
 void JobListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-    QListView::currentChanged(current, previous);
+    // What QListView adds tells assistive programs of items that describeJobLists does without.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    QAbstractItemView::currentChanged(current, previous);
     rows_.setCurrent(jobs_->job(current));
+    tellRowFocus(*this);
     actions_->refresh();
 }
 
 void JobListView::selectionChanged(const QItemSelection& selected,
                                    const QItemSelection& deselected) {
-    QListView::selectionChanged(selected, deselected);
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): as above
+    QAbstractItemView::selectionChanged(selected, deselected);
+    tellSelection(*this, selected, deselected);
     actions_->refresh();
+}
+
+void JobListView::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    tellRowFocus(*this);
 }
 
 void JobListView::contextMenuEvent(QContextMenuEvent* event) {

@@ -39,6 +39,8 @@ public:
     void removeSelected();
     /// The row widget of a job; null when it is out of sight.
     [[nodiscard]] JobRow* rowOf(const QModelIndex& index) const;
+    /// Not valid when the job is not in the list.
+    [[nodiscard]] QModelIndex indexOf(const ConversionJob& job) const;
     [[nodiscard]] const JobRowPool& rows() const { return rows_; }
 
     void doItemsLayout() override;
@@ -51,6 +53,7 @@ protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
+    void focusInEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
 
