@@ -19,11 +19,12 @@ void PreferenceColumn::addHeading(const QString& heading) {
     auto font = label->font();
     font.setBold(true);
     label->setFont(font);
-    column_->addWidget(label);
+    addWidget(label);
 }
 
 void PreferenceColumn::addWidget(QWidget* widget) {
     column_->addWidget(widget);
+    updateGeometry();  // what holds the column has measured it while it was smaller
 }
 
 std::vector<std::string_view> PreferenceColumn::keys() const {
