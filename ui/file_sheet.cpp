@@ -4,6 +4,7 @@
 
 #include <QKeyEvent>
 #include <QStyle>
+#include <QTimer>
 
 #include "app/app_delegate.h"
 #include "support/ports/desktop_appearance.h"
@@ -73,12 +74,9 @@ void FileSheet::followFile() {
     panel_->showFile();
     if (scanning) return;
     // Later, because a file that is added by itself needs no keyboard.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (panel_->awaitsUser()) takeKeyboard();
-        },
-        Qt::QueuedConnection);
+    QTimer::singleShot(0, this, [this] {
+        if (panel_->awaitsUser()) takeKeyboard();
+    });
 }
 
 void FileSheet::followConstraint() {

@@ -1,0 +1,107 @@
+#include "ui/file_sheet.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include "tests/ui/ui_fixture.h"
+#include "ui/elided_label.h"
+#include "ui/pop_up_menu_box.h"
+
+namespace reelvane {
+namespace {
+
+/// The sheet above a field to type in and a list, which has the keyboard.
+class FileSheetTest : public UiFixture {
+protected:
+    FileSheetTest() {
+        auto* const column = new QVBoxLayout(&window_);
+        for (QWidget* const row : {static_cast<QWidget*>(sheet_), static_cast<QWidget*>(field_),
+                                   static_cast<QWidget*>(list_)}) {
+            column->addWidget(row);
+        }
+        window_.show();
+        list_->setFocus();
+    }
+    void openAndSettle(const std::vector<fs::path>& files) {
+        open(files);
+        QCoreApplication::processEvents();
+    }
+    void press(Qt::Key key) {
+        QTest::keyClick(window_.focusWidget(), key);
+        platform_.dispatcher.runPending();
+        QCoreApplication::processEvents();
+    }
+    [[nodiscard]] bool shows(const char* text) const {
+        return std::ranges::any_of(sheet_->findChildren<ElidedLabel*>(), [text](const auto* label) {
+            return label->isVisible() && label->text() == text;
+        });
+    }
+    [[nodiscard]] QPushButton* focusedButton() const {
+        return qobject_cast<QPushButton*>(window_.focusWidget());
+    }
+
+    QWidget window_;
+    FileSheet* sheet_ = new FileSheet(context(), &window_);
+    QLineEdit* field_ = new QLineEdit(&window_);
+    QListWidget* list_ = new QListWidget(&window_);
+};
+
+TEST_F(FileSheetTest, AddsAndLeavesFilesByTheKeyboardAndGivesItBack) {
+    EXPECT_TRUE(sheet_->isHidden());
+    openAndSettle({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("a.en.srt")});
+    EXPECT_GE(sheet_->height(), kSheetShown);
+    EXPECT_EQ(focusedButton()->text(), "Start Conversion");
+    EXPECT_TRUE(shows("with subtitles a.en.srt") && shows("2 more waiting"));
+    sheet_->findChild<PopUpMenuBox*>()->setFocus();
+    press(Qt::Key_Return);
+    EXPECT_THAT(rows(), ElementsAre("a.mkv"));
+    EXPECT_TRUE(shows("b.mkv"));
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(shows("c.mkv"));
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(focusedButton()->text(), "Cancel");
+    press(Qt::Key_Return);
+    EXPECT_THAT(rows(), ElementsAre("a.mkv")) << "Return means the button that has the keyboard";
+    EXPECT_TRUE(sheet_->isHidden());
+    EXPECT_EQ(window_.focusWidget(), list_);
+}
+
+TEST_F(FileSheetTest, LeavesTheKeyboardToWhoTypes) {
+    field_->setFocus();
+    openAndSettle({movie("a.mkv")});
+    EXPECT_EQ(window_.focusWidget(), field_);
+    list_->setFocus();
+    app_->intake().cancelAdd();
+    openAndSettle({movie("b.mkv")});
+    list_->hide();  // what had it goes with the list
+    app_->intake().cancelAdd();
+    EXPECT_EQ(window_.focusWidget(), field_);
+}
+
+TEST_F(FileSheetTest, ShowsTheFileWhileItIsReadAndSaysWhenItIsMute) {
+    report_ = report_.substr(0, report_.find("    Stream #0:1"));
+    app_->openFiles({movie("a.mkv")});
+    EXPECT_TRUE(shows("a.mkv") && shows("Looking into the file…"));
+    EXPECT_FALSE(sheet_->findChild<QPushButton*>()->isEnabled());
+    platform_.dispatcher.runPending();
+    EXPECT_FALSE(shows("Looking into the file…"));
+    const auto boxes = sheet_->findChildren<PopUpMenuBox*>();
+    EXPECT_EQ(boxes.front()->placeholderText(), "No audio");
+    EXPECT_EQ(boxes.back()->currentText(), "Next to the Source File");
+}
+
+TEST_F(FileSheetTest, TurnsRoundOnItsWay) {
+    appearance_.still = false;
+    open({movie("a.mkv")});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return sheet_->height() > 0; }));
+    const int reached = sheet_->height();
+    app_->intake().cancelAdd();
+    EXPECT_EQ(sheet_->height(), reached);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return sheet_->isHidden(); }));
+}
+
+}  // namespace
+}  // namespace reelvane
