@@ -20,6 +20,7 @@ namespace {
 class DropHighlight final : public QWidget {
 public:
     explicit DropHighlight(QWidget* window) : QWidget(window) {
+        setAccessibleName(QObject::tr("Drop to add"));
         setAttribute(Qt::WA_TransparentForMouseEvents);
         hide();
     }
