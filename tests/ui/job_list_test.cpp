@@ -1,0 +1,251 @@
+#include <random>
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTest>
+#include <QToolButton>
+
+#include "tests/ui/ui_fixture.h"
+#include "ui/details_popover.h"
+#include "ui/elided_label.h"
+#include "ui/job_list_model.h"
+#include "ui/job_list_view.h"
+#include "ui/poster_frames.h"
+
+namespace reelvane {
+namespace {
+
+/// Never finds a poster, and counts who waits for one.
+class WantedPosters final : public PosterFrames {
+public:
+    [[nodiscard]] Subscription request(const fs::path& /*movie*/, Arrived /*arrived*/) override {
+        ++wanted;
+        return Subscription([this] { --wanted; });
+    }
+    [[nodiscard]] QImage cached(const fs::path& /*movie*/) const override { return {}; }
+
+    int wanted = 0;
+};
+
+struct JobList : UiFixture {
+    JobList() {
+        set(kAutoAddKey, 1);
+        set(kInsertJobsAtBottomKey, 1);
+        view.resize(600, 400);
+        view.show();
+        view.activateWindow();
+        view.setFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
+    }
+
+    JobQueue& queue() { return app_->queue(); }
+    ConversionJob& jobAt(std::size_t row) { return *queue().taskArray().at(row); }
+    /// A job of a movie that is not there, past all that adding does.
+    ConversionJob& insert(JobQueue::InsertAt where = JobQueue::InsertAt::Bottom) {
+        const auto name = std::to_string(++made_) + ".mkv";
+        MKVFileInfo record{.fileName = name, .fileURL = platform_.folder.path() / name};
+        return queue().insertJob(
+            std::make_unique<ConversionJob>(platform_.vantor, *app_, std::move(record), 0), where);
+    }
+    JobRow* row(std::size_t number) {
+        QApplication::processEvents();
+        return view.rowOf(view.model()->index(static_cast<int>(number), 0));
+    }
+    void select(std::initializer_list<int> rows) {
+        view.clearSelection();
+        for (const int number : rows) {
+            view.selectionModel()->setCurrentIndex(view.model()->index(number, 0),
+                                                   QItemSelectionModel::Select);
+        }
+    }
+    /// What the row offers to the mouse, by its spoken names; "-" marks what is disabled.
+    std::vector<std::string> offered(std::size_t number) {
+        std::vector<std::string> names;
+        for (const auto* const button : row(number)->findChildren<QToolButton*>()) {
+            if (!button->isVisible()) continue;
+            names.push_back((button->isEnabled() ? "" : "-") +
+                            button->accessibleName().toStdString());
+        }
+        return names;
+    }
+    QToolButton* button(std::size_t number, const QString& spoken) {
+        for (auto* const button : row(number)->findChildren<QToolButton*>()) {
+            if (button->accessibleName() == spoken) return button;
+        }
+        return nullptr;
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    }
+    /// Each visible part of the list shows its own job, and nothing else is shown.
+    void expectRowsInPlace() {
+        QApplication::processEvents();
+        const int count = view.model()->rowCount();
+        ASSERT_EQ(static_cast<std::size_t>(count), queue().taskArray().size());
+        std::size_t visible = 0;
+        for (int number = 0; number < count; ++number) {
+            const auto place = view.visualRect(view.model()->index(number, 0));
+            auto* const shown = view.rows().rowOf(jobAt(static_cast<std::size_t>(number)));
+            const bool inSight = place.intersects(view.viewport()->rect());
+            ASSERT_EQ(shown != nullptr && shown->isVisible(), inSight) << number;
+            if (!inSight) continue;
+            ++visible;
+            EXPECT_EQ(shown->geometry(), place) << number;
+            EXPECT_EQ(shown->findChild<ElidedLabel*>()->text().toStdString(),
+                      shown->job()->fileInfo().fileName);
+        }
+        EXPECT_EQ(view.rows().rows().size(), visible);
+        EXPECT_EQ(posters.wanted, static_cast<int>(visible));  // nobody else waits for one
+    }
+
+    WantedPosters posters;
+    JobListView view{context(), posters};
+    int made_ = 0;
+};
+
+TEST_F(JobList, FollowsWhoComesAndGoesWhereverItIsScrolled) {
+    const QAbstractItemModelTester tester(view.model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    std::mt19937 random(1);
+    for (int step = 0; step < 300; ++step) {
+        const auto size = queue().taskArray().size();
+        if (size == 0 || random() % 5 < 3) {
+            insert(random() % 2 == 0 ? JobQueue::InsertAt::Top : JobQueue::InsertAt::Bottom);
+        } else {
+            const auto gone = queue().takeJob(jobAt(random() % size));
+            EXPECT_EQ(view.rows().rowOf(*gone), nullptr);
+        }
+        if (step % 7 == 0) view.verticalScrollBar()->setValue(static_cast<int>(random() % 4000));
+        if (step % 3 == 0) expectRowsInPlace();
+    }
+}
+
+TEST_F(JobList, ShowsTenThousandJobsByAHandfulOfRows) {
+    for (int i = 0; i < 10000; ++i) insert();
+    auto& bar = *view.verticalScrollBar();
+    QApplication::processEvents();
+    for (const int value : {0, 40, bar.maximum() / 2, bar.maximum(), 17}) {
+        bar.setValue(value);
+        QApplication::processEvents();
+        const int top = value / view.rows().rowHeight();
+        ASSERT_NE(row(static_cast<std::size_t>(top)), nullptr);
+        EXPECT_EQ(row(static_cast<std::size_t>(top))->job(), &jobAt(static_cast<std::size_t>(top)));
+    }
+    EXPECT_LE(view.findChildren<QToolButton*>().size(), 20 * 4);
+
+    // Who reads somewhere in the middle goes on reading there.
+    bar.setValue(bar.maximum() / 2);
+    auto& read = *view.rows().rows().front()->job();
+    const int before = view.rows().rowOf(read)->y();
+    const auto selected = view.selectedCount();
+    for (int i = 0; i < 3; ++i) insert(JobQueue::InsertAt::Top);
+    EXPECT_NE(queue().takeJob(jobAt(1)), nullptr);
+    QApplication::processEvents();
+    ASSERT_NE(view.rows().rowOf(read), nullptr);
+    EXPECT_EQ(view.rows().rowOf(read)->y(), before);
+    EXPECT_EQ(view.selectedCount(), selected);
+
+    app_->togglePause();  // the movies are not there to be converted
+    bar.setValue(0);
+    view.selectionModel()->select({view.model()->index(0, 0), view.model()->index(499, 0)},
+                                  QItemSelectionModel::Select);
+    const auto& next = jobAt(500);
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return &jobAt(0) == &next; }));
+    EXPECT_EQ(view.currentJob(), &next);
+}
+
+TEST_F(JobList, OffersWhatAJobsStateAllows) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
+    finish(0);
+    fail(1);
+    EXPECT_THAT(offered(0), ElementsAre("Details of a.mkv", "Remove a.mkv", "Show a.mkv in Files"));
+    EXPECT_THAT(offered(1),
+                ElementsAre("Details of b.mkv", "Remove b.mkv", "Explain the failure of b.mkv"));
+    EXPECT_THAT(offered(2), ElementsAre("Pause c.mkv", "Details of c.mkv", "Remove c.mkv",
+                                        "Show c.mkv in Files"));
+    add({movie("d.mkv")});
+    EXPECT_THAT(offered(3), ElementsAre("-Start d.mkv", "Details of d.mkv", "Remove d.mkv"));
+    button(2, "Pause c.mkv")->click();
+    EXPECT_THAT(offered(2), ElementsAre("Continue c.mkv", "Details of c.mkv", "Remove c.mkv"));
+    EXPECT_THAT(offered(3), Contains("Start d.mkv"));  // nothing converts any more
+    button(3, "Start d.mkv")->click();
+    EXPECT_EQ(jobAt(3).state(), ConversionJobState::Converting);
+    EXPECT_THAT(offered(2), Contains("-Continue c.mkv"));
+    button(0, "Show a.mkv in Files")->click();
+    EXPECT_THAT(platform_.workspace.revealed, ElementsAre(jobAt(0).fileInfo().destinationURL));
+}
+
+TEST_F(JobList, IsWorkedByItsKeys) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
+    select({0});
+    press(Qt::Key_Space);
+    EXPECT_EQ(jobAt(0).state(), ConversionJobState::Paused);
+    press(Qt::Key_Space);
+    EXPECT_EQ(jobAt(0).state(), ConversionJobState::Converting);
+    press(Qt::Key_Return);
+    EXPECT_EQ(platform_.workspace.revealed.size(), 1U);
+
+    // The tab key goes through the buttons of the current row only, and then on.
+    std::vector<std::string> stations;
+    for (int i = 0; i < 4; ++i) {
+        press(Qt::Key_Tab);
+        stations.push_back(QApplication::focusWidget()->accessibleName().toStdString());
+    }
+    EXPECT_THAT(stations, ElementsAre("Pause a.mkv", "Details of a.mkv", "Remove a.mkv",
+                                      "Show a.mkv in Files"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &view);
+
+    select({0, 1, 2});
+    platform_.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
+    press(Qt::Key_Delete);
+    EXPECT_EQ(rows().size(), 4U) << "the running conversion was thrown away unasked";
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return rows().size() == 1; }));
+    EXPECT_EQ(platform_.processLauncher.children.size(), 2U) << "one was started to be removed";
+    EXPECT_EQ(view.currentJob(), &jobAt(0));
+    EXPECT_EQ(view.selectedCount(), 1);
+    press(Qt::Key_Delete);  // a single one goes at once
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_EQ(platform_.alerts.shown.size(), 2U);
+}
+
+TEST_F(JobList, LetsGoOfAJobThatLeavesUnderTheUsersHands) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
+    const auto remove = [this] {
+        jobAt(0).remove();
+        platform_.dispatcher.runPending();  // it is destroyed
+        QApplication::processEvents();
+    };
+    select({0});
+    button(0, "Remove a.mkv")->setFocus();
+    ASSERT_TRUE(button(0, "Remove a.mkv")->hasFocus());
+    remove();
+    EXPECT_EQ(QApplication::focusWidget(), &view);
+
+    select({0});
+    QContextMenuEvent open(QContextMenuEvent::Keyboard, {}, {});
+    QApplication::sendEvent(view.viewport(), &open);
+    auto* const menu = view.findChild<QMenu*>();
+    ASSERT_TRUE(menu->isVisible());
+    remove();
+    EXPECT_FALSE(menu->isVisible()) << "it would act upon another job";
+
+    select({0});
+    view.activateWindow();  // no window manager gives it the keyboard back
+    view.setFocus();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    press(Qt::Key_I, Qt::ControlModifier);
+    const auto* const details = view.findChild<DetailsPopover*>();
+    ASSERT_TRUE(details != nullptr && details->isVisible());
+    remove();
+    const auto labels = details->findChildren<ElidedLabel*>();
+    EXPECT_TRUE(std::ranges::any_of(
+        labels, [](const auto* label) { return label->text() == "No longer in the list"; }));
+}
+
+}  // namespace
+}  // namespace reelvane
