@@ -4,9 +4,9 @@
 
 #include <QKeyEvent>
 #include <QStyle>
-#include <QTimer>
 
 #include "app/app_delegate.h"
+#include "support/dispatch.h"
 #include "support/ports/desktop_appearance.h"
 #include "ui/file_sheet_panel.h"
 
@@ -31,7 +31,7 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
     subscriptions_.push_back(intake.topConstraint().observe([this] { followConstraint(); }));
     place(0);
     followConstraint();
-    followFile();
+    panel_->showFile();
 }
 
 QSize FileSheet::sizeHint() const {
@@ -74,8 +74,8 @@ void FileSheet::followFile() {
     panel_->showFile();
     if (scanning) return;
     // Later, because a file that is added by itself needs no keyboard.
-    QTimer::singleShot(0, this, [this] {
-        if (panel_->awaitsUser()) takeKeyboard();
+    dispatch_async_main(context_.vantor, [sheet = QPointer(this)] {
+        if (sheet != nullptr && sheet->panel_->awaitsUser()) sheet->takeKeyboard();
     });
 }
 
