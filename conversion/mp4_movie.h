@@ -22,6 +22,7 @@ struct Mp4Track {
     bool enabled = false;
     std::uint32_t flags = 0;           ///< of the track header, 24 bits; bit 0 is `enabled`
     std::uint32_t alternateGroup = 0;  ///< 0: in no group
+    bool hasTitle = false;             ///< a name in its user data, as the converter writes titles
     std::uint64_t sampleCount = 0;
     std::uint64_t sampleBytes = 0;  ///< of all samples together
 

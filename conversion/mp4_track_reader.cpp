@@ -171,6 +171,8 @@ TrackReading readTrack(const ByteSource& file, const Mp4Box& trak, const TrackCo
     if (!mdia || !readMediaHeaders(file, *mdia, track)) {
         return {.problem = "has a damaged media header (mdia)"};
     }
+    const auto udta = childBox(file, trak, "udta");
+    track.hasTitle = udta && childBox(file, *udta, "name");
     const auto minf = childBox(file, *mdia, "minf");
     const auto stbl = minf ? childBox(file, *minf, "stbl") : std::nullopt;
     if (!stbl || !readSampleEntry(file, *stbl, track)) {

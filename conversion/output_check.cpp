@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "conversion/mapped_streams.h"
 #include "conversion/mp4_movie.h"
 #include "conversion/track_flags.h"
 #include "conversion/track_languages.h"
+#include "conversion/track_titles.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/strings.h"
@@ -38,14 +40,6 @@ Mp4Reading withTrackFields(const std::filesystem::path& output, Mp4Reading readi
 
 }  // namespace
 
-std::vector<std::string> mappedStreams(const std::vector<std::string>& arguments) {
-    std::vector<std::string> mapped;
-    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-        if (arguments[i] == "-map") mapped.push_back(arguments[i + 1]);
-    }
-    return mapped;
-}
-
 std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
                                       const std::vector<std::string>& mapped) {
     std::set<std::size_t> forced;
@@ -78,8 +72,12 @@ OutputCheck checkOutput(const MKVFileInfo& record, const std::vector<std::string
     reading = withTrackFields(output, std::move(reading), forcedSubtitles(record, mapped),
                               sourceLanguages(record, arguments));
     check.proof = proveOutput(reading, expectation);
-    if (check.proof.problem.empty()) {
-        check.details = proofText(check.proof, Fennimar::fileSize(output));
+    if (!check.proof.problem.empty()) return check;
+    check.details = proofText(check.proof, Fennimar::fileSize(output));
+    const auto titles = lostTitles(record, arguments, *reading.movie);
+    if (!titles.empty()) {
+        vn_log_level(LogNotice, "Info: %@ does not carry the titles of its tracks: %@", output,
+                     Fennimar::joined(titles, ", "));
     }
     return check;
 }

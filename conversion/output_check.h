@@ -23,9 +23,6 @@ struct OutputCheck {
                                       const std::vector<std::string>& arguments,
                                       std::string_view jobOutput);
 
-/// The streams that an argument list maps, "0:1" or "[out]", in the order of the output's tracks.
-[[nodiscard]] std::vector<std::string> mappedStreams(const std::vector<std::string>& arguments);
-
 /// Which of the output's subtitle tracks, counted from 0, are forced: the input says so of an
 /// embedded one; an external file is forced when its name ends in ".forced" before its extension.
 [[nodiscard]] std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,

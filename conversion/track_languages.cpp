@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "conversion/output_check.h"
+#include "conversion/mapped_streams.h"
 #include "media/languages.h"
 #include "support/make_string.h"
 #include "support/strings.h"
@@ -12,14 +12,6 @@ namespace {
 
 bool isLetter(char character) {
     return character >= 'a' && character <= 'z';
-}
-
-/// "0:1" out of "[0:1]volume=1.50[out]", which makes the stream "[out]"; empty without a filter.
-std::string_view filteredStream(const std::vector<std::string>& arguments) {
-    const auto option = std::ranges::find(arguments, "-filter_complex");
-    if (option == arguments.end() || std::next(option) == arguments.end()) return {};
-    const auto begin = Fennimar::partAfter(*std::next(option), "[");
-    return begin ? Fennimar::partBefore(*begin, "]") : std::string_view();
 }
 
 std::string languageOfStream(const MKVFileInfo& record, int index) {
@@ -38,12 +30,10 @@ std::string languageOfStream(const MKVFileInfo& record, int index) {
 std::vector<std::string> sourceLanguages(const MKVFileInfo& record,
                                          const std::vector<std::string>& arguments) {
     std::vector<std::string> languages;
-    for (const auto& stream : mappedStreams(arguments)) {
-        const std::string_view source =
-            stream.starts_with('[') ? filteredStream(arguments) : std::string_view(stream);
+    for (const auto source : sourceStreams(arguments)) {
         auto& language = languages.emplace_back();
-        if (!source.starts_with("0:")) continue;
-        language = languageOfStream(record, Fennimar::leadingInteger(source.substr(2)));
+        if (!source) continue;
+        language = languageOfStream(record, *source);
         if (namedLanguage(language).empty()) language.clear();
     }
     return languages;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,7 @@ struct MKVFileInfo {
     std::vector<int> subtitleTrackIDs{};              ///< text subtitles, in report order
     std::vector<int> forcedSubtitleTrackIDs{};        ///< those of them that are marked as forced
     std::vector<std::string> subtitleLanguages{};     ///< of subtitleTrackIDs, in the same order
+    std::map<int, std::string> trackTitles{};         ///< by stream index, where there is one
     std::string informationString{};                  ///< one line for the user
     std::string fileName{};                           ///< last component of `fileURL`
     std::filesystem::path fileURL{};                  ///< absolute

@@ -68,6 +68,7 @@ public:
         const auto line = block.streamLine;
         const auto identity = identityOf(line);
         const auto index = Fennimar::leadingInteger(Fennimar::trimmedTo(identity, kDigits));
+        if (!block.title.empty()) report_.record.trackTitles[index] = block.title;
         if (const auto video = Fennimar::partAfter(line, "Video: ")) {
             return readVideo(block, index, *video);
         }

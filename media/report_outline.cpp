@@ -48,6 +48,14 @@ bool namesImageType(std::string_view line) {
     return Fennimar::contains(packed, "mimetype:image/");
 }
 
+/// "Commentary" out of "      title           : Commentary"; empty for any other line.
+std::string_view titleIn(std::string_view line) {
+    const auto key = Fennimar::partBefore(line, ":");
+    if (Fennimar::trimmedOfWhitespaceAndNewlines(key) != "title") return {};
+    return Fennimar::trimmedOfWhitespaceAndNewlines(
+        Fennimar::partAfter(line, ":").value_or(std::string_view{}));
+}
+
 /// The first "Input #0, NAME, from" line counts, but a later one that names a playlist wins: no
 /// text that the input brings along can hide what it is.
 void readInputLine(std::string_view line, std::string_view& demuxer) {
@@ -73,6 +81,7 @@ ReportOutline outlineOf(std::string_view text) {
             if (outline.streams.empty()) continue;
             auto& block = outline.streams.back();
             block.isImageAttachment = block.isImageAttachment || namesImageType(line);
+            if (block.title.empty()) block.title = titleIn(line);
         }
     }
     return outline;

@@ -10,6 +10,7 @@ namespace reelvane {
 struct StreamBlock {
     std::string_view streamLine{};
     bool isImageAttachment = false;  ///< a line of its block names an image type
+    std::string_view title{};        ///< its first line; empty when it has none
 };
 
 /// What the duration line says.

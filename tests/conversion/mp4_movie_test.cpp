@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 #include <iterator>
 
+#include "conversion/mapped_streams.h"
 #include "conversion/output_check.h"
 #include "conversion/output_proof.h"
 #include "conversion/track_flags.h"
 #include "conversion/track_languages.h"
+#include "conversion/track_titles.h"
 #include "tests/fakes/small_mp4.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -150,6 +152,18 @@ TEST_F(Mp4MovieTest, LanguagesArriveWhereMp4CanSayThem) {
     ASSERT_TRUE(applyPatches(file, languagePatches(*readMp4(file).movie, languages)));
     EXPECT_EQ(readMp4(file).movie->tracks.at(0).language, "eng");
     EXPECT_EQ(readMp4(file).movie->tracks.at(1).language, "por");
+}
+
+TEST_F(Mp4MovieTest, TitlesThatDidNotArriveAreNamed) {
+    SmallMp4 source;
+    source.tracks[0].title = "Film";
+    const MKVFileInfo record{.trackTitles = {{0, "Film"}, {1, "Main"}, {2, "Commentary"}}};
+    const auto movie = read(source.bytes()).movie;
+    ASSERT_TRUE(movie);
+    const std::string filter = "[0:2]volume=1.50[out]";
+    EXPECT_THAT(
+        lostTitles(record, {"-map", "0:0", "-map", "[out]", "-filter_complex", filter}, *movie),
+        testing::ElementsAre("Commentary"));
 }
 
 TEST_F(Mp4MovieTest, TrackFlagsAreSetInPlaceOnce) {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "conversion/command_builder.h"
-#include "conversion/output_check.h"
+#include "conversion/mapped_streams.h"
 #include "support/strings.h"
 
 namespace reelvane {

@@ -16,6 +16,7 @@ public:
         std::string codec{};    ///< "avc1", "mp4a", "tx3g"
         std::uint32_t flags = 3;
         std::string sample{"sample"};
+        std::string title{};
     };
 
     std::vector<Track> tracks{{.handler = "vide", .codec = "avc1"},
@@ -62,7 +63,9 @@ private:
             box("mvhd", versioned(0) + times() + number(1000, 4) +
                             number(seconds * 1000U, timeWidth()) + std::string(80, '\0'));
         for (std::size_t i = 0; i < tracks.size(); ++i) {
-            content += box("trak", trackHeader(tracks[i], i + 1) + media(tracks[i], mediaBegin));
+            auto trak = trackHeader(tracks[i], i + 1) + media(tracks[i], mediaBegin);
+            if (!tracks[i].title.empty()) trak += box("udta", box("name", tracks[i].title));
+            content += box("trak", trak);
             mediaBegin += tracks[i].sample.size();
         }
         if (fragments > 0) content += box("mvex", box("trex", number(0, 4) + number(1, 4)));

@@ -13,6 +13,10 @@ constexpr auto kMatroska = R"(Input #0, matroska,webm, from '/movies/full.mkv':
   Duration: 01:42:17.03, start: 0.000000, bitrate: 813 kb/s
   Stream #0:0: Video: h264 (High), yuv420p(progressive), 320x240 [SAR 1:1 DAR 4:3], 25 fps, 25 tbr, 1k tbn
   Stream #0:1(eng): Audio: ac3, 44100 Hz, 5.1(side), fltp, 448 kb/s (default)
+    Metadata:
+      title           : Director: a talk
+                      : of two lines
+      subtitle        : none
   Stream #0:2: Audio: aac (HE-AAC), 44100 Hz, stereo, fltp
   Stream #0:3(por): Audio: flac, 96000 Hz, 7.1(wide), s32
   Stream #0:4(eng): Subtitle: subrip (default)
@@ -65,6 +69,7 @@ TEST(ProbeReport, ReadsStreams) {
     }
     const auto record = parseProbeReport(kMatroska, {.heAACConvert = true}).record;
     EXPECT_EQ(record.audioTrackInformation.at(1).text, "#2: unk (he-aac)");
+    EXPECT_EQ(record.trackTitles, (std::map<int, std::string>{{1, "Director: a talk"}}));
     EXPECT_EQ(record.demuxer, "matroska,webm");
     EXPECT_EQ(record.informationString,
               "Duration: 01:42:17  Bitrate: 813 kb/s  Resolution: 320x240  Audiotracks: 3 (3)");
