@@ -50,7 +50,9 @@ void AudioPage::addStyles() {
     column().addHeading(tr("Audio Conversion Settings"));
     auto& controller = context_.controller;
     auto& style = column().add<PreferenceRadioButtons>(
-        {.key = kConversionPresetKey, .label = tr("Conversion style")},
+        {.key = kConversionPresetKey,
+         .label = tr("Conversion style"),
+         .help = tr("What becomes of sound that is not AAC.")},
         PreferenceChoices{
             {.value = 0,
              .title = tr("Compatible"),

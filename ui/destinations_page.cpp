@@ -66,6 +66,7 @@ void DestinationsPage::addMenu() {
 void DestinationsPage::addFolders() {
     column().addHeading(tr("Saved Folders"));
     folders_ = new QListWidget(&column());
+    folders_->setObjectName("savedFolders");
     describe(*folders_, tr("Saved folders"),
              tr("The menus of destinations list them in this order."));
     folders_->setItemDelegate(new FolderDelegate(folders_));

@@ -139,6 +139,7 @@ PreferenceRadioButtons::PreferenceRadioButtons(Preferences& preferences, const P
     : PreferenceControl(preferences, text, parent),
       buttons_(new QButtonGroup(this)) {
     describe(*this, text.label, text.help);
+    setObjectName(toQString(text.key));
     const auto indent = textIndent(*style(), QStyle::PM_ExclusiveIndicatorWidth,
                                    QStyle::PM_RadioButtonLabelSpacing);
     for (const auto& choice : choices) {

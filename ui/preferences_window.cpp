@@ -94,12 +94,14 @@ QWidget* PreferencesWindow::makeButtons() {
 }
 
 void PreferencesWindow::makeShortcuts() {
-    const auto add = [this](const QKeySequence& keys, const std::function<void()>& pressed) {
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, pressed);
+    const auto add = [this](const QList<QKeySequence>& keys, const std::function<void()>& pressed) {
+        auto* const shortcut = new QShortcut(this);
+        shortcut->setKeys(keys);
+        connect(shortcut, &QShortcut::activated, this, pressed);
     };
-    add(QKeySequence::Close, [this] { reject(); });
-    add(QKeySequence(Qt::CTRL | Qt::Key_PageUp), [this] { turn(-1); });
-    add(QKeySequence(Qt::CTRL | Qt::Key_PageDown), [this] { turn(1); });
+    add(QKeySequence::keyBindings(QKeySequence::Close), [this] { reject(); });
+    add({QKeySequence(Qt::CTRL | Qt::Key_PageUp)}, [this] { turn(-1); });
+    add({QKeySequence(Qt::CTRL | Qt::Key_PageDown)}, [this] { turn(1); });
 }
 
 void PreferencesWindow::turn(int pages) {

@@ -1,0 +1,287 @@
+#include "ui/preferences_window.h"
+
+#include <set>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTest>
+
+#include "conversion/subtitle_arguments.h"
+#include "tests/ui/ui_fixture.h"
+#include "ui/qt_text.h"
+
+namespace reelvane {
+namespace {
+
+/// Counters and what the program keeps for itself.
+const std::set<std::string_view> kNotForUsers{
+    kConversionsKey,      kConvertedFileCountKey,   kDestinationBookmarksKey, kDestinationNamesKey,
+    kUnfinishedOutputKey, kHasUpgradedFromPre13Key, kWelcomeShownKey};
+
+class PreferencesWindowTest : public UiFixture {
+protected:
+    PreferencesWindow& window() {
+        if (!window_) window_ = std::make_unique<PreferencesWindow>(context());
+        window_->show();
+        window_->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+        return *window_;
+    }
+    void showPage(int page) { window().findChild<QListWidget*>()->setCurrentRow(page); }
+    template <typename Widget>
+    Widget* find(std::string_view key) {
+        return window_->findChild<Widget*>(toQString(key));
+    }
+    [[nodiscard]] int stored(std::string_view key) const {
+        return platform_.preferences.defaultInt(key);
+    }
+    QRadioButton* style(int preset) { return window_->findChildren<QRadioButton*>().at(preset); }
+    [[nodiscard]] QStringList shownContainers() const {
+        QStringList names;
+        const auto* const host = window_->findChild<QWidget*>("customContainer");
+        for (const auto* const child : host->children()) {
+            if (child->isWidgetType()) names << child->objectName();
+        }
+        return names;
+    }
+    void saveFolders(const std::vector<std::string>& folders) {
+        platform_.preferences.setDefaultArray(kDestinationBookmarksKey, folders);
+        platform_.preferences.setDefaultArray(kDestinationNamesKey, folders);
+    }
+    [[nodiscard]] std::vector<std::string> savedFolders() const {
+        return *platform_.preferences.defaultArray(kDestinationBookmarksKey);
+    }
+
+    void walk(const PreferenceEntry& entry, QCheckBox& box) {
+        for (int clicks = 0; clicks < 2; ++clicks) {
+            const auto before = stored(entry.key);
+            box.click();
+            EXPECT_EQ(stored(entry.key), 1 - before);
+        }
+    }
+    /// By the keyboard, over every row; the menu offers what is valid, and all of it.
+    void walk(const PreferenceEntry& entry, QComboBox& box) {
+        std::set<int> offered;
+        QTest::keyClick(&box, Qt::Key_End);
+        QTest::keyClick(&box, Qt::Key_Home);
+        for (int row = -1; row != box.currentIndex(); QTest::keyClick(&box, Qt::Key_Down)) {
+            row = box.currentIndex();
+            EXPECT_EQ(stored(entry.key), box.currentData().toInt());
+            offered.insert(stored(entry.key));
+        }
+        std::set<int> valid;
+        for (int value = entry.minimum; value <= entry.maximum; ++value) {
+            if (value != entry.excluded) valid.insert(value);
+        }
+        EXPECT_EQ(offered, valid);
+    }
+
+    std::unique_ptr<PreferencesWindow> window_;
+};
+
+TEST_F(PreferencesWindowTest, EveryPreferenceForUsersHasAControlThatStoresEachOfItsValues) {
+    set(kAutoRemoveKey, 1);  // or its kind cannot be chosen
+    window();
+    for (const auto& entry : preferenceTable()) {
+        SCOPED_TRACE(entry.key);
+        auto* const widget = find<QWidget>(entry.key);
+        ASSERT_EQ(widget == nullptr, kNotForUsers.contains(entry.key));
+        if (widget == nullptr) continue;
+        EXPECT_FALSE(widget->accessibleName().isEmpty());
+        EXPECT_TRUE(widget->accessibleDescription().endsWith('.'));
+        if (entry.key == kDefaultDestinationKey) continue;  // has a test of its own
+        if (auto* const box = qobject_cast<QCheckBox*>(widget)) walk(entry, *box);
+        if (auto* const box = qobject_cast<QComboBox*>(widget)) walk(entry, *box);
+    }
+}
+
+TEST_F(PreferencesWindowTest, TheTextsOfMenusSayWhatTheirNumbersMean) {
+    window();
+    const std::vector<std::tuple<std::string_view, int, const char*>> cases{
+        {kDefaultExtensionKey, 0, "mp4"},        {kAutoRemoveTypeKey, 0, "Trash"},
+        {kAutoRemoveTypeKey, 1, "Delete"},       {kAACBitrateKey, 1, "128 kbit/s"},
+        {kAC3StereoBitrateKey, 3, "256 kbit/s"}, {kAC3SurroundBitrateKey, 0, "384 kbit/s"},
+        {kDefaultAudioKey, 3, "German"},         {kDefaultAudioKey, 8, "Russian"},
+        {kCustomUnknownHandlingKey, 0, "AAC"},   {kCustomDTS51HandlingKey, 1, "AC-3 stereo"},
+        {kCustomDTS51HandlingKey, 2, "5.1"},     {kCustomAC3HandlingKey, 3, "Copy"}};
+    for (const auto& [key, value, words] : cases) {
+        const auto* const box = find<QComboBox>(key);
+        EXPECT_TRUE(box->itemText(box->findData(value)).contains(words)) << key << value;
+    }
+    const std::vector<std::pair<std::string_view, const char*>> labels{
+        {kAC3DownmixKey, "AC-3"},
+        {kDTSDownmixKey, "DTS"},
+        {kAutoCleanKey, "list"},
+        {kAutoRemoveKey, "original"},
+        {kCustomAC3HandlingKey, "AC-3, stereo"},
+        {kCustomAC351HandlingKey, "AC-3, surround"},
+        {kCustomDTSHandlingKey, "DTS, stereo"},
+        {kCustomDTS51HandlingKey, "DTS, surround"},
+        {kCustomMP3HandlingKey, "MP3"},
+        {kCustomVorbisHandlingKey, "Vorbis"},
+        {kCustomUnknownHandlingKey, "Other"},
+        {kAACBitrateKey, "AAC"},
+        {kAC3StereoBitrateKey, "AC-3 stereo"},
+        {kAC3SurroundBitrateKey, "AC-3 surround"}};
+    for (const auto& [key, words] : labels) {
+        EXPECT_TRUE(find<QWidget>(key)->accessibleName().contains(words)) << key;
+    }
+    const auto* const encodings = find<QComboBox>(kExternalSubtitleEncodingKey);
+    for (std::size_t i = 0; i < kSubtitleEncodings.size(); ++i) {
+        const auto row = encodings->findData(static_cast<int>(i));
+        EXPECT_EQ(row == -1, kSubtitleEncodings.at(i).empty());
+        const auto name = toQString(kSubtitleEncodings.at(i)) + " (";
+        EXPECT_TRUE(row == -1 || encodings->itemText(row).startsWith(name)) << i;
+    }
+}
+
+TEST_F(PreferencesWindowTest, TheStyleControlShowsTheSettingsOfItsStyleAndNoOthers) {
+    showPage(1);
+    const QStringList containers{"containerCompatible", "containerFast", "containerCustom"};
+    EXPECT_EQ(shownContainers(), containers.mid(0, 1));
+    for (const int preset : {2, 1, 0}) {
+        style(preset)->click();
+        EXPECT_EQ(stored(kConversionPresetKey), preset);
+        EXPECT_EQ(shownContainers(), containers.mid(preset, 1));
+    }
+    style(0)->setFocus();
+    QTest::keyClick(style(0), Qt::Key_Down);
+    EXPECT_EQ(stored(kConversionPresetKey), 1);
+    EXPECT_EQ(shownContainers(), containers.mid(1, 1));
+}
+
+TEST_F(PreferencesWindowTest, ShownAgainItShowsWhatIsStoredAndLeavesMisfitsAlone) {
+    window();
+    EXPECT_FALSE(find<QCheckBox>(kDisableBuiltinSubtitlesKey)->isChecked())
+        << "it says the reverse";
+    window_->close();
+    const auto values = platform_.store.values;
+    platform_.store.values.insert({{std::string(kConversionPresetKey), "7"},
+                                   {std::string(kAACBitrateKey), "9"},
+                                   {std::string(kAutoRemoveTypeKey), "-1"},
+                                   {std::string(kDisableBuiltinSubtitlesKey), "0"},
+                                   {std::string(kAudioVolumeKey), "400.4"}});
+    const auto misfits = platform_.store.values;
+    window();
+    EXPECT_TRUE(style(1)->isChecked());
+    EXPECT_EQ(shownContainers(), QStringList("containerFast"));
+    EXPECT_EQ(find<QComboBox>(kAACBitrateKey)->currentText(), "128 kbit/s");
+    EXPECT_EQ(find<QComboBox>(kAutoRemoveTypeKey)->currentData(), 1);
+    EXPECT_FALSE(find<QComboBox>(kAutoRemoveTypeKey)->isEnabled());
+    EXPECT_TRUE(find<QCheckBox>(kDisableBuiltinSubtitlesKey)->isChecked());
+    EXPECT_EQ(find<QSpinBox>(kAudioVolumeKey)->value(), 400);
+    window_->close();
+    EXPECT_EQ(platform_.store.values, misfits);
+    EXPECT_NE(platform_.store.values, values);
+}
+
+TEST_F(PreferencesWindowTest, TheVolumeIsWrittenWhenTheUserComesToRestOrCloses) {
+    showPage(1);
+    auto* const field = find<QSpinBox>(kAudioVolumeKey);
+    auto* const slider = window_->findChild<QSlider*>();
+    const auto key = std::string(kAudioVolumeKey);
+    slider->setSliderDown(true);
+    slider->setSliderPosition(150);
+    EXPECT_EQ(field->value(), 150);
+    EXPECT_FALSE(platform_.store.values.contains(key)) << "not at every step";
+    slider->setSliderPosition(98);
+    slider->setSliderDown(false);
+    EXPECT_EQ(stored(key), 100) << "near enough";
+    EXPECT_EQ(slider->value(), 100);
+
+    field->setValue(250);
+    EXPECT_TRUE(QTest::qWaitFor([this, &key] { return stored(key) == 250; }));
+    field->setValue(900);
+    QTest::keyClick(window_.get(), Qt::Key_Escape);
+    EXPECT_FALSE(window_->isVisible());
+    EXPECT_EQ(platform_.store.values[key], "900");
+    field->setValue(80);
+    window_.reset();
+    EXPECT_EQ(stored(key), 80);
+}
+
+TEST_F(PreferencesWindowTest, AResetForgetsWhatWasAskedForAndKeepsTheFolders) {
+    saveFolders({"/one"});
+    window();
+    const auto change = [this] {
+        for (const auto key : {kAutoCleanKey, kIncludeSurroundTrackKey, kAC3DownmixKey}) {
+            platform_.preferences.setDefaultInt(key, 1 - defaultInteger(*findPreference(key)));
+        }
+        set(kConversionPresetKey, 2);
+        set(kDefaultDestinationKey, 3);
+    };
+    const auto reset = [this](ButtonResult button) {
+        platform_.alerts.answers = {{.button = button}};
+        for (auto* const each : window_->findChildren<QPushButton*>()) {
+            if (each->text().contains("Reset")) each->click();
+        }
+        EXPECT_THAT(platform_.alerts.shown.back().message, HasSubstr("saved folders stay"));
+        return platform_.store.values.contains(kAutoCleanKey);
+    };
+    change();
+    showPage(1);
+    EXPECT_TRUE(reset(kThirdButton));
+    EXPECT_EQ(stored(kConversionPresetKey), 2) << "cancelled";
+    EXPECT_TRUE(reset(kFirstButton));
+    for (const auto key : {kConversionPresetKey, kIncludeSurroundTrackKey, kAC3DownmixKey}) {
+        EXPECT_FALSE(platform_.store.values.contains(key)) << key;
+    }
+    EXPECT_EQ(shownContainers(), QStringList("containerCompatible"));
+    EXPECT_EQ(stored(kDefaultDestinationKey), 3);
+    EXPECT_FALSE(reset(kSecondButton));
+    EXPECT_FALSE(platform_.store.values.contains(kDefaultDestinationKey));
+    EXPECT_EQ(find<QComboBox>(kDefaultDestinationKey)->currentIndex(), 0);
+    EXPECT_THAT(savedFolders(), ElementsAre("/one"));
+}
+
+TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
+    saveFolders({"/one", "/two"});
+    window();
+    QTest::keyClick(window_.get(), Qt::Key_PageUp, Qt::ControlModifier);  // around to the last
+    auto* const menu = find<QComboBox>(kDefaultDestinationKey);
+    EXPECT_TRUE(menu->isVisible());
+    QTest::keyClick(menu, Qt::Key_End);
+    EXPECT_NE(stored(kDefaultDestinationKey), 6) << "no destination";
+    platform_.panels.openAnswer = {"/three"};
+    Q_EMIT menu->activated(6);
+    EXPECT_THAT(savedFolders(), ElementsAre("/one", "/two", "/three"));
+    EXPECT_EQ(stored(kDefaultDestinationKey), 5);
+    QTest::keyClick(menu, Qt::Key_Up);
+    EXPECT_EQ(stored(kDefaultDestinationKey), 4);
+
+    auto* const list = window_->findChild<QListWidget*>("savedFolders");
+    ASSERT_EQ(list->count(), 3);
+    list->setCurrentRow(0);
+    list->setFocus();
+    for (int times = 0; times < 3; ++times) QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_THAT(savedFolders(), ElementsAre("/two", "/three", "/one"));
+    EXPECT_EQ(list->currentRow(), 2) << "the folder stays chosen";
+    EXPECT_EQ(stored(kDefaultDestinationKey), 3);
+    for (int times = 0; times < 4; ++times) QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_THAT(savedFolders(), IsEmpty());
+    EXPECT_EQ(stored(kDefaultDestinationKey), 0);
+    EXPECT_EQ(menu->count(), 4);
+}
+
+TEST_F(PreferencesWindowTest, ClosingPutsWhatWasChangedOntoTheDisk) {
+    window();
+    platform_.preferences.setDefaultInt("_x_1.2_asked", 1);
+    find<QCheckBox>(kAutoCleanKey)->click();
+    EXPECT_FALSE(platform_.store.values.contains(kAutoCleanKey)) << "written in the background";
+    QTest::keyClick(window_.get(), Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window_->isVisible());
+    EXPECT_TRUE(platform_.store.values.contains(kAutoCleanKey));
+    for (auto* const each : window().findChildren<QPushButton*>()) {
+        if (each->text() == "Show All Again") each->click();
+    }
+    EXPECT_FALSE(platform_.store.values.contains("_x_1.2_asked"));
+}
+
+}  // namespace
+}  // namespace reelvane
