@@ -37,31 +37,28 @@ struct Application : testing::Test {
     GObjectHandle<GDBusConnection> desktop = openBus(Bus::Session, nullptr, nullptr);
 };
 
-/// Runs the helper for each file, all at once; tells the lines that they write to one pipe.
-class Starts {
-public:
-    explicit Starts(const std::string& files)
-        : output_(::popen(("for file in " + files + "; do XDG_ACTIVATION_TOKEN=token '" +
-                           REELVANE_SINGLE_INSTANCE "' " + kName + " \"$file\" & done; wait")
-                              .c_str(),
-                          "r")) {}
-    /// So many lines, or fewer where all processes have ended.
-    [[nodiscard]] std::vector<std::string> lines(std::size_t count) {
-        std::vector<std::string> read;
-        std::array<char, 100> line{};
-        while (read.size() < count &&
-               std::fgets(line.data(), line.size(), output_.get()) != nullptr) {
-            read.emplace_back(line.data());
-        }
-        return read;
-    }
-
-private:
-    struct WaitForAll {
-        void operator()(std::FILE* output) const { ::pclose(output); }
-    };
-    std::unique_ptr<std::FILE, WaitForAll> output_;
+struct WaitForAll {
+    void operator()(std::FILE* output) const { ::pclose(output); }
 };
+using Starts = std::unique_ptr<std::FILE, WaitForAll>;
+
+/// Runs the helper for each file, all at once.
+Starts start(const std::string& files) {
+    const auto helper = "XDG_ACTIVATION_TOKEN=token '" REELVANE_SINGLE_INSTANCE "' " +
+                        std::string(kName) + " \"$file\"";
+    return Starts(
+        ::popen(("for file in " + files + "; do " + helper + " & done; wait").c_str(), "r"));
+}
+
+/// So many of the lines that they write, or fewer where all processes have ended.
+std::vector<std::string> lines(const Starts& starts, std::size_t count) {
+    std::vector<std::string> read;
+    std::array<char, 100> line{};
+    while (read.size() < count && std::fgets(line.data(), line.size(), starts.get()) != nullptr) {
+        read.emplace_back(line.data());
+    }
+    return read;
+}
 
 TEST_F(Application, TenStartsAtOnceAreOneProcessThatOpensEveryFileOnce) {
     std::string files;
@@ -72,22 +69,22 @@ TEST_F(Application, TenStartsAtOnceAreOneProcessThatOpensEveryFileOnce) {
         expected.push_back("opens " + file + "\n");
         if (name != 'a') expected.emplace_back("handed over\n");
     }
-    Starts starts(files);
-    auto lines = starts.lines(20);
+    const auto starts = start(files);
+    auto told = lines(starts, 20);
     ask("ActivateAction", "('quit', @av [], @a{sv} {})");
-    for (const auto& line : starts.lines(20)) lines.push_back(line);
-    EXPECT_THAT(lines, UnorderedElementsAreArray(expected));
+    for (const auto& line : lines(starts, 20)) told.push_back(line);
+    EXPECT_THAT(told, UnorderedElementsAreArray(expected));
 }
 
 TEST_F(Application, AnOwnerThatVanishesBeforeItAnswersIsReplaced) {
     std::optional<MockService> owner{std::in_place, bus, kName,
                                      [](GDBusMessage*) { return nullptr; }};
-    Starts starts("'/m \xff.mkv'");
+    const auto starts = start("'/m \xff.mkv'");
     EXPECT_EQ(bus.nextCall(), "Open(['file:///m%20%FF.mkv'], {'activation-token': <'token'>})");
     owner.reset();
-    EXPECT_THAT(starts.lines(2), ElementsAre("runs\n", "opens /m \xff.mkv\n"));
+    EXPECT_THAT(lines(starts, 2), ElementsAre("runs\n", "opens /m \xff.mkv\n"));
     ask("ActivateAction", "('quit', @av [], @a{sv} {})");  // reaches the new owner
-    EXPECT_THAT(starts.lines(2), ElementsAre("quit\n"));
+    EXPECT_THAT(lines(starts, 2), ElementsAre("quit\n"));
 }
 
 TEST_F(Application, WhatComesBeforeTheProgramIsReadyIsKept) {
