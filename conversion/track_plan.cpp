@@ -27,10 +27,10 @@ std::string trackText(int streamIndex, std::initializer_list<std::string_view> w
 }
 
 TrackOutcome videoOutcome(const MKVFileInfo& file, const StreamPlan& plan) {
-    const std::string_view codec = file.videoCodec.empty() ? "video" : file.videoCodec;
+    const std::string_view codec = file.videoCodec;
     return {.kind = Kind::Video,
             .fate = Fate::Copied,
-            .track = trackText(plan.video, {codec, file.resolution}),
+            .track = trackText(plan.video, {codec.empty() ? "video" : codec, file.resolution}),
             .outcome = "copied"};
 }
 
