@@ -24,7 +24,7 @@ AlertAnswer QtAlerts::runModal(const AlertContent& content) {
     open_.push_back(box);
     box->ask();
     open_.pop_back();
-    if (!box) return {.button = cautiousButton(content)};
+    if (box == nullptr) return {.button = cautiousButton(content)};
     auto answer = box->answer();
     delete box;
     return answer;
@@ -32,8 +32,8 @@ AlertAnswer QtAlerts::runModal(const AlertContent& content) {
 
 void QtAlerts::endAll() {
     ended_ = true;
-    for (auto box = open_.rbegin(); box != open_.rend(); ++box) {
-        if (*box) (*box)->reject();
+    for (const auto& box : open_) {
+        if (box != nullptr) box->reject();
     }
 }
 

@@ -10,6 +10,11 @@
 
 namespace reelvane {
 
+QtPanels::QtPanels() {
+    later_.setSingleShot(true);
+    QObject::connect(&later_, &QTimer::timeout, &later_, [this] { giveAnswers(); });
+}
+
 QtPanels::~QtPanels() {
     for (auto& [parent, window] : windows_) delete window.panel.data();
 }
@@ -62,20 +67,22 @@ void QtPanels::showFirst(Window& window) {
             QStandardPaths::writableLocation(QStandardPaths::MoviesLocation).toStdString());
     }
     panel->setAnswer([this, &window](Paths paths) {
-        // Later, once the panel is gone: what the answer does may take its time.
-        QMetaObject::invokeMethod(
-            &context_, [this, &window, paths = std::move(paths)] { answerFirst(window, paths); },
-            Qt::QueuedConnection);
+        window.answered = std::move(paths);
+        later_.start();
     });
     panel->open();
 }
 
-void QtPanels::answerFirst(Window& window, const Paths& paths) {
-    const auto request = std::move(window.waiting.front());
-    window.waiting.pop_front();
-    if (!paths.empty()) lastFolder_ = paths.front().parent_path();
-    if (!window.waiting.empty()) showFirst(window);
-    request.answer(paths);
+void QtPanels::giveAnswers() {
+    for (auto& [parent, window] : windows_) {
+        if (!window.answered) continue;
+        const auto paths = *std::exchange(window.answered, std::nullopt);
+        const auto answer = std::move(window.waiting.front().answer);
+        window.waiting.pop_front();
+        if (!paths.empty()) lastFolder_ = paths.front().parent_path();
+        if (!window.waiting.empty()) showFirst(window);
+        answer(paths);  // last, since it may ask the user more and so take its time
+    }
 }
 
 }  // namespace reelvane

@@ -3,8 +3,8 @@
 #include <deque>
 #include <map>
 
-#include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 #include "support/ports/panels.h"
@@ -21,7 +21,7 @@ class FilePanel;
 /// UTF-8; such files come in by drag and drop.
 class QtPanels final : public Panels {
 public:
-    QtPanels() = default;
+    QtPanels();
     ~QtPanels() override;
     QtPanels(const QtPanels&) = delete;
     QtPanels& operator=(const QtPanels&) = delete;
@@ -48,17 +48,18 @@ private:
     };
     struct Window {
         QPointer<QWidget> window{};
-        QPointer<FilePanel> panel{};    ///< shows the first request
-        std::deque<Request> waiting{};  ///< in order
+        QPointer<FilePanel> panel{};      ///< shows the first request
+        std::deque<Request> waiting{};    ///< in order
+        std::optional<Paths> answered{};  ///< the first one is, but its asker does not know yet
     };
 
     void submit(PanelParent parent, Request request);
     void showFirst(Window& window);
-    void answerFirst(Window& window, const Paths& paths);
+    void giveAnswers();
 
     std::map<PanelParent, Window> windows_;
     std::filesystem::path lastFolder_;  ///< where the user last chose something
-    QObject context_;                   ///< while it is there, answers are given
+    QTimer later_;                      ///< gives answers when their panels are gone
 };
 
 }  // namespace reelvane
