@@ -159,6 +159,7 @@ void FileSheetPanel::showFile() {
     const auto& file = intake.presentFile();
     name_->setText(displayName(file));
     name_->setToolTip("<p>" + displayPath(file).toHtmlEscaped() + "</p>");  // a <p> breaks lines
+    name_->setAccessibleDescription(displayPath(file));
     add_->setAccessibleDescription(displayName(file));
     secondLine_->setCurrentIndex(scanning ? 1 : 0);
     for (QWidget* const control : {static_cast<QWidget*>(destination_),
