@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include "ui/colours.h"
+#include "ui/qt_text.h"
 
 namespace reelvane {
 namespace {
@@ -46,8 +47,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 bool ElidedLabel::event(QEvent* event) {
     // Where all can be read the tool tip is left to what stands behind.
     if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && elided() != line()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           "<p>" + text().toHtmlEscaped() + "</p>", this);  // a <p> breaks lines
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), toToolTip(text()), this);
         return true;
     }
     return QLabel::event(event);

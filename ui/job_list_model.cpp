@@ -56,7 +56,7 @@ QVariant JobListModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:  // what a screen reader says, and what typing searches
             return spokenText(*shown);
         case Qt::ToolTipRole:
-            return whereFromAndTo(shown->fileInfo());
+            return toToolTip(whereFromAndTo(shown->fileInfo()));
         default:
             return {};
     }

@@ -12,6 +12,10 @@ QString toControlText(std::string_view utf8) {
     return toQString(utf8).replace('&', "&&");
 }
 
+QString toToolTip(const QString& text) {
+    return "<p>" + text.toHtmlEscaped().replace('\n', "<br>") + "</p>";
+}
+
 QString displayPath(const std::filesystem::path& path) {
     return toQString(path.native());
 }

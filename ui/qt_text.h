@@ -14,6 +14,9 @@ namespace reelvane {
 /// The same for a button, a menu entry or the like, where an "&" would mark a shortcut.
 [[nodiscard]] QString toControlText(std::string_view utf8);
 
+/// The same for a tool tip, where "<" would begin markup. Long lines are broken.
+[[nodiscard]] QString toToolTip(const QString& text);
+
 /// A path for the eye only: its bytes may be lost, so it is never turned back into a path.
 [[nodiscard]] QString displayPath(const std::filesystem::path& path);
 /// The last component of a path, likewise.
