@@ -137,7 +137,7 @@ void DetailsPopover::showJob(ConversionJob& job) {
 void DetailsPopover::forget() {
     changes_ = {};
     job_ = nullptr;
-    status_->setText(tr("No longer in the list"));
+    status_->setText(tr("%1 (no longer in the list)").arg(status_->text()));
 }
 
 void DetailsPopover::refresh() {

@@ -27,8 +27,10 @@ JobActions::JobActions(JobListView& list, JobCommands& commands, const JobIcons&
     pause_ = addForCurrent(tr("Pause"), icons.pause, {Qt::Key_Space}, kListOnly,
                            [this](ConversionJob& job) { commands_.pauseOrContinue(job); });
     addSeparator();
-    reveal_ = addForCurrent(tr("Show in Files"), icons.reveal, {Qt::Key_Return, Qt::Key_Enter},
-                            kListOnly, [this](ConversionJob& job) { commands_.reveal(job); });
+    reveal_ = addForCurrent(
+        tr("Show in Files"), icons.reveal,
+        {Qt::Key_Return, Qt::Key_Enter, Qt::SHIFT | Qt::Key_Return, Qt::SHIFT | Qt::Key_Enter},
+        kListOnly, [this](ConversionJob& job) { commands_.reveal(job); });
     addForCurrent(tr("Show Source in Files"), {}, {}, kListOnly,
                   [this](ConversionJob& job) { commands_.showSource(job); });
     addForCurrent(tr("Details…"), icons.details,

@@ -28,17 +28,17 @@ constexpr double kColumnGap = 0.8;
 constexpr double kFactGap = 0.4;
 constexpr double kBarHeight = 0.4;
 constexpr double kIconSide = 1.15;
+constexpr double kLongTime = 88 * 60 + 58;  // seconds
 constexpr double kPosterRatio = 16.0 / 9;
 
 QString withKey(const QString& text, const QKeySequence& key) {
     return QStringLiteral("%1 (%2)").arg(text, key.toString(QKeySequence::NativeText));
 }
 
-QString remainingText(const ConversionJob& job) {
-    if (job.progress() <= 0) return {};
+QString remainingText(double percent, double seconds) {
     return JobRow::tr("%1% · %2 left")
-        .arg(static_cast<int>(job.progress()))
-        .arg(toQString(formattedTimeFromTimeInterval(job.remainingSeconds())));
+        .arg(static_cast<int>(percent))
+        .arg(toQString(formattedTimeFromTimeInterval(seconds)));
 }
 
 }  // namespace
@@ -76,6 +76,7 @@ void JobRow::makeParts(PosterFrames& posters) {
     status_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     progress_ = new SlimBar(this);
     remaining_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
+    remaining_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);  // the other way round in Arabic
     noteIcon_ = new IconView(this);
     note_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     makeButton(Pause, icons_.pause, [this](ConversionJob& job) { commands_.pauseOrContinue(job); });
@@ -135,6 +136,8 @@ void JobRow::fitToFont() {
     poster_->setFixedSize(static_cast<int>(std::lround(content * kPosterRatio)), content);
     progress_->setFixedHeight(lines(kBarHeight));
     progress_->setMinimumWidth(lines(kLines));
+    // So that the bar does not change its length every second.
+    remaining_->setMinimumWidth(fontMetrics().horizontalAdvance(remainingText(88, kLongTime)));
     for (auto* const view : {outcome_, noteIcon_}) view->setFixedSize(line, line);
     for (auto* const button : buttons_) button->setIconSize({lines(kIconSide), lines(kIconSide)});
     setFixedHeight(content + 2 * lines(kMargin));
@@ -189,10 +192,11 @@ bool JobRow::showProgress() {
     const bool underWay = job_->state() == ConversionJobState::Converting ||
                           job_->state() == ConversionJobState::Paused;
     progress_->setVisible(underWay);
-    remaining_->setVisible(underWay);
+    const double percent = job_->progress();
+    remaining_->setVisible(underWay && percent > 0);
     if (!underWay) return false;
-    progress_->setValue(static_cast<int>(job_->progress()));
-    remaining_->setText(remainingText(*job_));
+    progress_->setValue(static_cast<int>(percent));
+    if (percent > 0) remaining_->setText(remainingText(percent, job_->remainingSeconds()));
     return true;
 }
 

@@ -180,7 +180,8 @@ TEST_F(JobList, OffersWhatAJobsStateAllows) {
 
 TEST_F(JobList, IsWorkedByItsKeys) {
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
-    select({0});
+    QTest::mouseClick(row(0)->findChild<ElidedLabel*>(), Qt::LeftButton);
+    ASSERT_EQ(view.currentJob(), &jobAt(0)) << "the row's texts keep the mouse from the list";
     press(Qt::Key_Space);
     EXPECT_EQ(jobAt(0).state(), ConversionJobState::Paused);
     press(Qt::Key_Space);
@@ -243,8 +244,9 @@ TEST_F(JobList, LetsGoOfAJobThatLeavesUnderTheUsersHands) {
     ASSERT_TRUE(details != nullptr && details->isVisible());
     remove();
     const auto labels = details->findChildren<ElidedLabel*>();
-    EXPECT_TRUE(std::ranges::any_of(
-        labels, [](const auto* label) { return label->text() == "No longer in the list"; }));
+    EXPECT_TRUE(std::ranges::any_of(labels, [](const auto* label) {
+        return label->text().endsWith("(no longer in the list)");
+    }));
 }
 
 }  // namespace
