@@ -116,6 +116,11 @@ void AppDelegate::releaseName(const ConversionJob& job) {
     if (const auto& destination = job.fileInfo().destinationURL) names_.release(*destination);
 }
 
+void AppDelegate::removeJobs(const std::vector<ConversionJob*>& jobs) {
+    const RetiredJobs::Hold hold(retired_);
+    control_.removeJobs(jobs);
+}
+
 void AppDelegate::cleanClicked() {
     const RetiredJobs::Hold hold(retired_);
     control_.cleanClicked();

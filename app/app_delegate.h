@@ -58,6 +58,8 @@ public:
     /// Takes movies and subtitle files in, as if opened together.
     void openFiles(const std::vector<std::filesystem::path>& paths);
     void addJob(std::unique_ptr<ConversionJob> job) override;
+    /// Removes these jobs, all of them in the list; the queue goes on when all are gone.
+    void removeJobs(const std::vector<ConversionJob*>& jobs);
     /// Removes every finished job.
     void cleanClicked();
     /// The user toggles the queue's pause.

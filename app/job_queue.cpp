@@ -15,6 +15,11 @@ ConversionJob& JobQueue::insertJob(std::unique_ptr<ConversionJob> job, InsertAt 
 }
 
 ConversionJob* JobQueue::nextRunnableJob() const {
+    // Asked at every removal, often with nothing left to do.
+    if (jobCountWithState(ConversionJobState::Paused) == 0 &&
+        jobCountWithState(ConversionJobState::Queued) == 0) {
+        return nullptr;
+    }
     const auto found = std::ranges::find_if(taskArray_, [](const auto& job) {
         return job->state() == ConversionJobState::Paused ||
                job->state() == ConversionJobState::Queued;

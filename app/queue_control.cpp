@@ -18,6 +18,10 @@ QueueControl::QueueControl(Vantor& vantor, JobQueue& queue, OutputNames& names)
 }
 
 void QueueControl::startNextJobInQueue() {
+    if (removing_) {
+        startDue_ = true;
+        return;
+    }
     if (paused_) return;
     auto* const job = queue_.nextRunnableJob();
     if (job == nullptr) return;
@@ -66,8 +70,17 @@ void QueueControl::jobWentOn() {
     updateWindowTitle();
 }
 
+void QueueControl::removeJobs(const std::vector<ConversionJob*>& jobs) {
+    startDue_ = false;
+    removing_ = true;
+    for (auto* const job : jobs) job->remove();
+    removing_ = false;
+    updateWindowTitle();
+    if (startDue_) startNextJobInQueue();
+}
+
 void QueueControl::cleanClicked() {
-    for (auto* const job : queue_.jobsWithState(ConversionJobState::Finished)) job->remove();
+    removeJobs(queue_.jobsWithState(ConversionJobState::Finished));
 }
 
 void QueueControl::showTexts() {
@@ -80,6 +93,7 @@ void QueueControl::showTexts() {
 }
 
 void QueueControl::updateWindowTitle() {
+    if (removing_) return;  // once, when all are gone
     windowTitle_.set(
         reelvane::windowTitle(vantor_.ports().translations, vantor_.appName(),
                               {.paused = paused_,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "app/job_queue.h"
 #include "app/output_names.h"
@@ -35,6 +36,9 @@ public:
     void togglePause();
     /// A job has started or gone on: a paused queue is so no longer, but starts nothing else.
     void jobWentOn();
+    /// Removes these jobs, all of them in the list. The queue goes on when all are gone: each
+    /// removal alone would start the next job, perhaps one that goes in its turn.
+    void removeJobs(const std::vector<ConversionJob*>& jobs);
     /// Removes every finished job.
     void cleanClicked();
     void updateWindowTitle();
@@ -52,6 +56,8 @@ private:
     JobQueue& queue_;
     OutputNames& names_;
     bool paused_ = false;
+    bool removing_ = false;  ///< several jobs, one after the other
+    bool startDue_ = false;  ///< the next job was asked for meanwhile
     Observable<std::string> windowTitle_;
     Observable<std::string> addButtonTitle_;
     Observable<std::string> pauseTitle_;
