@@ -22,12 +22,18 @@ std::string OutputNames::keyOf(const std::filesystem::path& path) {
 
 std::filesystem::path OutputNames::freePath(const std::filesystem::path& folder,
                                             std::string_view inputName,
-                                            std::string_view extension) const {
+                                            std::string_view extension) {
     auto name = std::filesystem::path(inputName).stem();
     name += ".";
     name += extension;
-    return Fennimar::uniqueFile(
-        folder / name, [this](const std::filesystem::path& path) { return isPromised(path); });
+    const auto wished = folder / name;
+    const auto known = numbers_.find(keyOf(wished));
+    auto number = known == numbers_.end() ? 0 : known->second;
+    auto path = Fennimar::uniqueFile(
+        wished, [this](const std::filesystem::path& candidate) { return isPromised(candidate); },
+        &number);
+    if (number > 0) numbers_[keyOf(wished)] = number;
+    return path;
 }
 
 void OutputNames::promise(const std::filesystem::path& path) {
@@ -37,6 +43,7 @@ void OutputNames::promise(const std::filesystem::path& path) {
 void OutputNames::release(const std::filesystem::path& path) {
     const auto found = promises_.find(keyOf(path));
     if (found != promises_.end() && --found->second <= 0) promises_.erase(found);
+    numbers_.clear();
 }
 
 bool OutputNames::isPromised(const std::filesystem::path& path) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -15,10 +16,11 @@ namespace reelvane {
 class OutputNames {
 public:
     /// `folder` and the input's name with the output's extension, cut to what a file system takes,
-    /// and made unique: nothing lies there and no job was promised it.
+    /// and made unique: nothing lies there and no job was promised it. A number that was taken is
+    /// not looked at again until a promise is released.
     [[nodiscard]] std::filesystem::path freePath(const std::filesystem::path& folder,
                                                  std::string_view inputName,
-                                                 std::string_view extension) const;
+                                                 std::string_view extension);
 
     /// Each promise must be released once.
     void promise(const std::filesystem::path& path);
@@ -37,6 +39,8 @@ private:
     [[nodiscard]] static std::string keyOf(const std::filesystem::path& path);
 
     std::unordered_map<std::string, int> promises_;  ///< how many jobs hold each
+    /// The number that was last found for a name, where the name itself was taken.
+    std::unordered_map<std::string, std::uint64_t> numbers_;
 };
 
 }  // namespace reelvane

@@ -64,18 +64,22 @@ bool isWriteablePath(const fs::path& path) {
     return ::unlink(path.c_str()) == 0 && written && closed;
 }
 
-fs::path uniqueFile(const fs::path& path, const std::function<bool(const fs::path&)>& isTaken) {
+fs::path uniqueFile(const fs::path& path, const std::function<bool(const fs::path&)>& isTaken,
+                    std::uint64_t* number) {
     const auto taken = [&isTaken](const fs::path& candidate) {
         return isOccupied(candidate) || (isTaken && isTaken(candidate));
     };
     if (auto fitting = withNameCut(path); !taken(fitting)) return fitting;
     auto dotted = path;
     if (!path.has_extension()) dotted += ".";
-    for (std::uint64_t number = 0;; ++number) {
-        const auto suffix = "-" + std::to_string(number);
+    for (std::uint64_t tried = number != nullptr ? *number : 0;; ++tried) {
+        const auto suffix = "-" + std::to_string(tried);
         const auto fitting = withNameCut(dotted, kLongestName, suffix.size());
         const auto name = fitting.stem().native() + suffix + fitting.extension().native();
-        if (auto candidate = path.parent_path() / name; !taken(candidate)) return candidate;
+        auto candidate = path.parent_path() / name;
+        if (taken(candidate)) continue;
+        if (number != nullptr) *number = tried;
+        return candidate;
     }
 }
 

@@ -21,10 +21,13 @@ namespace Fennimar {
 [[nodiscard]] bool isWriteablePath(const std::filesystem::path& path);
 /// The path itself when nothing is there, not even a dead link; else "name-0.ext", "name-1.ext" and
 /// so on. A path without an extension gets a trailing full stop: "name-0.".
-/// `isTaken`, when given, names further paths that count as taken.
+/// `isTaken`, when given, names further paths that count as taken. `number`, when given, is the
+/// first number to try and then the one that was found: of many files with one name each begins
+/// where the last one ended.
 [[nodiscard]] std::filesystem::path uniqueFile(
     const std::filesystem::path& path,
-    const std::function<bool(const std::filesystem::path&)>& isTaken = {});
+    const std::function<bool(const std::filesystem::path&)>& isTaken = {},
+    std::uint64_t* number = nullptr);
 /// The file name cut so that it has at most `maximumBytes` bytes, on a character boundary, with its
 /// extension kept and `reserved` bytes left free for a number.
 [[nodiscard]] std::filesystem::path withNameCut(const std::filesystem::path& path,

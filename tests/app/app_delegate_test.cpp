@@ -97,6 +97,28 @@ TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
     EXPECT_EQ(job(1).state(), Converting) << "a removal asks for the next job";
 }
 
+TEST_F(AppDelegateTest, TheQueueGoesOnWhenAllOfSeveralAreRemoved) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
+    const auto& jobs = app_->queue().taskArray();
+    app_->removeJobs({jobs[3].get(), jobs[0].get(), jobs[1].get()});
+    EXPECT_THAT(rows(), ElementsAre("b.mkv"));
+    EXPECT_THAT(states(), ElementsAre(Converting));
+    EXPECT_EQ(platform_.processLauncher.children.size(), 2) << "none that goes was started";
+    EXPECT_EQ(title(), "Reelvane  [1 Job(s), 0 Queued]");
+}
+
+TEST_F(AppDelegateTest, OneNameInOneFolderIsNumberedFromTheLowestThatIsFree) {
+    launch({.destinationFolder = platform_.folder.path()});
+    for (const auto* const folder : {"1", "2", "3", "4"}) {
+        fs::create_directory(platform_.folder.path() / folder);
+        add({movie(std::string(folder) + "/a.mkv")});
+    }
+    EXPECT_EQ(output(0), "a-2.m4v");
+    app_->queue().taskArray()[1]->remove();
+    add({movie("2/a.mkv")});
+    EXPECT_EQ(output(0), "a-1.m4v");
+}
+
 TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
     set(kAutoCleanKey, 1);
     add({movie("a.mkv"), movie("b.mkv")});
