@@ -109,6 +109,7 @@ void ConversionJob::start() {
                                  .settings = settings,
                                  .progressFile = progressFile_.path(),
                                  .needsFixup = needsFixup(method)});
+    arguments_.shrink_to_fit();  // they are kept as long as the job is listed
     runSettings_ = settings;
     launch();
 }
