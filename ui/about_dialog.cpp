@@ -54,9 +54,9 @@ QLayout* AboutDialog::makeFacts() {
             tr("GPL-3.0-or-later: free to use, to study, to change and to "
                "pass on"));
     ffmpeg_ = std::make_unique<FFmpegVersion>(
-        context_.vantor, [ffmpeg](const FFmpegVersion::Answer& answer) {
-            ffmpeg->setText(answer.problem.empty() ? toQString(answer.version)
-                                                   : toQString(answer.problem));
+        context_.vantor, [this, ffmpeg](const FFmpegVersion::Answer& answer) {
+            ffmpeg->setText(toQString(answer.problem.empty() ? answer.version : answer.problem));
+            if (isVisible()) adjustSize();  // a problem takes some lines
         });
     return facts;
 }

@@ -10,15 +10,20 @@
 #include "ui/window_front.h"
 
 namespace reelvane {
+namespace {
+
+constexpr const char* kProgramImage = "reelvane.svg";
+
+}  // namespace
 
 AlertAnswer QtAlerts::runModal(const AlertContent& content) {
     if (ended_) return {.button = cautiousButton(content)};
     auto* const behind = windowInFront();
     if (behind != nullptr) bringToFront(*behind);
-    QIcon picture = QApplication::windowIcon();
-    if (icons_ != nullptr && !content.image.empty()) {
-        picture = icons_->coloured(std::filesystem::path(content.image).stem().native());
-    }
+    const auto image = content.image.empty() ? kProgramImage : content.image;
+    const auto picture = icons_ != nullptr
+                             ? icons_->coloured(std::filesystem::path(image).stem().native())
+                             : QIcon();
     // Its parent may take it along while it is open.
     const QPointer box = new AlertBox(content, picture, behind);
     open_.push_back(box);

@@ -1,5 +1,7 @@
 #include "ui/auxiliary_windows.h"
 
+#include <tuple>
+
 #include <QApplication>
 #include <QClipboard>
 #include <QPlainTextEdit>
@@ -7,7 +9,6 @@
 
 #include "tests/ui/ui_fixture.h"
 #include "ui/about_dialog.h"
-#include "ui/ffmpeg_version.h"
 #include "ui/rating_window.h"
 
 namespace reelvane {
@@ -95,12 +96,7 @@ TEST_F(AuxiliaryWindowsTest, ThePromptIsTurnedOffOnlyByTheSecondButton) {
 }
 
 TEST_F(AuxiliaryWindowsTest, AboutTellsTheVersionOfFfmpegOrWhatToDoAboutIt) {
-    struct Case {
-        LaunchError error;
-        std::string output;
-        int status;
-        std::string expected;
-    };
+    using Case = std::tuple<LaunchError, std::string, int, std::string>;
     for (const auto& [error, output, status, expected] : std::vector<Case>{
              {LaunchError::None, "ffmpeg version 5.1.9-0+deb12u1 Copyright (c)\nbuilt", 0,
               "ffmpeg: 5.1.9-0+deb12u1\n"},

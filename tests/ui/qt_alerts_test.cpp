@@ -2,12 +2,10 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -45,76 +43,50 @@ protected:
 }  // namespace
 
 TEST_F(QtAlertsTest, EveryWayOutAnswersItsButton) {
-    struct Case {
-        std::vector<std::string> buttons;
-        Act act;
-        ButtonResult expected;
-    };
-    for (const auto& [buttons, act, expected] :
-         std::vector<Case>{{{"OK"}, press(Qt::Key_Return), 1000},
-                           {{"OK"}, press(Qt::Key_Escape), 1000},
-                           {{"OK"}, kClose, 1000},
-                           {{}, click(0), 1000},
-                           {{"Quit", "Cancel"}, press(Qt::Key_Return), 1000},
-                           {{"Quit", "Cancel"}, press(Qt::Key_Space), 1000},
-                           {{"Quit", "Cancel"}, press(Qt::Key_Escape), 1001},
-                           {{"Quit", "Cancel"}, kClose, 1001},
-                           {{"Cancel", "Turn off feedback dialoge"}, press(Qt::Key_Escape), 1000},
-                           {{"Send", "Show", "Continue"}, click(0), 1000},
-                           {{"Send", "Show", "Continue"}, click(1), 1001},
-                           {{"Send", "Show", "Continue"}, click(2), 1002},
-                           {{"Send", "Show", "Continue"}, press(Qt::Key_Escape), 1002}}) {
+    using Buttons = std::vector<std::string>;
+    const Buttons three{"Send", "Show", "Continue"};
+    for (const auto& [buttons, act, expected] : std::vector<std::tuple<Buttons, Act, int>>{
+             {{}, kClose, 1000},
+             {{"OK"}, press(Qt::Key_Escape), 1000},
+             {{"Quit", "Cancel"}, press(Qt::Key_Return), 1000},
+             {{"Quit", "Cancel"}, kClose, 1001},
+             {{"Cancel", "Turn off feedback dialoge"}, press(Qt::Key_Escape), 1000},
+             {three, click(1), 1001},
+             {three, click(2), 1002},
+             {three, press(Qt::Key_Escape), 1002}}) {
         EXPECT_EQ(answer({.title = "Title", .buttons = buttons}, act).button, expected);
     }
 }
 
-TEST_F(QtAlertsTest, AnAccessoryAnswersWhatTheUserLeft) {
-    const auto type = [](QWidget& box) {
-        QTest::keyClicks(box.focusWidget(), "ab");
-        click(0)(box);
-    };
-    const auto lastRadio = [](QWidget& box) {
-        box.findChildren<QRadioButton*>().last()->click();
-        click(0)(box);
-    };
-    const auto nextItem = [](QWidget& box) {
-        QTest::keyClick(box.focusWidget(), Qt::Key_Down);
-        click(0)(box);
-    };
-    const auto tick = [](QWidget& box) {
-        box.findChild<QCheckBox*>()->click();
-        click(1)(box);
-    };
-    struct Case {
-        AlertAccessory accessory;
-        Act act;
-        std::string text;
-        int index;
-    };
-    for (const auto& [accessory, act, text, index] : std::vector<Case>{
-             {{.kind = Kind::Checkbox, .label = "Box", .index = 1}, tick, "", 0},
-             {{.kind = Kind::Checkbox, .label = "Box", .index = 1}, kClose, "", 1},
-             {{.kind = Kind::Input, .width = 310}, type, "ab", 0},
-             {{.kind = Kind::SecureInput}, type, "ab", 0},
-             {{.kind = Kind::Text, .text = "x\ny"}, type, "abx\ny", 0},
-             {{.kind = Kind::Color, .text = "#3366cc"}, click(0), "#3366cc", 0},
-             {{.kind = Kind::PopUp, .items = {"a", "b", "c"}, .index = 1}, nextItem, "", 2},
-             {{.kind = Kind::RadioButtons, .items = {"a", "b", "c"}}, click(0), "", 0},
-             {{.kind = Kind::RadioButtons, .items = {"a", "b", "c"}}, lastRadio, "", 2}}) {
-        const auto given =
-            answer({.title = "Value", .buttons = {"OK", "No"}, .accessory = accessory}, act);
-        EXPECT_EQ(given.text, text);
-        EXPECT_EQ(given.index, index);
+TEST_F(QtAlertsTest, AnswersTheValueAndTheBoxAsTheUserLeftThem) {
+    const Act type = [](QWidget& box) { QTest::keyClicks(box.focusWidget(), "ab"); };
+    const Act lastRadio = [](QWidget& box) { box.findChildren<QRadioButton*>().last()->click(); };
+    const Act tick = [](QWidget& box) { box.findChildren<QCheckBox*>().first()->click(); };
+    const Act suppress = [](QWidget& box) { box.findChildren<QCheckBox*>().last()->click(); };
+    const Act nothing = [](QWidget& /*box*/) {};
+    const std::vector<std::string> items{"a", "b", "c"};
+    using Case = std::tuple<AlertAccessory, Act, AlertAnswer>;
+    for (const auto& [accessory, act, expected] : std::vector<Case>{
+             {{.kind = Kind::Checkbox, .index = 1}, tick, {}},
+             {{.kind = Kind::Checkbox, .index = 1}, suppress, {.suppressed = true, .index = 1}},
+             {{.kind = Kind::Input}, type, {.text = "ab"}},
+             {{.kind = Kind::SecureInput}, type, {.text = "ab"}},
+             {{.kind = Kind::Text, .text = "x\ny"}, type, {.text = "abx\ny"}},
+             {{.kind = Kind::Color, .text = "#3366cc"}, nothing, {.text = "#3366cc"}},
+             {{.kind = Kind::PopUp, .items = items, .index = 1}, press(Qt::Key_Down), {.index = 2}},
+             {{.kind = Kind::RadioButtons, .items = items}, nothing, {}},
+             {{.kind = Kind::RadioButtons, .items = items}, lastRadio, {.index = 2}}}) {
+        const AlertContent content{.title = "Value",
+                                   .buttons = {"OK", "No"},
+                                   .suppressionTitle = "Don't warn again",
+                                   .accessory = accessory};
+        const auto given = answer(content, [&act](QWidget& box) {
+            act(box);
+            box.close();
+        });
+        EXPECT_EQ(std::tie(given.text, given.index, given.suppressed),
+                  std::tie(expected.text, expected.index, expected.suppressed));
     }
-}
-
-TEST_F(QtAlertsTest, TellsWhetherTheSuppressionBoxWasTicked) {
-    const AlertContent warning{.buttons = {"OK"}, .suppressionTitle = "Don't warn again"};
-    EXPECT_FALSE(answer(warning, kClose).suppressed);
-    EXPECT_TRUE(answer(warning, [](QWidget& box) {
-                    box.findChild<QCheckBox*>()->click();
-                    box.close();
-                }).suppressed);
 }
 
 TEST_F(QtAlertsTest, TextIsShownAsItStands) {
@@ -134,9 +106,8 @@ TEST_F(QtAlertsTest, AVeryLongTextFitsTheScreen) {
     for (const auto& text : {lines, std::string(10'000, 'W')}) {
         AlertBox box({.title = text, .message = text, .buttons = {"OK", "Cancel"}}, {}, nullptr);
         box.show();
-        EXPECT_TRUE(box.screen()->availableGeometry().size().expandedTo(box.size()) ==
-                    box.screen()->availableGeometry().size())
-            << box.width() << " x " << box.height();
+        const auto screen = box.screen()->availableGeometry().size();
+        EXPECT_TRUE(screen.expandedTo(box.size()) == screen) << box.height();
     }
 }
 

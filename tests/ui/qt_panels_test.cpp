@@ -119,11 +119,11 @@ TEST_F(QtPanelsTest, ANameWithoutItsExtensionGetsItBeforeTheQuestionWhetherToRep
 }
 
 TEST(FilePanel, AnExtensionIsAddedOnce) {
-    EXPECT_EQ(withExtension("/a/x.mp4", "mp4"), "/a/x.mp4");
+    for (const auto* const name : {"/a/x.mp4", "/a/x.mkv.mp4", "/a/.mp4.mp4"}) {
+        EXPECT_EQ(withExtension(name, "mp4"), name);
+        EXPECT_EQ(withExtension(fs::path(name).replace_extension(), "mp4"), name);
+    }
     EXPECT_EQ(withExtension("/a/x.MP4", "mp4"), "/a/x.MP4");
-    EXPECT_EQ(withExtension("/a/x.mkv", "mp4"), "/a/x.mkv.mp4");
-    EXPECT_EQ(withExtension("/a/x.", "mp4"), "/a/x.mp4");
-    EXPECT_EQ(withExtension("/a/.mp4", "mp4"), "/a/.mp4.mp4");
 }
 
 }  // namespace reelvane
