@@ -1,6 +1,9 @@
 #include "ui/theme.h"
 
 #include <QApplication>
+#include <QStyle>
+
+#include "ui/indicator_style.h"
 
 namespace reelvane {
 namespace {
@@ -9,6 +12,12 @@ constexpr int kMiddleLightness = 128;
 
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < kMiddleLightness;
+}
+
+/// Only Fusion needs them; other styles bring a dark look of their own.
+void useOutlines() {
+    if (QApplication::style()->name() != "fusion") return;
+    QApplication::setStyle(new IndicatorStyle);  // Qt takes it over
 }
 
 }  // namespace
@@ -55,6 +64,7 @@ void Theme::follow() {
             return;
         case PaletteChange::UseDark:
             QApplication::setPalette(darkPalette());
+            useOutlines();
             isOurDark_ = true;
             return;
         case PaletteChange::UseOwn:
