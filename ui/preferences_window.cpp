@@ -135,7 +135,7 @@ void PreferencesWindow::askReset() {
                   .toStdString(),
               tr("Reset This Page").toStdString(), tr("Reset All Pages").toStdString(),
               tr("Cancel").toStdString());
-    if (!self) return;  // the program was quit meanwhile
+    if (self.isNull()) return;  // the program was quit meanwhile
     if (answer == kFirstButton) reset({page});
     if (answer == kSecondButton) reset(pages_);
 }
