@@ -10,6 +10,7 @@
 
 #include "app/usage_counter.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/open_url.h"
 #include "support/ports/main_bundle.h"
@@ -39,11 +40,13 @@ bool hasPage(const Vantor& vantor, std::string_view infoKey) {
 
 void askToTurnOff(Vantor& vantor) {
     const auto answer =
-        alert(vantor, "Confirmation",
-              makeString("%@ asks for your feedback only rarely and at maximum only once per "
-                         "app-version. Are you sure you want to turn this off completely?",
+        alert(vantor, localized(vantor, "Confirmation"),
+              makeString(localized(vantor,
+                                   "%@ asks for your feedback only rarely and at maximum only once "
+                                   "per app-version. Are you sure you want to turn this off "
+                                   "completely?"),
                          vantor.appName()),
-              "Cancel", "Turn off feedback dialoge");
+              localized(vantor, "Cancel"), localized(vantor, "Turn off feedback dialoge"));
     if (answer == kSecondButton) vantor.preferences().setDefaultInt(kDontAskAgainKey, 1);
 }
 
