@@ -53,8 +53,9 @@ void offerReport(Vantor& vantor, std::string_view message, std::string_view deta
                              "that we can fix this problem.\n\nInformation: %@"),
                    message, shownDetails(details));
     const auto answer =
-        alert(vantor, localized(vantor, fatal ? "Fatal Error" : "Error"), information,
-              localized(vantor, "Send to support"), localized(vantor, fatal ? "Quit" : "Continue"));
+        alert(vantor, fatal ? localized(vantor, "Fatal Error") : localized(vantor, "Error"),
+              information, localized(vantor, "Send to support"),
+              fatal ? localized(vantor, "Quit") : localized(vantor, "Continue"));
     if (answer == kFirstButton) vantor.ports().workspace.openURL(Fennimar::escaped(link));
 }
 
