@@ -107,6 +107,7 @@ void PreferencesWindow::makeShortcuts() {
 void PreferencesWindow::turn(int pages) {
     sidebar_->setCurrentRow((sidebar_->currentRow() + pages + sidebar_->count()) %
                             sidebar_->count());
+    sidebar_->setFocus(Qt::ShortcutFocusReason);  // what had it is out of sight
 }
 
 /// As wide as its pages need it, and as large as is comfortable, where the screen has the room.

@@ -245,7 +245,8 @@ TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
     window();
     QTest::keyClick(window_.get(), Qt::Key_PageUp, Qt::ControlModifier);  // around to the last
     auto* const menu = find<QComboBox>(kDefaultDestinationKey);
-    EXPECT_TRUE(menu->isVisible());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(menu->hasFocus());
     QTest::keyClick(menu, Qt::Key_End);
     EXPECT_NE(stored(kDefaultDestinationKey), 6) << "no destination";
     platform_.panels.openAnswer = {"/three"};
