@@ -8,7 +8,7 @@ namespace reelvane {
 namespace {
 
 QString whereFromAndTo(const MKVFileInfo& record) {
-    const auto from = JobListModel::tr("From %1").arg(displayPath(record.fileURL));
+    auto from = JobListModel::tr("From %1").arg(displayPath(record.fileURL));
     if (!record.destinationURL) return from;
     return from + '\n' + JobListModel::tr("To %1").arg(displayPath(*record.destinationURL));
 }

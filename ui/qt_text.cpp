@@ -1,8 +1,15 @@
 #include "ui/qt_text.h"
 
+#include <algorithm>
+
 #include <QByteArray>
 
 namespace reelvane {
+namespace {
+
+constexpr qsizetype kLongestToolTipLine = 120;
+
+}  // namespace
 
 QString toQString(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
@@ -13,7 +20,11 @@ QString toControlText(std::string_view utf8) {
 }
 
 QString toToolTip(const QString& text) {
-    return "<p>" + text.toHtmlEscaped().replace('\n', "<br>") + "</p>";
+    qsizetype longest = 0;
+    for (const auto& line : text.split('\n')) longest = std::max(longest, line.size());
+    const QString paragraph =
+        longest > kLongestToolTipLine ? "<p>%1</p>" : "<p style='white-space:pre'>%1</p>";
+    return paragraph.arg(text.toHtmlEscaped().replace('\n', "<br>"));
 }
 
 QString displayPath(const std::filesystem::path& path) {

@@ -14,7 +14,8 @@ namespace reelvane {
 /// The same for a button, a menu entry or the like, where an "&" would mark a shortcut.
 [[nodiscard]] QString toControlText(std::string_view utf8);
 
-/// The same for a tool tip, where "<" would begin markup. Long lines are broken.
+/// The same for a tool tip, where "<" would begin markup. Only very long lines are
+/// broken.
 [[nodiscard]] QString toToolTip(const QString& text);
 
 /// A path for the eye only: its bytes may be lost, so it is never turned back into a path.
