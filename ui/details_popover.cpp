@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include <QDialogButtonBox>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QListWidget>
@@ -15,6 +16,7 @@
 #include "ui/colours.h"
 #include "ui/elided_label.h"
 #include "ui/icons.h"
+#include "ui/job_controls.h"
 #include "ui/job_facts.h"
 #include "ui/log_view.h"
 #include "ui/qt_text.h"
@@ -57,6 +59,10 @@ DetailsPopover::DetailsPopover(const UiContext& context, QWidget* parent)
     makeParts();
     layOut();
     connect(copy_, &QPushButton::clicked, this, [this] { copyCommand(); });
+    connect(reveal_, &QPushButton::clicked, this, [this] {
+        if (job_ != nullptr) job_->reveal();
+    });
+    connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::close);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
     resize(kSizeInLines * fontMetrics().height());
 }
@@ -89,6 +95,9 @@ void DetailsPopover::makeParts() {
     log_ = new LogView(this);
     log_->setAccessibleName(tr("Log"));
     log_->setPlaceholderText(tr("The converter has reported nothing."));
+    buttons_ = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    reveal_ = buttons_->addButton(QString(), QDialogButtonBox::ActionRole);
+    reveal_->setAutoDefault(false);
 }
 
 void DetailsPopover::layOut() {
@@ -115,6 +124,8 @@ void DetailsPopover::layOut() {
     logTitle_ = makeTitle(tr("L&og"), log_);
     addTitle(logTitle_);
     page->addWidget(log_, 3);
+    page->addSpacing(line / 2);
+    page->addWidget(buttons_);
 }
 
 void DetailsPopover::showJob(ConversionJob& job) {
@@ -137,6 +148,7 @@ void DetailsPopover::showJob(ConversionJob& job) {
 void DetailsPopover::forget() {
     changes_ = {};
     job_ = nullptr;
+    reveal_->hide();
     status_->setText(tr("%1 (no longer in the list)").arg(status_->text()));
 }
 
@@ -145,6 +157,9 @@ void DetailsPopover::refresh() {
     note_->setText(noteText(*job_));
     note_->setVisible(!note_->text().isEmpty());
     if (shownState_ != static_cast<int>(job_->state())) showPlan();
+    const auto controls = jobControls(job_->state());
+    reveal_->setVisible(controls.reveals);
+    reveal_->setText(controls.explains ? tr("&Explain the Failure…") : tr("&Show in Files"));
     log_->follow(job_->jobOutput());
     logTitle_->setText(
         log_->showsAll()

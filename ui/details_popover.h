@@ -7,6 +7,7 @@
 #include "support/observable.h"
 #include "ui/ui_context.h"
 
+class QDialogButtonBox;
 class QLabel;
 class QListWidget;
 class QPlainTextEdit;
@@ -53,6 +54,8 @@ private:
     QPushButton* copy_ = nullptr;
     QLabel* logTitle_ = nullptr;
     LogView* log_ = nullptr;
+    QDialogButtonBox* buttons_ = nullptr;
+    QPushButton* reveal_ = nullptr;
     Subscription changes_;
     Subscription membership_;
 };

@@ -7,8 +7,8 @@
 namespace reelvane {
 namespace {
 
-constexpr std::size_t kShown = std::size_t{32} * 1024;
-constexpr std::size_t kMost = 2 * kShown;
+constexpr std::size_t kShown = std::size_t{24} * 1024;
+constexpr std::size_t kMost = kShown * 3 / 2;
 
 /// Where the shown part of a log begins: not within a character.
 std::size_t beginning(std::string_view log) {
