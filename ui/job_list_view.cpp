@@ -84,8 +84,9 @@ void JobListView::selectBeside(const std::vector<ConversionJob*>& leaving) {
     int row = std::max(currentIndex().row(), 0);
     while (row < count && !stays(row)) ++row;
     if (row == count) {
-        do --row;
-        while (row >= 0 && !stays(row));
+        do {
+            --row;
+        } while (row >= 0 && !stays(row));
     }
     // All at once, because a selection in many pieces makes each removal dear.
     selectionModel()->clearSelection();
