@@ -98,14 +98,14 @@ PreferenceChoices subtitleEncodingChoices() {
     const auto words = purposes();
     PreferenceChoices choices;
     for (std::size_t index = 0; index < kSubtitleEncodings.size(); ++index) {
-        const auto name = kSubtitleEncodings[index];
-        if (name.empty()) continue;  // the headings separate
+        if (kSubtitleEncodings[index].empty()) continue;  // the headings separate
+        const auto name = index == 0 ? QObject::tr("None") : toQString(kSubtitleEncodings[index]);
         if (auto heading = headingBefore(index); !heading.isEmpty()) {
             choices.push_back({.title = std::move(heading)});
         }
         //: %1 is the name of a character encoding, %2 says which languages it is for.
         choices.push_back({.value = static_cast<int>(index),
-                           .title = QObject::tr("%1 (%2)").arg(toQString(name), words.at(index))});
+                           .title = QObject::tr("%1 (%2)").arg(name, words.at(index))});
     }
     return choices;
 }
