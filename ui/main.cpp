@@ -44,6 +44,7 @@
 #include "ui/poster_frames.h"
 #include "ui/qt_alerts.h"
 #include "ui/qt_panels.h"
+#include "ui/qt_text.h"
 #include "ui/theme.h"
 
 namespace reelvane {
@@ -204,6 +205,8 @@ int open(QApplication& application, const std::vector<std::string>& words) {
         return EXIT_SUCCESS;
     }
     base.preferences.registerDefaults(registeredDefaults());
+    QCoreApplication::setApplicationName(toQString(base.name));
+    QGuiApplication::setDesktopFileName(toQString(base.identifier));
     QTranslator qtTexts;
     loadQtTexts(application, qtTexts);
     PortTranslator texts(base.translations);
