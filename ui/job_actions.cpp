@@ -6,6 +6,7 @@
 
 #include "conversion/conversion_job.h"
 #include "ui/job_controls.h"
+#include "ui/job_facts.h"
 #include "ui/job_list_view.h"
 
 namespace reelvane {
@@ -93,7 +94,7 @@ void JobActions::refreshForCurrent(const ConversionJob& job) {
     reveal_->setEnabled(controls.reveals);
     reveal_->setIcon(list_.isRightToLeft() ? icons_.revealLeftwards : icons_.reveal);
     reveal_->setText(controls.explains ? tr("Explain the Failure") : tr("Show in Files"));
-    copy_->setEnabled(commands_.hasCommandLine(job));
+    copy_->setEnabled(hasCommandLine(job));
 }
 
 void JobActions::popUp(const QPoint& place) {

@@ -48,18 +48,14 @@ void JobCommands::reveal(ConversionJob& job) {
     }
 }
 
-void JobCommands::showSource(const ConversionJob& job) {
+void JobCommands::showSource(const ConversionJob& job) const {
     context_.vantor.ports().workspace.reveal(job.fileInfo().fileURL);
 }
 
-void JobCommands::copyCommandLine(const ConversionJob& job) {
+void JobCommands::copyCommandLine(const ConversionJob& job) const {
     if (const auto line = commandLine(context_, detailsNow(context_, job)); !line.empty()) {
         copyBytes(line);
     }
-}
-
-bool JobCommands::hasCommandLine(const ConversionJob& job) const {
-    return job.state() == ConversionJobState::Queued || !job.arguments().empty();
 }
 
 bool JobCommands::confirmRemoval(std::vector<ConversionJob*>& jobs) {

@@ -25,10 +25,9 @@ public:
     /// Shows the output, or with Shift the source, or explains a failure; details where there is
     /// nothing to reveal yet.
     void reveal(ConversionJob& job);
-    void showSource(const ConversionJob& job);
+    void showSource(const ConversionJob& job) const;
     void openDetails(ConversionJob& job) { openDetails_(job); }
-    void copyCommandLine(const ConversionJob& job);
-    [[nodiscard]] bool hasCommandLine(const ConversionJob& job) const;
+    void copyCommandLine(const ConversionJob& job) const;
     /// False: the user does not want to throw the work of a running conversion away. A job that
     /// leaves the list while the question stands is taken out of `jobs`.
     [[nodiscard]] bool confirmRemoval(std::vector<ConversionJob*>& jobs);

@@ -18,6 +18,10 @@ JobDetails detailsNow(const UiContext& context, const ConversionJob& job) {
                       writableDocuments(vantor.ports().host.folders().documents, vantor.suppDir()));
 }
 
+bool hasCommandLine(const ConversionJob& job) {
+    return job.state() == ConversionJobState::Queued || !job.arguments().empty();
+}
+
 std::string commandLine(const UiContext& context, const JobDetails& details) {
     if (details.arguments.empty()) return {};
     const auto ffmpeg = context.vantor.ports().mainBundle.pathForResource("ffmpeg");

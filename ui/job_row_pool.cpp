@@ -87,7 +87,7 @@ void JobRowPool::setCurrent(const ConversionJob* job) {
     for (auto* const row : rows()) row->setCurrent(row->job() == job);
 }
 
-void JobRowPool::refresh() {
+void JobRowPool::refresh() const {
     for (auto* const row : rows()) row->refresh();
 }
 

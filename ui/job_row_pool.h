@@ -30,7 +30,7 @@ public:
     void forget(const ConversionJob& job);
     /// The row whose buttons the tab key reaches; null: none.
     void setCurrent(const ConversionJob* job);
-    void refresh();
+    void refresh() const;
 
 private:
     JobRow& addRow();

@@ -1,5 +1,7 @@
 #include "ui/poster_view.h"
 
+#include <utility>
+
 #include <QPainter>
 
 #include "ui/colours.h"
@@ -13,10 +15,10 @@ constexpr double kGroundShare = 0.09;
 
 }  // namespace
 
-PosterView::PosterView(PosterFrames& posters, const QIcon& standIn, QWidget* parent)
+PosterView::PosterView(PosterFrames& posters, QIcon standIn, QWidget* parent)
     : QWidget(parent),
       posters_(posters),
-      standIn_(standIn) {}
+      standIn_(std::move(standIn)) {}
 
 void PosterView::showMovie(const std::filesystem::path& movie) {
     setPoster(posters_.cached(movie));

@@ -15,7 +15,7 @@ namespace reelvane {
 /// A movie's poster, or a calm stand-in until there is one.
 class PosterView final : public QWidget {
 public:
-    PosterView(PosterFrames& posters, const QIcon& standIn, QWidget* parent);
+    PosterView(PosterFrames& posters, QIcon standIn, QWidget* parent);
 
     void showMovie(const std::filesystem::path& movie);
     /// Shows the stand-in, and wants no poster any more.
