@@ -8,6 +8,7 @@
 #include "app/app_delegate.h"
 #include "support/dispatch.h"
 #include "support/ports/desktop_appearance.h"
+#include "ui/add_shown_file.h"
 #include "ui/file_sheet_panel.h"
 
 namespace reelvane {
@@ -52,7 +53,7 @@ void FileSheet::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            context_.controller.intake().addToQueue();
+            addShownFile(context_);
             return;
         case Qt::Key_Escape:
             context_.controller.intake().cancelAdd();

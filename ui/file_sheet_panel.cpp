@@ -9,6 +9,7 @@
 
 #include "app/app_delegate.h"
 #include "support/ports/desktop_appearance.h"
+#include "ui/add_shown_file.h"
 #include "ui/colours.h"
 #include "ui/elided_label.h"
 #include "ui/pop_up_menu_box.h"
@@ -69,7 +70,7 @@ void FileSheetPanel::makeButtons() {
     connect(cancel_, &QPushButton::clicked, this, [&intake] { intake.cancelAdd(); });
     add_ = new QPushButton(this);
     add_->setDefault(true);
-    connect(add_, &QPushButton::clicked, this, [&intake] { intake.addToQueue(); });
+    connect(add_, &QPushButton::clicked, this, [this] { addShownFile(context_); });
 }
 
 void FileSheetPanel::layOut() {
