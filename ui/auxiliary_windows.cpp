@@ -34,10 +34,13 @@ AuxiliaryWindows::AuxiliaryWindows(const UiContext& context, QWidget& mainWindow
         [this](const std::string& text) { openRating(toQString(text)); }));
 }
 
-AuxiliaryWindows::~AuxiliaryWindows() = default;
+AuxiliaryWindows::~AuxiliaryWindows() {
+    delete preferences_;
+}
 
 void AuxiliaryWindows::openPreferences() {
-    if (preferences_ == nullptr) preferences_ = new PreferencesWindow(context_, &mainWindow_);
+    // Without a parent: it need not stand before the main window, nor keep it waiting for a panel.
+    if (preferences_ == nullptr) preferences_ = new PreferencesWindow(context_, nullptr);
     bringToFront(*preferences_);
 }
 

@@ -130,7 +130,7 @@ void DestinationsPage::listFolders() {
         const auto path = displayPath(context_.vantor.ports().folderAccess.pathOf(folder.bookmark));
         item->setData(FolderDelegate::kPathRole, path);
         item->setData(Qt::AccessibleTextRole, tr("%1 in %2").arg(item->text(), path));
-        item->setToolTip(path.toHtmlEscaped());
+        item->setToolTip(toToolTip(path));
     }
     const auto same = std::ranges::find(saved_, current, &SavedDestination::bookmark);
     const auto next = same == saved_.end() ? std::min(row + 1, saved_.size()) - 1

@@ -26,8 +26,8 @@ void GeneralPage::addMovies() {
     column().add<PreferenceCheckBox>(
         {.key = kAutoAddKey,
          .label = tr("Add movies to the queue at once"),
-         .help = tr("They are converted with these preferences, and you are not asked about each "
-                    "one.")});
+         .help = tr("They are converted with these preferences. You are asked for each one's place "
+                    "only if Destinations says so.")});
     column().add<PreferenceCheckBox>(
         {.key = kInsertJobsAtBottomKey,
          .label = tr("Put new movies at the end of the queue"),

@@ -168,9 +168,12 @@ int runWindow(Base& base, QApplication& application,
     window.show();
     if (const auto problem = base.store.problem()) alert_apptitled(vantor, *problem, "OK");
     controller.applicationWillFinishLaunching();
-    listenToOtherStarts(*base.instance, controller, window);
-    watchSession(controller, application);
-    if (!files.empty()) controller.openFiles(files);
+    // A program that was told to end meanwhile takes nothing more: who asks opens it himself.
+    if (Interruption::signal() == 0) {
+        listenToOtherStarts(*base.instance, controller, window);
+        watchSession(controller, application);
+        if (!files.empty()) controller.openFiles(files);
+    }
     const auto status = QApplication::exec();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
@@ -195,7 +198,8 @@ void loadQtTexts(QApplication& application, QTranslator& texts) {
 }
 
 int open(QApplication& application, const std::vector<std::string>& words) {
-    const auto parsed = parseLaunchArguments(words, std::filesystem::current_path());
+    std::error_code ignored;  // a folder that is gone holds no files
+    const auto parsed = parseLaunchArguments(words, std::filesystem::current_path(ignored));
     if (parsed.problem) {
         std::cerr << "reelvane: " << *parsed.problem << '\n';
         return kExitUsage;
@@ -205,6 +209,8 @@ int open(QApplication& application, const std::vector<std::string>& words) {
         return EXIT_SUCCESS;
     }
     base.preferences.registerDefaults(registeredDefaults());
+    // The program ends when the user has agreed to it, not with a window.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::setApplicationName(toQString(base.name));
     QGuiApplication::setDesktopFileName(toQString(base.identifier));
     QTranslator qtTexts;

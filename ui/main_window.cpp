@@ -27,6 +27,7 @@ MainWindow::MainWindow(const UiContext& context, PosterFrames& posters, std::fun
       quit_(std::move(quit)),
       windows_(std::make_unique<AuxiliaryWindows>(context, *this)) {
     setWindowIcon(context_.icons.coloured("reelvane"));
+    setContextMenuPolicy(Qt::NoContextMenu);  // it would offer to hide the toolbar for good
     layOut(posters);
     bindController();
     new DropTarget(*this, context_.controller);
@@ -54,7 +55,6 @@ void MainWindow::layOut(PosterFrames& posters) {
     actions_->fillMenuBar(*menuBar(), jobs_->jobActions());
     auto* const bar = new QToolBar(tr("Toolbar"), this);
     bar->setMovable(false);
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);  // it would offer to hide the toolbar
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     actions_->fillToolBar(*bar);
     addToolBar(bar);

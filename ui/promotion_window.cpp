@@ -29,10 +29,11 @@ QList<Ability> abilities() {
          PromotionWindow::tr("Stereo for every device, and the surround sound beside it where you "
                              "want both.")},
         {PromotionWindow::tr("Subtitles come along"),
-         PromotionWindow::tr("Those inside the movie, and subtitle files that lie next to it.")},
+         PromotionWindow::tr(
+             "Subtitle files that you drop with a movie, and those inside it if you like.")},
         {PromotionWindow::tr("A queue that works alone"),
-         PromotionWindow::tr("Drop a whole folder's movies at once, pause whenever you need the "
-                             "computer, and find everything done.")},
+         PromotionWindow::tr("Drop many movies at once, pause whenever you need the computer, and "
+                             "find everything done.")},
         {PromotionWindow::tr("In the terminal, too"),
          PromotionWindow::tr("“reelvane-cli convert” does the same for scripts and servers.")},
     };
