@@ -68,6 +68,8 @@ void AppDelegate::openFiles(const std::vector<std::filesystem::path>& paths) {
 void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
     const RetiredJobs::Hold hold(retired_);
     auto& record = job->fileInfo();
+    // What a job will read is no more to be written over than what another one will write.
+    names_.promise(record.fileURL);
     if (record.destinationURL) names_.promise(*record.destinationURL);
     names_.refresh(record);
     if (!record.destinationURL || !Fennimar::isWriteablePath(*record.destinationURL)) {
@@ -80,7 +82,7 @@ void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
         control_.start(*job);
         const bool removedItself = std::exchange(adding_, nullptr) == nullptr;
         if (removedItself) {
-            releaseName(*job);
+            releaseNames(*job);
             retired_.retire(std::move(job));
         }
     }
@@ -96,7 +98,7 @@ void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
 
 void AppDelegate::refuseUnwritable(std::unique_ptr<ConversionJob> job) {
     const auto source = job->fileInfo().fileURL;
-    releaseName(*job);
+    releaseNames(*job);
     if (const auto& folder = job->fileInfo().securityURL) {
         vantor_.ports().folderAccess.stopAccessing(*folder);
     }
@@ -112,7 +114,8 @@ void AppDelegate::refuseUnwritable(std::unique_ptr<ConversionJob> job) {
     alert_apptitled(vantor_, alert.message, alert.button);
 }
 
-void AppDelegate::releaseName(const ConversionJob& job) {
+void AppDelegate::releaseNames(const ConversionJob& job) {
+    names_.release(job.fileInfo().fileURL);
     if (const auto& destination = job.fileInfo().destinationURL) names_.release(*destination);
 }
 
@@ -168,7 +171,7 @@ void AppDelegate::removeJob(ConversionJob& job) {
         adding_ = nullptr;  // it never gets into the list
         return;
     }
-    releaseName(job);
+    releaseNames(job);
     retired_.retire(queue_.takeJob(job));
     updateWindowTitle();
 }

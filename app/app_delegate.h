@@ -103,7 +103,7 @@ private:
     void updateWindowTitle() override;
     void bringToFront() override;
     void refuseUnwritable(std::unique_ptr<ConversionJob> job);
-    void releaseName(const ConversionJob& job);
+    void releaseNames(const ConversionJob& job);
 
     Vantor& vantor_;
     RunChoices choices_;

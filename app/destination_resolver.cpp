@@ -82,7 +82,7 @@ void DestinationResolver::takeChosenPath(const MKVFileInfo& record,
         answer(std::nullopt);
         return;
     }
-    // Another job of the list writes there, or has written: the user meant no harm to that one.
+    // Another job of the list reads or writes there: the user meant no harm to that one.
     if (names_.isPromised(chosen)) {
         answer(ResolvedDestination{
             .destinationURL =

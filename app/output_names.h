@@ -10,7 +10,7 @@
 
 namespace reelvane {
 
-/// The output paths that jobs in the list will write. A promised path is a taken one, so that two
+/// The paths that jobs in the list will write, and those that they read. A promised path is a taken one, so that two
 /// movies of one name never overwrite each other. Main thread only; a look-up costs the same
 /// whatever the length of the list.
 class OutputNames {

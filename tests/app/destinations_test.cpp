@@ -127,6 +127,12 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     movie("chosen.m4v");
     app_->togglePause();
     EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
+
+    open({movie("b.mkv")});
+    platform_.panels.saveAnswer = source;
+    app_->intake().addToQueue();
+    EXPECT_TRUE(fs::exists(source)) << "another job of the list reads it";
+    EXPECT_EQ(output(0), "a.m4v");
 }
 
 TEST(OutputNames, AClaimedNameIsNobodyElses) {
