@@ -193,10 +193,11 @@ bool JobRow::showProgress() {
                           job_->state() == ConversionJobState::Paused;
     progress_->setVisible(underWay);
     const double percent = job_->progress();
-    remaining_->setVisible(underWay && percent > 0);
+    const bool canBeTold = percent >= 1;  // before that, how long it takes is anybody's guess
+    remaining_->setVisible(underWay && canBeTold);
     if (!underWay) return false;
     progress_->setValue(static_cast<int>(percent));
-    if (percent > 0) remaining_->setText(remainingText(percent, job_->remainingSeconds()));
+    if (canBeTold) remaining_->setText(remainingText(percent, job_->remainingSeconds()));
     return true;
 }
 
