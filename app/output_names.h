@@ -10,9 +10,9 @@
 
 namespace reelvane {
 
-/// The paths that jobs in the list will write, and those that they read. A promised path is a taken one, so that two
-/// movies of one name never overwrite each other. Main thread only; a look-up costs the same
-/// whatever the length of the list.
+/// The paths that jobs in the list will write, and those that they read. A promised path is a taken
+/// one, so that two movies of one name never overwrite each other. Main thread only; a look-up
+/// costs the same whatever the length of the list.
 class OutputNames {
 public:
     /// `folder` and the input's name with the output's extension, cut to what a file system takes,
