@@ -88,24 +88,18 @@ class Program:
             has_state(each, Atspi.StateType.SENSITIVE) and each.do_action(0)
             for each in self.find_all(role, name)[:1]))
 
-    def conversions(self):
-        """The running ffmpegs that convert, by process id, and what each was called with."""
-        found = {}
-        for entry in filter(str.isdigit, os.listdir("/proc")):
-            try:
-                with open(f"/proc/{entry}/cmdline", "rb") as file:
-                    words = file.read().split(b"\0")
-                if parent_and_state(entry)[0] == self.process.pid and b"-progress" in words:
-                    found[int(entry)] = words
-            except OSError:
-                continue  # it has ended
-        return found
+    def conversion(self):
+        """The ffmpeg that converts: its process id and the words that it was called with."""
+        found = subprocess.run(["pgrep", "-P", str(self.process.pid), "-f", " -progress "],
+                               stdout=subprocess.PIPE, text=True, check=False).stdout.split()
+        if not found:
+            return None
+        with open(f"/proc/{found[0]}/cmdline", "rb") as file:
+            return int(found[0]), file.read().split(b"\0")
 
 
-def parent_and_state(process_id):
-    with open(f"/proc/{process_id}/stat", encoding="utf-8", errors="replace") as file:
-        state, parent = file.read().rpartition(")")[2].split()[:2]
-    return int(parent), state
+def is_stopped(process_id):
+    return output_of("ps", "-o", "stat=", "-p", str(process_id)).startswith("T")
 
 
 def is_gone(process_id):

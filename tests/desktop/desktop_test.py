@@ -83,7 +83,7 @@ class DesktopTest(unittest.TestCase):
         self.environment["REELVANE_FFMPEG"] = SLOW_FFMPEG
         self.prefer("AutoAdd", 1)
         window = self.start(self.movie("long ü.mkv", "long.mkv"))
-        return window, wait_for("a conversion", window.conversions).popitem()
+        return window, wait_for("a conversion", window.conversion)
 
     def movie(self, name, source="short.mkv"):
         path = os.path.join(os.fsencode(self.folder), os.fsencode(name))
@@ -119,11 +119,8 @@ class DesktopTest(unittest.TestCase):
         return desk.middle_of(files[-1])  # pressed where it was clicked, it would be opened
 
     def drag(self, start, window):
-        x, y = desk.middle_of(window.find("frame", "Reelvane*"))
-        xdotool("mousemove", *start, "mousedown", 1)
-        for step in range(1, 11):
-            xdotool("mousemove", start[0] + (x - start[0]) * step // 10,
-                    start[1] + (y - start[1]) * step // 10)
+        xdotool("mousemove", *start, "mousedown", 1, "mousemove_relative", 50, 0,
+                "mousemove", *desk.middle_of(window.find("frame", "Reelvane*")))
 
         def welcome():
             xdotool("mousemove_relative", "--", 3, 0, "mousemove_relative", "--", -3, 0)
@@ -152,10 +149,10 @@ class DesktopTest(unittest.TestCase):
     def test_pause_resume_remove(self):
         window, (process_id, words) = self.start_converting()
         window.press("push button", "Pause Queue")
-        wait_for("ffmpeg to stand still", lambda: desk.parent_and_state(process_id)[1] == "T")
+        wait_for("ffmpeg to stand still", lambda: desk.is_stopped(process_id))
         window.find("frame", "Reelvane (Paused)*")
         window.press("push button", "Resume Queue")
-        wait_for("ffmpeg to go on", lambda: desk.parent_and_state(process_id)[1] != "T")
+        wait_for("ffmpeg to go on", lambda: not desk.is_stopped(process_id))
         window.press("push button", "Remove long ü.mkv")
         self.expect_nothing_left(process_id, words)
         window.find("label", "Drop movies here")

@@ -5,24 +5,14 @@
 set -uo pipefail
 folder=$(mktemp -d "${TMPDIR:-/tmp}/reelvane-desktop.XXXXXX")
 
-# Everything that was started in the session, services of the bus too, carries its home folder.
-of_session() {
-    local each
-    for each in /proc/[0-9]*; do
-        if grep -qszxF "HOME=$folder/home" "$each/environ" 2>/dev/null; then
-            printf '%s\n' "${each#/proc/}"
-        fi
-    done
-}
-
 finish() {
     local left signal=TERM deadline=$((SECONDS + 5))
-    left=$(of_session)
-    while [[ -n $left ]]; do
+    # Everything that was started in the session, services of the bus too, has its home folder.
+    # (What grep exits with tells nothing: some processes end while it looks.)
+    while left=$(grep -lszxF -- "HOME=$folder/home" /proc/[0-9]*/environ); [[ -n $left ]]; do
         if ((SECONDS >= deadline)); then signal=KILL; fi
-        xargs kill -s "$signal" 2>/dev/null <<<"$left"
-        read -rt 0.1 <> <(:)
-        left=$(of_session)
+        cut -d/ -f3 <<<"$left" | xargs kill -s "$signal" 2>/dev/null
+        sleep 0.1
     done
     rm -rf -- "$folder"
 }
