@@ -67,7 +67,10 @@ bool ByteSource::readFile(std::uint64_t offset, std::span<std::byte> buffer) con
         const auto count =
             ::pread(file_.get(), buffer.data(), buffer.size(), static_cast<off_t>(offset));
         if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
+        if (count <= 0) {
+            hasFailed_ = true;
+            return false;
+        }
         buffer = buffer.subspan(static_cast<std::size_t>(count));
         offset += static_cast<std::uint64_t>(count);
     }

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] bool read(std::uint64_t offset, std::span<std::byte> buffer) const;
     /// The limit was met: what could not be read is unknown, not broken.
     [[nodiscard]] bool isExhausted() const { return isExhausted_; }
+    /// A part that the file has could not be read, or the file has become shorter: unknown as well.
+    [[nodiscard]] bool hasFailed() const { return hasFailed_; }
 
 private:
     ByteSource(FileDescriptor file, std::uint64_t size);
@@ -44,6 +46,7 @@ private:
     mutable std::uint64_t windowSize_ = 0;
     mutable std::uint64_t budget_ = 0;
     mutable bool isExhausted_ = false;
+    mutable bool hasFailed_ = false;
 };
 
 /// A number of 1, 2, 4 or 8 bytes, most significant byte first.

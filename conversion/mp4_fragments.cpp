@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace reelvane {
 namespace {
@@ -28,6 +29,7 @@ struct SampleValues {
 struct TrackTally {
     Mp4Track* track = nullptr;
     SampleValues defaults{};
+    std::optional<std::uint64_t> begin{};  ///< where a recording without an own start sets in
     std::uint64_t end = 0;
 };
 
@@ -161,7 +163,9 @@ bool FragmentReader::readRuns(const Mp4Box& traf, TrackFragment& fragment) {
         const bool wide = numberInBox(file_, *tfdt, 0, 1) == 1U;
         const auto begin = numberInBox(file_, *tfdt, 4, wide ? 8 : 4);
         if (!begin) return false;
-        fragment.tally.end = *begin;
+        auto& tally = fragment.tally;
+        if (!tally.begin) tally.begin = tally.track->sampleCount == 0 ? *begin : 0;
+        tally.end = *begin;
     }
     bool sound = true;
     const bool whole = forEachBox(file_, traf.contentBegin, traf.end, [&](const Mp4Box& box) {
@@ -204,8 +208,9 @@ std::string readFragments(const ByteSource& file, const Mp4Box& mvex, const Medi
     });
     for (const auto& [trackID, tally] : reader.tallies()) {
         auto& track = *tally.track;
-        const auto end = static_cast<double>(tally.end) / static_cast<double>(track.timeScale);
-        track.seconds = std::max(track.seconds, end);
+        const auto units = tally.end - std::min(tally.end, tally.begin.value_or(0));
+        const auto seconds = static_cast<double>(units) / static_cast<double>(track.timeScale);
+        track.seconds = std::max(track.seconds, seconds);
         movie.seconds = std::max(movie.seconds, track.seconds);
     }
     return problem;

@@ -22,6 +22,8 @@ struct TopLevel {
     bool isMp4 = false;
     std::string cutBox{};  ///< the type of a box that reaches beyond the end of the file
     bool whole = true;
+    std::uint64_t padding = 0;  ///< zero bytes after the last box
+    std::string lastBox{};      ///< its type
 };
 
 /// Some programs fill a file up with zeros. Eight and more read as a box to the end of the file.
@@ -40,6 +42,7 @@ TopLevel readTopLevel(const ByteSource& file) {
         const auto box = readBox(file, offset, file.size());
         if (!box || box->end > file.size()) {
             top.whole = !box && isPadding(file, offset);
+            if (top.whole) top.padding = file.size() - offset;
             if (box) top.cutBox = box->type;
             break;
         }
@@ -47,6 +50,7 @@ TopLevel readTopLevel(const ByteSource& file) {
         if (box->type == "moov" && !top.moov) top.moov = box;
         if (box->type == "mdat") top.media.add(box->contentBegin, box->end);
         offset = box->end;
+        top.lastBox = box->type;
     }
     return top;
 }
@@ -110,6 +114,13 @@ bool hasTooLittleMedia(const Mp4Movie& movie) {
     });
 }
 
+/// Three zeros and fewer may be the beginning of the next fragment's size. An index of the
+/// fragments (mfra) comes after the last one.
+bool isCutBetweenFragments(const TopLevel& top) {
+    constexpr std::uint64_t kZerosOfASize = 3;
+    return top.padding > 0 && top.padding <= kZerosOfASize && top.lastBox != "mfra";
+}
+
 Mp4Reading readOpened(const ByteSource& file) {
     const auto top = readTopLevel(file);
     if (auto problem = problemOf(top)) return {.problem = std::move(*problem)};
@@ -132,6 +143,11 @@ Mp4Reading readOpened(const ByteSource& file) {
         movie.fragmented = true;
         auto problem = readFragments(file, *mvex, top.media, movie);
         if (!problem.empty()) return {.problem = std::move(problem)};
+        if (isCutBetweenFragments(top)) return {.problem = "ends with bytes that are no box"};
+        if (std::ranges::all_of(movie.tracks,
+                                [](const Mp4Track& track) { return track.sampleCount == 0; })) {
+            return {.problem = "has an index without any sample"};
+        }
     }
     return {.movie = std::move(movie)};
 }
@@ -150,6 +166,7 @@ Mp4Reading readMp4(const std::filesystem::path& file) {
         return {.problem = missing ? "is not there" : "cannot be read", .uncheckable = true};
     }
     auto reading = readOpened(*source);
+    if (source->hasFailed()) return {.problem = "cannot be read", .uncheckable = true};
     if (source->isExhausted()) {
         return {.problem = "has too large an index", .uncheckable = true};
     }
