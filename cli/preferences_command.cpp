@@ -1,3 +1,4 @@
+#include "app/preference_keys.h"
 #include "app/preference_table.h"
 #include "cli/commands.h"
 #include "cli/console.h"
@@ -38,6 +39,10 @@ int store(const CommandContext& context, const PreferencesRequest& request) {
     const bool done = context.store.edit([&request](PreferenceValues& values) {
         if (request.action == PreferencesRequest::Action::Set) {
             values.insert_or_assign(request.key, request.value);
+            // Numbered for the present menu: no later start is to move it up.
+            if (request.key == kDefaultDestinationKey) {
+                values.insert_or_assign(std::string(kHasUpgradedFromPre13Key), "1");
+            }
         } else {
             values.erase(request.key);
         }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <QByteArray>
 #include <QScreen>
@@ -26,9 +27,11 @@ void restoreFrame(QWidget& window, const Preferences& preferences) {
 }
 
 void rememberFrame(const QWidget& window, Preferences& preferences) {
-    const auto frame = window.saveGeometry().toBase64().toStdString();
+    auto frame = window.saveGeometry().toBase64().toStdString();
     preferences.changeLater(kMainWindowFrameKey,
-                            [frame](const std::optional<std::string>&) { return frame; });
+                            [frame = std::move(frame)](const std::optional<std::string>&) {
+                                return std::optional(frame);
+                            });
 }
 
 }  // namespace reelvane
