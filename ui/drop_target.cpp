@@ -6,6 +6,7 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPainter>
+#include <QTimer>
 #include <QWidget>
 
 #include "app/app_delegate.h"
@@ -123,9 +124,13 @@ void DropTarget::drop(QDropEvent& event) {
     over(event);
     if (!welcome_) return;
     // Afterwards, so that the other program need not wait until the files have been looked at.
-    QMetaObject::invokeMethod(
-        this, [this, paths = draggedPaths(*event.mimeData())] { controller_.openFiles(paths); },
-        Qt::QueuedConnection);
+    auto* const later = new QTimer(this);
+    connect(later, &QTimer::timeout, this, [this, later, paths = draggedPaths(*event.mimeData())] {
+        later->deleteLater();
+        controller_.openFiles(paths);
+    });
+    later->setSingleShot(true);
+    later->start(0);
 }
 
 void DropTarget::showHighlight(bool shown) {

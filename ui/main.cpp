@@ -116,6 +116,22 @@ void listenToOtherStarts(DBusApplication& instance, AppDelegate& controller, Mai
     });
 }
 
+/// Opens what this start was given, and listens to later ones.
+void takeFiles(Base& base, AppDelegate& controller, MainWindow& window, QApplication& application,
+               const std::vector<std::filesystem::path>& files) {
+    // A program that was told to end meanwhile takes nothing more: who asks opens it himself.
+    if (Interruption::signal() != 0) return;
+    listenToOtherStarts(*base.instance, controller, window);
+    watchSession(controller, application);
+    if (!files.empty()) controller.openFiles(files);
+}
+
+/// Starts the program from where it was moved to.
+bool startAgain(Base& base, const std::filesystem::path& bundle) {
+    base.instance.reset();  // else the new one would hand over to this one
+    return relaunch(bundle / base.mainBundle.executablePath().filename());
+}
+
 int runWindow(Base& base, QApplication& application,
               const std::vector<std::filesystem::path>& files) {
     QtAlerts alerts;
@@ -145,10 +161,8 @@ int runWindow(Base& base, QApplication& application,
         QCoreApplication::exit(0);
     };
     controller.setTerminateHandler(quit);
-    controller.lifecycle().setRelaunch([&base](const std::filesystem::path& bundle) {
-        base.instance.reset();  // else the new one would hand over to this one
-        return relaunch(bundle / base.mainBundle.executablePath().filename());
-    });
+    controller.lifecycle().setRelaunch(
+        [&base](const std::filesystem::path& bundle) { return startAgain(base, bundle); });
     ThumbnailPosters posters(vantor);
     MainWindow window(
         {.vantor = vantor, .controller = controller, .icons = icons, .appearance = base.appearance},
@@ -168,12 +182,7 @@ int runWindow(Base& base, QApplication& application,
     window.show();
     if (const auto problem = base.store.problem()) alert_apptitled(vantor, *problem, "OK");
     controller.applicationWillFinishLaunching();
-    // A program that was told to end meanwhile takes nothing more: who asks opens it himself.
-    if (Interruption::signal() == 0) {
-        listenToOtherStarts(*base.instance, controller, window);
-        watchSession(controller, application);
-        if (!files.empty()) controller.openFiles(files);
-    }
+    takeFiles(base, controller, window, application, files);
     const auto status = QApplication::exec();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
@@ -184,17 +193,17 @@ int runWindow(Base& base, QApplication& application,
 
 /// Qt would end with a core dump.
 bool hasScreen() {
-    for (const auto* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    const auto isSet = [](const char* name) {
         const auto* const value = std::getenv(name);
-        if (value != nullptr && *value != '\0') return true;
-    }
-    return false;
+        return value != nullptr && *value != '\0';
+    };
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
 }
 
 /// Qt's own texts, where the system has them in the user's language.
-void loadQtTexts(QApplication& application, QTranslator& texts) {
+void loadQtTexts(QTranslator& texts) {
     const auto folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    if (texts.load(QLocale(), "qtbase", "_", folder)) application.installTranslator(&texts);
+    if (texts.load(QLocale(), "qtbase", "_", folder)) QCoreApplication::installTranslator(&texts);
 }
 
 int open(QApplication& application, const std::vector<std::string>& words) {
@@ -214,9 +223,9 @@ int open(QApplication& application, const std::vector<std::string>& words) {
     QCoreApplication::setApplicationName(toQString(base.name));
     QGuiApplication::setDesktopFileName(toQString(base.identifier));
     QTranslator qtTexts;
-    loadQtTexts(application, qtTexts);
+    loadQtTexts(qtTexts);
     PortTranslator texts(base.translations);
-    application.installTranslator(&texts);
+    QCoreApplication::installTranslator(&texts);
     const Theme theme(base.appearance);
     return runWindow(base, application, parsed.files);
 }
