@@ -20,6 +20,8 @@ namespace reelvane {
 namespace {
 
 constexpr int kColumnCharacters = 100;
+constexpr int kLeastCharacters = 40;  // less would cut the words off
+constexpr int kLeastLines = 14;
 
 /// A picture that gives way where the window is low.
 class Picture final : public QWidget {
@@ -73,6 +75,8 @@ EmptyState::EmptyState(const UiContext& context, QWidget* parent) : QWidget(pare
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);  // as the list in whose place it stands
     column_->setMaximumWidth(kColumnCharacters * fontMetrics().averageCharWidth());
+    setMinimumSize(kLeastCharacters * fontMetrics().averageCharWidth(),
+                   kLeastLines * fontMetrics().height());
     auto* const row = new QHBoxLayout(this);
     constexpr int kMost = 100;
     row->addStretch(1);
@@ -88,6 +92,8 @@ void EmptyState::makeColumn(const UiContext& context) {
                            tr("Subtitles beside them: %1").arg(joined(kSubtitleFileTypes)),
                        column_);
     auto* const add = new QPushButton(context.icons.symbolic("add"), tr("Add Movies…"), column_);
+    add->setAutoDefault(true);  // Return presses it
+    setFocusProxy(add);
     connect(add, &QPushButton::clicked, this,
             [&controller = context.controller] { controller.intake().addClicked(); });
 

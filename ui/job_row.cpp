@@ -10,13 +10,14 @@
 #include "conversion/conversion_job.h"
 #include "support/time_text.h"
 #include "ui/elided_label.h"
+#include "ui/flat_button.h"
 #include "ui/icon_view.h"
 #include "ui/icons.h"
 #include "ui/job_controls.h"
 #include "ui/job_list_accessible.h"
 #include "ui/poster_view.h"
 #include "ui/qt_text.h"
-#include "ui/row_controls.h"
+#include "ui/slim_bar.h"
 
 namespace reelvane {
 namespace {
@@ -88,8 +89,11 @@ void JobRow::makeParts(PosterFrames& posters) {
 }
 
 void JobRow::makeButton(Button button, const QIcon& icon, Command command) {
-    auto* const made = new RowButton(this);
+    auto* const made = new FlatButton(this);
     made->setIcon(icon);
+    auto policy = made->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);  // the others stay in their columns
+    made->setSizePolicy(policy);
     connect(made, &QToolButton::clicked, this, [this, command = std::move(command)] {
         if (job_ != nullptr) command(*job_);
     });

@@ -16,11 +16,11 @@ class QLabel;
 namespace reelvane {
 
 class ElidedLabel;
+class FlatButton;
 class IconView;
 class Icons;
 class PosterFrames;
 class PosterView;
-class RowButton;
 class SlimBar;
 
 /// The pictures of the rows, read once for all of them.
@@ -93,7 +93,7 @@ private:
     QLabel* remaining_ = nullptr;
     IconView* noteIcon_ = nullptr;
     ElidedLabel* note_ = nullptr;
-    std::array<RowButton*, ButtonCount> buttons_{};
+    std::array<FlatButton*, ButtonCount> buttons_{};
 };
 
 }  // namespace reelvane

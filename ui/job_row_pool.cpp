@@ -5,7 +5,7 @@
 
 #include <QApplication>
 
-#include "ui/row_controls.h"
+#include "ui/flat_button.h"
 
 namespace reelvane {
 

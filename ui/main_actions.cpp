@@ -3,12 +3,12 @@
 #include <utility>
 
 #include <QMenuBar>
-#include <QToolBar>
 
 #include "app/app_delegate.h"
 #include "support/open_url.h"
 #include "support/vantor.h"
 #include "ui/auxiliary_windows.h"
+#include "ui/command_bar.h"
 #include "ui/icons.h"
 #include "ui/qt_text.h"
 
@@ -107,14 +107,12 @@ void MainActions::fillMenuBar(QMenuBar& bar, const QList<QAction*>& jobActions) 
     help->addAction(about_);
 }
 
-void MainActions::fillToolBar(QToolBar& bar) {
-    bar.addAction(addMovies_);
-    bar.addAction(pauseQueue_);
-    bar.addAction(cleanUp_);
-    auto* const space = new QWidget(&bar);
-    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    bar.addWidget(space);
-    bar.addAction(preferences_);
+void MainActions::fillToolBar(CommandBar& bar) {
+    bar.addCommand(*addMovies_);
+    bar.addCommand(*pauseQueue_);
+    bar.addCommand(*cleanUp_);
+    bar.addSpace();
+    bar.addCommand(*preferences_);
 }
 
 }  // namespace reelvane

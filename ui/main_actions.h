@@ -8,11 +8,11 @@
 
 class QMenuBar;
 class QMenu;
-class QToolBar;
 
 namespace reelvane {
 
 class AuxiliaryWindows;
+class CommandBar;
 
 /// The main window's commands, which its menus and its toolbar share. Owned by the main window.
 class MainActions final : public QObject {
@@ -20,7 +20,7 @@ public:
     MainActions(const UiContext& context, AuxiliaryWindows& windows, QWidget* window);
 
     void fillMenuBar(QMenuBar& bar, const QList<QAction*>& jobActions);
-    void fillToolBar(QToolBar& bar);
+    void fillToolBar(CommandBar& bar);
 
 private:
     void makeCommands(QWidget* window);

@@ -5,12 +5,12 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QStackedWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include "app/app_delegate.h"
 #include "support/vantor.h"
 #include "ui/auxiliary_windows.h"
+#include "ui/command_bar.h"
 #include "ui/drop_target.h"
 #include "ui/empty_state.h"
 #include "ui/file_sheet.h"
@@ -19,6 +19,7 @@
 #include "ui/main_actions.h"
 #include "ui/qt_text.h"
 #include "ui/window_frame.h"
+#include "ui/window_front.h"
 
 namespace reelvane {
 
@@ -37,6 +38,12 @@ MainWindow::MainWindow(const UiContext& context, PosterFrames& posters, std::fun
 MainWindow::~MainWindow() = default;
 
 void MainWindow::layOut(PosterFrames& posters) {
+    // In the order of the tab key, which is that of the eye.
+    actions_ = new MainActions(context_, *windows_, this);
+    auto* const bar = new CommandBar(this);
+    bar->setWindowTitle(tr("Toolbar"));
+    actions_->fillToolBar(*bar);
+    addToolBar(bar);
     auto* const content = new QWidget(this);
     sheet_ = new FileSheet(context_, content);
     pages_ = new QStackedWidget(content);
@@ -51,13 +58,8 @@ void MainWindow::layOut(PosterFrames& posters) {
     column->addWidget(pages_, 1);
     setCentralWidget(content);
 
-    actions_ = new MainActions(context_, *windows_, this);
     actions_->fillMenuBar(*menuBar(), jobs_->jobActions());
-    auto* const bar = new QToolBar(tr("Toolbar"), this);
-    bar->setMovable(false);
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    actions_->fillToolBar(*bar);
-    addToolBar(bar);
+    emptyState_->setFocus();  // else the toolbar's first button had it
 }
 
 void MainWindow::bindController() {
@@ -66,7 +68,7 @@ void MainWindow::bindController() {
         setWindowTitle(toQString(title));
     }));
     subscriptions_.push_back(controller.observeWindowRequests([this](const WindowRequest& wanted) {
-        if (wanted.kind == WindowRequest::Kind::Main) bringToFront();
+        if (wanted.kind == WindowRequest::Kind::Main) bringToFront(*this);
     }));
     subscriptions_.push_back(controller.queue().observeMembership(
         [this](ConversionJob&, JobQueue::Membership) { showListOrInvitation(); }));
@@ -77,13 +79,6 @@ void MainWindow::showListOrInvitation() {
     const bool empty = context_.controller.queue().taskArray().empty();
     QWidget* const page = empty ? static_cast<QWidget*>(emptyState_) : jobs_;
     if (pages_->currentWidget() != page) pages_->setCurrentWidget(page);
-}
-
-void MainWindow::bringToFront() {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

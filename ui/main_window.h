@@ -31,8 +31,6 @@ public:
     MainWindow(MainWindow&&) = delete;
     MainWindow& operator=(MainWindow&&) = delete;
 
-    /// Shows the window in front of the others, with the keyboard.
-    void bringToFront();
     [[nodiscard]] AuxiliaryWindows& auxiliaryWindows() { return *windows_; }
 
 protected:

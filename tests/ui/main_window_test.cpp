@@ -2,8 +2,13 @@
 
 #include <QAction>
 #include <QListView>
+#include <QPushButton>
 #include <QStackedWidget>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
 
+#include "tests/ui/accessible_names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/poster_frames.h"
 
@@ -66,6 +71,45 @@ TEST_F(MainWindowShown, ClosingAsksWhileAConversionRunsAndRemembersTheFrame) {
     platform_.dispatcher.runPending();
     const MainWindow again(context(), posters, [] {});
     EXPECT_EQ(again.size(), QSize(701, 503));
+}
+
+TEST_F(MainWindowShown, TheKeyboardReachesTheCommandsAndTheyNeverGoOutOfSight) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_EQ(qobject_cast<QPushButton*>(window.focusWidget())->text(), "Add Movies…");
+    const auto* const bar = window.findChild<QToolBar*>();
+    const auto buttons = bar->findChildren<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
+    QStringList reached;
+    for (int i = 0; i < 4; ++i) {
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        reached << qobject_cast<QToolButton*>(window.focusWidget())->text();
+    }
+    EXPECT_EQ(reached, QStringList({"Add", "Pause Queue", "Clean Up", "Preferences"}));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
+    QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
+    for (const auto key : {Qt::Key_Return, Qt::Key_Space}) {
+        const bool before = app_->queueControl().paused();
+        QTest::keyClick(window.focusWidget(), key);
+        EXPECT_EQ(app_->queueControl().paused(), !before);
+    }
+    for (const int width : {1200, 1, 1200}) {
+        window.resize(width, 500);
+        QCoreApplication::processEvents();
+        for (auto* const button : buttons) {
+            const bool isExtension = button->defaultAction() == nullptr;
+            EXPECT_EQ(button->isVisible(), !isExtension) << width;
+        }
+    }
+    EXPECT_EQ(window.contextMenuPolicy(), Qt::NoContextMenu) << "it would offer to hide the bar";
+}
+
+TEST_F(MainWindowShown, EverythingInItHasAName) {
+    EXPECT_EQ(nameless(window), QStringList());
+    set(kAutoAddKey, 0);
+    open({movie("a.mkv")});
+    app_->intake().addToQueue();
+    open({movie("b.mkv")});
+    EXPECT_EQ(nameless(window), QStringList());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "ui/row_controls.h"
+#include "ui/slim_bar.h"
 
 #include <algorithm>
 
@@ -10,29 +10,9 @@
 namespace reelvane {
 namespace {
 
-constexpr double kFocusWidth = 2;  // in points, as the rounding
-constexpr double kFocusRounding = 4;
 constexpr float kGrooveStrength = 0.16F;
 
 }  // namespace
-
-RowButton::RowButton(QWidget* parent) : QToolButton(parent) {
-    setAutoRaise(true);
-    auto policy = sizePolicy();
-    policy.setRetainSizeWhenHidden(true);  // the others stay in their columns
-    setSizePolicy(policy);
-}
-
-void RowButton::paintEvent(QPaintEvent* event) {
-    QToolButton::paintEvent(event);
-    if (!hasFocus()) return;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(accent(palette()), kFocusWidth));
-    const double half = kFocusWidth / 2;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), kFocusRounding,
-                            kFocusRounding);
-}
 
 SlimBar::SlimBar(QWidget* parent) : QProgressBar(parent) {
     setTextVisible(false);

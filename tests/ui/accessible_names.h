@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QAccessible>
+#include <QStringList>
+#include <QWidget>
+
+namespace reelvane {
+
+/// What a screen reader would come upon in a window without being told what it is: its class.
+inline QStringList nameless(QAccessibleInterface& from) {
+    static const QSet<QAccessible::Role> frames{
+        QAccessible::Client,    QAccessible::Pane,      QAccessible::Grouping,
+        QAccessible::Window,    QAccessible::ScrollBar, QAccessible::ToolBar,
+        QAccessible::Separator, QAccessible::MenuBar,   QAccessible::LayeredPane};
+    QStringList found;
+    if (from.state().invisible || from.object() == nullptr) return found;
+    const auto role = from.role();
+    if (!frames.contains(role) && from.text(QAccessible::Name).isEmpty()) {
+        found << from.object()->metaObject()->className();
+    }
+    for (int i = 0; i < from.childCount(); ++i) {
+        if (auto* const child = from.child(i)) found += nameless(*child);
+    }
+    return found;
+}
+
+inline QStringList nameless(QWidget& window) {
+    return nameless(*QAccessible::queryAccessibleInterface(&window));
+}
+
+}  // namespace reelvane
