@@ -114,6 +114,7 @@ void AlertBox::layOut(const QIcon& picture) {
     auto* const row = new QHBoxLayout;
     if (!picture.isNull()) {
         auto* const shown = new QLabel(this);
+        shown->setAccessibleName(QGuiApplication::applicationDisplayName());
         const auto size =
             style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this) * 3 / 2;
         shown->setPixmap(picture.pixmap(QSize(size, size), devicePixelRatioF()));

@@ -1,5 +1,6 @@
 #include "ui/window_text.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
@@ -45,6 +46,7 @@ QLayout* makeIntroduction(const QIcon& picture, const QString& heading, const QS
     row->setSpacing(line);
     if (!picture.isNull()) {
         auto* const shown = new QLabel(parent);
+        shown->setAccessibleName(QGuiApplication::applicationDisplayName());
         const QSize size(line * kPictureLines, line * kPictureLines);
         shown->setPixmap(picture.pixmap(size, parent->devicePixelRatioF()));
         row->addWidget(shown, 0, Qt::AlignTop);

@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "tests/ui/accessible_names.h"
 #include "ui/alert_box.h"
 #include "ui/plain_text_view.h"
 
@@ -67,8 +68,10 @@ TEST_F(QtAlertsTest, AnswersTheValueAndTheBoxAsTheUserLeftThem) {
     const std::vector<std::string> items{"a", "b", "c"};
     using Case = std::tuple<AlertAccessory, Act, AlertAnswer>;
     for (const auto& [accessory, act, expected] : std::vector<Case>{
-             {{.kind = Kind::Checkbox, .index = 1}, tick, {}},
-             {{.kind = Kind::Checkbox, .index = 1}, suppress, {.suppressed = true, .index = 1}},
+             {{.kind = Kind::Checkbox, .label = "On", .index = 1}, tick, {}},
+             {{.kind = Kind::Checkbox, .label = "On", .index = 1},
+              suppress,
+              {.suppressed = true, .index = 1}},
              {{.kind = Kind::Input}, type, {.text = "ab"}},
              {{.kind = Kind::SecureInput}, type, {.text = "ab"}},
              {{.kind = Kind::Text, .text = "x\ny"}, type, {.text = "abx\ny"}},
@@ -81,6 +84,7 @@ TEST_F(QtAlertsTest, AnswersTheValueAndTheBoxAsTheUserLeftThem) {
                                    .suppressionTitle = "Don't warn again",
                                    .accessory = accessory};
         const auto given = answer(content, [&act](QWidget& box) {
+            EXPECT_EQ(nameless(box), QStringList());
             act(box);
             box.close();
         });
