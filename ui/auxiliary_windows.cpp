@@ -66,7 +66,9 @@ void AuxiliaryWindows::openRating() {
 }
 
 void AuxiliaryWindows::openRating(const QString& introText) {
-    if (rating_ == nullptr) rating_ = new RatingWindow(context_, introText, &mainWindow_);
+    if (rating_ == nullptr) {
+        rating_ = new RatingWindow(context_, introText, feedback_, &mainWindow_);
+    }
     rating_->setCloseBlock([this] { rating_.clear(); });
     bringToFront(*rating_);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QString>
 
 #include "ui/bind.h"
 #include "ui/ui_context.h"
@@ -40,6 +41,7 @@ private:
     QPointer<AboutDialog> about_;
     QPointer<PromotionWindow> promotion_;
     QPointer<RatingWindow> rating_;
+    QString feedback_;  // what was written there, while the program runs
     Subscriptions subscriptions_;
 };
 

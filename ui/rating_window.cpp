@@ -52,9 +52,11 @@ void askToTurnOff(Vantor& vantor) {
 
 }  // namespace
 
-RatingWindow::RatingWindow(const UiContext& context, const QString& introText, QWidget* parent)
+RatingWindow::RatingWindow(const UiContext& context, const QString& introText, QString& draft,
+                           QWidget* parent)
     : QDialog(parent),
-      context_(context) {
+      context_(context),
+      draft_(draft) {
     const auto name = toQString(context_.vantor.appName());
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -150,6 +152,10 @@ QWidget* RatingWindow::makeAngryView() {
     feedbackTextField_->setTabChangesFocus(true);
     feedbackTextField_->setPlaceholderText(tr("What did you try, and what happened?"));
     feedbackTextField_->setAccessibleName(tr("Your feedback"));
+    feedbackTextField_->setPlainText(draft_);
+    feedbackTextField_->moveCursor(QTextCursor::End);
+    connect(feedbackTextField_, &QPlainTextEdit::textChanged, this,
+            [this] { draft_ = feedbackTextField_->toPlainText(); });
     column->addWidget(feedbackTextField_, 1);
     addButton(*column, tr("&Write the Mail…"), [this] { sendfeedbackClicked(); });
     addButton(*column, tr("&Close"), [this] { close(); });
@@ -162,7 +168,8 @@ void RatingWindow::problemsClicked() {
 }
 
 void RatingWindow::sendfeedbackClicked() {
-    sendSupportRequestMail(context_.vantor, feedbackTextField_->toPlainText().toStdString());
+    // The words are kept even so: there may be no mail program that takes them.
+    sendSupportRequestMail(context_.vantor, draft_.toStdString());
     close();
 }
 

@@ -14,10 +14,11 @@ class QVBoxLayout;
 namespace reelvane {
 
 /// Asks whether the user is content: one who is may rate the program, one who is not may write to
-/// the makers. Deletes itself when closed.
+/// the makers. Deletes itself when closed; what was written stays in `draft`, which outlives it.
 class RatingWindow final : public QDialog {
 public:
-    RatingWindow(const UiContext& context, const QString& introText, QWidget* parent);
+    RatingWindow(const UiContext& context, const QString& introText, QString& draft,
+                 QWidget* parent);
 
     /// Run when the window closes.
     void setCloseBlock(std::function<void()> block) { closeBlock_ = std::move(block); }
@@ -34,6 +35,7 @@ private:
     void sendfeedbackClicked();
 
     UiContext context_;
+    QString& draft_;
     std::function<void()> closeBlock_;
     QStackedWidget* views_ = nullptr;
     QWidget* happyView_ = nullptr;

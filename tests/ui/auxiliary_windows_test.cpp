@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "tests/ui/accessible_names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/about_dialog.h"
 #include "ui/rating_window.h"
@@ -76,7 +77,10 @@ TEST_F(AuxiliaryWindowsTest, AnUnhappyUserMayWriteAMail) {
     button(rating(), "I Have a Problem")->click();
     auto* const field = rating().findChild<QPlainTextEdit*>();
     ASSERT_TRUE(field->isVisible());
+    EXPECT_EQ(nameless(rating()), QStringList());
     field->setPlainText("No sound");
+    rating().reject();
+    button(rating(), "I Have a Problem")->click();  // what was written is still there
     button(rating(), "Write the Mail")->click();
     EXPECT_THAT(platform_.workspace.urls,
                 ElementsAre(AllOf(StartsWith("mailto:"), HasSubstr("body=No%20sound%0A"))));
@@ -110,6 +114,7 @@ TEST_F(AuxiliaryWindowsTest, AboutTellsTheVersionOfFfmpegOrWhatToDoAboutIt) {
             platform_.processLauncher.children.back().exit(status, output.substr(9));
         }
         auto* const about = open<AboutDialog>().front();
+        EXPECT_EQ(nameless(*about), QStringList());
         button(*about, "Copy")->click();
         EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(),
                     AllOf(StartsWith("Reelvane\n"), HasSubstr("1.2"), HasSubstr(expected)));
