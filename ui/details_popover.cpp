@@ -44,7 +44,7 @@ QString noteText(const ConversionJob& job) {
 
 QString trackText(TrackOutcome outcome) {
     outcome.outcome = DetailsPopover::tr(outcome.outcome.c_str()).toStdString();
-    return toQString(trackLine(outcome));
+    return isolated(toQString(trackLine(outcome)));
 }
 
 }  // namespace
@@ -76,6 +76,8 @@ void DetailsPopover::makeParts() {
     status_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     note_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     output_ = new ElidedLabel(Qt::ElideMiddle, ElidedLabel::Rank::Quiet, this);
+    gone_ = new QLabel(tr("This movie has left the list; nothing here changes any more."), this);
+    gone_->hide();
     problem_ = new QLabel(this);
     problem_->setTextFormat(Qt::PlainText);
     problem_->setWordWrap(true);
@@ -104,7 +106,8 @@ void DetailsPopover::layOut() {
     const int line = fontMetrics().height();
     auto* const page = new QVBoxLayout(this);
     for (QWidget* const part : {static_cast<QWidget*>(name_), static_cast<QWidget*>(status_),
-                                static_cast<QWidget*>(note_), static_cast<QWidget*>(output_)}) {
+                                static_cast<QWidget*>(note_), static_cast<QWidget*>(output_),
+                                static_cast<QWidget*>(gone_)}) {
         page->addWidget(part);
     }
     const auto addTitle = [page, line](QLabel* title) {
@@ -130,6 +133,7 @@ void DetailsPopover::layOut() {
 
 void DetailsPopover::showJob(ConversionJob& job) {
     job_ = &job;
+    gone_->hide();
     const auto& record = job.fileInfo();
     changes_ = job.observe([this] { refresh(); });
     setWindowTitle(tr("Details of %1").arg(toQString(record.fileName)));
@@ -149,7 +153,7 @@ void DetailsPopover::forget() {
     changes_ = {};
     job_ = nullptr;
     reveal_->hide();
-    status_->setText(tr("%1 (no longer in the list)").arg(status_->text()));
+    gone_->show();
 }
 
 void DetailsPopover::refresh() {

@@ -48,6 +48,7 @@ private:
     ElidedLabel* status_ = nullptr;
     ElidedLabel* note_ = nullptr;
     ElidedLabel* output_ = nullptr;
+    QLabel* gone_ = nullptr;  ///< that the job has left the list
     QLabel* problem_ = nullptr;
     QListWidget* tracks_ = nullptr;
     QPlainTextEdit* command_ = nullptr;

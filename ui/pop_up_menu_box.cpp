@@ -1,7 +1,6 @@
 #include "ui/pop_up_menu_box.h"
 
 #include <QAbstractItemView>
-#include <QGuiApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -19,13 +18,6 @@ namespace {
 constexpr int kLeastCharacters = 9;
 constexpr int kComfortableCharacters = 40;
 constexpr int kFullTitleRole = Qt::UserRole;
-
-/// Keeps the order of a title's own words where the window is laid out from right to left.
-QString isolated(const QString& title) {
-    constexpr QChar kFirstStrongIsolate(0x2068);
-    constexpr QChar kPopIsolate(0x2069);
-    return QGuiApplication::isRightToLeft() ? kFirstStrongIsolate + title + kPopIsolate : title;
-}
 
 }  // namespace
 

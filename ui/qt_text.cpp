@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QByteArray>
+#include <QGuiApplication>
 
 namespace reelvane {
 namespace {
@@ -25,6 +26,12 @@ QString toToolTip(const QString& text) {
     const QString paragraph =
         longest > kLongestToolTipLine ? "<p>%1</p>" : "<p style='white-space:pre'>%1</p>";
     return paragraph.arg(text.toHtmlEscaped().replace('\n', "<br>"));
+}
+
+QString isolated(const QString& line) {
+    constexpr QChar kFirstStrongIsolate(0x2068);
+    constexpr QChar kPopIsolate(0x2069);
+    return QGuiApplication::isRightToLeft() ? kFirstStrongIsolate + line + kPopIsolate : line;
 }
 
 QString displayPath(const std::filesystem::path& path) {

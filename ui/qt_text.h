@@ -18,6 +18,9 @@ namespace reelvane {
 /// broken.
 [[nodiscard]] QString toToolTip(const QString& text);
 
+/// Keeps the order of a line's own words where the windows are laid out from right to left.
+[[nodiscard]] QString isolated(const QString& line);
+
 /// A path for the eye only: its bytes may be lost, so it is never turned back into a path.
 [[nodiscard]] QString displayPath(const std::filesystem::path& path);
 /// The last component of a path, likewise.
