@@ -1,9 +1,12 @@
 #include "ui/elided_label.h"
 
+#include <algorithm>
+
 #include <QEvent>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextLayout>
 #include <QToolTip>
 
 #include "ui/colours.h"
@@ -29,8 +32,36 @@ QString ElidedLabel::line() const {
     return line.replace('\n', ' ');
 }
 
-QString ElidedLabel::elided() const {
-    return fontMetrics().elidedText(line(), mode_, contentsRect().width());
+QStringList ElidedLabel::lines(int width) const {
+    const auto text = line();
+    QTextLayout layout(text, font());
+    QStringList lines;
+    int told = 0;
+    layout.beginLayout();
+    while (lines.size() + 1 < mostLines_) {
+        auto next = layout.createLine();
+        if (!next.isValid()) break;
+        next.setLineWidth(width);
+        lines << text.mid(told, next.textLength());
+        told += next.textLength();
+    }
+    layout.endLayout();
+    if (told < text.size()) lines << fontMetrics().elidedText(text.mid(told), mode_, width);
+    return lines;
+}
+
+void ElidedLabel::setElideMode(Qt::TextElideMode mode) {
+    mode_ = mode;
+    update();
+}
+
+void ElidedLabel::setMostLines(int count) {
+    mostLines_ = count;
+    setSizePolicy(QSizePolicy::Preferred, count > 1 ? QSizePolicy::Preferred : QSizePolicy::Fixed);
+}
+
+int ElidedLabel::heightForWidth(int width) const {
+    return static_cast<int>(std::max(lines(width).size(), qsizetype{1})) * fontMetrics().height();
 }
 
 QSize ElidedLabel::sizeHint() const {
@@ -46,7 +77,8 @@ QSize ElidedLabel::minimumSizeHint() const {
 
 bool ElidedLabel::event(QEvent* event) {
     // Where all can be read the tool tip is left to what stands behind.
-    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && elided() != line()) {
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() &&
+        lines(contentsRect().width()).join(QString()) != line()) {
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), toToolTip(text()), this);
         return true;
     }
@@ -58,11 +90,16 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
     const auto colours = palette();
     painter.setPen(rank_ == Rank::Quiet && isEnabled() ? quietText(colours)
                                                        : colours.color(foregroundRole()));
-    const auto shown = elided();
+    const auto shown = lines(contentsRect().width());
     // The side is the window's, the order of the words the text's own.
-    painter.setLayoutDirection(shown.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const auto side = QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::AlignAbsolute;
-    painter.drawText(contentsRect(), static_cast<int>(side) | Qt::TextSingleLine, shown);
+    auto place = contentsRect();
+    if (shown.size() > 1) place.setHeight(fontMetrics().height());
+    for (const auto& each : shown) {
+        painter.drawText(place, static_cast<int>(side) | Qt::TextSingleLine, each.trimmed());
+        place.translate(0, fontMetrics().height());
+    }
 }
 
 }  // namespace reelvane

@@ -4,7 +4,8 @@
 
 namespace reelvane {
 
-/// One line of plain text that gives way: what does not fit is elided, and told by the tool tip.
+/// Plain text in one line, or in a few, that gives way: what does not fit is elided, and told by
+/// the tool tip.
 class ElidedLabel final : public QLabel {
 public:
     /// Main text takes the colour that the palette has for it; quiet text is of second rank.
@@ -12,8 +13,13 @@ public:
 
     explicit ElidedLabel(Qt::TextElideMode mode, Rank rank, QWidget* parent = nullptr);
 
+    void setElideMode(Qt::TextElideMode mode);
+    /// How many lines there may be: one, until this says something else.
+    void setMostLines(int count);
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override { return mostLines_ > 1; }
+    [[nodiscard]] int heightForWidth(int width) const override;
 
 protected:
     bool event(QEvent* event) override;
@@ -22,10 +28,12 @@ protected:
 private:
     /// A file's name may hold line breaks; they would take the rest out of sight.
     [[nodiscard]] QString line() const;
-    [[nodiscard]] QString elided() const;
+    /// As they are shown; put together they are the text again, unless the last one is elided.
+    [[nodiscard]] QStringList lines(int width) const;
 
     Qt::TextElideMode mode_;
     Rank rank_;
+    int mostLines_ = 1;
 };
 
 }  // namespace reelvane

@@ -8,7 +8,6 @@
 #include <QKeySequence>
 
 #include "conversion/conversion_job.h"
-#include "support/time_text.h"
 #include "ui/elided_label.h"
 #include "ui/flat_button.h"
 #include "ui/icon_view.h"
@@ -29,17 +28,14 @@ constexpr double kColumnGap = 0.8;
 constexpr double kFactGap = 0.4;
 constexpr double kBarHeight = 0.4;
 constexpr double kIconSide = 1.15;
-constexpr double kLongTime = 88 * 60 + 58;  // seconds
 constexpr double kPosterRatio = 16.0 / 9;
 
 QString withKey(const QString& text, const QKeySequence& key) {
     return QStringLiteral("%1 (%2)").arg(text, key.toString(QKeySequence::NativeText));
 }
 
-QString remainingText(double percent, double seconds) {
-    return JobRow::tr("%1% · %2 left")
-        .arg(static_cast<int>(percent))
-        .arg(toQString(formattedTimeFromTimeInterval(seconds)));
+QString percentText(int percent) {
+    return JobRow::tr("%1%").arg(percent);
 }
 
 }  // namespace
@@ -76,8 +72,8 @@ void JobRow::makeParts(PosterFrames& posters) {
     outcome_ = new IconView(this);
     status_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     progress_ = new SlimBar(this);
-    remaining_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
-    remaining_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);  // the other way round in Arabic
+    percent_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
+    percent_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);  // the other way round in Arabic
     noteIcon_ = new IconView(this);
     note_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     makeButton(Pause, icons_.pause, [this](ConversionJob& job) { commands_.pauseOrContinue(job); });
@@ -105,11 +101,11 @@ void JobRow::layOut() {
     auto* const third = new QHBoxLayout(facts_);
     third->setContentsMargins({});
     third->addWidget(progress_, 1);
-    third->addWidget(remaining_);
+    third->addWidget(percent_);
     third->addWidget(noteIcon_);
     third->addWidget(note_);
     auto* const second = new QHBoxLayout;
-    second->addWidget(outcome_);
+    second->addWidget(outcome_, 0, Qt::AlignTop);
     second->addWidget(status_);
     auto* const texts = new QVBoxLayout;
     texts->addStretch();
@@ -140,8 +136,8 @@ void JobRow::fitToFont() {
     poster_->setFixedSize(static_cast<int>(std::lround(content * kPosterRatio)), content);
     progress_->setFixedHeight(lines(kBarHeight));
     progress_->setMinimumWidth(lines(kLines));
-    // So that the bar does not change its length every second.
-    remaining_->setMinimumWidth(fontMetrics().horizontalAdvance(remainingText(88, kLongTime)));
+    // So that the bar does not change its length.
+    percent_->setMinimumWidth(fontMetrics().horizontalAdvance(percentText(100)));
     for (auto* const view : {outcome_, noteIcon_}) view->setFixedSize(line, line);
     for (auto* const button : buttons_) button->setIconSize({lines(kIconSide), lines(kIconSide)});
     setFixedHeight(content + 2 * lines(kMargin));
@@ -185,6 +181,11 @@ void JobRow::refresh() {
                                                                : QIcon();
     outcome_->setIcon(outcome);
     outcome_->setVisible(!outcome.isNull());
+    // While it converts the time is last, and what counts most.
+    status_->setElideMode(state == ConversionJobState::Converting ? Qt::ElideMiddle
+                                                                  : Qt::ElideRight);
+    status_->setMostLines(state == ConversionJobState::Failed ? 2
+                                                              : 1);  // it has the third to itself
     const bool underWay = showProgress();
     const bool noted = showNote();
     facts_->setVisible(underWay || noted);  // else the other lines move to the middle
@@ -196,12 +197,11 @@ bool JobRow::showProgress() {
     const bool underWay = job_->state() == ConversionJobState::Converting ||
                           job_->state() == ConversionJobState::Paused;
     progress_->setVisible(underWay);
-    const double percent = job_->progress();
-    const bool canBeTold = percent >= 1;  // before that, how long it takes is anybody's guess
-    remaining_->setVisible(underWay && canBeTold);
+    percent_->setVisible(underWay);
     if (!underWay) return false;
-    progress_->setValue(static_cast<int>(percent));
-    if (canBeTold) remaining_->setText(remainingText(percent, job_->remainingSeconds()));
+    const int percent = static_cast<int>(job_->progress());
+    progress_->setValue(percent);
+    percent_->setText(percentText(percent));
     return true;
 }
 

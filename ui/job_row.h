@@ -90,7 +90,7 @@ private:
     ElidedLabel* status_ = nullptr;
     QWidget* facts_ = nullptr;  ///< the third line
     SlimBar* progress_ = nullptr;
-    QLabel* remaining_ = nullptr;
+    QLabel* percent_ = nullptr;
     IconView* noteIcon_ = nullptr;
     ElidedLabel* note_ = nullptr;
     std::array<FlatButton*, ButtonCount> buttons_{};

@@ -2,6 +2,7 @@
 
 #include "tests/ui/ui_fixture.h"
 #include "ui/colours.h"
+#include "ui/elided_label.h"
 #include "ui/log_view.h"
 #include "ui/theme.h"
 
@@ -31,6 +32,16 @@ TEST(LogView, ShowsTheEndOfALongLogAndWhatIsAddedToIt) {
     EXPECT_LT(shown.size(), 100'000U);
     EXPECT_TRUE(log.ends_with(shown)) << "cut within a character";
     EXPECT_FALSE(view.showsAll());
+}
+
+TEST(ElidedLabel, TakesAsManyLinesAsItNeedsAndMayHave) {
+    ElidedLabel label(Qt::ElideRight, ElidedLabel::Rank::Quiet);
+    label.setText("Several words that want some lines when there is little room");
+    const int line = label.fontMetrics().height();
+    const int wide = label.sizeHint().width();
+    label.setMostLines(2);
+    EXPECT_EQ(label.heightForWidth(wide), line);
+    for (const int share : {2, 4}) EXPECT_EQ(label.heightForWidth(wide * 3 / 2 / share), 2 * line);
 }
 
 TEST(Colours, QuietTextAndMarksStandOutOnEveryGround) {
