@@ -6,7 +6,6 @@
 #include <QEvent>
 
 #include "support/strings.h"
-#include "ui/alert_box.h"
 #include "ui/qt_text.h"
 
 namespace reelvane {
@@ -33,10 +32,15 @@ std::filesystem::path withExtension(const std::filesystem::path& path,
 QString nameFilter(const QString& title, const std::vector<std::string>& extensions) {
     QStringList patterns;
     for (const auto& extension : extensions) {
-        const auto pattern = "*." + toQString(extension);
-        patterns << pattern.toLower() << pattern.toUpper();
+        // Not every desktop's dialog leaves the case out of account by itself.
+        QString anyCase;
+        for (const auto letter : toQString(extension)) {
+            anyCase += letter.isLetter()
+                           ? QStringLiteral("[%1%2]").arg(letter.toLower(), letter.toUpper())
+                           : QString(letter);
+        }
+        patterns << "*." + toQString(extension) << "*." + anyCase;
     }
-    patterns.removeDuplicates();
     return QStringLiteral("%1 (%2)").arg(title, patterns.join(' '));
 }
 
@@ -65,7 +69,8 @@ void FilePanel::chooseFiles(const std::vector<std::string>& extensions) {
     setWindowTitle(tr("Choose Files"));
     setFileMode(ExistingFiles);
     setLabelText(Accept, tr("Choose"));
-    if (!extensions.empty()) setNameFilter(nameFilter(tr("All supported files"), extensions));
+    if (extensions.empty()) return;
+    setNameFilters({nameFilter(tr("All supported files"), extensions), tr("All files") + " (*)"});
 }
 
 void FilePanel::chooseTarget(const std::string& fileName, const std::string& extension) {
@@ -84,8 +89,10 @@ void FilePanel::startIn(const std::filesystem::path& folder) {
 void FilePanel::accept() {
     const auto urls = selectedUrls();
     const auto chosen = urls.size() == 1 ? toPath(urls.front()) : std::nullopt;
+    // A desktop's own dialog has no parts here, and is done; Qt's looks itself at what was chosen.
+    const bool isQts = layout() != nullptr;
     std::error_code error;
-    if (!extension_.empty() && chosen && !std::filesystem::is_directory(*chosen, error)) {
+    if (isQts && !extension_.empty() && chosen && !std::filesystem::is_directory(*chosen, error)) {
         // Before the dialog asks whether to replace what is there.
         const auto completed = withExtension(*chosen, extension_);
         if (completed != *chosen) selectFile(displayPath(completed));
@@ -100,31 +107,20 @@ bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FilePanel::answer(int result) {
-    auto paths = result == Accepted ? chosenPaths() : std::vector<std::filesystem::path>();
-    if (answer_) std::exchange(answer_, {})(std::move(paths));
+    auto chosen = result == Accepted ? choice() : Choice();
+    if (answer_) std::exchange(answer_, {})(std::move(chosen));
 }
 
-std::vector<std::filesystem::path> FilePanel::chosenPaths() {
+FilePanel::Choice FilePanel::choice() const {
     std::vector<std::filesystem::path> paths;
     for (const auto& url : selectedUrls()) {
         if (auto path = toPath(url)) paths.push_back(*std::move(path));
     }
-    if (extension_.empty() || paths.empty()) return paths;
+    if (extension_.empty() || paths.empty()) return {.paths = std::move(paths)};
     // A desktop's own dialog may have let a name without its extension pass.
     auto completed = withExtension(paths.front(), extension_);
-    if (completed != paths.front() && !mayReplace(completed)) return {};
-    return {std::move(completed)};
-}
-
-bool FilePanel::mayReplace(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::exists(std::filesystem::symlink_status(path, error))) return true;
-    const auto title = tr("“%1” is already there. Replace it?").arg(displayName(path));
-    AlertBox box({.title = title.toStdString(),
-                  .buttons = {tr("Replace").toStdString(), tr("Cancel").toStdString()}},
-                 {}, parentWidget());
-    box.ask();
-    return box.answer().button == kFirstButton;
+    const bool unasked = completed != paths.front();
+    return {.paths = {std::move(completed)}, .unasked = unasked};
 }
 
 }  // namespace reelvane

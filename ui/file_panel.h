@@ -12,14 +12,20 @@ namespace reelvane {
 /// The path with this extension added, unless it has it, in whatever case.
 [[nodiscard]] std::filesystem::path withExtension(const std::filesystem::path& path,
                                                   const std::string& extension);
-/// A file dialog's filter for these extensions, in lower and upper case.
+/// A file dialog's filter for these extensions, in whatever case.
 [[nodiscard]] QString nameFilter(const QString& title, const std::vector<std::string>& extensions);
 
 /// A file dialog on a window, which cancels it when it closes. Answers once: at its end, or empty
 /// when it is destroyed before. Deletes itself.
 class FilePanel final : public QFileDialog {
 public:
-    using Answer = std::function<void(std::vector<std::filesystem::path>)>;
+    struct Choice {
+        std::vector<std::filesystem::path> paths{};  ///< none: cancelled
+        /// The one path got its extension only now: whether to replace what is there has not been
+        /// asked, nor looked whether there is something.
+        bool unasked = false;
+    };
+    using Answer = std::function<void(Choice)>;
 
     explicit FilePanel(QWidget* window);
     ~FilePanel() override;
@@ -40,8 +46,7 @@ protected:
 
 private:
     void answer(int result);
-    [[nodiscard]] std::vector<std::filesystem::path> chosenPaths();
-    [[nodiscard]] bool mayReplace(const std::filesystem::path& path);
+    [[nodiscard]] Choice choice() const;
 
     std::string extension_;  ///< of the file to save; empty: files or a folder are opened
     Answer answer_;

@@ -135,7 +135,7 @@ bool startAgain(Base& base, const std::filesystem::path& bundle) {
 int runWindow(Base& base, QApplication& application,
               const std::vector<std::filesystem::path>& files) {
     QtAlerts alerts;
-    QtPanels panels;
+    QtPanels panels(base.dispatcher);
     WindowWorkspace workspace(base.systemLog);
     Vantor vantor({.alerts = alerts,
                    .bundleWatch = base.bundleWatch,

@@ -1,16 +1,50 @@
 #include "ui/qt_panels.h"
 
+#include <chrono>
+#include <system_error>
 #include <utility>
 
 #include <QApplication>
+#include <QDir>
 #include <QStandardPaths>
 
+#include "support/alerts.h"
+#include "support/ports/dispatcher.h"
+#include "ui/alert_box.h"
 #include "ui/file_panel.h"
 #include "ui/qt_text.h"
 
 namespace reelvane {
+namespace {
 
-QtPanels::QtPanels() {
+constexpr auto kPatience = std::chrono::seconds(2);
+
+/// The folder, or what is left of the way there. May wait for a disk.
+std::filesystem::path nearestFolder(std::filesystem::path folder) {
+    std::error_code error;
+    while (!std::filesystem::is_directory(folder, error) && folder.has_relative_path()) {
+        folder = folder.parent_path();
+    }
+    return folder;
+}
+
+bool mayReplace(const std::filesystem::path& path, QWidget* window) {
+    const auto title = FilePanel::tr("“%1” is already there. Replace it?").arg(displayName(path));
+    // Its window may take it along while it is open.
+    const QPointer box = new AlertBox({.title = title.toStdString(),
+                                       .buttons = {FilePanel::tr("Replace").toStdString(),
+                                                   FilePanel::tr("Cancel").toStdString()}},
+                                      {}, window);
+    box->ask();
+    if (box == nullptr) return false;
+    const auto answer = box->answer();
+    delete box;
+    return answer.button == kFirstButton;
+}
+
+}  // namespace
+
+QtPanels::QtPanels(Dispatcher& dispatcher) : dispatcher_(dispatcher) {
     later_.setSingleShot(true);
     QObject::connect(&later_, &QTimer::timeout, &later_, [this] { giveAnswers(); });
 }
@@ -50,27 +84,67 @@ void QtPanels::save(const SavePanelRequest& request,
 void QtPanels::submit(PanelParent parent, Request request) {
     auto& window = windows_[parent];
     window.waiting.push_back(std::move(request));
-    if (window.waiting.size() == 1) showFirst(window);
+    if (window.waiting.size() == 1) findFolder(window);
 }
 
-void QtPanels::showFirst(Window& window) {
+void QtPanels::findFolder(Window& window) {
     const auto& request = window.waiting.front();
+    const auto movies = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
+    const auto wanted = !request.folder.empty() ? request.folder
+                        : !lastFolder_.empty()  ? lastFolder_
+                                                : std::filesystem::path(movies.toStdString());
+    // Found, or waited for long enough: whichever is first.
     const bool hasWindow = window.window != nullptr && window.window->isVisible();
-    window.panel = request.make(hasWindow ? window.window.data() : QApplication::activeWindow());
-    auto* const panel = window.panel.data();
-    if (!request.folder.empty()) {
-        panel->startIn(request.folder);
-    } else if (!lastFolder_.empty()) {
-        panel->startIn(lastFolder_);
-    } else {
-        panel->startIn(
-            QStandardPaths::writableLocation(QStandardPaths::MoviesLocation).toStdString());
+    const auto isAwaited = [this, &window, alive = std::weak_ptr(alive_), number = window.shown] {
+        return alive.lock() != nullptr && number == window.shown;
+    };
+    dispatcher_.asyncBackground([this, &window, isAwaited, hasWindow, wanted,
+                                 &dispatcher = dispatcher_] {
+        dispatcher.asyncMain([this, &window, isAwaited, hasWindow, found = nearestFolder(wanted)] {
+            if (isAwaited()) showFirst(window, hasWindow, found);
+        });
+    });
+    dispatcher_.afterMain(kPatience, [this, &window, isAwaited, hasWindow, wanted] {
+        if (!isAwaited()) return;
+        if (lastFolder_ == wanted) lastFolder_.clear();  // or each panel would lose a thread to it
+        showFirst(window, hasWindow, QDir::homePath().toStdString());
+    });
+}
+
+void QtPanels::showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder) {
+    ++window.shown;
+    const bool hasWindow = window.window != nullptr && window.window->isVisible();
+    if (hadWindow && !hasWindow) {  // it was closed meanwhile
+        takeChoice(window, {}, false);
+        return;
     }
-    panel->setAnswer([this, &window](Paths paths) {
-        window.answered = std::move(paths);
-        later_.start();
+    window.panel = window.waiting.front().make(hasWindow ? window.window.data()
+                                                         : QApplication::activeWindow());
+    auto* const panel = window.panel.data();
+    panel->startIn(folder);
+    panel->setAnswer([this, &window](FilePanel::Choice choice) {
+        takeChoice(window, std::move(choice.paths), choice.unasked);
     });
     panel->open();
+}
+
+void QtPanels::takeChoice(Window& window, Paths paths, bool unasked) {
+    if (!unasked) {
+        window.answered = std::move(paths);
+        later_.start();
+        return;
+    }
+    const auto answer = [this, &window, alive = std::weak_ptr(alive_), paths](bool isThere) {
+        if (!alive.lock()) return;
+        const bool agreed = !isThere || mayReplace(paths.front(), window.window);
+        if (!alive.lock()) return;
+        takeChoice(window, agreed ? paths : Paths(), false);
+    };
+    dispatcher_.asyncBackground([path = paths.front(), answer, &dispatcher = dispatcher_] {
+        std::error_code error;
+        const bool isThere = std::filesystem::exists(std::filesystem::symlink_status(path, error));
+        dispatcher.asyncMain([answer, isThere] { answer(isThere); });
+    });
 }
 
 void QtPanels::giveAnswers() {
@@ -80,7 +154,7 @@ void QtPanels::giveAnswers() {
         const auto answer = std::move(window.waiting.front().answer);
         window.waiting.pop_front();
         if (!paths.empty()) lastFolder_ = paths.front().parent_path();
-        if (!window.waiting.empty()) showFirst(window);
+        if (!window.waiting.empty()) findFolder(window);
         answer(paths);  // last, since it may ask the user more and so take its time
     }
 }

@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "tests/fakes/fake_dispatcher.h"
 #include "tests/fakes/temporary_folder.h"
 #include "ui/file_panel.h"
 #include "ui/qt_text.h"
@@ -32,8 +33,8 @@ protected:
         panels_.setParent(PanelParent::MainWindow, window_.get());
     }
 
-    void open() {
-        panels_.open({.allowedTypes = {"mkv"}, .folder = folder_.path()},
+    void open(const std::string& below = "") {
+        panels_.open({.allowedTypes = {"mkv"}, .folder = folder_.path() / below},
                      [this](auto paths) { answers_.push_back(std::move(paths)); });
     }
     void save(const std::string& name) {
@@ -42,16 +43,17 @@ protected:
                          answers_.push_back(path ? std::vector{*path} : std::vector<fs::path>());
                      });
     }
-    [[nodiscard]] static FilePanel* panel() {
+    [[nodiscard]] FilePanel* panel() {
+        dispatcher_.runPending();  // it is shown when its folder has been found
         for (auto* const widget : QApplication::topLevelWidgets()) {
             auto* const found = dynamic_cast<FilePanel*>(widget);
             if (found != nullptr && found->isVisible()) return found;
         }
         return nullptr;
     }
-    static void accept() { QMetaObject::invokeMethod(panel(), "accept"); }
+    void accept() { QMetaObject::invokeMethod(panel(), "accept"); }
     /// The panel asks something more, which is answered.
-    static void acceptAnd(QMessageBox::StandardButton button) {
+    void acceptAnd(QMessageBox::StandardButton button) {
         QTimer::singleShot(0, [button] {
             auto* const asked = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_NE(asked, nullptr);
@@ -60,6 +62,7 @@ protected:
         accept();
     }
     void waitForAnswers(std::size_t count) {
+        dispatcher_.runPending();
         ASSERT_TRUE(QTest::qWaitFor([&] { return answers_.size() >= count; }));
         QApplication::processEvents();  // a second answer would come now
         ASSERT_EQ(answers_.size(), count);
@@ -67,7 +70,8 @@ protected:
 
     TemporaryFolder folder_;
     std::unique_ptr<QWidget> window_ = std::make_unique<QWidget>();
-    QtPanels panels_;
+    FakeDispatcher dispatcher_;
+    QtPanels panels_{dispatcher_};
     std::vector<std::vector<fs::path>> answers_;
 };
 
@@ -87,11 +91,12 @@ TEST_F(QtPanelsTest, IsCancelledWithItsWindowAndByTheUser) {
     panel()->reject();
     waitForAnswers(1);
     open();
-    window_->hide();
+    window_->hide();  // before the panel is there
     waitForAnswers(2);
     EXPECT_EQ(panel(), nullptr);
     window_->show();
     save("a.mp4");
+    ASSERT_NE(panel(), nullptr);
     window_.reset();
     waitForAnswers(3);
     EXPECT_THAT(answers_, testing::Each(IsEmpty()));
@@ -116,6 +121,28 @@ TEST_F(QtPanelsTest, ANameWithoutItsExtensionGetsItBeforeTheQuestionWhetherToRep
     acceptAnd(QMessageBox::Yes);
     waitForAnswers(1);
     EXPECT_THAT(answers_.front(), ElementsAre(target));
+}
+
+TEST_F(QtPanelsTest, StartsInWhatIsLeftOfItsFolderAndAtHomeWhereTheDiskIsSilent) {
+    open("gone/since");
+    EXPECT_EQ(panel()->directory().path(), displayPath(folder_.path()));
+    panel()->reject();
+    waitForAnswers(1);
+    dispatcher_.isSilent = true;
+    open();
+    EXPECT_EQ(panel(), nullptr);
+    dispatcher_.advance(std::chrono::seconds(3));
+    EXPECT_EQ(panel()->directory(), QDir::home());
+}
+
+TEST(FilePanel, OffersEveryTypeInWhateverCase) {
+    const QDir::Filters any = QDir::Files;
+    const TemporaryFolder folder;
+    for (const auto* const name : {"a.mkv", "b.MkV", "c.MP4", "d.doc"}) folder.write(name);
+    const auto filter = nameFilter("Movies", {"mkv", "mp4"});
+    const auto patterns = filter.section('(', 1).chopped(1).split(' ');
+    EXPECT_EQ(
+        QDir(displayPath(folder.path())).entryList(patterns, any | QDir::CaseSensitive).size(), 3);
 }
 
 TEST(FilePanel, AnExtensionIsAddedOnce) {
