@@ -86,6 +86,10 @@ void FileSheetPanel::layOut() {
     rows->addSpacing(margin / 4);
     rows->addStretch(1);
     rows->addLayout(choiceRow());
+    hint_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
+    hint_->setText(
+        tr("To be asked no more, choose a place under “Destinations” in the preferences."));
+    rows->addWidget(hint_);
 }
 
 QBoxLayout* FileSheetPanel::titleRow() {
@@ -140,7 +144,18 @@ void FileSheetPanel::bindTexts() {
     subscriptions_.push_back(bind(controller.intake().waitingCount(), [this](std::size_t count) {
         waiting_->setText(tr("%1 more waiting").arg(count));
         waiting_->setVisible(count > 0);
+        showHint();
     }));
+    auto& places = controller.destinations().destinationPopUp();
+    subscriptions_.push_back(places.observe([this] { showHint(); }));
+}
+
+/// For who is about to be asked again and again.
+void FileSheetPanel::showHint() {
+    auto& controller = context_.controller;
+    hint_->setVisible(controller.intake().waitingCount().get() > 0 &&
+                      controller.destinations().destinationPopUp().selectedIndex() ==
+                          kAskDestination);
 }
 
 bool FileSheetPanel::awaitsUser() const {

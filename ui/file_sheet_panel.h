@@ -38,6 +38,7 @@ private:
     QWidget* makeBusyRow();
     void bindTexts();
     void showRecord();
+    void showHint();
 
     UiContext context_;
     ElidedLabel* name_ = nullptr;
@@ -46,6 +47,7 @@ private:
     ElidedLabel* information_ = nullptr;
     QProgressBar* busy_ = nullptr;
     QStackedLayout* secondLine_ = nullptr;  // the information, or that the file is being read
+    ElidedLabel* hint_ = nullptr;           // how not to be asked for each movie
     PopUpMenuBox* audio_ = nullptr;
     PopUpMenuBox* destination_ = nullptr;
     QPushButton* cancel_ = nullptr;
