@@ -11,6 +11,7 @@
 
 #include "ui/colours.h"
 #include "ui/qt_text.h"
+#include "ui/quiet_label.h"
 
 namespace reelvane {
 namespace {
@@ -24,6 +25,7 @@ ElidedLabel::ElidedLabel(Qt::TextElideMode mode, Rank rank, QWidget* parent)
       mode_(mode),
       rank_(rank) {
     setTextFormat(Qt::PlainText);
+    setContentsMargins(kRoomForAccents);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
@@ -61,18 +63,21 @@ void ElidedLabel::setMostLines(int count) {
 }
 
 int ElidedLabel::heightForWidth(int width) const {
-    return static_cast<int>(std::max(lines(width).size(), qsizetype{1})) * fontMetrics().height();
+    return heightOf(std::max(lines(width).size(), qsizetype{1}));
+}
+
+int ElidedLabel::heightOf(qsizetype lines) const {
+    return static_cast<int>(lines) * fontMetrics().height() + contentsMargins().top();
 }
 
 QSize ElidedLabel::sizeHint() const {
     const auto metrics = fontMetrics();
-    return {metrics.horizontalAdvance(line()) + 1, metrics.height()};
+    return {metrics.horizontalAdvance(line()) + 1, heightOf(1)};
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
     const auto metrics = fontMetrics();
-    return {qMin(sizeHint().width(), kLeastCharacters * metrics.averageCharWidth()),
-            metrics.height()};
+    return {qMin(sizeHint().width(), kLeastCharacters * metrics.averageCharWidth()), heightOf(1)};
 }
 
 bool ElidedLabel::event(QEvent* event) {

@@ -30,6 +30,7 @@ private:
     [[nodiscard]] QString line() const;
     /// As they are shown; put together they are the text again, unless the last one is elided.
     [[nodiscard]] QStringList lines(int width) const;
+    [[nodiscard]] int heightOf(qsizetype lines) const;
 
     Qt::TextElideMode mode_;
     Rank rank_;

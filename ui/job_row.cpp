@@ -125,7 +125,7 @@ void JobRow::layOut() {
 void JobRow::fitToFont() {
     const int line = fontMetrics().height();
     const auto lines = [line](double count) { return static_cast<int>(std::lround(count * line)); };
-    const int content = lines(kLines + 2 * kLineGap);
+    const int content = kLines * name_->minimumSizeHint().height() + (kLines - 1) * lines(kLineGap);
     auto* const row = layout();
     row->setContentsMargins(lines(kMargin), lines(kMargin), lines(kMargin), lines(kMargin));
     row->setSpacing(lines(kColumnGap));

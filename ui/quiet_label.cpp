@@ -10,6 +10,7 @@ namespace reelvane {
 QuietLabel::QuietLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
+    setContentsMargins(kRoomForAccents);
     setAlignment(Qt::AlignLeading | Qt::AlignTop);
 }
 

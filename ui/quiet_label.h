@@ -1,8 +1,13 @@
 #pragma once
 
 #include <QLabel>
+#include <QMargins>
 
 namespace reelvane {
+
+/// The dots of a capital umlaut stand higher than some fonts say; without this the topmost row of
+/// pixels is cut off.
+inline constexpr QMargins kRoomForAccents(0, 1, 0, 0);
 
 /// Text of second rank in as many lines as it needs.
 class QuietLabel final : public QLabel {
