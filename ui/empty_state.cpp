@@ -91,10 +91,9 @@ void EmptyState::makeColumn(const UiContext& context) {
     formats_ = centred(tr("Movies: %1").arg(joined(kMovieFileTypes)) + '\n' +
                            tr("Subtitles beside them: %1").arg(joined(kSubtitleFileTypes)),
                        column_);
-    auto* const add = new QPushButton(context.icons.symbolic("add"), tr("Add Movies…"), column_);
-    add->setAutoDefault(true);  // Return presses it
-    setFocusProxy(add);
-    connect(add, &QPushButton::clicked, this,
+    add_ = new QPushButton(context.icons.symbolic("add"), tr("Add Movies…"), column_);
+    add_->setAutoDefault(true);  // Return presses it
+    connect(add_, &QPushButton::clicked, this,
             [&controller = context.controller] { controller.intake().addClicked(); });
 
     const int gap = fontMetrics().height();
@@ -111,8 +110,12 @@ void EmptyState::makeColumn(const UiContext& context) {
     rows->addSpacing(gap / 2);
     rows->addWidget(formats_);
     rows->addSpacing(gap * 3 / 2);
-    rows->addWidget(add, 0, Qt::AlignHCenter);
+    rows->addWidget(add_, 0, Qt::AlignHCenter);
     rows->addStretch(3);
+}
+
+void EmptyState::focusDefault() {
+    add_->setFocus();
 }
 
 void EmptyState::changeEvent(QEvent* event) {

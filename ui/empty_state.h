@@ -5,6 +5,7 @@
 #include "ui/ui_context.h"
 
 class QLabel;
+class QPushButton;
 
 namespace reelvane {
 
@@ -12,6 +13,8 @@ namespace reelvane {
 class EmptyState final : public QWidget {
 public:
     EmptyState(const UiContext& context, QWidget* parent);
+
+    void focusDefault();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -24,6 +27,7 @@ private:
     QWidget* column_ = nullptr;
     QWidget* picture_ = nullptr;
     QLabel* formats_ = nullptr;
+    QPushButton* add_ = nullptr;
 };
 
 }  // namespace reelvane

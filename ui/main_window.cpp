@@ -59,7 +59,7 @@ void MainWindow::layOut(PosterFrames& posters) {
     setCentralWidget(content);
 
     actions_->fillMenuBar(*menuBar(), jobs_->jobActions());
-    emptyState_->setFocus();  // else the toolbar's first button had it
+    emptyState_->focusDefault();  // else the toolbar's first button had it
 }
 
 void MainWindow::bindController() {
