@@ -4,7 +4,6 @@
 
 #include <QCloseEvent>
 #include <QMenuBar>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 
 #include "app/app_delegate.h"
@@ -17,6 +16,7 @@
 #include "ui/icons.h"
 #include "ui/job_list_view.h"
 #include "ui/main_actions.h"
+#include "ui/page_stack.h"
 #include "ui/qt_text.h"
 #include "ui/window_frame.h"
 #include "ui/window_front.h"
@@ -46,7 +46,7 @@ void MainWindow::layOut(PosterFrames& posters) {
     addToolBar(bar);
     auto* const content = new QWidget(this);
     sheet_ = new FileSheet(context_, content);
-    pages_ = new QStackedWidget(content);
+    pages_ = new PageStack(content);
     emptyState_ = new EmptyState(context_, pages_);
     jobs_ = new JobListView(context_, posters, pages_);
     pages_->addWidget(emptyState_);

@@ -11,7 +11,6 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QShowEvent>
-#include <QStackedWidget>
 
 #include "app/app_delegate.h"
 #include "support/alerts.h"
@@ -20,6 +19,7 @@
 #include "ui/destinations_page.h"
 #include "ui/general_page.h"
 #include "ui/icons.h"
+#include "ui/page_stack.h"
 #include "ui/qt_text.h"
 #include "ui/subtitles_page.h"
 
@@ -36,7 +36,7 @@ PreferencesWindow::PreferencesWindow(const UiContext& context, QWidget* parent)
     : QDialog(parent),
       context_(context),
       sidebar_(new QListWidget(this)),
-      stack_(new QStackedWidget(this)) {
+      stack_(new PageStack(this)) {
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Preferences"));
     addPage(new GeneralPage(context_, stack_), "preferences_general");

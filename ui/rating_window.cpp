@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 
 #include "app/usage_counter.h"
@@ -17,6 +16,7 @@
 #include "support/problem_reports.h"
 #include "support/vantor.h"
 #include "ui/icons.h"
+#include "ui/page_stack.h"
 #include "ui/qt_text.h"
 #include "ui/window_text.h"
 
@@ -64,7 +64,7 @@ RatingWindow::RatingWindow(const UiContext& context, const QString& introText, Q
     connect(this, &QDialog::finished, this, [this] {
         if (closeBlock_) std::exchange(closeBlock_, {})();
     });
-    views_ = new QStackedWidget(this);
+    views_ = new PageStack(this);
     views_->addWidget(makeInitialView(introText));
     happyView_ = makeHappyView();
     angryView_ = makeAngryView();

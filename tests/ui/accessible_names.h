@@ -9,9 +9,8 @@ namespace reelvane {
 /// What a screen reader would come upon in a window without being told what it is: its class.
 inline QStringList nameless(QAccessibleInterface& from) {
     static const QSet<QAccessible::Role> frames{
-        QAccessible::Client,    QAccessible::Pane,      QAccessible::Grouping,
-        QAccessible::Window,    QAccessible::ScrollBar, QAccessible::ToolBar,
-        QAccessible::Separator, QAccessible::MenuBar,   QAccessible::LayeredPane};
+        QAccessible::Client,    QAccessible::Pane,    QAccessible::Grouping,  QAccessible::Window,
+        QAccessible::ScrollBar, QAccessible::ToolBar, QAccessible::Separator, QAccessible::MenuBar};
     QStringList found;
     if (from.state().invisible || from.object() == nullptr) return found;
     const auto role = from.role();
