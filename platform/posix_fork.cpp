@@ -5,7 +5,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <linux/close_range.h>
-#include <linux/ioprio.h>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -20,7 +19,9 @@ namespace {
 constexpr int kFirstFree = 3;  // after the standard descriptors
 
 constexpr int kLowestPriority = 19;
-constexpr auto kIdleDisk = IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0);
+// The kernel's numbers: <linux/ioprio.h> names a parameter "class" and is C alone in newer kernels.
+constexpr int kOneProcess = 1;
+constexpr int kIdleDisk = 3 << 13;  // the class above the level
 
 struct Pipe {
     FileDescriptor readEnd{};
@@ -73,7 +74,7 @@ void resetSignals() {
 // Neither can fail for want of a right, and a child that cannot yield is still of use.
 void giveWay() {
     ::setpriority(PRIO_PROCESS, 0, kLowestPriority);
-    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, kIdleDisk);
+    ::syscall(SYS_ioprio_set, kOneProcess, 0, kIdleDisk);
 }
 
 bool setUp(const Plan& plan) {
