@@ -22,7 +22,7 @@ void addLabelledRow(QBoxLayout& column, QWidget& field, const QString& label, co
 void addHelp(QBoxLayout& column, const QString& help, int indent) {
     auto* const row = new QHBoxLayout;
     row->addSpacing(indent);
-    row->addWidget(new QuietLabel(help), 1);
+    row->addWidget(new QuietLabel(help, nullptr, QuietLabel::Spoken::Elsewhere), 1);
     column.addLayout(row);
 }
 

@@ -1,13 +1,27 @@
 #include "ui/quiet_label.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyle>
 
 #include "ui/colours.h"
 
 namespace reelvane {
+namespace {
 
-QuietLabel::QuietLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+    auto* const label = dynamic_cast<QuietLabel*>(object);
+    if (label == nullptr || label->spoken() == QuietLabel::Spoken::Here) return nullptr;
+    return new QAccessibleWidget(label, QAccessible::Client);
+}
+
+}  // namespace
+
+QuietLabel::QuietLabel(const QString& text, QWidget* parent, Spoken spoken)
+    : QLabel(parent),
+      spoken_(spoken) {
+    QAccessible::installFactory(makeAccessible);
+    setText(text);  // not before: a text that changes is told at once by what it is then
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
     setContentsMargins(kRoomForAccents);
