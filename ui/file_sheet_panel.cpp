@@ -178,10 +178,8 @@ void FileSheetPanel::showFile() {
     name_->setAccessibleDescription(displayPath(file));
     add_->setAccessibleDescription(displayName(file));
     secondLine_->setCurrentIndex(scanning ? 1 : 0);
-    for (QWidget* const control : {static_cast<QWidget*>(destination_),
-                                   static_cast<QWidget*>(cancel_), static_cast<QWidget*>(add_)}) {
-        control->setEnabled(!scanning);
-    }
+    destination_->setEnabled(!scanning);
+    add_->setEnabled(!scanning);
     subtitle_->setVisible(!scanning);
     audio_->setEnabled(false);
     audio_->setPlaceholderText(scanning ? QString() : tr("No audio"));

@@ -85,7 +85,9 @@ TEST_F(FileSheetTest, ShowsTheFileWhileItIsReadAndSaysWhenItIsMute) {
     report_ = report_.substr(0, report_.find("    Stream #0:1"));
     app_->openFiles({movie("a.mkv")});
     EXPECT_TRUE(shows("a.mkv") && shows("Looking into the file…"));
-    EXPECT_FALSE(sheet_->findChild<QPushButton*>()->isEnabled());
+    const auto buttons = sheet_->findChildren<QPushButton*>();
+    EXPECT_TRUE(buttons.front()->isEnabled()) << "a disk that does not answer may be left";
+    EXPECT_FALSE(buttons.back()->isEnabled());
     platform_.dispatcher.runPending();
     EXPECT_FALSE(shows("Looking into the file…"));
     const auto boxes = sheet_->findChildren<PopUpMenuBox*>();
