@@ -7,6 +7,7 @@
 #include "app/settings_reader.h"
 #include "media/languages.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
@@ -104,9 +105,9 @@ void AppDelegate::refuseUnwritable(std::unique_ptr<ConversionJob> job) {
     }
     const VettingAlert alert{
         .title = vantor_.appName(),
-        .message =
-            "You don't seem to have write access to the selected destinatation or it is a "
-            "read-only filesystem. Please choose another destination.",
+        .message = localized(vantor_,
+                             "You don't seem to have write access to the selected destinatation or "
+                             "it is a read-only filesystem. Please choose another destination."),
         .button = "OK"};
     intake_.refuse(source, {alert});
     intake_.cancelAdd();

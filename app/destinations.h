@@ -11,6 +11,7 @@
 
 #include "app/pop_up_menu.h"
 #include "app/saved_destinations.h"
+#include "support/bundle.h"
 #include "support/ports/preferences_store.h"
 
 namespace reelvane {
@@ -25,7 +26,7 @@ inline constexpr std::size_t kFirstFolderDestination = 3;  ///< plus the index o
 
 /// What a user is told who adds a saved folder again.
 inline constexpr std::string_view kAlreadyBookmarked =
-    "This destination is already bookmarked. You can not add it again.";
+    localizable("This destination is already bookmarked. You can not add it again.");
 
 /// The rows of a destination menu with these saved folders; the fixed titles are given.
 struct FixedDestinationTitles {

@@ -11,6 +11,7 @@
 #include "app/settings_reader.h"
 #include "media/languages.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/make_string.h"
 #include "support/named_exception.h"
@@ -18,6 +19,7 @@
 #include "support/ports/main_bundle.h"
 #include "support/ports/panels.h"
 #include "support/strings.h"
+#include "support/untranslated.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -42,7 +44,7 @@ bool couldBlock(const std::filesystem::path& path) {
 
 void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) {
     record.subtitleFileURL = subtitle;
-    record.informationString = Fennimar::replaced(record.informationString, ")", "+1)");
+    record.informationString = informationText(kUntranslated, record);
 }
 
 /// Nothing catches what this throws: it ends in the fatal problem report, which so names the file.
@@ -110,7 +112,7 @@ void FileIntake::addNextFile() {
 ProbeTools FileIntake::tools() const {
     const auto& ports = vantor_.ports();
     return probeTools(ports.processLauncher, ports.mainBundle, ports.folderAccess,
-                      vantor_.appName());
+                      vantor_.appName(), ports.translations);
 }
 
 void FileIntake::probeInBackground(Probe probe) {
@@ -178,8 +180,9 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
     dropped.push_back(probe.file);
     const auto problem = probe.inspection.toolProblem;
     const bool fatal = problem == ProbeToolProblem::NoResources;
-    const auto alert = plainAlert(toolProblemText(problem, vantor_.ports().mainBundle));
-    alert_apptitled(vantor_, alert.message, fatal ? "Exit" : alert.button);
+    const auto alert = plainAlert(
+        toolProblemText(vantor_.ports().translations, problem, vantor_.ports().mainBundle));
+    alert_apptitled(vantor_, alert.message, fatal ? localizable("Exit") : alert.button);
     isScanning_.set(false);
     std::for_each(dropped.rbegin(), dropped.rend(),
                   [&](const auto& file) { refuse(file, {alert}); });

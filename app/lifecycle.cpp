@@ -5,6 +5,7 @@
 #include "app/launch_corrections.h"
 #include "app/preference_keys.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/ports/bundle_watch.h"
 #include "support/ports/main_bundle.h"
@@ -33,11 +34,11 @@ void Lifecycle::readIdentity() {
 }
 
 void Lifecycle::increaseUsages(bool increase, bool allowFeedbackNow) {
-    const auto text = [&preferences = vantor_.preferences()] {
-        return makeString(
-            "You have now used [APPNAME] more than 20 times, successfully converting %li MKVs to "
-            "MP4s.",
-            preferences.defaultInt(kConvertedFileCountKey));
+    const auto text = [this] {
+        return makeString(localized(vantor_,
+                                    "You have now used [APPNAME] more than 20 times, successfully "
+                                    "converting %li MKVs to MP4s."),
+                          vantor_.preferences().defaultInt(kConvertedFileCountKey));
     };
     usages_.increaseUsages({.increase = increase ? 1 : 0,
                             .minimumUsagesForRating = kUsagesBeforeRating,
@@ -73,14 +74,16 @@ void Lifecycle::bundleMoved(const std::function<void()>& terminate) {
 void Lifecycle::showSpeedHintIfDue() {
     auto& preferences = vantor_.preferences();
     if (!speedHintIsDue(preferences, vantor_.appVersionString())) return;
-    static_cast<void>(vantor_.ports().alerts.runModal(
-        {.title = "Picking up Speed!",
-         .message = "Note that conversion will be much faster, more reliable and higher quality if "
-                    "you select 'High Speed & Quality' in the 'Audio Conversion Settings' in the "
-                    "Preferences, though the resulting files may not play with sound on some "
-                    "devices (e.g. iOS). Just try it out!",
-         .buttons = {"OK"},
-         .image = "ok.png"}));
+    static_cast<void>(runAlert(
+        vantor_, {.title = localized(vantor_, "Picking up Speed!"),
+                  .message = localized(
+                      vantor_,
+                      "Note that conversion will be much faster, more reliable and higher quality "
+                      "if you select 'High Speed & Quality' in the 'Audio Conversion Settings' in "
+                      "the Preferences, though the resulting files may not play with sound on some "
+                      "devices (e.g. iOS). Just try it out!"),
+                  .buttons = {"OK"},
+                  .image = "ok.png"}));
     preferences.setDefaultInt(kWelcomeShownKey, 1);
     preferences.synchronize();
 }

@@ -9,13 +9,15 @@
 namespace reelvane {
 
 ProbeTools probeTools(ProcessLauncher& launcher, const MainBundle& mainBundle,
-                      FolderAccess& folderAccess, std::string appName) {
+                      FolderAccess& folderAccess, std::string appName,
+                      const Translations& translations) {
     const auto granted = folderAccess.grantedFolders();
     const bool unlimited = std::ranges::find(granted, std::filesystem::path("/")) != granted.end();
     return {.launcher = &launcher,
             .ffmpeg = mainBundle.pathForResource("ffmpeg"),
             .appName = std::move(appName),
-            .sandboxed = !unlimited};
+            .sandboxed = !unlimited,
+            .translations = &translations};
 }
 
 }  // namespace reelvane

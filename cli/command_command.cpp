@@ -19,6 +19,7 @@
 #include "support/ports/main_bundle.h"
 #include "support/preferences.h"
 #include "support/shell_quoting.h"
+#include "support/untranslated.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -62,8 +63,8 @@ PlannedCommand commandFor(const CommandContext& context, const RunChoices& choic
 
     const auto track =
         choices.audioTrackIndex ? choices.audioTrackIndex : bestAudioOf(context, record);
-    return plannedCommand(record, track.value_or(0), readConversionSettings(context.preferences),
-                          progressFolder(context));
+    return plannedCommand(kUntranslated, record, track.value_or(0),
+                          readConversionSettings(context.preferences), progressFolder(context));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "support/ports/main_bundle.h"
 #include "support/preferences.h"
 #include "support/strings.h"
+#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {
@@ -29,7 +30,7 @@ std::string appName(const MainBundle& mainBundle) {
 
 Inspection inspectFile(const CommandContext& context, const std::string& given) {
     const auto tools = probeTools(context.processLauncher, context.mainBundle, context.folderAccess,
-                                  appName(context.mainBundle));
+                                  appName(context.mainBundle), kUntranslated);
     const InputFile file{.given = given, .path = absolutePath(given)};
     if (auto problem = movieProblem(file)) {
         return {.alerts = {plainAlert(tools.appName, *std::move(problem))}};
@@ -38,7 +39,8 @@ Inspection inspectFile(const CommandContext& context, const std::string& given) 
         auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
         if (inspection.toolProblem != ProbeToolProblem::None) {
             inspection.alerts = {plainAlert(
-                tools.appName, toolProblemText(inspection.toolProblem, context.mainBundle))};
+                tools.appName,
+                toolProblemText(kUntranslated, inspection.toolProblem, context.mainBundle))};
         }
         return inspection;
     } catch (const std::out_of_range&) {

@@ -17,7 +17,6 @@
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
 #include "platform/executable_bundle.h"
-#include "platform/gettext_translations.h"
 #include "platform/gio_workspace.h"
 #include "platform/glib_dispatcher.h"
 #include "platform/glib_source.h"
@@ -33,6 +32,7 @@
 #include "support/problem_reports.h"
 #include "support/signal_status.h"
 #include "support/uncaught_exceptions.h"
+#include "support/untranslated.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -68,7 +68,7 @@ int convert(Base& base, const Interruption& interruption, const ConvertRequest& 
     InotifyBundleWatch bundleWatch;
     DBusNotifications notifications(systemLog, dispatcher, name, base.identifier);
     DBusPowerAssertions powerAssertions(systemLog, name);
-    GettextTranslations translations(base.mainBundle.resourcesPath() / "po");
+    Untranslated translations;  // as all that the command line says
     GioWorkspace workspace(systemLog);
     Vantor vantor({.alerts = alerts,
                    .bundleWatch = bundleWatch,
@@ -122,7 +122,7 @@ int run(Base& base, const Request& request) {
 void prepare(Base& base, const Request& request) {
     base.preferences.registerDefaults(registeredDefaults());
     for (const auto& [key, text] : request.overrides) base.preferences.setForThisRun(key, text);
-    if (const auto problem = base.store.problem()) base.console.error(*problem);
+    if (const auto problem = base.store.problem(kUntranslated)) base.console.error(*problem);
 }
 
 int startConversion(const Request& request, const ConvertRequest& conversion) {

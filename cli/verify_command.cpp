@@ -9,6 +9,7 @@
 #include "conversion/output_proof.h"
 #include "support/make_string.h"
 #include "support/paths.h"
+#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {
@@ -31,8 +32,8 @@ std::string verifiedText(const std::string& file, const Mp4Reading& reading, std
                           reading.problem);
     }
     const auto& movie = *reading.movie;
-    auto text =
-        makeString("%@: whole: %@", name, contentText(movie.seconds, movie.tracks.size(), bytes));
+    auto text = makeString("%@: whole: %@", name,
+                           contentText(kUntranslated, movie.seconds, movie.tracks.size(), bytes));
     for (const auto& track : movie.tracks) text += trackText(track);
     return text;
 }

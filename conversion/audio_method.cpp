@@ -1,6 +1,7 @@
 #include "conversion/audio_method.h"
 
 #include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -52,14 +53,13 @@ std::optional<AudioMethod> mainAudioMethod(const MKVFileInfo& file, std::size_t 
     return calculateConversionMethod(codecOf(entry), isSurround(entry), settings);
 }
 
-std::string audioMethodProblem(const MKVFileInfo& file, std::size_t audioTrackIndex,
-                               const AudioSettings& settings) {
+std::string audioMethodProblem(const Translations& translations, const MKVFileInfo& file,
+                               std::size_t audioTrackIndex, const AudioSettings& settings) {
     const auto method = mainAudioMethod(file, audioTrackIndex, settings);
     if (!method || isAudioMethod(*method)) return {};
-    return makeString(
-        "The audio handling chosen for %@ audio is not valid (%i). Please choose another one in "
-        "the preferences.",
-        codecOf(file.audioTrackInformation[audioTrackIndex].text), int{*method});
+    return makeString(translations.localized("The audio handling chosen for %@ audio is not valid "
+                                             "(%i). Please choose another one in the preferences."),
+                      codecOf(file.audioTrackInformation[audioTrackIndex].text), int{*method});
 }
 
 bool isSurround(std::string_view audioEntry) {

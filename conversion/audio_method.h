@@ -10,6 +10,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// How a track is treated. Codec names are compared exactly. A custom handling is returned as it is
 /// stored and may lie outside the four methods: see audioMethodProblem.
 [[nodiscard]] AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
@@ -21,8 +23,9 @@ namespace reelvane {
                                                          const AudioSettings& settings);
 
 /// What a user is told whose preferences ask for a number that is none of the methods for this
-/// track; empty when all is well.
-[[nodiscard]] std::string audioMethodProblem(const MKVFileInfo& file, std::size_t audioTrackIndex,
+/// track, in his language; empty when all is well.
+[[nodiscard]] std::string audioMethodProblem(const Translations& translations,
+                                             const MKVFileInfo& file, std::size_t audioTrackIndex,
                                              const AudioSettings& settings);
 
 /// True when the entry names a surround track: it contains "5.1".

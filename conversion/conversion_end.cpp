@@ -24,7 +24,9 @@ void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutpu
     const auto settings = controller.conversionSettings();
     closeRun(remainingOutput);
     // The converter's word is not enough: it also ends with 0 over a file that is broken.
-    if (exitStatus == 0) outputCheck_ = checkOutput(fileInfo_, arguments_, jobOutput_);
+    if (exitStatus == 0) {
+        outputCheck_ = checkOutput(vantor.ports().translations, fileInfo_, arguments_, jobOutput_);
+    }
     const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
                        .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
                        .failed = exitStatus != 0 || !outputCheck_.proof.problem.empty(),
@@ -82,14 +84,15 @@ void ConversionJob::succeed(const ConversionSettings& settings) {
 }
 
 std::string ConversionJob::warning() const {
-    return endsEarlyText(Fennimar::validUtf8(fileInfo_.fileName), outputCheck_.proof,
-                         fileInfo_.runtimeSeconds);
+    return endsEarlyText(vantor_.ports().translations, Fennimar::validUtf8(fileInfo_.fileName),
+                         outputCheck_.proof, fileInfo_.runtimeSeconds);
 }
 
 Diagnosis ConversionJob::diagnosis() const {
     const auto settings = controller_.conversionSettings();
     const auto arguments = Fennimar::joined(arguments_, " ");
-    return diagnose({.startProblem = startProblem_,
+    return diagnose(vantor_.ports().translations,
+                    {.startProblem = startProblem_,
                      .jobOutput = jobOutput_,
                      .incompleteOutput = !outputCheck_.proof.problem.empty(),
                      .arguments = arguments,

@@ -6,6 +6,7 @@
 
 #include "conversion/conversion_job.h"
 #include "conversion/output_reservation.h"
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/strings.h"
@@ -20,11 +21,12 @@ bool ConversionJob::makeFiles() {
     ownsOutput_ = true;
     auto made = ProgressFile::create(vantor_, fileInfo_.fileName);
     if (!made) {
-        refuseStart(
-            makeString("The conversion of %@ can't be started because neither your documents "
-                       "folder nor a folder for temporary files can be written. Please check the "
-                       "free space and the permissions there and try again.",
-                       Fennimar::validUtf8(fileInfo_.fileName)));
+        refuseStart(makeString(
+            localized(vantor_,
+                      "The conversion of %@ can't be started because neither your documents folder "
+                      "nor a folder for temporary files can be written. Please check the free "
+                      "space and the permissions there and try again."),
+            Fennimar::validUtf8(fileInfo_.fileName)));
         return false;
     }
     progressFile_ = std::move(*made);

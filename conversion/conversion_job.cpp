@@ -10,6 +10,7 @@
 #include "conversion/status_line.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/ports/main_bundle.h"
@@ -39,11 +40,11 @@ ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo
 ConversionJob::~ConversionJob() = default;
 
 std::string ConversionJob::stateInfoString() const {
-    return statusLine({.state = state_,
-                       .audio = fileInfo_.audioTrackInformation,
-                       .audioTrackIndex = audioTrackIndex_,
-                       .remainingSeconds = remainingSeconds(),
-                       .conversionSeconds = conversionSeconds()});
+    return statusLine(vantor_.ports().translations, {.state = state_,
+                                                     .audio = fileInfo_.audioTrackInformation,
+                                                     .audioTrackIndex = audioTrackIndex_,
+                                                     .remainingSeconds = remainingSeconds(),
+                                                     .conversionSeconds = conversionSeconds()});
 }
 
 double ConversionJob::remainingSeconds() const {
@@ -124,24 +125,26 @@ bool ConversionJob::checkInput() {
         auto& vantor = vantor_;
         setState(ConversionJobState::Failed);
         alert_apptitled(vantor,
-                        makeString("It seems you've removed the file %@ or unmounted it's volume "
-                                   "so conversion can't proceed.",
+                        makeString(localized(vantor,
+                                             "It seems you've removed the file %@ or unmounted "
+                                             "it's volume so conversion can't proceed."),
                                    name),
                         "OK");
         return false;
     }
     if (writesOverInput()) {
-        refuseStart(
-            makeString("The movie %@ can't be replaced by its own conversion. Please choose "
-                       "another destination.",
-                       Fennimar::validUtf8(fileInfo_.fileName)));
+        refuseStart(makeString(localized(vantor_,
+                                         "The movie %@ can't be replaced by its own conversion. "
+                                         "Please choose another destination."),
+                               Fennimar::validUtf8(fileInfo_.fileName)));
         return false;
     }
     return true;
 }
 
 bool ConversionJob::checkAudio(const AudioSettings& settings) {
-    const auto problem = audioMethodProblem(fileInfo_, audioTrackIndex_, settings);
+    const auto problem =
+        audioMethodProblem(vantor_.ports().translations, fileInfo_, audioTrackIndex_, settings);
     if (!problem.empty()) refuseStart(problem);
     return problem.empty();
 }

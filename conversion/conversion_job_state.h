@@ -5,13 +5,16 @@
 #include <cstdint>
 #include <string_view>
 
+#include "support/bundle.h"
+
 namespace reelvane {
 
 /// The numbers are shown and compared: never renumber.
 enum class ConversionJobState : std::int32_t { Queued, Converting, Paused, Finished, Failed };
 
 inline constexpr auto kConversionJobStateWords =
-    std::to_array<std::string_view>({"Queued", "Converting", "Paused", "Finished", "Failed"});
+    std::to_array({localizable("Queued"), localizable("Converting"), localizable("Paused"),
+                   localizable("Finished"), localizable("Failed")});
 static_assert(kConversionJobStateWords.size() == std::size_t(ConversionJobState::Failed) + 1);
 
 }  // namespace reelvane

@@ -6,30 +6,34 @@
 #include "conversion/run_log.h"
 #include "media/probe.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/ports/main_bundle.h"
+#include "support/ports/translations.h"
 #include "support/vantor.h"
 
 namespace reelvane {
 
 namespace {
 
-constexpr std::string_view kAssertionName = "Converting MKV file.";
+constexpr std::string_view kAssertionName = localizable("Converting MKV file.");
 
-std::string launchProblem(LaunchError error, const MainBundle& mainBundle) {
+std::string launchProblem(const Translations& translations, LaunchError error,
+                          const MainBundle& mainBundle) {
     switch (error) {
         case LaunchError::NotExecutable:
-            return toolProblemText(ProbeToolProblem::Broken, mainBundle);
+            return toolProblemText(translations, ProbeToolProblem::Broken, mainBundle);
         case LaunchError::NoResources:
-            return toolProblemText(ProbeToolProblem::NoResources, mainBundle);
+            return toolProblemText(translations, ProbeToolProblem::NoResources, mainBundle);
         case LaunchError::ArgumentsTooLong:
-            return "The conversion can't be started because its command line is too long. Please "
-                   "use shorter names for the movie and its folders.";
+            return translations.localized(
+                "The conversion can't be started because its command line is too long. Please use "
+                "shorter names for the movie and its folders.");
         case LaunchError::None:
         case LaunchError::NotFound:
             break;
     }
-    return toolProblemText(ProbeToolProblem::Missing, mainBundle);
+    return toolProblemText(translations, ProbeToolProblem::Missing, mainBundle);
 }
 
 }  // namespace
@@ -37,7 +41,7 @@ std::string launchProblem(LaunchError error, const MainBundle& mainBundle) {
 void ConversionJob::takeSleepAssertion() {
     // A start that was refused has left it held.
     if (sleepAssertion_ != kNoPowerAssertion) return;
-    sleepAssertion_ = vantor_.ports().powerAssertions.create(kAssertionName);
+    sleepAssertion_ = vantor_.ports().powerAssertions.create(localized(vantor_, kAssertionName));
 }
 
 void ConversionJob::releaseSleepAssertion() {
@@ -50,7 +54,8 @@ void ConversionJob::launch() {
     auto result = vantor_.ports().processLauncher.launch(
         {.executable = ffmpeg, .arguments = arguments_}, *this);
     if (!result.child) {
-        refuseStart(launchProblem(result.error, vantor_.ports().mainBundle));
+        const auto& ports = vantor_.ports();
+        refuseStart(launchProblem(ports.translations, result.error, ports.mainBundle));
         return;
     }
     task_ = std::move(result.child);

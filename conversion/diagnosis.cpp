@@ -5,15 +5,17 @@
 #include <optional>
 
 #include "conversion/free_space.h"
+#include "support/bundle.h"
 #include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
 
 namespace {
 
-constexpr std::string_view kConversionFailed = "Conversion Failed";
-constexpr std::string_view kInformation = "Information";
+constexpr std::string_view kConversionFailed = localizable("Conversion Failed");
+constexpr std::string_view kInformation = localizable("Information");
 constexpr std::string_view kNoSpaceLeft = "No space left on device";
 constexpr std::size_t kShownOutput = 400;
 
@@ -25,38 +27,39 @@ struct Row {
 
 constexpr auto kRows = std::to_array<Row>({
     {{{{kNoSpaceLeft}}},
-     "Movie conversion failed because there is not enough free space left on the destination "
-     "volume. Please make sure your harddisk has enough free space before starting conversion"},
+     localizable("Movie conversion failed because there is not enough free space left on the "
+                 "destination volume. Please make sure your harddisk has enough free space before "
+                 "starting conversion")},
     {{{{"File too large"}}}, kNoLargeFiles},
     {{{{"Operation timed out"}, {"Connection timed out"}, {"Bad file descriptor"}}},
-     "Movie conversion failed but it seems the reason is that the disk or network volume to save "
-     "the movie is having problems. Try converting to a reliable disk and copying the file to its "
-     "destination later."},
+     localizable("Movie conversion failed but it seems the reason is that the disk or network "
+                 "volume to save the movie is having problems. Try converting to a reliable disk "
+                 "and copying the file to its destination later.")},
     {{{{"Read error at pos", "Error while decoding stream"}}},
-     "Movie conversion failed because the movie seems to be too damaged to convert - playback may "
-     "work but converting it is impossible."},
+     localizable("Movie conversion failed because the movie seems to be too damaged to convert - "
+                 "playback may work but converting it is impossible.")},
     {{{{"USER_REMOVED"}}},
-     "Movie conversion failed because you've removed/renamed the source movie file or unmounted "
-     "it's volume."},
+     localizable("Movie conversion failed because you've removed/renamed the source movie file or "
+                 "unmounted it's volume.")},
     {{{{"track 0: could not find tag, codec not currently supported in container"},
        {"Could not find tag for codec",
         "in stream #0, codec not currently supported in container"}}},
-     "Movie conversion failed because you are trying to convert a movie with a video track that "
-     "can't be embedded into MP4s."},
+     localizable("Movie conversion failed because you are trying to convert a movie with a video "
+                 "track that can't be embedded into MP4s.")},
 });
 
-constexpr std::string_view kIncomplete =
+constexpr std::string_view kIncomplete = localizable(
     "The converted file is incomplete, so it was not kept. Please check the destination disk and "
-    "try again.";
-constexpr std::string_view kEmbeddedSubtitles =
+    "try again.");
+constexpr std::string_view kEmbeddedSubtitles = localizable(
     "A problem occured - this is most likely related to the subtitles embedded into the movie. "
-    "Please disable conversion of embedded subtitles in the preferences and try again.";
-constexpr std::string_view kExternalSubtitles =
+    "Please disable conversion of embedded subtitles in the preferences and try again.");
+constexpr std::string_view kExternalSubtitles = localizable(
     "A problem occured - this is most likely related to the subtitle file you have specified. "
-    "Please try again without the subtitle file.";
-constexpr std::string_view kUnknown =
+    "Please try again without the subtitle file.");
+constexpr std::string_view kUnknown = localizable(
     "A problem prevented the file from being converted. You can contact our support with this "
-    "information so that we can fix this problem.\n\nCommand-line: %@\nCommand-output: %@";
+    "information so that we can fix this problem.\n\nCommand-line: %@\nCommand-output: %@");
 
 bool matches(const Row& row, std::string_view output) {
     return std::ranges::any_of(row.alternatives, [output](const auto& parts) {
@@ -66,14 +69,17 @@ bool matches(const Row& row, std::string_view output) {
     });
 }
 
-Diagnosis told(std::string_view title, std::string_view message) {
-    return {.title = std::string(title), .message = std::string(message)};
-}
-
 }  // namespace
 
-Diagnosis diagnose(const FailureFacts& facts) {
-    if (!facts.startProblem.empty()) return told(kConversionFailed, facts.startProblem);
+Diagnosis diagnose(const Translations& translations, const FailureFacts& facts) {
+    const auto told = [&translations](std::string_view title, std::string_view message) {
+        return Diagnosis{.title = translations.localized(title),
+                         .message = translations.localized(message)};
+    };
+    if (!facts.startProblem.empty()) {
+        return {.title = translations.localized(kConversionFailed),
+                .message = std::string(facts.startProblem)};
+    }
     const auto* const row = std::ranges::find_if(
         kRows, [&](const Row& candidate) { return matches(candidate, facts.jobOutput); });
     if (row != kRows.end()) return told(kConversionFailed, row->message);
@@ -82,8 +88,9 @@ Diagnosis diagnose(const FailureFacts& facts) {
     if (facts.externalSubtitles) return told(kInformation, kExternalSubtitles);
     // File names and the converter's output may be any bytes; what is shown is text.
     const auto output = Fennimar::clamp(Fennimar::validUtf8(facts.jobOutput), kShownOutput);
-    return {.title = std::string(kInformation),
-            .message = makeString(kUnknown, Fennimar::validUtf8(facts.arguments), output),
+    return {.title = translations.localized(kInformation),
+            .message = makeString(translations.localized(kUnknown),
+                                  Fennimar::validUtf8(facts.arguments), output),
             .offersReport = true};
 }
 

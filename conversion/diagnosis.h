@@ -5,6 +5,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// What a failed conversion is explained with.
 struct Diagnosis {
     std::string title{};
@@ -14,7 +16,7 @@ struct Diagnosis {
 
 /// What the explanation depends on.
 struct FailureFacts {
-    std::string_view startProblem{};  ///< why the converter never ran; empty: it ran
+    std::string_view startProblem{};  ///< why the converter never ran, translated; empty: it ran
     std::string_view jobOutput{};
     bool incompleteOutput = false;  ///< the converter was content, but the file is not whole
     std::string_view arguments{};   ///< joined with single spaces
@@ -22,8 +24,8 @@ struct FailureFacts {
     bool externalSubtitles = false;
 };
 
-/// Explains a failure by the first matching row of the table. Pure.
-[[nodiscard]] Diagnosis diagnose(const FailureFacts& facts);
+/// Explains a failure by the first matching row of the table, in the user's language. Pure.
+[[nodiscard]] Diagnosis diagnose(const Translations& translations, const FailureFacts& facts);
 
 /// True when the output says that the destination ran full, which is told at once.
 [[nodiscard]] bool ranOutOfSpace(std::string_view jobOutput);

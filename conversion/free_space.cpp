@@ -26,7 +26,7 @@ std::optional<VolumeFacts> volumeFacts(const std::filesystem::path& folder) {
 
 std::string_view spaceProblem(std::uint64_t needed, const VolumeFacts& volume) {
     if (volume.freeSize < needed) {
-        return "There is not enough free space on your target disk for conversion.";
+        return localizable("There is not enough free space on your target disk for conversion.");
     }
     if (volume.maximumFileSize && *volume.maximumFileSize < needed) {
         return kNoLargeFiles;

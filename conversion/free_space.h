@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "support/bundle.h"
+
 namespace reelvane {
 
 /// What a volume says of itself, in bytes.
@@ -14,7 +16,8 @@ struct VolumeFacts {
 };
 
 /// What a user is told when a volume takes no file of the needed size.
-inline constexpr std::string_view kNoLargeFiles = "Your target disk doesn't support large files.";
+inline constexpr std::string_view kNoLargeFiles =
+    localizable("Your target disk doesn't support large files.");
 
 /// Absent when the folder's file system cannot be asked.
 [[nodiscard]] std::optional<VolumeFacts> volumeFacts(const std::filesystem::path& folder);

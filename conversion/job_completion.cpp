@@ -6,30 +6,35 @@
 #include "support/file_descriptor.h"
 #include "support/make_string.h"
 #include "support/paths.h"
+#include "support/ports/translations.h"
 #include "support/ports/workspace.h"
 #include "support/time_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
 
-Notification endNotification(std::string_view appName, const EndedRun& run) {
+Notification endNotification(const Translations& translations, std::string_view appName,
+                             const EndedRun& run) {
+    const auto named = [&](const std::string& format) {
+        return makeString(format, appName, run.fileName);
+    };
     if (run.failed) {
-        return {.title = makeString("%@ Conversion Failed", appName),
-                .text = makeString("%@ has failed to convert the file %@.", appName, run.fileName)};
+        return {.title = named(translations.localized("%@ Conversion Failed")),
+                .text = named(translations.localized("%@ has failed to convert the file %@."))};
     }
-    return {.title = makeString("%@ Conversion Finished", appName),
-            .text = run.endsEarly.empty() ? makeString("%@ has finished converting the file %@.",
-                                                       appName, run.fileName)
-                                          : run.endsEarly,
-            .actionTitle = "Show",
+    return {.title = named(translations.localized("%@ Conversion Finished")),
+            .text = run.endsEarly.empty()
+                        ? named(translations.localized("%@ has finished converting the file %@."))
+                        : run.endsEarly,
+            .actionTitle = translations.localized("Show"),
             .path = run.output};
 }
 
-std::string endsEarlyText(std::string_view fileName, const OutputProof& proof,
-                          std::optional<int> runtimeSeconds) {
+std::string endsEarlyText(const Translations& translations, std::string_view fileName,
+                          const OutputProof& proof, std::optional<int> runtimeSeconds) {
     if (!proof.endsEarly) return {};
-    return makeString("%@ ended after %@ of %@: the source may be damaged.", fileName,
-                      formattedTimeFromTimeInterval(proof.seconds),
+    return makeString(translations.localized("%@ ended after %@ of %@: the source may be damaged."),
+                      fileName, formattedTimeFromTimeInterval(proof.seconds),
                       formattedTimeFromTimeInterval(runtimeSeconds.value_or(0)));
 }
 
@@ -55,7 +60,8 @@ void startNextJobIfIdle(ConversionJob::Controller& controller) {
 void followUp(Vantor& vantor, ConversionJob::Controller& controller,
               const ConversionSettings& settings, const EndedRun& run) {
     startNextJobIfIdle(controller);
-    vantor.ports().notifications.deliver(endNotification(vantor.appName(), run));
+    const auto& ports = vantor.ports();
+    ports.notifications.deliver(endNotification(ports.translations, vantor.appName(), run));
     controller.conversionEnded();
     if (settings.quitAfterConversion &&
         controller.jobCountWithState(ConversionJobState::Converting) == 0 &&

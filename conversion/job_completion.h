@@ -20,11 +20,13 @@ struct EndedRun {
     std::string endsEarly{};  ///< what to tell of an output that is whole but too short; or empty
 };
 
-/// What the user is told at the end of a run.
-[[nodiscard]] Notification endNotification(std::string_view appName, const EndedRun& run);
+/// What the user is told at the end of a run, in his language.
+[[nodiscard]] Notification endNotification(const Translations& translations,
+                                           std::string_view appName, const EndedRun& run);
 
 /// "%@ ended after %@ of %@: the source may be damaged."; empty for an output of full length.
-[[nodiscard]] std::string endsEarlyText(std::string_view fileName, const OutputProof& proof,
+[[nodiscard]] std::string endsEarlyText(const Translations& translations, std::string_view fileName,
+                                        const OutputProof& proof,
                                         std::optional<int> runtimeSeconds);
 
 /// Waits until the device has the file; false when it could not be written there after all.

@@ -10,8 +10,9 @@
 namespace reelvane {
 
 class ConversionJob;
+class Translations;
 
-/// What is told of one job beside its row.
+/// What is told of one job beside its row, in the user's language.
 struct JobDetails {
     std::vector<TrackOutcome> tracks{};
     std::vector<std::string> arguments{};  ///< of the converter, without the executable
@@ -21,7 +22,8 @@ struct JobDetails {
 /// For a job that has been started: its own arguments, and the tracks by the preferences that it
 /// was started with, whatever they are now. For a queued job: what plannedCommand says of the
 /// present preferences. For one that failed before there was a command: nothing.
-[[nodiscard]] JobDetails jobDetails(const ConversionJob& job, const ConversionSettings& present,
+[[nodiscard]] JobDetails jobDetails(const Translations& translations, const ConversionJob& job,
+                                    const ConversionSettings& present,
                                     const std::filesystem::path& progressFolder);
 
 }  // namespace reelvane

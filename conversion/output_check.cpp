@@ -58,8 +58,8 @@ std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
     return forced;
 }
 
-OutputCheck checkOutput(const MKVFileInfo& record, const std::vector<std::string>& arguments,
-                        std::string_view jobOutput) {
+OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& record,
+                        const std::vector<std::string>& arguments, std::string_view jobOutput) {
     if (!record.destinationURL) return {.proof = {.problem = "has no destination"}};
     if (outputAdmitsFailure(jobOutput)) return {.proof = {.problem = "was not written to its end"}};
     const auto& output = *record.destinationURL;
@@ -73,7 +73,7 @@ OutputCheck checkOutput(const MKVFileInfo& record, const std::vector<std::string
                               sourceLanguages(record, arguments));
     check.proof = proveOutput(reading, expectation);
     if (!check.proof.problem.empty()) return check;
-    check.details = proofText(check.proof, Fennimar::fileSize(output));
+    check.details = proofText(translations, check.proof, Fennimar::fileSize(output));
     const auto titles = lostTitles(record, arguments, *reading.movie);
     if (!titles.empty()) {
         vn_log_level(LogNotice, "Info: %@ does not carry the titles of its tracks: %@", output,

@@ -11,15 +11,17 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// What reading a finished output back has shown.
 struct OutputCheck {
     OutputProof proof{};
-    std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified"; empty unless it is whole
+    std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified", translated; or empty
 };
 
 /// Reads the output of a run back that ended with status 0 and, when it is whole, sets its track
 /// flags in place. Some milliseconds, whatever the size of the file.
-[[nodiscard]] OutputCheck checkOutput(const MKVFileInfo& record,
+[[nodiscard]] OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& record,
                                       const std::vector<std::string>& arguments,
                                       std::string_view jobOutput);
 

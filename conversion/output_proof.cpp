@@ -4,6 +4,7 @@
 #include <array>
 
 #include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/size_text.h"
 #include "support/strings.h"
 
@@ -48,13 +49,17 @@ OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expe
     return proof;
 }
 
-std::string contentText(double seconds, std::size_t tracks, std::uint64_t fileSize) {
-    return makeString("%.0f s, %lu %@, %@", seconds, tracks, tracks == 1 ? "track" : "tracks",
-                      fileSizeText(fileSize));
+std::string contentText(const Translations& translations, double seconds, std::size_t tracks,
+                        std::uint64_t fileSize) {
+    const auto format = tracks == 1 ? translations.localized("%.0f s, %lu track, %@")
+                                    : translations.localized("%.0f s, %lu tracks, %@");
+    return makeString(format, seconds, tracks, fileSizeText(fileSize));
 }
 
-std::string proofText(const OutputProof& proof, std::uint64_t fileSize) {
-    return contentText(proof.seconds, proof.tracks, fileSize) + ", verified";
+std::string proofText(const Translations& translations, const OutputProof& proof,
+                      std::uint64_t fileSize) {
+    return makeString(translations.localized("%@, verified"),
+                      contentText(translations, proof.seconds, proof.tracks, fileSize));
 }
 
 }  // namespace reelvane

@@ -10,6 +10,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// What an output must hold to count as whole.
 struct OutputExpectation {
     std::size_t mappedStreams = 0;        ///< at least so many tracks that hold a stream
@@ -31,9 +33,12 @@ struct OutputProof {
 [[nodiscard]] OutputProof proveOutput(const Mp4Reading& reading,
                                       const OutputExpectation& expectation);
 
-/// "12 s, 3 tracks, 1.43 GB": what a whole file holds; powers of ten, as file managers count.
-[[nodiscard]] std::string contentText(double seconds, std::size_t tracks, std::uint64_t fileSize);
+/// "12 s, 3 tracks, 1.43 GB": what a whole file holds; powers of ten, as file managers count. Both
+/// are in the user's language.
+[[nodiscard]] std::string contentText(const Translations& translations, double seconds,
+                                      std::size_t tracks, std::uint64_t fileSize);
 /// The same of a proven output: "12 s, 3 tracks, 1.43 GB, verified".
-[[nodiscard]] std::string proofText(const OutputProof& proof, std::uint64_t fileSize);
+[[nodiscard]] std::string proofText(const Translations& translations, const OutputProof& proof,
+                                    std::uint64_t fileSize);
 
 }  // namespace reelvane

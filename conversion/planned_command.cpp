@@ -9,10 +9,10 @@
 
 namespace reelvane {
 
-PlannedCommand plannedCommand(const MKVFileInfo& file, std::size_t audioTrackIndex,
-                              const ConversionSettings& preferences,
+PlannedCommand plannedCommand(const Translations& translations, const MKVFileInfo& file,
+                              std::size_t audioTrackIndex, const ConversionSettings& preferences,
                               const std::filesystem::path& progressFolder) {
-    auto problem = audioMethodProblem(file, audioTrackIndex, preferences.audio);
+    auto problem = audioMethodProblem(translations, file, audioTrackIndex, preferences.audio);
     if (!problem.empty()) return {.problem = std::move(problem)};
     return {.arguments = buildArguments(
                 {.file = file,

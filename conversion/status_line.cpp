@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 #include "support/time_text.h"
 
@@ -18,14 +19,17 @@ std::string_view trackText(const AudioEntry& entry) {
     return pieces.size() > 1 ? pieces[1] : std::string_view();
 }
 
-std::string withAudio(std::string line, const StatusFacts& facts) {
+std::string withAudio(const Translations& translations, std::string line,
+                      const StatusFacts& facts) {
     if (facts.audioTrackIndex >= facts.audio.size()) return line;
-    line = makeString("%@   Audio: %@", line, trackText(facts.audio[facts.audioTrackIndex]));
+    line = makeString(translations.localized("%@   Audio: %@"), line,
+                      trackText(facts.audio[facts.audioTrackIndex]));
     if (facts.audio.size() < 2) return line;
     // Only the last of the other tracks is named: the line has little room.
     const auto last = facts.audio.size() - 1;
     const auto named = facts.audioTrackIndex == last ? last - 1 : last;
-    return makeString("%@ (Discarded: %@)", line, trackText(facts.audio[named]));
+    return makeString(translations.localized("%@ (Discarded: %@)"), line,
+                      trackText(facts.audio[named]));
 }
 
 }  // namespace
@@ -37,17 +41,20 @@ double remainingTime(double progress, double elapsed) {
     return remaining;
 }
 
-std::string statusLine(const StatusFacts& facts) {
+std::string statusLine(const Translations& translations, const StatusFacts& facts) {
     const auto word = kConversionJobStateWords[static_cast<std::size_t>(facts.state)];
-    auto base = makeString("Status: %@", word);
+    auto base = makeString(translations.localized("Status: %@"), translations.localized(word));
     switch (facts.state) {
         case ConversionJobState::Failed:
-            return makeString("%@   Click the arrow at the right to get more information.", base);
+            return makeString(translations.localized(
+                                  "%@   Click the arrow at the right to get more information."),
+                              base);
         case ConversionJobState::Finished:
-            return makeString("%@ [Conversion took: %@]", base,
+            return makeString(translations.localized("%@ [Conversion took: %@]"), base,
                               formattedTimeFromTimeInterval(facts.conversionSeconds));
         case ConversionJobState::Converting:
-            return makeString("%@   ETA: %@", withAudio(base, facts),
+            return makeString(translations.localized("%@   ETA: %@"),
+                              withAudio(translations, base, facts),
                               formattedTimeFromTimeInterval(facts.remainingSeconds));
         case ConversionJobState::Queued:
         case ConversionJobState::Paused:

@@ -9,6 +9,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// Seconds that are left after `elapsed` seconds at `progress` per cent, 0 to 18000. What is not a
 /// number (nothing done in no time) is passed on.
 [[nodiscard]] double remainingTime(double progress, double elapsed);
@@ -22,6 +24,7 @@ struct StatusFacts {
     double conversionSeconds = 0;  ///< of a finished job
 };
 
-[[nodiscard]] std::string statusLine(const StatusFacts& facts);
+/// In the user's language.
+[[nodiscard]] std::string statusLine(const Translations& translations, const StatusFacts& facts);
 
 }  // namespace reelvane

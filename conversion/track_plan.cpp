@@ -8,6 +8,7 @@
 #include "conversion/audio_method.h"
 #include "conversion/stream_plan.h"
 #include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -26,110 +27,143 @@ std::string trackText(int streamIndex, std::initializer_list<std::string_view> w
     return text;
 }
 
-TrackOutcome videoOutcome(const MKVFileInfo& file, const StreamPlan& plan) {
-    const std::string_view codec = file.videoCodec;
-    return {.kind = Kind::Video,
-            .fate = Fate::Copied,
-            .track = trackText(plan.video, {codec.empty() ? "video" : codec, file.resolution}),
-            .outcome = "copied"};
-}
+/// Tells the plan of one movie. The texts are whole where a language may order the words anew.
+class PlanTeller {
+public:
+    PlanTeller(const Translations& translations, const MKVFileInfo& file, const StreamPlan& plan)
+        : translations_(translations),
+          file_(file),
+          plan_(plan) {}
 
-std::string audioText(std::string_view entry) {
-    const auto codec = codecOf(entry);
-    return trackText(streamIndexOf(entry),
-                     {namedLanguage(languageOf(entry)), codec.empty() ? "audio" : codec,
-                      isSurround(entry) ? "5.1" : ""});
-}
-
-/// "AAC stereo 128k, 48 kHz, volume 150 %"
-std::string formatText(const PlannedAudio& audio) {
-    std::string text = audio.method == AudioMethodAAC ? "AAC " : "AC-3 ";
-    text += audio.method == AudioMethodAC3Surround ? "5.1 " : "stereo ";
-    text += audio.bitrate;
-    if (audio.samplingRate) text += makeString(", %i kHz", *audio.samplingRate / 1000);
-    if (audio.volume) text += makeString(", volume %li %%", std::lround(*audio.volume * 100));
-    return text;
-}
-
-TrackOutcome plannedOutcome(std::string_view entry, const PlannedAudio& audio) {
-    const bool copied = audio.method == AudioMethodCopy;
-    return {.kind = Kind::Audio,
-            .fate = copied ? Fate::Copied : Fate::Converted,
-            .track = audioText(entry),
-            .outcome = copied ? "copied" : formatText(audio)};
-}
-
-TrackOutcome surroundOutcome(std::string_view entry, const StreamPlan& plan) {
-    auto outcome = plannedOutcome(entry, *plan.surround);
-    const bool copied = outcome.fate == Fate::Copied;
-    if (plan.surround->entry != plan.mainAudio->entry) {
-        outcome.outcome += " as a second track";
-    } else {
-        outcome.again = true;
-        outcome.track = trackText(streamIndexOf(entry), {});
-        if (copied) outcome.outcome += codecOf(entry) == "ac3" ? " as AC-3 5.1" : " as DTS 5.1";
+    [[nodiscard]] std::vector<TrackOutcome> tracks() const {
+        std::vector<TrackOutcome> tracks{video()};
+        if (plan_.mainAudio) addAudio(tracks);
+        addSubtitles(tracks);
+        if (const auto& external = file_.subtitleFileURL) {
+            const bool taken = plan_.externalSubtitle;
+            tracks.push_back({.kind = Kind::Subtitle,
+                              .fate = taken ? Fate::Added : Fate::LeftOut,
+                              .track = Fennimar::validUtf8(external->filename().native()),
+                              .outcome = taken ? localized("added as a text track") : leftOut()});
+        }
+        return tracks;
     }
-    return outcome;
-}
 
-void addAudio(std::vector<TrackOutcome>& tracks, const MKVFileInfo& file, const StreamPlan& plan) {
-    const auto& entries = file.audioTrackInformation;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        const auto& text = entries[i].text;
-        if (plan.mainAudio->entry == i) {
-            tracks.push_back(plannedOutcome(text, *plan.mainAudio));
-            if (const auto& second = plan.surround) {
-                tracks.push_back(surroundOutcome(entries[second->entry].text, plan));
+private:
+    [[nodiscard]] std::string localized(std::string_view text) const {
+        return translations_.localized(text);
+    }
+    [[nodiscard]] std::string leftOut() const { return localized("left out"); }
+    [[nodiscard]] std::string copied() const { return localized("copied"); }
+
+    [[nodiscard]] TrackOutcome video() const {
+        const auto codec = file_.videoCodec.empty() ? localized("video") : file_.videoCodec;
+        return {.kind = Kind::Video,
+                .fate = Fate::Copied,
+                .track = trackText(plan_.video, {codec, file_.resolution}),
+                .outcome = copied()};
+    }
+
+    [[nodiscard]] std::string audioText(std::string_view entry) const {
+        const auto codec = std::string(codecOf(entry));
+        return trackText(streamIndexOf(entry), {namedLanguage(languageOf(entry)),
+                                                codec.empty() ? localized("audio") : codec,
+                                                isSurround(entry) ? "5.1" : ""});
+    }
+
+    /// "AAC stereo 128k, 48 kHz, volume 150 %"
+    [[nodiscard]] std::string formatText(const PlannedAudio& audio) const {
+        auto text = audio.method == AudioMethodAAC           ? localized("AAC stereo")
+                    : audio.method == AudioMethodAC3Surround ? std::string("AC-3 5.1")
+                                                             : localized("AC-3 stereo");
+        text.append(" ").append(audio.bitrate);
+        if (audio.samplingRate) text += makeString(", %i kHz", *audio.samplingRate / 1000);
+        if (audio.volume) {
+            text += makeString(localized(", volume %li %%"), std::lround(*audio.volume * 100));
+        }
+        return text;
+    }
+
+    [[nodiscard]] TrackOutcome planned(std::string_view entry, const PlannedAudio& audio) const {
+        const bool isCopied = audio.method == AudioMethodCopy;
+        return {.kind = Kind::Audio,
+                .fate = isCopied ? Fate::Copied : Fate::Converted,
+                .track = audioText(entry),
+                .outcome = isCopied ? copied() : formatText(audio)};
+    }
+
+    [[nodiscard]] TrackOutcome surround(std::string_view entry) const {
+        auto outcome = planned(entry, *plan_.surround);
+        const bool isCopied = outcome.fate == Fate::Copied;
+        if (plan_.surround->entry != plan_.mainAudio->entry) {
+            outcome.outcome = isCopied
+                                  ? localized("copied as a second track")
+                                  : makeString(localized("%@ as a second track"), outcome.outcome);
+            return outcome;
+        }
+        outcome.again = true;
+        outcome.track = makeString(localized("%@ again"), trackText(streamIndexOf(entry), {}));
+        if (isCopied) {
+            outcome.outcome = codecOf(entry) == "ac3" ? localized("copied as AC-3 5.1")
+                                                      : localized("copied as DTS 5.1");
+        }
+        return outcome;
+    }
+
+    void addAudio(std::vector<TrackOutcome>& tracks) const {
+        const auto& entries = file_.audioTrackInformation;
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            const auto& text = entries[i].text;
+            if (plan_.mainAudio->entry == i) {
+                tracks.push_back(planned(text, *plan_.mainAudio));
+                if (const auto& second = plan_.surround) {
+                    tracks.push_back(surround(entries[second->entry].text));
+                }
+            } else if (!plan_.surround || plan_.surround->entry != i) {
+                tracks.push_back({.kind = Kind::Audio,
+                                  .fate = Fate::LeftOut,
+                                  .track = audioText(text),
+                                  .outcome = leftOut()});
             }
-        } else if (!plan.surround || plan.surround->entry != i) {
-            tracks.push_back({.kind = Kind::Audio,
-                              .fate = Fate::LeftOut,
-                              .track = audioText(text),
-                              .outcome = "left out"});
         }
     }
-}
 
-void addSubtitles(std::vector<TrackOutcome>& tracks, const MKVFileInfo& file,
-                  const StreamPlan& plan) {
-    const auto& known = file.subtitleTrackIDs;
-    for (std::size_t i = 0; i < known.size(); ++i) {
-        const bool taken = std::ranges::count(plan.subtitles, known[i]) > 0;
-        const bool forced = std::ranges::count(file.forcedSubtitleTrackIDs, known[i]) > 0;
-        const auto language = i < file.subtitleLanguages.size()
-                                  ? namedLanguage(file.subtitleLanguages[i])
-                                  : std::string_view();
-        tracks.push_back(
-            {.kind = Kind::Subtitle,
-             .fate = taken ? Fate::Converted : Fate::LeftOut,
-             .track = trackText(known[i], {language, forced ? "forced" : "", "subtitle"}),
-             .outcome = taken ? "text track" : "left out"});
+    void addSubtitles(std::vector<TrackOutcome>& tracks) const {
+        const auto& known = file_.subtitleTrackIDs;
+        for (std::size_t i = 0; i < known.size(); ++i) {
+            const bool taken = std::ranges::count(plan_.subtitles, known[i]) > 0;
+            const bool forced = std::ranges::count(file_.forcedSubtitleTrackIDs, known[i]) > 0;
+            const auto language = i < file_.subtitleLanguages.size()
+                                      ? namedLanguage(file_.subtitleLanguages[i])
+                                      : std::string_view();
+            const auto kind = forced ? localized("forced subtitle") : localized("subtitle");
+            tracks.push_back({.kind = Kind::Subtitle,
+                              .fate = taken ? Fate::Converted : Fate::LeftOut,
+                              .track = trackText(known[i], {language, kind}),
+                              .outcome = taken ? localized("text track") : leftOut()});
+        }
+        // The record counts the subtitles that are pictures, but does not name them.
+        const auto others = file_.subtitleCount - static_cast<int>(known.size());
+        if (others <= 0) return;
+        const auto format = others == 1 ? localized("%i subtitle") : localized("%i subtitles");
+        tracks.push_back({.kind = Kind::Subtitle,
+                          .fate = Fate::LeftOut,
+                          .track = makeString(format, others),
+                          .outcome = localized("left out, not text")});
     }
-    // The record counts the subtitles that are pictures, but does not name them.
-    const auto others = file.subtitleCount - static_cast<int>(known.size());
-    if (others <= 0) return;
-    tracks.push_back({.kind = Kind::Subtitle,
-                      .fate = Fate::LeftOut,
-                      .track = makeString(others == 1 ? "%i subtitle" : "%i subtitles", others),
-                      .outcome = "left out, not text"});
-}
+
+    const Translations& translations_;
+    const MKVFileInfo& file_;
+    const StreamPlan& plan_;
+};
 
 }  // namespace
 
-std::vector<TrackOutcome> trackPlan(const MKVFileInfo& file, std::size_t audioTrackIndex,
+std::vector<TrackOutcome> trackPlan(const Translations& translations, const MKVFileInfo& file,
+                                    std::size_t audioTrackIndex,
                                     const ConversionSettings& settings) {
     const auto plan = planStreams(file, audioTrackIndex, settings);
-    std::vector<TrackOutcome> tracks{videoOutcome(file, plan)};
-    if (plan.mainAudio) addAudio(tracks, file, plan);
-    addSubtitles(tracks, file, plan);
-    if (const auto& external = file.subtitleFileURL) {
-        const bool taken = plan.externalSubtitle;
-        tracks.push_back({.kind = Kind::Subtitle,
-                          .fate = taken ? Fate::Added : Fate::LeftOut,
-                          .track = Fennimar::validUtf8(external->filename().native()),
-                          .outcome = taken ? "added as a text track" : "left out"});
-    }
-    return tracks;
+    return PlanTeller(translations, file, plan).tracks();
 }
 
 std::string trackLine(const TrackOutcome& outcome) {
@@ -140,8 +174,7 @@ std::string trackLine(const TrackOutcome& outcome) {
     } else if (outcome.again) {
         join = ", ";
     }
-    return makeString("%@%@%@%@", outcome.track, outcome.again ? " again" : "", join,
-                      outcome.outcome);
+    return makeString("%@%@%@", outcome.track, join, outcome.outcome);
 }
 
 }  // namespace reelvane

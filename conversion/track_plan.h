@@ -9,17 +9,16 @@
 
 namespace reelvane {
 
-/// What becomes of one track, for a reader. Plain English: a window translates `outcome` as a whole
-/// ("copied", "copied as a second track", "copied as AC-3 5.1", "copied as DTS 5.1", "text track",
-/// "added as a text track", "left out", "left out, not text"; one that is Converted holds formats)
-/// and, in `track`, the words "video", "audio", "forced", "subtitle" and "subtitles".
+class Translations;
+
+/// What becomes of one track, for a reader and in his language.
 struct TrackOutcome {
     enum class Kind { Video, Audio, Subtitle };
     enum class Fate { Copied, Converted, Added, LeftOut };
     Kind kind = Kind::Video;
     Fate fate = Fate::Copied;
     bool again = false;     ///< a second output track from the stream that comes just before
-    std::string track{};    ///< "#1 eng dts 5.1", as far as it is known; or an external file's name
+    std::string track{};    ///< "#1 eng dts 5.1", what is known; "#1 again"; a file's name
     std::string outcome{};  ///< "AAC stereo 128k"
 };
 
@@ -27,7 +26,8 @@ struct TrackOutcome {
 /// report order but with the second output track just after the main one, the text tracks, the
 /// other subtitles in one line, the external file. Pure; says what buildArguments makes of the same
 /// inputs, with the same condition.
-[[nodiscard]] std::vector<TrackOutcome> trackPlan(const MKVFileInfo& file,
+[[nodiscard]] std::vector<TrackOutcome> trackPlan(const Translations& translations,
+                                                  const MKVFileInfo& file,
                                                   std::size_t audioTrackIndex,
                                                   const ConversionSettings& settings);
 

@@ -3,6 +3,8 @@
 #include <cstddef>
 
 #include "support/bundle.h"
+#include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -18,6 +20,17 @@ std::string listed(const std::vector<std::string>& values) {
 }
 
 }  // namespace
+
+std::string informationText(const Translations& translations, const MKVFileInfo& info) {
+    const std::string absent = "(null)";
+    // The number in parentheses counts subtitle streams.
+    auto text = makeString(
+        translations.localized("Duration: %@  Bitrate: %@  Resolution: %@  Audiotracks: %i (%i)"),
+        info.duration.value_or(absent), info.bitrate.value_or(absent),
+        info.resolution.empty() ? absent : info.resolution, info.audioTrackInformation.size(),
+        info.subtitleCount);
+    return info.subtitleFileURL ? Fennimar::replaced(text, ")", "+1)") : text;
+}
 
 std::string description(const MKVFileInfo& info) {
     std::vector<std::string> audio;

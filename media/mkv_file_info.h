@@ -10,6 +10,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// One audio stream of the input, as its text and its sampling rate.
 struct AudioEntry {
     std::string text{};  ///< "#1: eng (ac3) [5.1]": stream index, language, codec, surround suffix
@@ -30,9 +32,11 @@ struct MKVFileInfo {
     std::vector<int> forcedSubtitleTrackIDs{};        ///< those of them that are marked as forced
     std::vector<std::string> subtitleLanguages{};     ///< of subtitleTrackIDs, in the same order
     std::map<int, std::string> trackTitles{};         ///< by stream index, where there is one
-    std::string informationString{};                  ///< one line for the user
-    std::string fileName{};                           ///< last component of `fileURL`
-    std::filesystem::path fileURL{};                  ///< absolute
+    std::string informationString{};                  ///< one line, in English
+    std::optional<std::string> duration{};            ///< as the report says it, and the next too
+    std::optional<std::string> bitrate{};
+    std::string fileName{};                                  ///< last component of `fileURL`
+    std::filesystem::path fileURL{};                         ///< absolute
     std::optional<std::filesystem::path> destinationURL{};   ///< set when the file is added
     OutputClaim outputClaim = OutputClaim::None;             ///< set as the job comes to start
     std::optional<int> videoTrackID{};                       ///< absent: no usable video
@@ -46,6 +50,10 @@ struct MKVFileInfo {
     int subtitleCount = 0;                                   ///< streams of any subtitle kind
     std::string demuxer{};                                   ///< "matroska,webm"
 };
+
+/// What informationString says, in the user's language; a subtitle file counts as "+1".
+[[nodiscard]] std::string informationText(const Translations& translations,
+                                          const MKVFileInfo& info);
 
 /// A text for debugging and problem reports with the main properties, one to a line.
 [[nodiscard]] std::string description(const MKVFileInfo& info);

@@ -4,10 +4,12 @@
 #include <utility>
 
 #include "media/report_outline.h"
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/child_process.h"
 #include "support/ports/main_bundle.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -81,8 +83,13 @@ Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& opt
                        const ProbeTools& tools) {
     const auto path = Fennimar::absolutePath(url);
     const auto fileName = path.filename().native();
-    if (isRefusedLink(path, tools.sandboxed)) return {.alerts = {aliasAlert(fileName)}};
-    if (!isFile(path)) return {.alerts = {invalidFileAlert(fileName, tools.appName)}};
+    const auto& translations = *tools.translations;
+    if (isRefusedLink(path, tools.sandboxed)) {
+        return {.alerts = {aliasAlert(translations, fileName)}};
+    }
+    if (!isFile(path)) {
+        return {.alerts = {invalidFileAlert(translations, fileName, tools.appName)}};
+    }
 
     const auto result = runProbe(path, tools);
     const auto problem = toolProblemOf(result);
@@ -94,7 +101,7 @@ Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& opt
         record.referenceFrames = tracedReferenceFrames(path, *record.videoTrackID, tools);
     }
 
-    auto verdict = vet(report, fileName, tools.appName);
+    auto verdict = vet(translations, report, fileName, tools.appName);
     if (!verdict.accepted && result.finished && !isFromFfmpeg(text)) {
         return {.toolProblem = ProbeToolProblem::Broken};
     }
@@ -114,27 +121,34 @@ std::int32_t durationOfFile(const std::filesystem::path& url, const ProbeTools& 
     return durationInReport(reportOf(result, path));
 }
 
-std::string toolProblemText(ProbeToolProblem problem, const MainBundle& mainBundle) {
+std::string toolProblemText(const Translations& translations, ProbeToolProblem problem,
+                            const MainBundle& mainBundle) {
     const auto path = Fennimar::validUtf8(mainBundle.pathForResource("ffmpeg").native());
     const auto variable = mainBundle.variableNaming("ffmpeg");
     const auto advice = [&](std::string_view install) {
-        return variable.empty() ? std::string(install)
-                                : makeString("%@ names it: correct or unset it.", variable);
+        return variable.empty()
+                   ? translations.localized(install)
+                   : makeString(translations.localized("%@ names it: correct or unset it."),
+                                variable);
     };
     switch (problem) {
         case ProbeToolProblem::None:
             break;
         case ProbeToolProblem::Missing:
             return makeString(
-                "The program '%@', which reads and converts the movies, is missing. %@", path,
-                advice("Install it with: sudo apt install ffmpeg"));
+                translations.localized(
+                    "The program '%@', which reads and converts the movies, is missing. %@"),
+                path, advice(localizable("Install it with: sudo apt install ffmpeg")));
         case ProbeToolProblem::Broken:
             return makeString(
-                "The program '%@', which reads and converts the movies, does not run as ffmpeg. %@",
-                path, advice("Install it again with: sudo apt install --reinstall ffmpeg"));
+                translations.localized("The program '%@', which reads and converts the movies, "
+                                       "does not run as ffmpeg. %@"),
+                path,
+                advice(localizable("Install it again with: sudo apt install --reinstall ffmpeg")));
         case ProbeToolProblem::NoResources:
-            return "A basic system capability failed (posix_spawn). Please reboot your system and "
-                   "try again.";
+            return translations.localized(
+                "A basic system capability failed (posix_spawn). Please reboot your system and try "
+                "again.");
     }
     return {};
 }

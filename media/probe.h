@@ -9,6 +9,7 @@
 #include "media/mkv_file_info.h"
 #include "media/probe_report.h"
 #include "media/vetting.h"
+#include "support/untranslated.h"
 
 namespace reelvane {
 
@@ -21,6 +22,7 @@ struct ProbeTools {
     std::filesystem::path ffmpeg{};
     std::string appName{};
     bool sandboxed = false;  ///< a sandbox limits access, so links are refused
+    const Translations* translations = &kUntranslated;  ///< of what the user is told
 };
 
 /// Why the tool itself, not the file, kept a probe from an answer.
@@ -48,6 +50,7 @@ struct Inspection {
                                           const ProbeTools& tools);
 
 /// Two sentences on a missing or broken ffmpeg: which one, and what to do about it.
-[[nodiscard]] std::string toolProblemText(ProbeToolProblem problem, const MainBundle& mainBundle);
+[[nodiscard]] std::string toolProblemText(const Translations& translations,
+                                          ProbeToolProblem problem, const MainBundle& mainBundle);
 
 }  // namespace reelvane

@@ -6,6 +6,7 @@
 #include "media/report_outline.h"
 #include "support/make_string.h"
 #include "support/strings.h"
+#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {
@@ -127,15 +128,6 @@ private:
     ProbeReport& report_;
 };
 
-std::string informationString(const ReportSummary& summary, const MKVFileInfo& record) {
-    constexpr std::string_view kAbsent = "(null)";
-    // The number in parentheses counts subtitle streams.
-    return makeString("Duration: %@  Bitrate: %@  Resolution: %@  Audiotracks: %i (%i)",
-                      summary.duration.value_or(kAbsent), summary.bitrate.value_or(kAbsent),
-                      record.resolution.empty() ? kAbsent : std::string_view(record.resolution),
-                      record.audioTrackInformation.size(), record.subtitleCount);
-}
-
 }  // namespace
 
 ProbeReport parseProbeReport(std::string_view text, const ProbeOptions& options) {
@@ -144,11 +136,13 @@ ProbeReport parseProbeReport(std::string_view text, const ProbeOptions& options)
     ProbeReport report;
     report.record.demuxer = outline.demuxer;
     report.record.runtimeSeconds = outline.summary.runtimeSeconds;
+    report.record.duration = outline.summary.duration;
+    report.record.bitrate = outline.summary.bitrate;
     StreamReader reader(options, report);
     for (const auto& block : outline.streams) {
         if (!reader.read(block)) break;
     }
-    report.record.informationString = informationString(outline.summary, report.record);
+    report.record.informationString = informationText(kUntranslated, report.record);
     return report;
 }
 

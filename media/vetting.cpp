@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 #include "support/vantor.h"
 
@@ -34,7 +36,7 @@ PictureSize sizeOf(std::string_view resolution) {
 
 VettingAlert warning(std::string_view key, std::string message, bool delayed) {
     return {.key = std::string(key),
-            .title = "Warning",
+            .title = std::string(localizable("Warning")),
             .message = std::move(message),
             .button = "OK",
             .delayed = delayed};
@@ -47,95 +49,110 @@ VettingAlert error(std::string_view appName, std::string message) {
             .delayed = true};
 }
 
-VettingAlert refusedCodecAlert(std::string_view fileName, std::string_view codec,
-                               std::string_view appName) {
-    return error(appName, makeString("Warning: the file '%@' contains an invalid video codec (%@) "
-                                     "and can't be converted by %@.",
+VettingAlert refusedCodecAlert(const Translations& translations, std::string_view fileName,
+                               std::string_view codec, std::string_view appName) {
+    return error(appName, makeString(translations.localized(
+                                         "Warning: the file '%@' contains an invalid video codec "
+                                         "(%@) and can't be converted by %@."),
                                      Fennimar::validUtf8(fileName), codec, appName));
 }
 
-void warnOfStream(const VideoStreamFact& stream, std::string_view fileName,
-                  std::vector<VettingAlert>& alerts) {
+void warnOfStream(const Translations& translations, const VideoStreamFact& stream,
+                  std::string_view fileName, std::vector<VettingAlert>& alerts) {
     if (std::ranges::find(kExpectedVideoCodecs, stream.codec) == kExpectedVideoCodecs.end()) {
         alerts.push_back(warning(
             "wrongvideowarning",
-            makeString("The file '%@' doesn't contain a H264/MPEG4 video track (videocodec: %@) so "
-                       "the result may not be playable.",
-                       fileName, stream.codec),
+            makeString(
+                translations.localized("The file '%@' doesn't contain a H264/MPEG4 video track "
+                                       "(videocodec: %@) so the result may not be playable."),
+                fileName, stream.codec),
             kAtOnce));
     }
     if (stream.tenBit) {
-        alerts.push_back(
-            warning("10bitvideowarning",
-                    makeString("The file '%@' contains a 10-bit video track so the result will not "
-                               "be playable on the Apple TV. It should still play with other "
-                               "players (VLC/Mplayer).",
-                               fileName),
-                    kAtOnce));
+        alerts.push_back(warning(
+            "10bitvideowarning",
+            makeString(
+                translations.localized("The file '%@' contains a 10-bit video track so the result "
+                                       "will not be playable on the Apple TV. It should still play "
+                                       "with other players (VLC/Mplayer)."),
+                fileName),
+            kAtOnce));
     }
 }
 
-void warnOfPicture(const MKVFileInfo& record, std::string_view fileName,
-                   std::vector<VettingAlert>& alerts) {
+void warnOfPicture(const Translations& translations, const MKVFileInfo& record,
+                   std::string_view fileName, std::vector<VettingAlert>& alerts) {
     if (record.resolution.empty()) return;
     if (sizeOf(record.resolution).width >= kTooWide) {
         alerts.push_back(warning(
             "warningtoohighres",
-            makeString("The file '%@' will probably not play back fine on the Apple TV  as it has "
-                       "a too large resolution. You can try converting the produced MP4 file using "
-                       "'QuickTime Player' to a 1080p M4V file to view this video on the Apple TV.",
-                       fileName),
+            makeString(
+                translations.localized(
+                    "The file '%@' will probably not play back fine on the Apple TV  as it has a "
+                    "too large resolution. You can try converting the produced MP4 file using "
+                    "'QuickTime Player' to a 1080p M4V file to view this video on the Apple TV."),
+                fileName),
             kDelayed));
     }
     const auto budget = referenceFrameBudget(record.resolution);
     if (budget && record.referenceFrames.value_or(0) > *budget) {
-        alerts.push_back(
-            warning("warningtoomanyrefframes",
-                    makeString("The file '%@' will probably not play back fine on the 'Playstation "
-                               "3' or other devices as it contains more 'reference frames' than "
-                               "the PS3 supports. You can try converting the produced MP4 file "
-                               "using 'QuickTime Player' to a 720p M4V file to view this video on "
-                               "the PS3.",
-                               fileName),
-                    kDelayed));
+        alerts.push_back(warning(
+            "warningtoomanyrefframes",
+            makeString(translations.localized(
+                           "The file '%@' will probably not play back fine on the 'Playstation 3' "
+                           "or other devices as it contains more 'reference frames' than the PS3 "
+                           "supports. You can try converting the produced MP4 file using "
+                           "'QuickTime Player' to a 720p M4V file to view this video on the PS3."),
+                       fileName),
+            kDelayed));
     }
 }
 
 }  // namespace
 
-Verdict vet(const ProbeReport& report, std::string_view fileName, std::string_view appName) {
+Verdict vet(const Translations& translations, const ProbeReport& report, std::string_view fileName,
+            std::string_view appName) {
     if (isPlaylistDemuxer(report.record.demuxer)) {
-        return {.alerts = {invalidFileAlert(fileName, appName)}};
+        return {.alerts = {invalidFileAlert(translations, fileName, appName)}};
     }
     Verdict verdict;
     const auto shownName = Fennimar::validUtf8(fileName);
-    for (const auto& stream : report.videoStreams) warnOfStream(stream, shownName, verdict.alerts);
+    for (const auto& stream : report.videoStreams) {
+        warnOfStream(translations, stream, shownName, verdict.alerts);
+    }
     if (report.refusedVideoCodec) {
-        verdict.alerts.push_back(refusedCodecAlert(fileName, *report.refusedVideoCodec, appName));
+        verdict.alerts.push_back(
+            refusedCodecAlert(translations, fileName, *report.refusedVideoCodec, appName));
         return verdict;
     }
-    warnOfPicture(report.record, shownName, verdict.alerts);
+    warnOfPicture(translations, report.record, shownName, verdict.alerts);
     verdict.accepted = report.record.videoTrackID.has_value();
-    if (!verdict.accepted) verdict.alerts.push_back(invalidFileAlert(fileName, appName));
+    if (!verdict.accepted) {
+        verdict.alerts.push_back(invalidFileAlert(translations, fileName, appName));
+    }
     return verdict;
 }
 
-VettingAlert aliasAlert(std::string_view fileName) {
+VettingAlert aliasAlert(const Translations& translations, std::string_view fileName) {
     return warning(
         "warningalias",
-        makeString("The file '%@' is an alias. We can't open the target of the alias because of "
-                   "limitations in Apple's 'sandbox'. Please complaint to Apple if you want "
-                   "Aliases to work in sandboxed apps.",
+        makeString(translations.localized(
+                       "The file '%@' is an alias. We can't open the target of the alias because "
+                       "of limitations in Apple's 'sandbox'. Please complaint to Apple if you want "
+                       "Aliases to work in sandboxed apps."),
                    Fennimar::validUtf8(fileName)),
         kDelayed);
 }
 
-VettingAlert invalidFileAlert(std::string_view fileName, std::string_view appName) {
-    return error(appName,
-                 makeString("Warning: the file '%@' doesn't seem to be a valid MKV and can't be "
-                            "converted by %@. If you are sure the file is valid please contact us "
-                            "regarding this issue.",
-                            Fennimar::validUtf8(fileName), appName));
+VettingAlert invalidFileAlert(const Translations& translations, std::string_view fileName,
+                              std::string_view appName) {
+    return error(
+        appName,
+        makeString(
+            translations.localized(
+                "Warning: the file '%@' doesn't seem to be a valid MKV and can't be converted by "
+                "%@. If you are sure the file is valid please contact us regarding this issue."),
+            Fennimar::validUtf8(fileName), appName));
 }
 
 std::optional<int> referenceFrameBudget(std::string_view resolution) {
@@ -150,11 +167,12 @@ void raise(Vantor& vantor, const VettingAlert& alert) {
         if (copy.key.empty()) {
             alert_apptitled(vantor, copy.message, copy.button);
         } else {
-            alert_dontwarnagain_version(vantor, {.identifier = copy.key,
-                                                 .title = copy.title,
-                                                 .message = copy.message,
-                                                 .button = copy.button,
-                                                 .suppressionTitle = "Don't warn again"});
+            alert_dontwarnagain_version(
+                vantor, {.identifier = copy.key,
+                         .title = copy.title,
+                         .message = copy.message,
+                         .button = copy.button,
+                         .suppressionTitle = std::string(localizable("Don't warn again"))});
         }
     };
     if (alert.delayed) {

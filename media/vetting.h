@@ -9,13 +9,14 @@
 
 namespace reelvane {
 
+class Translations;
 class Vantor;
 
 /// Something that the user is told about a file. With a key it can be silenced.
 struct VettingAlert {
     std::string key{};  ///< the suppression identifier; empty: an error with a plain alert
     std::string title{};
-    std::string message{};
+    std::string message{};  ///< in the user's language
     std::string button{};
     bool delayed = false;  ///< shown 0.1 s later; otherwise at once
 };
@@ -28,13 +29,14 @@ struct Verdict {
 
 /// Judges a report: refused codecs, 10-bit video, too large a picture, too many reference frames,
 /// no usable video. Pure.
-[[nodiscard]] Verdict vet(const ProbeReport& report, std::string_view fileName,
-                          std::string_view appName);
+[[nodiscard]] Verdict vet(const Translations& translations, const ProbeReport& report,
+                          std::string_view fileName, std::string_view appName);
 
 /// The file is a link that is not followed, or that leads nowhere.
-[[nodiscard]] VettingAlert aliasAlert(std::string_view fileName);
+[[nodiscard]] VettingAlert aliasAlert(const Translations& translations, std::string_view fileName);
 /// The file has no video that could be converted, or is no movie at all.
-[[nodiscard]] VettingAlert invalidFileAlert(std::string_view fileName, std::string_view appName);
+[[nodiscard]] VettingAlert invalidFileAlert(const Translations& translations,
+                                            std::string_view fileName, std::string_view appName);
 
 /// The most reference frames tolerated for a picture of this size: the picture-area budget of
 /// 8388608 pixels divided by the area, rounded down. Absent: unbounded (no readable size).

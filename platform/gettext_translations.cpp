@@ -59,12 +59,13 @@ bool isEnglish(std::string_view language) {
            language.starts_with("en@");
 }
 
-TranslationCatalogue preferredCatalogue(const std::filesystem::path& folder) {
+std::pair<std::string, TranslationCatalogue> preferredCatalogue(
+    const std::filesystem::path& folder) {
     for (const char* const* language = g_get_language_names(); *language != nullptr; ++language) {
         // A name is a folder's name at most, whatever the environment holds.
         if (std::string_view(*language).find('/') != std::string_view::npos) continue;
         auto catalogue = readCatalogue(folder / (std::string(*language) + ".mo"));
-        if (catalogue) return std::move(*catalogue);
+        if (catalogue) return {*language, std::move(*catalogue)};
         if (isEnglish(*language)) break;
     }
     return {};
@@ -96,10 +97,19 @@ std::optional<TranslationCatalogue> parseCatalogue(std::string_view bytes) {
 GettextTranslations::GettextTranslations(std::filesystem::path folder)
     : folder_(std::move(folder)) {}
 
+const GettextTranslations::Choice& GettextTranslations::choice() const {
+    std::call_once(read_, [this] { choice_ = preferredCatalogue(folder_); });
+    return choice_;
+}
+
+const std::string& GettextTranslations::language() const {
+    return choice().first;
+}
+
 std::string GettextTranslations::localized(std::string_view text) const {
-    std::call_once(read_, [this] { catalogue_ = preferredCatalogue(folder_); });
-    const auto found = catalogue_.find(std::string(text));
-    return found == catalogue_.end() ? std::string(text) : found->second;
+    const auto& catalogue = choice().second;
+    const auto found = catalogue.find(std::string(text));
+    return found == catalogue.end() ? std::string(text) : found->second;
 }
 
 }  // namespace reelvane

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "support/ports/translations.h"
 
@@ -26,12 +27,17 @@ class GettextTranslations final : public Translations {
 public:
     explicit GettextTranslations(std::filesystem::path folder);
 
+    /// "de": the language of the texts, as its catalogue is named; empty: English.
+    [[nodiscard]] const std::string& language() const;
     [[nodiscard]] std::string localized(std::string_view text) const override;
 
 private:
+    using Choice = std::pair<std::string, TranslationCatalogue>;
+    [[nodiscard]] const Choice& choice() const;
+
     std::filesystem::path folder_;
     mutable std::once_flag read_;
-    mutable TranslationCatalogue catalogue_;  ///< filled once, by the first call from any thread
+    mutable Choice choice_;  ///< made once, by the first call from any thread
 };
 
 }  // namespace reelvane

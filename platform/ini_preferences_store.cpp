@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "platform/ini_document.h"
+#include "support/make_string.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -29,22 +31,25 @@ FileDescriptor lockFor(const std::filesystem::path& path) {
 }
 
 /// For a sentence: bytes that are not UTF-8 replaced.
-std::string quoted(const std::filesystem::path& path) {
-    return '"' + Fennimar::validUtf8(path.native()) + '"';
+std::string shown(const std::filesystem::path& path) {
+    return Fennimar::validUtf8(path.native());
 }
 
-std::string damagedText(const std::filesystem::path& path,
+std::string damagedText(const Translations& translations, const std::filesystem::path& path,
                         const std::optional<std::filesystem::path>& kept) {
     if (kept) {
-        return "The preferences file " + quoted(path) + " could not be read. It was kept as " +
-               quoted(*kept) + ", and the default preferences are used.";
+        return makeString(
+            translations.localized("The preferences file \"%@\" could not be read. It was kept as "
+                                   "\"%@\", and the default preferences are used."),
+            shown(path), shown(*kept));
     }
     auto wanted = path;
     wanted += ".damaged";
-    return "The preferences file " + quoted(path) +
-           " could not be read, and it could not be kept as " + quoted(wanted) +
-           ". The default preferences are used, and changes will not be saved until you move the "
-           "file away.";
+    return makeString(
+        translations.localized("The preferences file \"%@\" could not be read, and it could not be "
+                               "kept as \"%@\". The default preferences are used, and changes will "
+                               "not be saved until you move the file away."),
+        shown(path), shown(wanted));
 }
 
 }  // namespace
@@ -72,14 +77,14 @@ IniPreferencesStore::Reading IniPreferencesStore::readLocked() const {
     auto reading = read();
     if (reading.content.state != ReadState::Unreadable) return reading;
     const auto kept = setAside(path_);
-    tell(damagedText(path_, kept));
+    tell({.kept = kept});
     if (kept) reading.content = {};
     return reading;
 }
 
-void IniPreferencesStore::tell(std::string problem) const {
+void IniPreferencesStore::tell(Damage damage) const {
     const std::scoped_lock lock(mutex_);
-    problem_ = std::move(problem);
+    damage_ = std::move(damage);
 }
 
 void IniPreferencesStore::remember(Reading reading) const {
@@ -103,7 +108,7 @@ void IniPreferencesStore::refresh() const {
         if (lock.isOpen()) {
             reading = readLocked();
         } else {
-            tell(damagedText(path_, std::nullopt));
+            tell({});
         }
     }
     remember(std::move(reading));
@@ -139,10 +144,11 @@ void IniPreferencesStore::synchronize() {
     synchronizeFolder(path_.parent_path());
 }
 
-std::optional<std::string> IniPreferencesStore::problem() const {
+std::optional<std::string> IniPreferencesStore::problem(const Translations& translations) const {
     refresh();
     const std::scoped_lock lock(mutex_);
-    return problem_;
+    if (!damage_) return std::nullopt;
+    return damagedText(translations, path_, damage_->kept);
 }
 
 }  // namespace reelvane

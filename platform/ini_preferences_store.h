@@ -12,6 +12,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// The preferences in one group of a key file. Every edit takes a lock file beside it
 /// ("NAME.lock", which stays), reads what is on disk and replaces the file in one step, so readers
 /// need no lock. Any thread; `edit` blocks while another process edits.
@@ -27,16 +29,20 @@ public:
     void synchronize() override;
 
     /// What the user must know of the stored file; absent when all is well. Reads it if need be.
-    [[nodiscard]] std::optional<std::string> problem() const;
+    [[nodiscard]] std::optional<std::string> problem(const Translations& translations) const;
 
 private:
     struct Reading;
+    /// The file could not be read.
+    struct Damage {
+        std::optional<std::filesystem::path> kept{};  ///< where it lies now; absent: as it was
+    };
 
     [[nodiscard]] Reading read() const;
     [[nodiscard]] Reading readLocked() const;
     void refresh() const;
     void remember(Reading reading) const;
-    void tell(std::string problem) const;
+    void tell(Damage damage) const;
 
     std::filesystem::path path_;
     mutable std::mutex mutex_;  ///< guards what follows; never held while waiting for the lock file
@@ -44,7 +50,7 @@ private:
     mutable std::optional<FileIdentity> identity_;  ///< of what `values_` were read from
     mutable FileDescriptor file_;                   ///< keeps its inode number from being reused
     mutable PreferenceValues values_;
-    mutable std::optional<std::string> problem_;
+    mutable std::optional<Damage> damage_;
 };
 
 }  // namespace reelvane

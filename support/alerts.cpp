@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/ports/dispatcher.h"
 #include "support/vantor.h"
@@ -14,11 +15,10 @@ namespace {
 void warnUnlessSilenced(Vantor& vantor, const SuppressibleWarning& warning,
                         const std::string& key) {
     if (vantor.preferences().defaultInt(key) != 0) return;
-    const auto answer =
-        vantor.ports().alerts.runModal({.title = warning.title,
-                                        .message = warning.message,
-                                        .buttons = {warning.button},
-                                        .suppressionTitle = warning.suppressionTitle});
+    const auto answer = runAlert(vantor, {.title = warning.title,
+                                          .message = warning.message,
+                                          .buttons = {warning.button},
+                                          .suppressionTitle = warning.suppressionTitle});
     vantor.preferences().setDefaultInt(key, answer.suppressed ? 1 : 0);
 }
 
@@ -34,6 +34,17 @@ void warnOnMainThread(Vantor& vantor, const SuppressibleWarning& warning, std::s
 
 }  // namespace
 
+AlertAnswer runAlert(Vantor& vantor, AlertContent content) {
+    const auto translate = [&vantor](std::string& text) { text = localized(vantor, text); };
+    translate(content.title);
+    translate(content.message);
+    std::ranges::for_each(content.buttons, translate);
+    if (content.suppressionTitle) translate(*content.suppressionTitle);
+    translate(content.accessory.label);
+    translate(content.cancelTitle);
+    return vantor.ports().alerts.runModal(content);
+}
+
 ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view message,
                    std::string_view firstButton, std::string_view secondButton,
                    std::string_view thirdButton) {
@@ -41,7 +52,7 @@ ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view mess
     for (const auto button : {firstButton, secondButton, thirdButton}) {
         if (!button.empty()) content.buttons.emplace_back(button);
     }
-    return vantor.ports().alerts.runModal(content).button;
+    return runAlert(vantor, std::move(content)).button;
 }
 
 ButtonResult alert_apptitled(Vantor& vantor, std::string_view message, std::string_view firstButton,
@@ -51,7 +62,7 @@ ButtonResult alert_apptitled(Vantor& vantor, std::string_view message, std::stri
 
 ButtonResult cautiousButton(const AlertContent& content) {
     const auto& buttons = content.buttons;
-    const auto cancel = std::find(buttons.begin(), buttons.end(), "Cancel");
+    const auto cancel = std::find(buttons.begin(), buttons.end(), content.cancelTitle);
     const auto count = std::max<std::ptrdiff_t>(std::ssize(buttons), 1);
     return kFirstButton + static_cast<ButtonResult>(
                               cancel != buttons.end() ? cancel - buttons.begin() : count - 1);

@@ -10,7 +10,13 @@ namespace reelvane {
 
 class Vantor;
 
-/// Shows a modal alert; absent (empty) button titles add no button. Main thread only; blocks.
+// The titles, messages and labels given to these functions are shown in the user's language. One
+// that holds values is no text of the catalogues: its format has been translated by the caller.
+
+/// Shows a modal alert. Main thread only; blocks.
+AlertAnswer runAlert(Vantor& vantor, AlertContent content);
+
+/// The same; absent (empty) button titles add no button.
 ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view message,
                    std::string_view firstButton, std::string_view secondButton = {},
                    std::string_view thirdButton = {});
@@ -19,7 +25,8 @@ ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view mess
 ButtonResult alert_apptitled(Vantor& vantor, std::string_view message, std::string_view firstButton,
                              std::string_view secondButton = {}, std::string_view thirdButton = {});
 
-/// The button that changes least, which answers where nobody chooses one: "Cancel", else the last.
+/// The button that changes least, which answers where nobody chooses one: the one that cancels,
+/// else the last.
 [[nodiscard]] ButtonResult cautiousButton(const AlertContent& content);
 
 /// A warning that the user can silence.

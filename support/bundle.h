@@ -16,6 +16,11 @@ class Vantor;
 /// The translation of a text into the user's language; the text itself when there is none.
 [[nodiscard]] std::string localized(const Vantor& vantor, std::string_view text);
 
+/// Marks a text that is translated where it is shown, so that the catalogues get it.
+[[nodiscard]] constexpr std::string_view localizable(std::string_view text) {
+    return text;
+}
+
 /// Marks a text that is deliberately not translated.
 // NOLINTNEXTLINE(readability-identifier-naming): the library's name for it
 [[nodiscard]] constexpr std::string_view LocalizationNotNeeded(std::string_view text) {

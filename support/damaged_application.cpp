@@ -3,7 +3,6 @@
 #include <system_error>
 
 #include "support/alerts.h"
-#include "support/bundle.h"
 #include "support/paths.h"
 #include "support/ports/main_bundle.h"
 #include "support/vantor.h"
@@ -25,11 +24,10 @@ void runDamagedApplicationTest(Vantor& vantor, const EndProcess& end) {
     if (!applicationIsDamaged(vantor.ports().mainBundle.bundlePath() / "Frameworks")) return;
     alert_apptitled(
         vantor,
-        localized(vantor,
-                  "This application is damaged. Either your download was damaged or you used a "
-                  "faulty program to extract the ZIP archive. Please re-download and make sure to "
-                  "use the ZIP decompression built into Mac OS X."),
-        localized(vantor, "OK"));
+        "This application is damaged. Either your download was damaged or you used a faulty "
+        "program to extract the ZIP archive. Please re-download and make sure to use the ZIP "
+        "decompression built into Mac OS X.",
+        "OK");
     end(0);
 }
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "support/alerts.h"
 #include "support/arrays.h"
-#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/strings.h"
 #include "support/vantor.h"
@@ -27,8 +27,8 @@ AlertAnswer ask(Vantor& vantor, std::string_view prompt, const ButtonTitles& but
     AlertContent content{.title = std::string(prompt), .accessory = std::move(accessory)};
     content.buttons.assign(buttons.begin(),
                            buttons.begin() + std::min<std::ptrdiff_t>(3, std::ssize(buttons)));
-    if (content.buttons.empty()) content.buttons.push_back(localized(vantor, "OK"));
-    return vantor.ports().alerts.runModal(content);
+    if (content.buttons.empty()) content.buttons.emplace_back("OK");
+    return runAlert(vantor, std::move(content));
 }
 
 ButtonResult askForText(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,

@@ -42,11 +42,6 @@ QString noteText(const ConversionJob& job) {
     return toQString(warning.empty() ? job.details() : warning);
 }
 
-QString trackText(TrackOutcome outcome) {
-    outcome.outcome = DetailsPopover::tr(outcome.outcome.c_str()).toStdString();
-    return isolated(toQString(trackLine(outcome)));
-}
-
 }  // namespace
 
 DetailsPopover::DetailsPopover(const UiContext& context, QWidget* parent)
@@ -178,7 +173,7 @@ void DetailsPopover::showPlan() {
     problem_->setVisible(!details.problem.empty());
     tracks_->clear();
     for (const auto& outcome : details.tracks) {
-        auto* const item = new QListWidgetItem(trackText(outcome), tracks_);
+        auto* const item = new QListWidgetItem(isolated(toQString(trackLine(outcome))), tracks_);
         if (outcome.fate == TrackOutcome::Fate::LeftOut) item->setForeground(quietText(palette()));
     }
     tracks_->setCurrentRow(0);

@@ -22,7 +22,8 @@ ProbeToolProblem problemOf(LaunchError error) {
 }
 
 FFmpegVersion::Answer failed(const Vantor& vantor, ProbeToolProblem problem) {
-    return {.problem = toolProblemText(problem, vantor.ports().mainBundle)};
+    const auto& ports = vantor.ports();
+    return {.problem = toolProblemText(ports.translations, problem, ports.mainBundle)};
 }
 
 }  // namespace

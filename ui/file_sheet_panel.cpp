@@ -9,6 +9,7 @@
 
 #include "app/app_delegate.h"
 #include "support/ports/desktop_appearance.h"
+#include "support/vantor.h"
 #include "ui/add_shown_file.h"
 #include "ui/colours.h"
 #include "ui/elided_label.h"
@@ -188,7 +189,7 @@ void FileSheetPanel::showFile() {
 
 void FileSheetPanel::showRecord() {
     const auto& record = *context_.controller.intake().fileInfo();
-    information_->setText(toQString(record.informationString));
+    information_->setText(toQString(informationText(context_.vantor.ports().translations, record)));
     audio_->setEnabled(!record.audioTrackInformation.empty());
     const auto& subtitle = record.subtitleFileURL;
     subtitle_->setText(subtitle ? tr("with subtitles %1").arg(displayName(*subtitle)) : QString());

@@ -14,7 +14,7 @@ namespace reelvane {
 
 JobDetails detailsNow(const UiContext& context, const ConversionJob& job) {
     const auto& vantor = context.vantor;
-    return jobDetails(job, context.controller.conversionSettings(),
+    return jobDetails(vantor.ports().translations, job, context.controller.conversionSettings(),
                       writableDocuments(vantor.ports().host.folders().documents, vantor.suppDir()));
 }
 

@@ -180,7 +180,9 @@ int runWindow(Base& base, QApplication& application,
     });
 
     window.show();
-    if (const auto problem = base.store.problem()) alert_apptitled(vantor, *problem, "OK");
+    if (const auto problem = base.store.problem(base.translations)) {
+        alert_apptitled(vantor, *problem, "OK");
+    }
     controller.applicationWillFinishLaunching();
     takeFiles(base, controller, window, application, files);
     const auto status = QApplication::exec();
@@ -200,10 +202,14 @@ bool hasScreen() {
     return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
 }
 
-/// Qt's own texts, where the system has them in the user's language.
-void loadQtTexts(QTranslator& texts) {
+/// Qt's own texts, where the system has them in the language of all others. They also say which way
+/// that language is written.
+void loadQtTexts(QTranslator& texts, const std::string& language) {
+    if (language.empty()) return;
     const auto folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    if (texts.load(QLocale(), "qtbase", "_", folder)) QCoreApplication::installTranslator(&texts);
+    if (texts.load("qtbase_" + toQString(language), folder)) {
+        QCoreApplication::installTranslator(&texts);
+    }
 }
 
 int open(QApplication& application, const std::vector<std::string>& words) {
@@ -223,7 +229,7 @@ int open(QApplication& application, const std::vector<std::string>& words) {
     QCoreApplication::setApplicationName(toQString(base.name));
     QGuiApplication::setDesktopFileName(toQString(base.identifier));
     QTranslator qtTexts;
-    loadQtTexts(qtTexts);
+    loadQtTexts(qtTexts, base.translations.language());
     PortTranslator texts(base.translations);
     QCoreApplication::installTranslator(&texts);
     const Theme theme(base.appearance);

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "support/untranslated.h"
+
 namespace reelvane {
 namespace {
 
@@ -34,7 +36,8 @@ TEST(AudioMethodChoice, ANumberThatIsNoMethodIsAProblem) {
     const MKVFileInfo movie{.audioTrackInformation = {{"#1: eng (ac3)"}}};
     for (const int stored : {-1, 0, 3, 4}) {
         const AudioSettings settings{.conversionPreset = 2, .customAC3Handling = stored};
-        EXPECT_EQ(audioMethodProblem(movie, 0, settings).empty(), stored == 0 || stored == 3);
+        EXPECT_EQ(audioMethodProblem(kUntranslated, movie, 0, settings).empty(),
+                  stored == 0 || stored == 3);
     }
 }
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <vector>
 
+#include "support/untranslated.h"
+
 namespace reelvane {
 namespace {
 
@@ -29,9 +31,9 @@ TEST(Diagnosis, TheFirstMatchingRowDecides) {
         {"no space left on device", false, true, "Information", "the subtitle file you have"},
     };
     for (const auto& row : rows) {
-        const auto diagnosis = diagnose({.jobOutput = row.output,
-                                         .embeddedSubtitlesConverted = row.embedded,
-                                         .externalSubtitles = row.external});
+        const auto diagnosis = diagnose(kUntranslated, {.jobOutput = row.output,
+                                                        .embeddedSubtitlesConverted = row.embedded,
+                                                        .externalSubtitles = row.external});
         EXPECT_EQ(diagnosis.title, row.title) << row.output;
         EXPECT_THAT(diagnosis.message, testing::HasSubstr(row.part));
         EXPECT_FALSE(diagnosis.offersReport) << row.output;
@@ -40,7 +42,7 @@ TEST(Diagnosis, TheFirstMatchingRowDecides) {
 
 TEST(Diagnosis, TheUnexplainedOffersAReportWithAShortenedOutput) {
     const auto output = std::string(399, 'e') + "\xFF" + "cut";
-    const auto diagnosis = diagnose({.jobOutput = output, .arguments = "-i IN"});
+    const auto diagnosis = diagnose(kUntranslated, {.jobOutput = output, .arguments = "-i IN"});
     EXPECT_TRUE(diagnosis.offersReport);
     EXPECT_THAT(diagnosis.message, testing::EndsWith("\n\nCommand-line: -i IN\nCommand-output: " +
                                                      std::string(399, 'e') + "\uFFFD"));

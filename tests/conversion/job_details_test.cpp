@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/untranslated.h"
 #include "tests/conversion/job_fixture.h"
 
 namespace reelvane {
@@ -9,7 +10,7 @@ namespace {
 
 TEST_F(JobTest, DetailsFollowThePreferencesUntilTheStartAndNoFurther) {
     const auto details = [this] {
-        return jobDetails(*job, controller.settings, progressFile.parent_path());
+        return jobDetails(kUntranslated, *job, controller.settings, progressFile.parent_path());
     };
     const auto sound = [&details] { return trackLine(details().tracks.at(1)); };
     job->fileInfo().audioTrackInformation = {{"#1: eng (mp3)", 48000}};

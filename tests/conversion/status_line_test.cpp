@@ -3,6 +3,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "support/untranslated.h"
+
 namespace reelvane {
 namespace {
 
@@ -10,17 +12,20 @@ TEST(StatusLine, SaysWhatTheStateAllows) {
     using State = ConversionJobState;
     const std::vector<AudioEntry> three{{"#1: eng (aac)"}, {"#2: ger (ac3)"}, {"#3: fre (ac3)"}};
     const std::vector<AudioEntry> one{three.front()};
-    EXPECT_EQ(statusLine({.state = State::Paused, .audio = one}), "Status: Paused");
-    EXPECT_EQ(statusLine({.state = State::Finished, .conversionSeconds = 125.4}),
+    EXPECT_EQ(statusLine(kUntranslated, {.state = State::Paused, .audio = one}), "Status: Paused");
+    EXPECT_EQ(statusLine(kUntranslated, {.state = State::Finished, .conversionSeconds = 125.4}),
               "Status: Finished [Conversion took: 2m 5s]");
-    EXPECT_EQ(statusLine({.state = State::Failed}),
+    EXPECT_EQ(statusLine(kUntranslated, {.state = State::Failed}),
               "Status: Failed   Click the arrow at the right to get more information.");
-    EXPECT_EQ(statusLine({.state = State::Converting}), "Status: Converting   ETA: 0s");
-    EXPECT_EQ(statusLine({.state = State::Converting, .audio = one, .remainingSeconds = 60}),
+    EXPECT_EQ(statusLine(kUntranslated, {.state = State::Converting}),
+              "Status: Converting   ETA: 0s");
+    EXPECT_EQ(statusLine(kUntranslated,
+                         {.state = State::Converting, .audio = one, .remainingSeconds = 60}),
               "Status: Converting   Audio:  eng (aac)   ETA: 1m 0s");
-    EXPECT_EQ(statusLine({.state = State::Converting, .audio = three}),
+    EXPECT_EQ(statusLine(kUntranslated, {.state = State::Converting, .audio = three}),
               "Status: Converting   Audio:  eng (aac) (Discarded:  fre (ac3))   ETA: 0s");
-    EXPECT_EQ(statusLine({.state = State::Converting, .audio = three, .audioTrackIndex = 2}),
+    EXPECT_EQ(statusLine(kUntranslated,
+                         {.state = State::Converting, .audio = three, .audioTrackIndex = 2}),
               "Status: Converting   Audio:  fre (ac3) (Discarded:  ger (ac3))   ETA: 0s");
 }
 

@@ -6,13 +6,15 @@
 #include "conversion/command_builder.h"
 #include "conversion/mapped_streams.h"
 #include "support/strings.h"
+#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {
 
 std::string lines(const CommandInput& input) {
     std::string text;
-    for (const auto& track : trackPlan(input.file, input.audioTrackIndex, input.settings)) {
+    for (const auto& track :
+         trackPlan(kUntranslated, input.file, input.audioTrackIndex, input.settings)) {
         text += trackLine(track) + "\n";
     }
     return text;
@@ -41,7 +43,8 @@ void expectAgreement(const CommandInput& input) {
 
     std::vector<std::string> maps;
     std::vector<std::string> told;
-    for (const auto& track : trackPlan(input.file, input.audioTrackIndex, input.settings)) {
+    for (const auto& track :
+         trackPlan(kUntranslated, input.file, input.audioTrackIndex, input.settings)) {
         if (track.fate == TrackOutcome::Fate::LeftOut) continue;
         const bool sound = track.kind == TrackOutcome::Kind::Audio;
         const bool filtered = sound && told.empty() && has("-filter_complex");

@@ -224,8 +224,10 @@ public:
 class FakeTranslations final : public Translations {
 public:
     [[nodiscard]] std::string localized(std::string_view text) const override {
-        return std::string(text);
+        const auto found = texts.find(text);
+        return found == texts.end() ? std::string(text) : found->second;
     }
+    std::map<std::string, std::string, std::less<>> texts;
 };
 
 /// Every fake, and a Vantor on top of them, in a temporary folder of its own.

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "support/untranslated.h"
+
 namespace reelvane {
 namespace {
 
@@ -15,7 +17,7 @@ ProbeReport movie(std::string resolution, int referenceFrames) {
 std::string alertsFor(const ProbeReport& report) {
     std::string text;
     for (const auto& [key, title, message, button, delayed] :
-         vet(report, "a\xff.mkv", "Reelvane").alerts) {
+         vet(kUntranslated, report, "a\xff.mkv", "Reelvane").alerts) {
         text.append(key).append(delayed ? " later " : " ").append(title).append("|");
         text.append(message).append("|").append(button).append("\n");
     }
@@ -25,10 +27,10 @@ std::string alertsFor(const ProbeReport& report) {
 TEST(Vetting, TellsInOrderAndRefusesUnderTheApplicationsName) {
     auto report = movie("3840x2160", 2);
     report.videoStreams = {{.codec = "hevc"}, {.codec = "h264", .tenBit = true}};
-    EXPECT_TRUE(vet(report, "a", "b").accepted);
+    EXPECT_TRUE(vet(kUntranslated, report, "a", "b").accepted);
     auto refused = movie("4000x2000", 9);
     refused.refusedVideoCodec = "vp9";
-    EXPECT_FALSE(vet(refused, "a", "b").accepted);
+    EXPECT_FALSE(vet(kUntranslated, refused, "a", "b").accepted);
     EXPECT_EQ(
         alertsFor(report) + alertsFor(refused) + alertsFor({}),
         R"(wrongvideowarning Warning|The file 'a�.mkv' doesn't contain a H264/MPEG4 video track (videocodec: hevc) so the result may not be playable.|OK

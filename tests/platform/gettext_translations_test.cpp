@@ -1,7 +1,10 @@
 #include "platform/gettext_translations.h"
 
 #include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <regex>
 
 #include "tests/fakes/temporary_folder.h"
 
@@ -33,7 +36,28 @@ TEST_F(Translated, TheFirstPreferredLanguageWithACatalogueWins) {
         ::setenv("LANGUAGE", languages, 1);
         EXPECT_EQ(GettextTranslations(folder.path()).localized("Quit"), quit) << languages;
     }
+    ::setenv("LANGUAGE", "fr:de_AT", 1);
+    EXPECT_EQ(GettextTranslations(folder.path()).language(), "de");
     ::unsetenv("LANGUAGE");
+}
+
+/// "%@ %li" out of "%@ of %li": values come in this order whatever the language.
+std::string placesIn(const std::string& text) {
+    static const std::regex kPlace(R"(%(@|l?[diu]|\.0f))");
+    std::string places;
+    for (std::sregex_iterator place(text.begin(), text.end(), kPlace), end; place != end; ++place) {
+        places += place->str() + " ";
+    }
+    return places;
+}
+
+TEST(GermanCatalogue, KeepsThePlacesForValuesInTheirOrder) {
+    std::ifstream file(REELVANE_CATALOGUES "/de.mo", std::ios::binary);
+    const auto catalogue = parseCatalogue(std::string(std::istreambuf_iterator<char>(file), {}));
+    ASSERT_TRUE(catalogue && !catalogue->empty());
+    for (const auto& [original, translation] : *catalogue) {
+        EXPECT_EQ(placesIn(translation), placesIn(original)) << original;
+    }
 }
 
 }  // namespace

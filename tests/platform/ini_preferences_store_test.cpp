@@ -10,6 +10,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "support/untranslated.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {
@@ -92,7 +93,7 @@ TEST_F(IniStore, ADamagedFileIsSetAside) {
     folder.write("p.ini.damaged", "earlier");
     folder.write("p.ini", "[Preferences]\nno pair\n");
     EXPECT_EQ(store.value("a"), std::nullopt);
-    EXPECT_THAT(store.problem(), Optional(HasSubstr(file.native() + ".damaged-1\"")));
+    EXPECT_THAT(store.problem(kUntranslated), Optional(HasSubstr(file.native() + ".damaged-1\"")));
     EXPECT_TRUE(set(store, "a", "2"));
     EXPECT_EQ(contentOf(file), "[Preferences]\na=2\n");
     EXPECT_EQ(contentOf(file.native() + ".damaged"), "earlier");

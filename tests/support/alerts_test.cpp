@@ -42,6 +42,19 @@ TEST_F(AlertTest, AWarningIsShownUntilItsBoxWasTickedInThisVersion) {
     EXPECT_THAT(platform.store.values, ElementsAre(testing::Pair("AutoAdd", "1")));
 }
 
+TEST_F(AlertTest, AnAlertSpeaksTheUsersLanguageButIsKnownAndAnsweredWithoutIt) {
+    platform.translations.texts = {
+        {"Title", "Titel"}, {"OK", "Gut"}, {"Cancel", "Abbrechen"}, {"Don't warn again", "Nie"}};
+    answers = {{.suppressed = true}, {}};
+    alert_dontwarnagain_ever(vantor, kWarning);
+    EXPECT_EQ(shown[0].title, "Titel");
+    EXPECT_THAT(shown[0].buttons, ElementsAre("Gut"));
+    EXPECT_EQ(shown[0].suppressionTitle, "Nie");
+    EXPECT_EQ(platform.store.values["_warningalias_asked"], "1");
+    alert(vantor, "Title", "", "Cancel", "Quit");
+    EXPECT_EQ(cautiousButton(shown[1]), kFirstButton);
+}
+
 TEST_F(AlertTest, AWarningRaisedElsewhereFollowsOnTheMainThread) {
     answers = {{.suppressed = true}};
     dispatch_async_back(vantor, [&] {
