@@ -50,6 +50,9 @@ public:
     /// the running job starts the next one, which is removed in its turn, unless the queue is
     /// paused.
     void applicationWillTerminate();
+    /// For a program that is ended from within, with no time to tell anybody: the running
+    /// conversion ends with it, and what it has written is deleted.
+    void applicationIsAborting() { unfinished_.abandon(); }
     /// The program was opened again while it runs. False: nothing is left to do for the platform.
     [[nodiscard]] bool applicationShouldHandleReopen();
     /// What ends the main loop when the program is to quit.

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "app/preference_keys.h"
-#include "app/unfinished_output.h"
 #include "conversion/mp4_movie.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -110,15 +109,16 @@ void UnfinishedOutputs::cleanUp() {
 void UnfinishedOutputs::begin(const fs::path& output, const fs::path& progressFile) {
     const auto& host = vantor_.ports().host;
     const auto startTime = host.processStartTime(::getpid());
-    if (!startTime || !begun_.insert(output).second) return;
+    if (!startTime || begun_.contains(output)) return;
+    const UnfinishedOutput entry{.processID = ::getpid(),
+                                 .startTime = *startTime,
+                                 .scope = host.processScope(),
+                                 .output = ownFileAt(output),
+                                 .progressFile = ownFileAt(progressFile)};
+    begun_.emplace(output, entry);
     vantor_.preferences().changeLater(
         kUnfinishedOutputKey,
-        [entry = UnfinishedOutput{.processID = ::getpid(),
-                                  .startTime = *startTime,
-                                  .scope = host.processScope(),
-                                  .output = ownFileAt(output),
-                                  .progressFile = ownFileAt(progressFile)}](
-            const std::optional<std::string>& list) { return withEntry(list, entry); });
+        [entry](const std::optional<std::string>& list) { return withEntry(list, entry); });
 }
 
 void UnfinishedOutputs::settle(const fs::path& output) {
@@ -132,6 +132,15 @@ void UnfinishedOutputs::settle(const fs::path& output) {
                        entry->output.path == output;
             });
         });
+}
+
+void UnfinishedOutputs::abandon() {
+    while (!begun_.empty()) {
+        const auto [output, entry] = *begun_.begin();
+        logOutcome({.output = output, .outcome = cleanUpAfter(entry)});
+        settle(output);
+    }
+    vantor_.preferences().writeChanges();
 }
 
 }  // namespace reelvane

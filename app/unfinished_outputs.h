@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
-#include <set>
+#include <map>
+
+#include "app/unfinished_output.h"
 
 namespace reelvane {
 
@@ -24,10 +26,12 @@ public:
     void begin(const std::filesystem::path& output, const std::filesystem::path& progressFile);
     /// The output is finished or deleted; nothing happens where none was begun.
     void settle(const std::filesystem::path& output);
+    /// Deletes what this process has begun, for it ends here and now. Files alone are touched.
+    void abandon();
 
 private:
     Vantor& vantor_;
-    std::set<std::filesystem::path> begun_;
+    std::map<std::filesystem::path, UnfinishedOutput> begun_;
 };
 
 }  // namespace reelvane

@@ -37,6 +37,7 @@
 #include "support/uncaught_exceptions.h"
 #include "support/vantor.h"
 #include "ui/auxiliary_windows.h"
+#include "ui/exit_work.h"
 #include "ui/icons.h"
 #include "ui/launch_arguments.h"
 #include "ui/main_window.h"
@@ -178,6 +179,9 @@ int runWindow(Base& base, QApplication& application,
         alerts.endAll();
         QCoreApplication::exit(128 + Interruption::signal());
     });
+    // The screen may go first when a session ends.
+    std::optional<ExitWork> screenLost{std::in_place,
+                                       [&controller] { controller.applicationIsAborting(); }};
 
     window.show();
     if (const auto problem = base.store.problem(base.translations)) {
@@ -186,6 +190,7 @@ int runWindow(Base& base, QApplication& application,
     controller.applicationWillFinishLaunching();
     takeFiles(base, controller, window, application, files);
     const auto status = QApplication::exec();
+    screenLost.reset();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
     base.launcherEntry.setProgress(std::nullopt);

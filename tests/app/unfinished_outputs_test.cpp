@@ -2,6 +2,7 @@
 
 #include <string>
 #include <tuple>
+#include <unistd.h>
 
 #include "app/unfinished_output.h"
 #include "support/preference_text.h"
@@ -69,6 +70,18 @@ TEST_F(UnfinishedOutputsTest, OnlyWhatACrashedProgramLeftBehindIsDeleted) {
     for (const auto& [priority, text] : platform_.systemLog.written) log += text + "\n";
     EXPECT_THAT(log, AllOf(HasSubstr("deleted"), HasSubstr("reused.m4v"), HasSubstr("kept"),
                            HasSubstr("whole.m4v"), HasSubstr("alone"), Not(HasSubstr("atwork"))));
+}
+
+TEST_F(UnfinishedOutputsTest, AnAbortLeavesNothingOfItsOwnBehind) {
+    platform_.host.processes[::getpid()] = "now";
+    const auto other = entry("other.m4v", "other.log");
+    UnfinishedOutputs outputs(platform_.vantor);
+    const auto own = entry("own.m4v", "own.log");
+    outputs.begin(own.output.path, own.progressFile.path);
+    outputs.abandon();
+    EXPECT_FALSE(fs::exists(own.output.path) || fs::exists(own.progressFile.path));
+    EXPECT_TRUE(fs::exists(other.output.path));
+    EXPECT_THAT(stored(), IsEmpty());
 }
 
 TEST_F(UnfinishedOutputsTest, AProcessThatCannotBeSeenIsNotGone) {
