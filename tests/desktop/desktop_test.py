@@ -4,6 +4,7 @@ import faulthandler
 import json
 import os
 import shutil
+import signal
 import subprocess
 import sys
 import unittest
@@ -145,6 +146,22 @@ class DesktopTest(unittest.TestCase):
             window.find("list item", f"{name}.mkv, Status: Finished*")
             text = f"Reelvane has finished converting the file {name}.mkv."
             wait_for(text, lambda text=text: text in notifications())
+
+    def test_notification_leads_to_the_file(self):
+        subprocess.run(["dunstctl", "close-all"], check=True)
+        self.prefer("AutoAdd", 1)
+        self.start(self.movie("short ü.mkv"))
+        wait_for("the notification",
+                 lambda: desk.output_of("dunstctl", "count", "displayed").strip() == "1")
+        subprocess.run(["dunstctl", "action", "0"], check=True)
+        thunar = wait_for("the file manager", lambda: next(
+            (each for each in desk.children(Atspi.get_desktop(0))
+             if each.get_name().lower() == "thunar"), None))
+        self.addCleanup(lambda process=thunar.get_process_id(): (  # the bus has started it
+            os.kill(process, signal.SIGKILL), wait_for("it gone", lambda: desk.is_gone(process))))
+        wait_for("the movie to be selected", lambda: any(
+            each.get_name() == "short ü.m4v" and desk.has_state(each, Atspi.StateType.SELECTED)
+            for each in desk.shown(thunar)))
 
     def test_pause_resume_remove(self):
         window, (process_id, words) = self.start_converting()
