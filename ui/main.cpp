@@ -180,8 +180,7 @@ int runWindow(Base& base, QApplication& application,
         QCoreApplication::exit(128 + Interruption::signal());
     });
     // The screen may go first when a session ends.
-    std::optional<ExitWork> screenLost{std::in_place,
-                                       [&controller] { controller.applicationIsAborting(); }};
+    const ExitWork screenLost([&controller] { controller.applicationIsAborting(); });
 
     window.show();
     if (const auto problem = base.store.problem(base.translations)) {
@@ -190,7 +189,6 @@ int runWindow(Base& base, QApplication& application,
     controller.applicationWillFinishLaunching();
     takeFiles(base, controller, window, application, files);
     const auto status = QApplication::exec();
-    screenLost.reset();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
     base.launcherEntry.setProgress(std::nullopt);
