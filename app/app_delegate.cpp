@@ -19,9 +19,10 @@ namespace reelvane {
 AppDelegate::AppDelegate(Vantor& vantor, RunChoices choices)
     : vantor_(vantor),
       choices_(std::move(choices)),
+      removals_(vantor),
       unfinished_(vantor),
       retired_(vantor),
-      control_(vantor, queue_, names_),
+      control_(vantor, queue_),
       destinations_(vantor),
       intake_(vantor, *this, destinations_, names_, choices_),
       lifecycle_(vantor, queue_) {}
@@ -49,8 +50,10 @@ bool AppDelegate::applicationShouldTerminate() {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    const RetiredJobs::Hold hold(retired_);
+    control_.stop();
     lifecycle_.applicationWillTerminate();
+    removals_.finish();
+    vantor_.preferences().writeChanges();  // what the removals were to change
 }
 
 bool AppDelegate::applicationShouldHandleReopen() {
@@ -66,32 +69,17 @@ void AppDelegate::openFiles(const std::vector<std::filesystem::path>& paths) {
     intake_.openFiles(paths);
 }
 
-void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
-    const RetiredJobs::Hold hold(retired_);
-    auto& record = job->fileInfo();
+void AppDelegate::addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) {
     // What a job will read is no more to be written over than what another one will write.
-    names_.promise(record.fileURL);
-    if (record.destinationURL) names_.promise(*record.destinationURL);
-    names_.refresh(record);
-    if (!record.destinationURL || !Fennimar::isWriteablePath(*record.destinationURL)) {
+    names_->promise(job->fileInfo().fileURL);
+    if (!isWriteable) {
         refuseUnwritable(std::move(job));
         return;
     }
-    if (!paused() && jobCountWithState(ConversionJobState::Converting) == 0 &&
-        !intake_.hasWaitingFiles()) {
-        adding_ = job.get();
-        control_.start(*job);
-        const bool removedItself = std::exchange(adding_, nullptr) == nullptr;
-        if (removedItself) {
-            releaseNames(*job);
-            retired_.retire(std::move(job));
-        }
-    }
-    if (job) {
-        const bool atBottom = vantor_.preferences().defaultInt(kInsertJobsAtBottomKey) != 0;
-        queue_.insertJob(std::move(job),
-                         atBottom ? JobQueue::InsertAt::Bottom : JobQueue::InsertAt::Top);
-    }
+    if (!paused() && !isAtWork() && !intake_.hasWaitingFiles()) job->start();
+    const bool atBottom = vantor_.preferences().defaultInt(kInsertJobsAtBottomKey) != 0;
+    queue_.insertJob(std::move(job),
+                     atBottom ? JobQueue::InsertAt::Bottom : JobQueue::InsertAt::Top);
     intake_.cancelAdd();
     updateWindowTitle();
     intake_.clearFileInfo();
@@ -116,27 +104,23 @@ void AppDelegate::refuseUnwritable(std::unique_ptr<ConversionJob> job) {
 }
 
 void AppDelegate::releaseNames(const ConversionJob& job) {
-    names_.release(job.fileInfo().fileURL);
-    if (const auto& destination = job.fileInfo().destinationURL) names_.release(*destination);
+    names_->release(job.fileInfo().fileURL);
+    if (const auto& destination = job.fileInfo().destinationURL) names_->release(*destination);
 }
 
 void AppDelegate::removeJobs(const std::vector<ConversionJob*>& jobs) {
-    const RetiredJobs::Hold hold(retired_);
     control_.removeJobs(jobs);
 }
 
 void AppDelegate::cleanClicked() {
-    const RetiredJobs::Hold hold(retired_);
     control_.cleanClicked();
 }
 
 void AppDelegate::togglePause() {
-    const RetiredJobs::Hold hold(retired_);
     control_.togglePause();
 }
 
 void AppDelegate::continueJob(ConversionJob& job) {
-    const RetiredJobs::Hold hold(retired_);
     control_.continueJob(job);
 }
 
@@ -168,17 +152,12 @@ Subscription AppDelegate::observeWindowRequests(std::function<void(const WindowR
 }
 
 void AppDelegate::removeJob(ConversionJob& job) {
-    if (&job == adding_) {
-        adding_ = nullptr;  // it never gets into the list
-        return;
-    }
     releaseNames(job);
     retired_.retire(queue_.takeJob(job));
     updateWindowTitle();
 }
 
 void AppDelegate::startNextJobInQueue() {
-    const RetiredJobs::Hold hold(retired_);
     control_.startNextJobInQueue();
 }
 
@@ -190,9 +169,32 @@ void AppDelegate::pauseContinueClicked() {
     control_.jobWentOn();
 }
 
-void AppDelegate::outputBegun(const std::filesystem::path& output,
+OutputPlaces AppDelegate::outputPlaces() {
+    return {
+        .claim = [names = names_](MKVFileInfo& record) { names->claim(record); },
+        .release = [names = names_](const std::filesystem::path& path) { names->release(path); }};
+}
+
+void AppDelegate::outputBegun(const std::filesystem::path& output, const std::string& outputMark,
                               const std::filesystem::path& progressFile) {
-    unfinished_.begin(output, progressFile);
+    unfinished_.begin(output, outputMark, progressFile);
+}
+
+void AppDelegate::discardOutput(const std::filesystem::path& output,
+                                const std::filesystem::path& source) {
+    // Nobody gets the path before the file is gone, or he would lose his own.
+    names_->promise(output);
+    removals_.remove([output, source] { deleteUnlessSource(output, source); },
+                     [this, output] {
+                         names_->release(output);
+                         unfinished_.settle(output);
+                     });
+}
+
+void AppDelegate::deleteSource(const std::filesystem::path& source) {
+    names_->promise(source);
+    removals_.remove([source] { Fennimar::removeFile(source); },
+                     [this, source] { names_->release(source); });
 }
 
 void AppDelegate::outputSettled(const std::filesystem::path& output) {

@@ -10,6 +10,7 @@
 #include "app/conversion_style.h"
 #include "app/destinations.h"
 #include "app/file_intake.h"
+#include "app/file_removals.h"
 #include "app/job_queue.h"
 #include "app/lifecycle.h"
 #include "app/output_names.h"
@@ -46,9 +47,8 @@ public:
     void applicationWillFinishLaunching();
     /// False: the user wants to stay because a conversion runs.
     [[nodiscard]] bool applicationShouldTerminate();
-    /// Removes every job, running ones included, and puts the preferences onto the disk. Removing
-    /// the running job starts the next one, which is removed in its turn, unless the queue is
-    /// paused.
+    /// Removes every job, running ones included, and puts the preferences onto the disk. What was
+    /// unfinished is gone when this returns.
     void applicationWillTerminate();
     /// For a program that is ended from within, with no time to tell anybody: the running
     /// conversion ends with it, and what it has written is deleted.
@@ -60,14 +60,13 @@ public:
 
     /// Takes movies and subtitle files in, as if opened together.
     void openFiles(const std::vector<std::filesystem::path>& paths);
-    void addJob(std::unique_ptr<ConversionJob> job) override;
     /// Removes these jobs, all of them in the list; the queue goes on when all are gone.
     void removeJobs(const std::vector<ConversionJob*>& jobs);
     /// Removes every finished job.
     void cleanClicked();
     /// The user toggles the queue's pause.
     void togglePause();
-    /// The user starts or continues this job; goes through here so that its output path is checked.
+    /// The user starts or continues this job.
     void continueJob(ConversionJob& job);
 
     void openMainWindow();
@@ -94,14 +93,20 @@ public:
     void startNextJobInQueue() override;
     [[nodiscard]] int jobCountWithState(ConversionJobState state) const override;
     void pauseContinueClicked() override;
-    void outputBegun(const std::filesystem::path& output,
+    [[nodiscard]] bool isAtWork() const override { return queue_.isAtWork(); }
+    [[nodiscard]] OutputPlaces outputPlaces() override;
+    void outputBegun(const std::filesystem::path& output, const std::string& outputMark,
                      const std::filesystem::path& progressFile) override;
     void outputSettled(const std::filesystem::path& output) override;
+    void discardOutput(const std::filesystem::path& output,
+                       const std::filesystem::path& source) override;
+    void deleteSource(const std::filesystem::path& source) override;
     void conversionEnded() override;
     [[nodiscard]] ConversionSettings conversionSettings() const override;
     void terminate() override;
 
 private:
+    void addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) override;
     [[nodiscard]] ConversionJob::Controller& jobController() override { return *this; }
     void updateWindowTitle() override;
     void bringToFront() override;
@@ -111,7 +116,9 @@ private:
     Vantor& vantor_;
     RunChoices choices_;
     JobQueue queue_;
-    OutputNames names_;
+    // Shared with work in the background that may end after the controller.
+    std::shared_ptr<OutputNames> names_ = std::make_shared<OutputNames>();
+    FileRemovals removals_;
     UnfinishedOutputs unfinished_;
     RetiredJobs retired_;
     QueueControl control_;
@@ -121,7 +128,6 @@ private:
     Observable<ConversionStyleView> conversionStyle_;
     Observers<const WindowRequest&> windowRequests_;
     std::function<void()> terminateHandler_;
-    ConversionJob* adding_ = nullptr;  // the job that starts before it is in the list
 };
 
 }  // namespace reelvane

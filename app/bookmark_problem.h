@@ -4,8 +4,7 @@
 
 namespace reelvane {
 
-/// A saved destination folder that could not be used when a job needed it. The core does not catch
-/// it: where nobody can be asked for another place it ends in the fatal problem report.
+/// A saved destination folder that could not be used when a job needed it.
 class BookmarkProblem final : public NamedException {
     using NamedException::NamedException;
 };

@@ -1,34 +1,43 @@
 #include "app/destination_resolver.h"
 
-#include <system_error>
 #include <utility>
 
+#include "app/bookmark_problem.h"
 #include "app/destinations.h"
 #include "app/output_names.h"
 #include "app/settings_reader.h"
 #include "support/alerts.h"
 #include "support/dispatch.h"
+#include "support/logging.h"
 #include "support/paths.h"
-#include "support/ports/folder_access.h"
 #include "support/ports/panels.h"
 #include "support/vantor.h"
 
 namespace reelvane {
+
+struct DestinationResolver::Found {
+    std::optional<ResolvedDestination> destination{};
+    std::optional<BookmarkProblem> problem{};
+    bool isSource = false;
+};
+
 namespace {
 
-/// The same path, or another name of the same file: writing there would destroy the source.
-bool isSameFile(const std::filesystem::path& left, const std::filesystem::path& right) {
-    std::error_code ignored;
-    return left == right || std::filesystem::equivalent(left, right, ignored);
+ResolvedDestination placeIn(OutputNames& names, const std::filesystem::path& folder,
+                            const std::string& fileName, const std::string& extension) {
+    auto path = names.takeFreePath(folder, fileName, extension);
+    const bool isWriteable = Fennimar::isWriteablePath(path);
+    return {.destinationURL = std::move(path), .isWriteable = isWriteable};
 }
 
 }  // namespace
 
 DestinationResolver::DestinationResolver(Vantor& vantor, Destinations& destinations,
-                                         OutputNames& names, const RunChoices& choices)
+                                         std::shared_ptr<OutputNames> names,
+                                         const RunChoices& choices)
     : vantor_(vantor),
       destinations_(destinations),
-      names_(names),
+      names_(std::move(names)),
       choices_(choices) {}
 
 std::string DestinationResolver::extension() const {
@@ -38,9 +47,12 @@ std::string DestinationResolver::extension() const {
 void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::size_t> menuIndex,
                                   Answer answer) {
     if (choices_.destinationFolder) {
-        const auto folder = std::filesystem::absolute(*choices_.destinationFolder);
-        answer(ResolvedDestination{.destinationURL =
-                                       names_.freePath(folder, record.fileName, extension())});
+        searchInBackground(
+            [names = names_, folder = std::filesystem::absolute(*choices_.destinationFolder),
+             name = record.fileName, type = extension()] {
+                return Found{.destination = placeIn(*names, folder, name, type)};
+            },
+            std::move(answer));
     } else if (!menuIndex || !destinations_.isDestination(*menuIndex)) {
         answer(std::nullopt);
     } else if (*menuIndex == kAskDestination) {
@@ -48,11 +60,58 @@ void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::
     } else if (*menuIndex == kNextToSourceDestination) {
         findFolderNextTo(record, std::move(answer));
     } else {
-        const auto folder = destinations_.openSavedFolder(*menuIndex);
-        answer(ResolvedDestination{
-            .destinationURL = names_.freePath(folder, record.fileName, extension()),
-            .securityURL = folder});
+        takeSavedFolder(record, destinations_.savedFolder(*menuIndex), std::move(answer));
     }
+}
+
+void DestinationResolver::release(const ResolvedDestination& destination) {
+    names_->release(destination.destinationURL);
+    if (destination.securityURL) {
+        vantor_.ports().folderAccess.stopAccessing(*destination.securityURL);
+    }
+}
+
+void DestinationResolver::searchInBackground(Search search, Answer answer) {
+    if (searchBegun_) searchBegun_();
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
+                                  search = std::move(search), answer = std::move(answer)] {
+        dispatch_async_main(vantor, [this, alive, answer, found = search()] {
+            if (!alive.lock()) return;
+            if (found.problem) tell(*found.problem);
+            if (found.isSource) {
+                alert_apptitled(vantor_,
+                                "You've tried to overwrite the source file with the target file. "
+                                "Thats the worst idea ever.",
+                                "D'oh");
+            }
+            answer(found.destination);
+        });
+    });
+}
+
+void DestinationResolver::tell(const BookmarkProblem& problem) {
+    vn_log_level(LogError, "%@: %@", problem.name(), problem.what());
+    alert_apptitled(vantor_,
+                    "The saved folder cannot be opened. Is its disk connected? Please try again "
+                    "then, or choose another place.",
+                    "OK");
+}
+
+void DestinationResolver::takeSavedFolder(const MKVFileInfo& record, const BookmarkData& bookmark,
+                                          Answer answer) {
+    searchInBackground(
+        [names = names_, &access = vantor_.ports().folderAccess, bookmark, name = record.fileName,
+         type = extension()] {
+            try {
+                const auto folder = openSavedFolder(access, bookmark);
+                auto place = placeIn(*names, folder, name, type);
+                place.securityURL = folder;
+                return Found{.destination = std::move(place)};
+            } catch (const BookmarkProblem& problem) {
+                return Found{.problem = problem};
+            }
+        },
+        std::move(answer));
 }
 
 void DestinationResolver::askWithSavePanel(const MKVFileInfo& record, Answer answer) {
@@ -72,45 +131,43 @@ void DestinationResolver::askWithSavePanel(const MKVFileInfo& record, Answer ans
 }
 
 void DestinationResolver::takeChosenPath(const MKVFileInfo& record,
-                                         const std::filesystem::path& chosen,
-                                         const Answer& answer) {
-    if (isSameFile(record.fileURL, chosen)) {
-        alert_apptitled(vantor_,
-                        "You've tried to overwrite the source file with the target file. Thats the "
-                        "worst idea ever.",
-                        "D'oh");
-        answer(std::nullopt);
-        return;
-    }
-    // Another job of the list reads or writes there: the user meant no harm to that one.
-    if (names_.isPromised(chosen)) {
-        answer(ResolvedDestination{
-            .destinationURL =
-                names_.freePath(chosen.parent_path(), chosen.filename().native(), extension())});
-        return;
-    }
-    Fennimar::removeFile(chosen);
-    answer(ResolvedDestination{.destinationURL = chosen, .chosen = true});
+                                         const std::filesystem::path& chosen, Answer answer) {
+    searchInBackground(
+        [names = names_, source = record.fileURL, chosen, type = extension()] {
+            if (Fennimar::isSameFile(source, chosen)) return Found{.isSource = true};
+            // Where another job of the list reads or writes, the user meant no harm to that one.
+            if (!names->promiseIfFree(chosen)) {
+                return Found{.destination = placeIn(*names, chosen.parent_path(),
+                                                    chosen.filename().native(), type)};
+            }
+            Fennimar::removeFile(chosen);
+            return Found{.destination =
+                             ResolvedDestination{.destinationURL = chosen,
+                                                 .chosen = true,
+                                                 .isWriteable = Fennimar::isWriteablePath(chosen)}};
+        },
+        std::move(answer));
 }
 
-std::optional<ResolvedDestination> DestinationResolver::nextTo(const MKVFileInfo& record) {
-    const auto folder = record.fileURL.parent_path();
+bool DestinationResolver::goNextTo(const MKVFileInfo& record, const Answer& answer) {
     const auto target = std::filesystem::path(record.fileURL).replace_extension(extension());
     const auto* const opened = folderHolding(destinations_.openedFolders(), target);
-    if (opened == nullptr) return std::nullopt;
-    ResolvedDestination destination{.destinationURL =
-                                        names_.freePath(folder, record.fileName, extension())};
-    if (opened->securityScoped && vantor_.ports().folderAccess.startAccessing(opened->folder)) {
-        destination.securityURL = opened->folder;
-    }
-    return destination;
+    if (opened == nullptr) return false;
+    searchInBackground(
+        [names = names_, &access = vantor_.ports().folderAccess, opened = *opened,
+         folder = record.fileURL.parent_path(), name = record.fileName, type = extension()] {
+            auto place = placeIn(*names, folder, name, type);
+            if (opened.securityScoped && access.startAccessing(opened.folder)) {
+                place.securityURL = opened.folder;
+            }
+            return Found{.destination = std::move(place)};
+        },
+        answer);
+    return true;
 }
 
 void DestinationResolver::findFolderNextTo(const MKVFileInfo& record, Answer answer) {
-    if (auto found = nextTo(record)) {
-        answer(std::move(found));
-        return;
-    }
+    if (goNextTo(record, answer)) return;
     alert_apptitled(
         vantor_,
         "You've chosen the 'Next to' default destination for converted MP4 files. Since Apple's "
@@ -127,15 +184,13 @@ void DestinationResolver::findFolderNextTo(const MKVFileInfo& record, Answer ans
                 return;
             }
             destinations_.addOpenedFolder(chosen.front());
-            auto found = nextTo(record);
-            if (!found) {
-                dispatch_async_main(vantor_, [&vantor = vantor_] {
-                    alert_apptitled(vantor,
-                                    "You did not seem to select a folder that contains your MKV.",
-                                    "Cancel");
-                });
-            }
-            answer(std::move(found));
+            if (goNextTo(record, answer)) return;
+            dispatch_async_main(vantor_, [&vantor = vantor_] {
+                alert_apptitled(vantor,
+                                "You did not seem to select a folder that contains your MKV.",
+                                "Cancel");
+            });
+            answer(std::nullopt);
         });
 }
 

@@ -1,12 +1,14 @@
 #include "app/destinations.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "app/bookmark_problem.h"
 #include "app/launch_corrections.h"
 #include "app/preference_keys.h"
 #include "support/alerts.h"
+#include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/ports/panels.h"
 #include "support/ports/translations.h"
@@ -25,7 +27,39 @@ std::size_t newestFolderRow(const PopUpMenu& menu) {
     return menu.items().size() - 3;
 }
 
+struct TriedFolders {
+    std::vector<OpenedFolder> opened{};
+    std::vector<BookmarkData> lost{};
+};
+
+/// Access is started again when a job uses the folder.
+TriedFolders tryAll(FolderAccess& access, const SavedDestinations& saved) {
+    TriedFolders tried;
+    for (const auto& destination : saved) {
+        const auto resolved = access.resolveBookmark(destination.bookmark);
+        if (resolved.folder && access.startAccessing(*resolved.folder)) {
+            access.stopAccessing(*resolved.folder);
+            tried.opened.push_back({.folder = *resolved.folder, .securityScoped = true});
+        } else {
+            tried.lost.push_back(destination.bookmark);
+        }
+    }
+    return tried;
+}
+
 }  // namespace
+
+std::filesystem::path openSavedFolder(FolderAccess& access, const BookmarkData& bookmark) {
+    const auto resolved = access.resolveBookmark(bookmark);
+    if (!resolved.folder) {
+        throw BookmarkProblem("Bookmark Problem: URLByResolvingBookmarkData", resolved.error);
+    }
+    if (!access.startAccessing(*resolved.folder)) {
+        throw BookmarkProblem("Bookmark Problem: startAccessingSecurityScopedResource",
+                              resolved.folder->native());
+    }
+    return *resolved.folder;
+}
 
 std::vector<MenuItem> destinationMenuItems(const FixedDestinationTitles& titles,
                                            const std::vector<std::string>& folders) {
@@ -54,27 +88,28 @@ void Destinations::validateAtLaunch() {
     for (auto& granted : vantor_.ports().folderAccess.grantedFolders()) {
         addOpenedFolder(std::move(granted));
     }
-    auto& preferences = vantor_.preferences();
-    const auto saved = savedDestinations(preferences);
-    std::vector<BookmarkData> lost;
-    for (const auto& destination : saved) {
-        if (!openAtLaunch(destination.bookmark)) lost.push_back(destination.bookmark);
-    }
-    if (!lost.empty()) {
-        vn_log_level(LogError, "Info: going to delete %lu invalid bookmarks", lost.size());
-        preferences.edit([&lost](PreferenceValues& values) { dropLostDestinations(values, lost); });
-    }
-    clampDefaultDestination(preferences, saved.size() - lost.size());
     rebuildPreferencesDestinationPopUp();
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
+                                  saved = savedDestinations(vantor_.preferences())] {
+        auto [opened, lost] = tryAll(vantor.ports().folderAccess, saved);
+        dispatch_async_main(vantor,
+                            [this, alive, opened = std::move(opened), lost = std::move(lost)] {
+                                if (alive.lock()) validated(opened, lost);
+                            });
+    });
 }
 
-bool Destinations::openAtLaunch(const BookmarkData& bookmark) {
-    auto& access = vantor_.ports().folderAccess;
-    const auto resolved = access.resolveBookmark(bookmark);
-    if (!resolved.folder || !access.startAccessing(*resolved.folder)) return false;
-    openedFolders_.push_back({.folder = *resolved.folder, .securityScoped = true});
-    access.stopAccessing(*resolved.folder);  // started again when a job uses the folder
-    return true;
+void Destinations::validated(std::vector<OpenedFolder> opened,
+                             const std::vector<BookmarkData>& lost) {
+    std::ranges::move(opened, std::back_inserter(openedFolders_));
+    auto& preferences = vantor_.preferences();
+    const auto drop = [&lost](PreferenceValues& values) { dropLostDestinations(values, lost); };
+    if (!lost.empty()) {
+        vn_log_level(LogError, "Info: going to delete %lu invalid bookmarks", lost.size());
+        rearrange(drop);
+    }
+    clampDefaultDestination(preferences, savedDestinations(preferences).size());
+    rebuildPreferencesDestinationPopUp();
 }
 
 void Destinations::rebuildDestinationPopUp() {
@@ -106,13 +141,24 @@ void Destinations::chooseNewDestination(DestinationMenu menu) {
     vantor_.ports().panels.open({.parent = parent, .chooseFolder = true},
                                 [this, menu, alive = std::weak_ptr(alive_)](
                                     const std::vector<std::filesystem::path>& chosen) {
-                                    if (!alive.lock() || chosen.empty()) return;
-                                    addDestination(chosen.front(), menu);
+                                    if (alive.lock() && !chosen.empty()) {
+                                        bookmark(chosen.front(), menu);
+                                    }
                                 });
 }
 
-void Destinations::addDestination(const std::filesystem::path& folder, DestinationMenu menu) {
-    const auto created = vantor_.ports().folderAccess.createBookmark(folder);
+void Destinations::bookmark(const std::filesystem::path& folder, DestinationMenu menu) {
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_), folder,
+                                  menu] {
+        dispatch_async_main(vantor, [this, alive, folder, menu,
+                                     created = vantor.ports().folderAccess.createBookmark(folder)] {
+            if (alive.lock()) addDestination(folder, created, menu);
+        });
+    });
+}
+
+void Destinations::addDestination(const std::filesystem::path& folder,
+                                  const BookmarkResult& created, DestinationMenu menu) {
     if (!created.bookmark) {
         vn_log_level(LogError, "Error creating bookmark: %@", created.error);
         return;
@@ -187,19 +233,9 @@ bool Destinations::isDestination(std::size_t menuIndex) const {
            menuIndex < kFirstFolderDestination + savedDestinations(vantor_.preferences()).size();
 }
 
-std::filesystem::path Destinations::openSavedFolder(std::size_t menuIndex) {
-    auto& access = vantor_.ports().folderAccess;
+BookmarkData Destinations::savedFolder(std::size_t menuIndex) const {
     const auto saved = savedDestinations(vantor_.preferences());
-    const auto resolved =
-        access.resolveBookmark(saved.at(menuIndex - kFirstFolderDestination).bookmark);
-    if (!resolved.folder) {
-        throw BookmarkProblem("Bookmark Problem: URLByResolvingBookmarkData", resolved.error);
-    }
-    if (!access.startAccessing(*resolved.folder)) {
-        throw BookmarkProblem("Bookmark Problem: startAccessingSecurityScopedResource",
-                              resolved.folder->native());
-    }
-    return *resolved.folder;
+    return saved.at(menuIndex - kFirstFolderDestination).bookmark;
 }
 
 }  // namespace reelvane

@@ -47,6 +47,11 @@ struct OpenedFolder {
 [[nodiscard]] const OpenedFolder* folderHolding(const std::vector<OpenedFolder>& folders,
                                                 const std::filesystem::path& target);
 
+/// Resolves a saved folder and starts the access to it. Throws BookmarkProblem when the folder
+/// cannot be found or opened. Any thread; asks the disk.
+[[nodiscard]] std::filesystem::path openSavedFolder(FolderAccess& access,
+                                                    const BookmarkData& bookmark);
+
 /// Which of the two menus asked for a new destination.
 enum class DestinationMenu { Preferences = 0, FileSheet = 1 };
 
@@ -62,7 +67,7 @@ public:
     void addOpenedFolder(std::filesystem::path folder);
 
     /// Drops saved folders that are gone, opens the others and brings the stored choice back into
-    /// the menu. Once, at launch.
+    /// the menu, as soon as the disks have answered. Once, at launch.
     void validateAtLaunch();
     void rebuildDestinationPopUp();
     void rebuildPreferencesDestinationPopUp();
@@ -78,13 +83,14 @@ public:
 
     /// False for the separators and the item that adds a destination.
     [[nodiscard]] bool isDestination(std::size_t menuIndex) const;
-    /// Resolves the saved folder behind a menu index and starts the access to it.
-    /// Throws BookmarkProblem when the folder cannot be found or opened.
-    [[nodiscard]] std::filesystem::path openSavedFolder(std::size_t menuIndex);
+    /// The saved folder behind the menu index of one.
+    [[nodiscard]] BookmarkData savedFolder(std::size_t menuIndex) const;
 
 private:
-    [[nodiscard]] bool openAtLaunch(const BookmarkData& bookmark);
-    void addDestination(const std::filesystem::path& folder, DestinationMenu menu);
+    void validated(std::vector<OpenedFolder> opened, const std::vector<BookmarkData>& lost);
+    void bookmark(const std::filesystem::path& folder, DestinationMenu menu);
+    void addDestination(const std::filesystem::path& folder, const BookmarkResult& created,
+                        DestinationMenu menu);
     void refuseDuplicate();
     void rearrange(const std::function<void(PreferenceValues&)>& edit);
     void rebuild(PopUpMenu& menu);

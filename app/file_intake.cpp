@@ -61,27 +61,51 @@ void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) 
 
 }  // namespace
 
-FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations, OutputNames& names,
-                       const RunChoices& choices)
+FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
+                       std::shared_ptr<OutputNames> names, const RunChoices& choices)
     : vantor_(vantor),
       owner_(owner),
       destinations_(destinations),
       choices_(choices),
-      resolver_(vantor, destinations, names, choices) {}
+      resolver_(vantor, destinations, std::move(names), choices) {
+    resolver_.setSearchBegun([this] { awaitsDisk_.set(true); });
+}
 
 void FileIntake::setPreferredLanguages(std::vector<std::string> languages) {
     preferredLanguages_ = std::move(languages);
 }
 
 void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
-    const bool handlesFile = isBusy();
-    auto sorted = sortFiles(absolutePaths(paths), Fennimar::readInt);
-    std::erase_if(sorted.subtitles, couldBlock);
+    auto absolute = absolutePaths(paths);
+    if (std::ranges::any_of(absolute, isSubtitleFile)) {
+        sortInBackground(std::move(absolute));
+    } else {
+        take(sortFiles(absolute, Fennimar::readInt));
+    }
+    owner_.bringToFront();
+}
+
+void FileIntake::sortInBackground(std::vector<std::filesystem::path> paths) {
+    ++sorting_;
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
+                                  paths = std::move(paths)] {
+        auto sorted = sortFiles(paths, Fennimar::readInt);
+        std::erase_if(sorted.subtitles, couldBlock);
+        dispatch_async_main(vantor, [this, alive, sorted = std::move(sorted)] {
+            if (!alive.lock()) return;
+            --sorting_;
+            take(sorted);
+        });
+    });
+}
+
+void FileIntake::take(SortedFiles sorted) {
+    const bool handled = handlesFile();
     for (const auto& subtitle : sorted.subtitles) pairing_.add(subtitle);
     std::ranges::move(sorted.movies, std::back_inserter(importFiles_));
     waitingCount_.set(importFiles_.size());
-    if (!handlesFile) addNextFile();
-    owner_.bringToFront();
+    if (!handled) addNextFile();
+    if (!isBusy()) idle_.notify();
 }
 
 void FileIntake::addClicked() {
@@ -93,6 +117,10 @@ void FileIntake::addClicked() {
 }
 
 bool FileIntake::isBusy() const {
+    return sorting_ > 0 || handlesFile();
+}
+
+bool FileIntake::handlesFile() const {
     return hasWaitingFiles() || isScanning_.get() || topConstraint_.get() == kSheetShown;
 }
 
@@ -104,6 +132,7 @@ void FileIntake::addNextFile() {
     presentFile_ = probe.file;
     probe.subtitle = pairing_.subtitleFor(probe.file);
     if (choices_.subtitleFile) probe.subtitle = std::filesystem::absolute(*choices_.subtitleFile);
+    turn_ = std::make_shared<const bool>(true);
     topConstraint_.set(kSheetShown);
     isScanning_.set(true);
     probeInBackground(std::move(probe));
@@ -117,20 +146,20 @@ ProbeTools FileIntake::tools() const {
 
 void FileIntake::probeInBackground(Probe probe) {
     dispatch_async_back(
-        vantor_, [this, alive = std::weak_ptr(alive_), &vantor = vantor_, probe = std::move(probe),
+        vantor_, [this, turn = Turn(turn_), &vantor = vantor_, probe = std::move(probe),
                   options = readProbeOptions(vantor_.preferences()), tools = tools()]() mutable {
             try {
                 probe.inspection = initWithURL(probe.file, options, tools);
             } catch (...) {
                 probe.exception = std::current_exception();
             }
-            dispatch_async_main(vantor, [this, alive, probe = std::move(probe)] {
-                if (alive.lock()) probed(probe);
+            dispatch_async_main(vantor, [this, turn, probe = std::move(probe)] {
+                if (!turn.expired()) probed(probe, turn);
             });
         });
 }
 
-void FileIntake::probed(const Probe& probe) {
+void FileIntake::probed(const Probe& probe, const Turn& turn) {
     if (probe.exception) {
         isScanning_.set(false);
         endInReport(probe.file, probe.exception);
@@ -139,7 +168,10 @@ void FileIntake::probed(const Probe& probe) {
         stopForToolProblem(probe);
         return;
     }
-    for (const auto& alert : probe.inspection.alerts) raise(vantor_, alert);
+    for (const auto& alert : probe.inspection.alerts) {
+        raise(vantor_, alert);
+        if (turn.expired()) return;  // an alert's own loop may have left the file
+    }
     if (!probe.inspection.record) {
         skip(probe.file, probe.inspection.alerts);
         return;
@@ -211,23 +243,30 @@ void FileIntake::addToQueue() {
         return;
     }
     resolving_ = true;
-    const auto track = audioPopUp_.selectedIndex().value_or(0);
-    try {
-        resolver_.resolve(*fileInfo_, destinations_.destinationPopUp().selectedIndex(),
-                          [this, alive = std::weak_ptr(alive_),
-                           track](const std::optional<ResolvedDestination>& destination) {
-                              if (!alive.lock()) return;
-                              resolving_ = false;
-                              if (destination) {
-                                  addResolved(track, *destination);
-                              } else if (choices_.unattended) {
-                                  leaveUnadded();
-                              }
-                          });
-    } catch (...) {
-        resolving_ = false;
-        throw;
+    resolver_.resolve(*fileInfo_, destinations_.destinationPopUp().selectedIndex(),
+                      [this, turn = Turn(turn_), track = audioPopUp_.selectedIndex().value_or(0)](
+                          const std::optional<ResolvedDestination>& destination) {
+                          if (!turn.expired()) {
+                              resolved(track, destination);
+                          } else if (destination) {
+                              resolver_.release(*destination);
+                          }
+                      });
+}
+
+void FileIntake::resolved(std::size_t audioTrackIndex,
+                          const std::optional<ResolvedDestination>& destination) {
+    endResolving();
+    if (destination) {
+        addResolved(audioTrackIndex, *destination);
+    } else if (choices_.unattended) {
+        leaveUnadded();
     }
+}
+
+void FileIntake::endResolving() {
+    resolving_ = false;
+    awaitsDisk_.set(false);
 }
 
 void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination) {
@@ -238,7 +277,7 @@ void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestinat
     auto job = std::make_unique<ConversionJob>(vantor_, owner_.jobController(), std::move(record),
                                                audioTrackIndex);
     job->presetSpeedInfo();
-    owner_.addJob(std::move(job));
+    owner_.addJob(std::move(job), destination.isWriteable);
 }
 
 void FileIntake::leaveUnadded() {
@@ -251,8 +290,9 @@ void FileIntake::leaveUnadded() {
 }
 
 void FileIntake::cancelAdd() {
-    // The probe or the panel is at work on the present file; its end decides what comes next.
-    if (resolving_ || isScanning_.get()) return;
+    turn_.reset();
+    endResolving();
+    isScanning_.set(false);
     if (hasWaitingFiles()) {
         addNextFile();
         return;

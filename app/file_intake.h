@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/destination_resolver.h"
+#include "app/file_sorting.h"
 #include "app/pop_up_menu.h"
 #include "app/run_choices.h"
 #include "app/subtitle_pairing.h"
@@ -37,7 +38,8 @@ public:
     class Owner {
     public:
         virtual ~Owner() = default;
-        virtual void addJob(std::unique_ptr<ConversionJob> job) = 0;
+        /// `isWriteable`: its output can be made where it is to go.
+        virtual void addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) = 0;
         /// What a new job reports to.
         [[nodiscard]] virtual ConversionJob::Controller& jobController() = 0;
         virtual void updateWindowTitle() = 0;
@@ -47,8 +49,8 @@ public:
         virtual void terminate() = 0;
     };
 
-    FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations, OutputNames& names,
-               const RunChoices& choices);
+    FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
+               std::shared_ptr<OutputNames> names, const RunChoices& choices);
     ~FileIntake() = default;
     FileIntake(const FileIntake&) = delete;
     FileIntake& operator=(const FileIntake&) = delete;
@@ -63,7 +65,8 @@ public:
     void addClicked();
     /// Makes the job for the file that the sheet shows.
     void addToQueue();
-    /// Leaves the present file and takes the next one, or hides the sheet.
+    /// Leaves the present file, whatever is being done with it, and takes the next one, or hides
+    /// the sheet.
     void cancelAdd();
 
     /// True while a file waits, is being probed or is shown for the user's choice.
@@ -82,6 +85,8 @@ public:
 
     [[nodiscard]] PopUpMenu& audioPopUp() { return audioPopUp_; }
     [[nodiscard]] Observable<bool>& isScanning() { return isScanning_; }
+    /// The disk is being asked for a place for the file that the user has added.
+    [[nodiscard]] Observable<bool>& awaitsDisk() { return awaitsDisk_; }
     [[nodiscard]] Observable<int>& topConstraint() { return topConstraint_; }
 
     /// Told when `fileInfo` is another one.
@@ -102,14 +107,23 @@ private:
         std::exception_ptr exception{};  ///< a report that could not be read
     };
 
+    /// Gone when the present file is left, so that a late answer finds nobody.
+    using Turn = std::weak_ptr<const bool>;
+
+    void sortInBackground(std::vector<std::filesystem::path> paths);
+    void take(SortedFiles sorted);
+    [[nodiscard]] bool handlesFile() const;
     void addNextFile();
     [[nodiscard]] ProbeTools tools() const;
     void probeInBackground(Probe probe);
-    void probed(const Probe& probe);
+    void probed(const Probe& probe, const Turn& turn);
     void accept(const Probe& probe);
     void skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
     void stopForToolProblem(const Probe& probe);
     void fillAudioPopUp();
+    void resolved(std::size_t audioTrackIndex,
+                  const std::optional<ResolvedDestination>& destination);
+    void endResolving();
     void addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination);
     void leaveUnadded();
     [[nodiscard]] VettingAlert plainAlert(std::string message) const;
@@ -123,16 +137,20 @@ private:
     std::vector<std::filesystem::path> importFiles_;  // taken from the end
     Observable<std::size_t> waitingCount_{0};
     std::filesystem::path presentFile_;
+    bool resolving_ = false;  // a panel or a disk is asked for the present file's destination
     SubtitlePairing pairing_;
     std::optional<MKVFileInfo> fileInfo_;
-    bool resolving_ = false;  // a panel asks for the present file's destination
     PopUpMenu audioPopUp_;
     Observable<bool> isScanning_{false};
+    Observable<bool> awaitsDisk_{false};
     Observable<int> topConstraint_{kSheetHidden};
+    int sorting_ = 0;  // batches whose subtitle files are being looked at
+    // Shared only to be watched.
+    std::shared_ptr<const bool> turn_;
     Observers<> fileInfoObservers_;
     Observers<const std::filesystem::path&, const std::vector<VettingAlert>&> refusals_;
     Observers<> idle_;
-    // Shared only so that a probe or a panel that ends after this object can tell.
+    // Shared only so that what ends after this object can tell.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

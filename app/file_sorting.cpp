@@ -20,18 +20,22 @@ bool isMovie(const std::filesystem::path& path) {
            kMovieFileTypes.end();
 }
 
-bool isTextSubtitle(std::string_view extension) {
-    return extension != kPossiblyPictures &&
-           std::ranges::find(kSubtitleFileTypes, extension) != kSubtitleFileTypes.end();
+bool isTextSubtitle(const std::filesystem::path& path) {
+    return isSubtitleFile(path) && Fennimar::lowercasedExtension(path) != kPossiblyPictures;
 }
 
 }  // namespace
+
+bool isSubtitleFile(const std::filesystem::path& path) {
+    return std::ranges::find(kSubtitleFileTypes, Fennimar::lowercasedExtension(path)) !=
+           kSubtitleFileTypes.end();
+}
 
 SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
                       const FirstBytesReader& firstBytes) {
     SortedFiles sorted;
     for (const auto& path : paths) {
-        if (isTextSubtitle(Fennimar::lowercasedExtension(path))) sorted.subtitles.push_back(path);
+        if (isTextSubtitle(path)) sorted.subtitles.push_back(path);
     }
     for (const auto& path : paths) {
         if (Fennimar::lowercasedExtension(path) == kPossiblyPictures &&

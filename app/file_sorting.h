@@ -33,6 +33,9 @@ using FirstBytesReader = std::function<std::optional<std::uint32_t>(const std::f
 [[nodiscard]] SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
                                     const FirstBytesReader& firstBytes);
 
+/// True for the extensions of external subtitle files.
+[[nodiscard]] bool isSubtitleFile(const std::filesystem::path& path);
+
 /// True when a drag with these files is welcome: at least one movie.
 [[nodiscard]] bool acceptsDrag(std::span<const std::filesystem::path> paths);
 

@@ -32,7 +32,9 @@ std::unique_ptr<ConversionJob> JobQueue::takeJob(const ConversionJob& job) {
     if (found == taskArray_.end()) return nullptr;
     auto taken = std::move(*found);
     taskArray_.erase(found);
-    --countOf(watches_.at(taken.get()).state);
+    const auto& watched = watches_.at(taken.get());
+    --countOf(watched.state);
+    if (watched.starting) --starting_;
     watches_.erase(taken.get());
     membership_.notify(*taken, Membership::Ends);
     return taken;
@@ -40,8 +42,10 @@ std::unique_ptr<ConversionJob> JobQueue::takeJob(const ConversionJob& job) {
 
 void JobQueue::watch(ConversionJob& job) {
     ++countOf(job.state());
+    if (job.isStarting()) ++starting_;
     // The first to watch the job, so the counts are right for everybody else who does.
     watches_[&job] = {.state = job.state(),
+                      .starting = job.isStarting(),
                       .subscription = job.observe([this, &job] { follow(job); })};
 }
 
@@ -51,11 +55,14 @@ void JobQueue::follow(ConversionJob& job) {
 }
 
 void JobQueue::count(const ConversionJob& job) {
-    auto& counted = watches_.at(&job).state;
-    if (counted == job.state()) return;
-    --countOf(counted);
-    counted = job.state();
-    ++countOf(counted);
+    auto& [state, starting, subscription] = watches_.at(&job);
+    if (std::exchange(starting, job.isStarting()) != job.isStarting()) {
+        starting_ += job.isStarting() ? 1 : -1;
+    }
+    if (state == job.state()) return;
+    --countOf(state);
+    state = job.state();
+    ++countOf(state);
     states_.notify();
 }
 
@@ -65,6 +72,18 @@ int& JobQueue::countOf(ConversionJobState state) {
 
 int JobQueue::jobCountWithState(ConversionJobState state) const {
     return counts_.at(static_cast<std::size_t>(state));
+}
+
+bool JobQueue::isAtWork() const {
+    return starting_ > 0 || jobCountWithState(ConversionJobState::Converting) > 0;
+}
+
+std::vector<ConversionJob*> JobQueue::jobsAtWork() const {
+    auto jobs = jobsWithState(ConversionJobState::Converting);
+    for (const auto& job : taskArray_) {
+        if (job->isStarting()) jobs.push_back(job.get());
+    }
+    return jobs;
 }
 
 std::vector<ConversionJob*> JobQueue::jobsWithState(ConversionJobState state) const {

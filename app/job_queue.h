@@ -27,6 +27,10 @@ public:
     /// Costs the same whatever the length of the list.
     [[nodiscard]] int jobCountWithState(ConversionJobState state) const;
     [[nodiscard]] std::vector<ConversionJob*> jobsWithState(ConversionJobState state) const;
+    /// True while a job converts or is starting. Costs the same whatever the length of the list.
+    [[nodiscard]] bool isAtWork() const;
+    /// Those that convert or are starting.
+    [[nodiscard]] std::vector<ConversionJob*> jobsAtWork() const;
 
     enum class Membership { Begins, Ends };
     /// Told which job has come into the list or left it.
@@ -34,14 +38,15 @@ public:
         std::function<void(ConversionJob&, Membership)> changed);
     /// Told after the state of a job in the list has changed, and with it the counts.
     [[nodiscard]] Subscription observeStates(std::function<void()> changed);
-    /// Told after every change of the state or the progress of a job in the list, when the counts
-    /// are right again. One subscription for all jobs: the cost does not grow with the list.
+    /// Told after every change that a job in the list tells of, when the counts are right again.
+    /// One subscription for all jobs: the cost does not grow with the list.
     [[nodiscard]] Subscription observeJobs(std::function<void(ConversionJob&)> changed);
 
 private:
     /// Keeps the counts in step with one job's state.
     struct Watch {
         ConversionJobState state = ConversionJobState::Queued;  ///< as it is counted
+        bool starting = false;                                  ///< as it is counted
         Subscription subscription{};
     };
     void watch(ConversionJob& job);
@@ -52,6 +57,7 @@ private:
     std::vector<std::unique_ptr<ConversionJob>> taskArray_;
     std::unordered_map<const ConversionJob*, Watch> watches_;
     std::array<int, kConversionJobStateWords.size()> counts_{};
+    int starting_ = 0;
     Observers<ConversionJob&, Membership> membership_;
     Observers<> states_;
     Observers<ConversionJob&> changes_;

@@ -105,7 +105,6 @@ void Lifecycle::applicationWillTerminate() {
     vantor_.preferences().synchronize();
     // A removal may start the next queued job; a later pass removes that one too.
     while (!queue_.taskArray().empty()) queue_.taskArray().front()->remove();
-    vantor_.preferences().writeChanges();  // what the removals were to change
 }
 
 }  // namespace reelvane

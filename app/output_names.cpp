@@ -1,6 +1,6 @@
 #include "app/output_names.h"
 
-#include <system_error>
+#include <utility>
 
 #include "conversion/output_reservation.h"
 #include "support/paths.h"
@@ -8,10 +8,8 @@
 namespace reelvane {
 namespace {
 
-/// A link that leads nowhere counts: writing through it would make a file elsewhere.
-bool somethingLiesAt(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+std::string_view withoutDot(std::string_view extension) {
+    return extension.substr(extension.starts_with('.') ? 1 : 0);
 }
 
 }  // namespace
@@ -20,52 +18,57 @@ std::string OutputNames::keyOf(const std::filesystem::path& path) {
     return path.lexically_normal().native();
 }
 
-std::filesystem::path OutputNames::freePath(const std::filesystem::path& folder,
-                                            std::string_view inputName,
-                                            std::string_view extension) {
+std::uint64_t OutputNames::firstNumberFor(const std::string& key) const {
+    const std::lock_guard lock(mutex_);
+    const auto known = numbers_.find(key);
+    return known == numbers_.end() ? 0 : known->second;
+}
+
+std::filesystem::path OutputNames::takeFreePath(const std::filesystem::path& folder,
+                                                std::string_view inputName,
+                                                std::string_view extension) {
     auto name = std::filesystem::path(inputName).stem();
     name += ".";
     name += extension;
     const auto wished = folder / name;
-    const auto known = numbers_.find(keyOf(wished));
-    auto number = known == numbers_.end() ? 0 : known->second;
+    const auto key = keyOf(wished);
+    auto number = firstNumberFor(key);
+    // Asked only of a place where nothing lies, and promised with the asking.
     auto path = Fennimar::uniqueFile(
-        wished, [this](const std::filesystem::path& candidate) { return isPromised(candidate); },
+        wished,
+        [this](const std::filesystem::path& candidate) { return !promiseIfFree(candidate); },
         &number);
-    if (number > 0) numbers_[keyOf(wished)] = number;
+    const std::lock_guard lock(mutex_);
+    if (number > 0) numbers_[key] = number;
     return path;
 }
 
 void OutputNames::promise(const std::filesystem::path& path) {
+    const std::lock_guard lock(mutex_);
     ++promises_[keyOf(path)];
 }
 
+bool OutputNames::promiseIfFree(const std::filesystem::path& path) {
+    const std::lock_guard lock(mutex_);
+    return promises_.emplace(keyOf(path), 1).second;
+}
+
 void OutputNames::release(const std::filesystem::path& path) {
+    const std::lock_guard lock(mutex_);
     const auto found = promises_.find(keyOf(path));
     if (found != promises_.end() && --found->second <= 0) promises_.erase(found);
     numbers_.clear();
 }
 
-bool OutputNames::isPromised(const std::filesystem::path& path) const {
-    const auto found = promises_.find(keyOf(path));
-    return found != promises_.end() && found->second > 0;
-}
-
-void OutputNames::refresh(MKVFileInfo& record) {
-    if (!record.destinationURL) return;
-    const auto present = *record.destinationURL;
-    if (record.outputClaim == OutputClaim::Chosen || !somethingLiesAt(present)) return;
-    release(present);
-    record.destinationURL =
-        freePath(present.parent_path(), record.fileName, present.extension().native().substr(1));
-    promise(*record.destinationURL);
-}
-
 void OutputNames::claim(MKVFileInfo& record) {
-    auto reservation = Reservation::Taken;
+    if (!record.destinationURL || record.outputClaim == OutputClaim::Chosen) return;
+    const auto promised = *record.destinationURL;
+    auto reservation = reserveOutput(promised);
     while (reservation == Reservation::Taken) {
-        refresh(record);
-        if (!record.destinationURL || record.outputClaim == OutputClaim::Chosen) return;
+        const auto taken = *record.destinationURL;
+        record.destinationURL = takeFreePath(taken.parent_path(), record.fileName,
+                                             withoutDot(taken.extension().native()));
+        if (taken != promised) release(taken);
         reservation = reserveOutput(*record.destinationURL);
     }
     // Where none can be made, the converter will say what is wrong there.

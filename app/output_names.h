@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,33 +12,35 @@
 namespace reelvane {
 
 /// The paths that jobs in the list will write, and those that they read. A promised path is a taken
-/// one, so that two movies of one name never overwrite each other. Main thread only; a look-up
-/// costs the same whatever the length of the list.
+/// one, so that two movies of one name never overwrite each other. Any thread: what asks a disk is
+/// called in the background, and a disk that does not answer holds up nobody else. A look-up costs
+/// the same whatever the length of the list.
 class OutputNames {
 public:
     /// `folder` and the input's name with the output's extension, cut to what a file system takes,
-    /// and made unique: nothing lies there and no job was promised it. A number that was taken is
-    /// not looked at again until a promise is released.
-    [[nodiscard]] std::filesystem::path freePath(const std::filesystem::path& folder,
-                                                 std::string_view inputName,
-                                                 std::string_view extension);
+    /// and made unique: nothing lies there and no job was promised it. It is promised from now on.
+    /// A number that was taken is not looked at again until a promise is released. Asks the disk.
+    [[nodiscard]] std::filesystem::path takeFreePath(const std::filesystem::path& folder,
+                                                     std::string_view inputName,
+                                                     std::string_view extension);
 
     /// Each promise must be released once.
     void promise(const std::filesystem::path& path);
+    /// False, and nothing is promised, when it is already.
+    [[nodiscard]] bool promiseIfFree(const std::filesystem::path& path);
     void release(const std::filesystem::path& path);
-    [[nodiscard]] bool isPromised(const std::filesystem::path& path) const;
-
-    /// Where something has appeared at a promised automatic path meanwhile, the record gets a fresh
-    /// path, and the promise moves with it. A path that the user chose stays as it is.
-    void refresh(MKVFileInfo& record);
 
     /// To be called right before a promised job starts: makes the automatic path the record's own,
-    /// by an empty file that only one program can make, and takes another path where one was first.
+    /// by an empty file that only one program can make. Where something was first, the record gets
+    /// another path; that one is promised beside the former. A path that the user chose stays as it
+    /// is. Asks the disk.
     void claim(MKVFileInfo& record);
 
 private:
     [[nodiscard]] static std::string keyOf(const std::filesystem::path& path);
+    [[nodiscard]] std::uint64_t firstNumberFor(const std::string& key) const;
 
+    mutable std::mutex mutex_;                       ///< never held while a disk is asked
     std::unordered_map<std::string, int> promises_;  ///< how many jobs hold each
     /// The number that was last found for a name, where the name itself was taken.
     std::unordered_map<std::string, std::uint64_t> numbers_;

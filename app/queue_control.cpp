@@ -1,6 +1,7 @@
 #include "app/queue_control.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "app/window_title.h"
 #include "conversion/value_transformers.h"
@@ -9,44 +10,37 @@
 
 namespace reelvane {
 
-QueueControl::QueueControl(Vantor& vantor, JobQueue& queue, OutputNames& names)
+QueueControl::QueueControl(Vantor& vantor, JobQueue& queue)
     : vantor_(vantor),
       queue_(queue),
-      names_(names) {
+      remover_(vantor, queue, [this] { jobsRemoved(); }) {
     showTexts();
     updateWindowTitle();
 }
 
 void QueueControl::startNextJobInQueue() {
-    if (removing_) {
+    if (remover_.isRemoving()) {
         startDue_ = true;
         return;
     }
-    if (paused_) return;
+    if (paused_ || stopped_) return;
     auto* const job = queue_.nextRunnableJob();
     if (job == nullptr) return;
     if (job->state() == ConversionJobState::Paused) {
         job->continueJob();
     } else {
-        start(*job);
+        job->start();
     }
-}
-
-void QueueControl::start(ConversionJob& job) {
-    names_.claim(job.fileInfo());
-    job.start();
 }
 
 bool QueueControl::canContinue(const ConversionJob& job) const {
     const auto state = static_cast<std::int32_t>(job.state());
     return StatusNotRunningValueTransformer::transformedValue(state) != 0 &&
-           StatusNotFinishedValueTransformer::transformedValue(state) != 0 &&
-           queue_.jobCountWithState(ConversionJobState::Converting) == 0;
+           StatusNotFinishedValueTransformer::transformedValue(state) != 0 && !queue_.isAtWork();
 }
 
 void QueueControl::continueJob(ConversionJob& job) {
     if (!canContinue(job)) return;
-    if (job.state() == ConversionJobState::Queued) names_.claim(job.fileInfo());
     job.continueJob();
 }
 
@@ -55,7 +49,7 @@ void QueueControl::togglePause() {
         paused_ = false;
         startNextJobInQueue();
     } else {
-        for (auto* const job : queue_.jobsWithState(ConversionJobState::Converting)) job->pause();
+        for (auto* const job : queue_.jobsAtWork()) job->pause();
         paused_ = true;
     }
     showTexts();
@@ -71,12 +65,12 @@ void QueueControl::jobWentOn() {
 }
 
 void QueueControl::removeJobs(const std::vector<ConversionJob*>& jobs) {
-    startDue_ = false;
-    removing_ = true;
-    for (auto* const job : jobs) job->remove();
-    removing_ = false;
+    remover_.remove(jobs);
+}
+
+void QueueControl::jobsRemoved() {
     updateWindowTitle();
-    if (startDue_) startNextJobInQueue();
+    if (std::exchange(startDue_, false)) startNextJobInQueue();
 }
 
 void QueueControl::cleanClicked() {
@@ -93,7 +87,7 @@ void QueueControl::showTexts() {
 }
 
 void QueueControl::updateWindowTitle() {
-    if (removing_) return;  // once, when all are gone
+    if (remover_.isRemoving()) return;  // once, when all are gone
     windowTitle_.set(
         reelvane::windowTitle(vantor_.ports().translations, vantor_.appName(),
                               {.paused = paused_,

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/job_queue.h"
-#include "app/output_names.h"
+#include "app/job_remover.h"
 #include "support/observable.h"
 
 namespace reelvane {
@@ -19,15 +19,15 @@ inline constexpr std::string_view kResumeImage = "toolbar_start";
 /// controls. Main thread only.
 class QueueControl {
 public:
-    QueueControl(Vantor& vantor, JobQueue& queue, OutputNames& names);
+    QueueControl(Vantor& vantor, JobQueue& queue);
 
     [[nodiscard]] bool paused() const { return paused_; }
 
     /// Starts or continues the first job that is queued or paused, unless the queue is paused.
     void startNextJobInQueue();
-    /// Starts a queued job, its output path checked once more.
-    void start(ConversionJob& job);
-    /// True for a queued or paused job while no other one converts.
+    /// Starts no further job: the program ends.
+    void stop() { stopped_ = true; }
+    /// True for a queued or paused job while none converts or is starting.
     [[nodiscard]] bool canContinue(const ConversionJob& job) const;
     /// Starts or continues such a job on the user's word, whatever stands before it.
     void continueJob(ConversionJob& job);
@@ -36,8 +36,9 @@ public:
     void togglePause();
     /// A job has started or gone on: a paused queue is so no longer, but starts nothing else.
     void jobWentOn();
-    /// Removes these jobs, all of them in the list. The queue goes on when all are gone: each
-    /// removal alone would start the next job, perhaps one that goes in its turn.
+    /// Removes these jobs, all of them in the list, some at once and the others in later turns of
+    /// the main loop. The queue goes on when all are gone: each removal alone would start the next
+    /// job, perhaps one that goes in its turn.
     void removeJobs(const std::vector<ConversionJob*>& jobs);
     /// Removes every finished job.
     void cleanClicked();
@@ -51,13 +52,14 @@ public:
 
 private:
     void showTexts();
+    void jobsRemoved();
 
     Vantor& vantor_;
     JobQueue& queue_;
-    OutputNames& names_;
     bool paused_ = false;
-    bool removing_ = false;  ///< several jobs, one after the other
-    bool startDue_ = false;  ///< the next job was asked for meanwhile
+    bool stopped_ = false;
+    JobRemover remover_;
+    bool startDue_ = false;  ///< the next job was asked for while several are being removed
     Observable<std::string> windowTitle_;
     Observable<std::string> addButtonTitle_;
     Observable<std::string> pauseTitle_;

@@ -9,6 +9,7 @@
 
 #include "app/preference_keys.h"
 #include "conversion/mp4_movie.h"
+#include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/host.h"
@@ -71,6 +72,19 @@ void logOutcome(const CleanedOutput& cleaned) {
     }
 }
 
+/// Asked for what no cache of the system answers, so that a folder whose server is gone holds this
+/// up and not the clearing up, which keeps other programs waiting.
+std::set<fs::path> askDisks(const std::vector<fs::path>& outputs) {
+    std::set<fs::path> answering;
+    for (const auto& output : outputs) {
+        std::error_code ignored;
+        static_cast<void>(fs::space(output.parent_path(), ignored));
+        static_cast<void>(fs::symlink_status(output, ignored));
+        answering.insert(output);
+    }
+    return answering;
+}
+
 /// Told only of the process's own file: the lock of another says nothing about the process.
 ProgressLock lockOf(const OwnFile& progressFile) {
     return isStillThere(progressFile) ? progressLockOf(progressFile.path) : ProgressLock::Unknown;
@@ -85,10 +99,27 @@ void UnfinishedOutputs::cleanUp() {
     if (!preferences.defaultObject(kUnfinishedOutputKey) || !host.processStartTime(::getpid())) {
         return;
     }
+    std::vector<fs::path> outputs;
+    for (const auto& text :
+         preferences.defaultArray(kUnfinishedOutputKey).value_or(std::vector<std::string>{})) {
+        if (const auto entry = unfinishedOutputFromText(text))
+            outputs.push_back(entry->output.path);
+    }
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_), outputs] {
+        dispatch_async_main(vantor, [this, alive, answering = askDisks(outputs)] {
+            if (alive.lock()) cleanUpOf(answering);
+        });
+    });
+}
+
+void UnfinishedOutputs::cleanUpOf(const std::set<fs::path>& answering) {
+    auto& preferences = vantor_.preferences();
+    const auto& host = vantor_.ports().host;
     const auto here = host.processScope();
     std::vector<CleanedOutput> cleaned;
     const auto clean = [&](const std::optional<UnfinishedOutput>& unfinished) {
         if (!unfinished) return true;
+        if (!answering.contains(unfinished->output.path)) return false;
         if (!isGone(*unfinished, here, host.processStartTime(unfinished->processID),
                     lockOf(unfinished->progressFile))) {
             return false;
@@ -106,14 +137,15 @@ void UnfinishedOutputs::cleanUp() {
     std::ranges::for_each(cleaned, logOutcome);
 }
 
-void UnfinishedOutputs::begin(const fs::path& output, const fs::path& progressFile) {
+void UnfinishedOutputs::begin(const fs::path& output, const std::string& outputMark,
+                              const fs::path& progressFile) {
     const auto& host = vantor_.ports().host;
     const auto startTime = host.processStartTime(::getpid());
     if (!startTime || begun_.contains(output)) return;
     const UnfinishedOutput entry{.processID = ::getpid(),
                                  .startTime = *startTime,
                                  .scope = host.processScope(),
-                                 .output = ownFileAt(output),
+                                 .output = {.path = output, .birthMark = outputMark},
                                  .progressFile = ownFileAt(progressFile)};
     begun_.emplace(output, entry);
     vantor_.preferences().changeLater(

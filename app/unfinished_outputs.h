@@ -2,6 +2,9 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
+#include <set>
+#include <string>
 
 #include "app/unfinished_output.h"
 
@@ -19,19 +22,26 @@ public:
     /// Deletes the partial outputs and the progress files of processes that are gone for sure (see
     /// isGone), as far as they are the very files that those made: somebody may have put another
     /// file there meanwhile. An output that reads as a whole movie stays, too: its program may have
-    /// ended between finishing it and saying so.
+    /// ended between finishing it and saying so. What lies on a disk that does not answer is left
+    /// for the next start.
     void cleanUp();
 
     /// A conversion begins to write these files, which it has made. On disk a moment later.
-    void begin(const std::filesystem::path& output, const std::filesystem::path& progressFile);
+    /// `outputMark`: see birthMarkOf.
+    void begin(const std::filesystem::path& output, const std::string& outputMark,
+               const std::filesystem::path& progressFile);
     /// The output is finished or deleted; nothing happens where none was begun.
     void settle(const std::filesystem::path& output);
     /// Deletes what this process has begun, for it ends here and now. Files alone are touched.
     void abandon();
 
 private:
+    void cleanUpOf(const std::set<std::filesystem::path>& answering);
+
     Vantor& vantor_;
     std::map<std::filesystem::path, UnfinishedOutput> begun_;
+    // Shared only so that an answer of the disks after this object's end can tell.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace reelvane

@@ -57,8 +57,8 @@ PlannedCommand commandFor(const CommandContext& context, const RunChoices& choic
     }
     const auto destination = destinationFolder(context, choices, record);
     if (!destination.folder) return {.problem = destination.problem};
-    record.destinationURL = OutputNames().freePath(*destination.folder, record.fileName,
-                                                   outputExtension(context.preferences));
+    record.destinationURL = OutputNames().takeFreePath(*destination.folder, record.fileName,
+                                                       outputExtension(context.preferences));
     record.subtitleFileURL = choices.subtitleFile;
 
     const auto track =

@@ -19,13 +19,6 @@ bool isInterruption(int exitStatus) {
     return exitStatus > kExitFailure;
 }
 
-/// Ends the conversion that runs, and removes what is unfinished.
-void terminate(AppDelegate& controller) {
-    // Paused, the queue starts none of the waiting jobs while they are removed one by one.
-    if (!controller.paused()) controller.togglePause();
-    controller.applicationWillTerminate();
-}
-
 }  // namespace
 
 int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const ConvertLoop& loop,
@@ -54,7 +47,7 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
     run.abandon();
     console.endLive();
     alerts.setTold([](const AlertContent&) {});
-    terminate(controller);
+    controller.applicationWillTerminate();
     alerts.setTold({});
     reporter->ended(run.summary(), isInterruption(status));
     console.setClosedHandler({});

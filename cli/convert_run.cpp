@@ -38,6 +38,7 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
                 follow(job);
             } else {
                 followed_.erase(&job);  // its address may come back as another one's
+                if (asked_ == &job) asked_ = nullptr;
             }
             checkLater();
         }));
@@ -201,13 +202,19 @@ void ConvertRun::checkLater() {
 }
 
 void ConvertRun::check() {
+    // What a start tells belongs to its job, should that be refused.
+    const bool starts = asked_ != nullptr && asked_->isStarting();
     if (!isIdle()) {
-        tellAlerts();
+        if (!starts) tellAlerts();
         return;
     }
     if (auto* const next = controller_.queue().nextRunnableJob()) {
-        askForNextJob(*next);
-        tellAlerts();
+        if (std::exchange(asked_, next) == next) {
+            giveUp(*next);
+            tellAlerts();
+        } else {
+            controller_.startNextJobInQueue();
+        }
         checkLater();
         return;
     }
@@ -218,14 +225,10 @@ void ConvertRun::check() {
 }
 
 bool ConvertRun::isIdle() const {
-    return !controller_.intake().isBusy() &&
-           controller_.jobCountWithState(ConversionJobState::Converting) == 0;
+    return !controller_.intake().isBusy() && !controller_.isAtWork();
 }
 
-void ConvertRun::askForNextJob(ConversionJob& next) {
-    controller_.startNextJobInQueue();
-    if (next.state() != ConversionJobState::Queued) return;
-    // Refused: it would be the next one for ever, so it makes way for those behind it.
+void ConvertRun::giveUp(const ConversionJob& next) {
     const auto found = followed_.find(&next);
     if (found != followed_.end()) {
         tellFailed(found->second, lastAlert_.title, lastAlert_.message, next.jobOutput());

@@ -72,7 +72,9 @@ private:
     void checkLater();
     void check();
     [[nodiscard]] bool isIdle() const;
-    void askForNextJob(ConversionJob& next);
+    /// Its start was refused: it would be the next one for ever, so it makes way for those behind
+    /// it.
+    void giveUp(const ConversionJob& next);
 
     Vantor& vantor_;
     AppDelegate& controller_;
@@ -88,6 +90,7 @@ private:
     std::vector<std::unique_ptr<ConversionJob>> refusedStarts_;  // taken off the queue
     std::vector<Subscription> subscriptions_;
     HeldAlerts heldAlerts_;
+    const ConversionJob* asked_ = nullptr;  // the job that was started last
     AlertContent lastAlert_;
     bool checking_ = false;  // a check is on its way
     bool over_ = false;

@@ -1,6 +1,7 @@
 // The command line's composition root: the only place that knows the platform.
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include "cli/exit_status.h"
 #include "cli/help_text.h"
 #include "cli/stderr_alerts.h"
+#include "platform/bounded_end.h"
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
 #include "platform/executable_bundle.h"
@@ -37,6 +39,9 @@
 
 namespace reelvane {
 namespace {
+
+// Interrupted, the program does not wait for a probe or a disk that hangs.
+constexpr std::chrono::seconds kLongestEnd(5);
 
 /// What every command needs, made in this order.
 struct Base {
@@ -86,12 +91,15 @@ int convert(Base& base, const Interruption& interruption, const ConvertRequest& 
                   base.preferences);
     const UncaughtExceptionHandler uncaught(vantor);
     runDamagedApplicationTest(vantor);
-    const auto status = runConvert(vantor, base.console, alerts,
-                                   {.quit = [&](int wanted) { dispatcher.quit(wanted); },
-                                    .run = [&] { return dispatcher.run(); }},
-                                   request);
-    // Interrupted, the program does not wait for a probe that hangs: the probe ends with it.
-    if (status > kExitFailure) endProcess(status);
+    const auto runLoop = [&] {
+        const auto status = dispatcher.run();
+        endWithin(kLongestEnd, status);
+        return status;
+    };
+    const auto status =
+        runConvert(vantor, base.console, alerts,
+                   {.quit = [&](int wanted) { dispatcher.quit(wanted); }, .run = runLoop}, request);
+    dispatcher.finishBackground();
     return status;
 }
 

@@ -7,6 +7,7 @@
 #include "conversion/job_completion.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
+#include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
@@ -17,21 +18,44 @@
 namespace reelvane {
 
 void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutput) {
+    const auto settings = controller_.conversionSettings();
+    closeRun(remainingOutput);
+    // The converter's word is not enough: it also ends with 0 over a file that is broken.
+    if (exitStatus == 0) {
+        checkRun(settings);
+    } else {
+        runEnded(settings, true);
+    }
+}
+
+void ConversionJob::checkRun(const ConversionSettings& settings) {
+    checking_ = std::make_shared<const bool>(true);
+    dispatch_async_back(
+        vantor_, [this, checking = std::weak_ptr(checking_), &vantor = vantor_, settings,
+                  record = fileInfo_, arguments = arguments_, log = jobOutput_] {
+            auto check = checkOutput(vantor.ports().translations, record, arguments, log);
+            // Where the source is to go, the output must not be in the system's memory only.
+            check.onDisk = settings.autoRemove && check.proof.problem.empty() &&
+                           isOnDisk(*record.destinationURL);
+            dispatch_async_main(vantor, [this, checking, settings, check = std::move(check)] {
+                if (checking.expired()) return;
+                checking_.reset();
+                outputCheck_ = check;
+                runEnded(settings, !check.proof.problem.empty());
+            });
+        });
+}
+
+void ConversionJob::runEnded(const ConversionSettings& settings, bool failed) {
     // An alert's own loop, or the next job's, may take this job away before all is done.
     const std::weak_ptr<const bool> alive = alive_;
     auto& vantor = vantor_;
     auto& controller = controller_;
-    const auto settings = controller.conversionSettings();
-    closeRun(remainingOutput);
-    // The converter's word is not enough: it also ends with 0 over a file that is broken.
-    if (exitStatus == 0) {
-        outputCheck_ = checkOutput(vantor.ports().translations, fileInfo_, arguments_, jobOutput_);
-    }
     const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
                        .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
-                       .failed = exitStatus != 0 || !outputCheck_.proof.problem.empty(),
+                       .failed = failed,
                        .endsEarly = warning()};
-    if (run.failed) {
+    if (failed) {
         fail();
     } else {
         succeed(settings);
@@ -54,7 +78,6 @@ void ConversionJob::closeRun(std::string_view remainingOutput) {
 
 void ConversionJob::fail() {
     deleteOutput();
-    settleOutput();
     finishedError_ = true;
     auto& vantor = vantor_;
     const bool full = ranOutOfSpace(jobOutput_);
@@ -66,17 +89,18 @@ void ConversionJob::fail() {
 void ConversionJob::succeed(const ConversionSettings& settings) {
     auto& vantor = vantor_;
     const auto source = fileInfo_.fileURL;
+    auto& controller = controller_;
     // What is missing from a short output may still be in the source, and where nobody knows how
-    // long the source is, nobody can tell. Nor may the output be in the system's memory only.
-    const bool proven = !outputCheck_.proof.endsEarly && fileInfo_.runtimeSeconds.value_or(0) > 0;
-    const auto output = fileInfo_.destinationURL;
+    // long the source is, nobody can tell.
+    const bool proven = outputCheck_.onDisk && !outputCheck_.proof.endsEarly &&
+                        fileInfo_.runtimeSeconds.value_or(0) > 0;
     finishedOK_ = true;
     ownsOutput_ = false;  // it is the user's now
     settleOutput();
     setState(ConversionJobState::Finished);
     if (settings.autoClean) remove();
-    if (settings.autoRemove && proven && output && isOnDisk(*output)) {
-        removeSource(vantor, source, settings.autoRemoveType);
+    if (settings.autoRemove && proven) {
+        removeSource(vantor, controller, source, settings.autoRemoveType);
     } else if (settings.autoRemove) {
         vn_log_level(LogError, "Info: kept %@: it can't be told whether all of it was converted",
                      source);
@@ -115,15 +139,20 @@ void ConversionJob::reveal() {
 }
 
 void ConversionJob::remove() {
+    abandonStart();
+    checking_.reset();
     timer_.reset();
     if (task_) task_->terminate();
     task_.reset();
     // Before its start, and after a failure that left nothing, an automatic name may be another's.
     const bool agreedTo =
         state_ == ConversionJobState::Queued && fileInfo_.outputClaim == OutputClaim::Chosen;
-    if (ownsOutput_ || agreedTo) deleteOutput();
     progressFile_.remove();
-    settleOutput();
+    if (ownsOutput_ || agreedTo) {
+        deleteOutput();
+    } else {
+        settleOutput();
+    }
     if (const auto folder = std::exchange(fileInfo_.securityURL, {})) {
         vantor_.ports().folderAccess.stopAccessing(*folder);
     }

@@ -20,16 +20,6 @@
 
 namespace reelvane {
 
-namespace {
-
-bool isPresentFile(const std::filesystem::path& path) {
-    std::error_code ignored;
-    const auto status = std::filesystem::status(path, ignored);  // of what a link leads to
-    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
-}
-
-}  // namespace
-
 ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo fileInfo,
                              std::size_t audioTrackIndex)
     : vantor_(vantor),
@@ -37,7 +27,9 @@ ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo
       fileInfo_(std::move(fileInfo)),
       audioTrackIndex_(audioTrackIndex) {}
 
-ConversionJob::~ConversionJob() = default;
+ConversionJob::~ConversionJob() {
+    if (starting_) static_cast<void>(starting_->abandon());
+}
 
 std::string ConversionJob::stateInfoString() const {
     return statusLine(vantor_.ports().translations, {.state = state_,
@@ -85,91 +77,6 @@ void ConversionJob::presetSpeedInfo() {
     if (const auto method = mainAudioMethod(fileInfo_, audioTrackIndex_, settings.audio)) {
         setSpeedInfoFromMethod(*method);
     }
-}
-
-void ConversionJob::start() {
-    takeSleepAssertion();
-    audioFile_.clear();
-    aacFile_.clear();
-    jobOutput_.clear();
-    startProblem_.clear();
-    outputCheck_ = {};
-    if (!checkInput()) return;
-    if (!makeFiles()) return;
-    const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
-    const auto method = mainAudioMethod(fileInfo_, audioTrackIndex_, settings.audio);
-    if (method) {
-        setSpeedInfoFromMethod(*method);
-        if (!checkAudio(settings.audio) || !checkFreeSpace()) return;
-    }
-    if (const auto& subtitle = fileInfo_.subtitleFileURL) {
-        vn_log_level(LogNotice, "Info: adding subtitles from file %@", *subtitle);
-    }
-    arguments_ = buildArguments({.file = fileInfo_,
-                                 .audioTrackIndex = audioTrackIndex_,
-                                 .settings = settings,
-                                 .progressFile = progressFile_.path(),
-                                 .needsFixup = needsFixup(method)});
-    arguments_.shrink_to_fit();  // they are kept as long as the job is listed
-    runSettings_ = settings;
-    launch();
-}
-
-bool ConversionJob::checkInput() {
-    if (!isPresentFile(fileInfo_.fileURL)) {
-        // The state first: an alert's own loop may let others look at this job, or take it away.
-        jobOutput_ = "USER_REMOVED";
-        finishedError_ = true;
-        deleteReservation();
-        const auto name = Fennimar::validUtf8(fileInfo_.fileURL.filename().native());
-        auto& vantor = vantor_;
-        setState(ConversionJobState::Failed);
-        alert_apptitled(vantor,
-                        makeString(localized(vantor,
-                                             "It seems you've removed the file %@ or unmounted "
-                                             "it's volume so conversion can't proceed."),
-                                   name),
-                        "OK");
-        return false;
-    }
-    if (writesOverInput()) {
-        refuseStart(makeString(localized(vantor_,
-                                         "The movie %@ can't be replaced by its own conversion. "
-                                         "Please choose another destination."),
-                               Fennimar::validUtf8(fileInfo_.fileName)));
-        return false;
-    }
-    return true;
-}
-
-bool ConversionJob::checkAudio(const AudioSettings& settings) {
-    const auto problem =
-        audioMethodProblem(vantor_.ports().translations, fileInfo_, audioTrackIndex_, settings);
-    if (!problem.empty()) refuseStart(problem);
-    return problem.empty();
-}
-
-bool ConversionJob::checkFreeSpace() {
-    if (!fileInfo_.destinationURL) return true;
-    const auto volume = volumeFacts(fileInfo_.destinationURL->parent_path());
-    // What cannot be asked is left to the converter, which says what is wrong there.
-    if (!volume) return true;
-    const auto problem = spaceProblem(fileInfo_.fileSize, *volume);
-    if (problem.empty()) return true;
-    progressFile_.remove();
-    deleteReservation();
-    settleOutput();
-    alert_apptitled(vantor_, problem, "OK");
-    return false;
-}
-
-bool ConversionJob::needsFixup(std::optional<AudioMethod> method) const {
-    if (method != AudioMethodCopy) return false;
-    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
-    if (codecOf(entry) != "aac") return false;
-    return needFixup(vantor_.ports().processLauncher,
-                     vantor_.ports().mainBundle.pathForResource("ffmpeg"), fileInfo_,
-                     streamIndexOf(entry));
 }
 
 }  // namespace reelvane

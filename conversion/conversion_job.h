@@ -13,6 +13,7 @@
 #include "conversion/diagnosis.h"
 #include "conversion/output_check.h"
 #include "conversion/progress_file.h"
+#include "conversion/start_attempt.h"
 #include "media/mkv_file_info.h"
 #include "support/observable.h"
 #include "support/ports/child_process.h"
@@ -25,7 +26,8 @@ class Vantor;
 
 /// One queued conversion: runs ffmpeg on one input, follows its progress, judges its end.
 /// Owned by the job queue; main thread only. Queued, Converting and Paused come and go; Finished
-/// and Failed are final. It never destroys itself: it asks its Controller.
+/// and Failed are final. It never destroys itself: it asks its Controller. The folders of the movie
+/// and of the output, which may be on a network, are asked in the background only.
 class ConversionJob final : private ProcessListener {
 public:
     class Controller;
@@ -43,6 +45,8 @@ public:
     [[nodiscard]] std::size_t audioTrackIndex() const { return audioTrackIndex_; }
     [[nodiscard]] double progress() const { return progress_; }  ///< per cent, 0 to 100
     [[nodiscard]] ConversionJobState state() const { return state_; }
+    /// Still Queued: the converter will be launched once the disks have answered.
+    [[nodiscard]] bool isStarting() const { return starting_ != nullptr; }
     [[nodiscard]] bool finishedOK() const { return finishedOK_; }
     [[nodiscard]] bool finishedError() const { return finishedError_; }
     [[nodiscard]] bool fastmode() const { return fastmode_; }
@@ -61,11 +65,12 @@ public:
     /// Seconds from launch to end, or until now while the end is being handled; 0 before it.
     [[nodiscard]] double conversionSeconds() const;
 
-    /// Told after every change of the state or the progress.
+    /// Told after every change of the state or the progress, and when a start begins or is over.
     [[nodiscard]] Subscription observe(std::function<void()> changed);
 
     void presetSpeedInfo();
     void start();
+    /// Suspends the run; a job that is starting waits in the queue as before.
     void pause();
     void continueJob();
     /// Shows the output (or, with Shift, the input) in the file manager; explains a failure.
@@ -96,10 +101,14 @@ private:
     void releaseSleepAssertion();
 
     // The steps of `start`. One that can end it answers false when it has told the user why.
-    [[nodiscard]] bool checkInput();
-    [[nodiscard]] bool makeFiles();
+    void prepared(const StartFacts& facts);
+    /// Where one is under way: the job is as it was before.
+    void abandonStart();
+    [[nodiscard]] bool checkInput(const StartFacts& facts);
+    void takeOutput(const StartFacts& facts);
+    [[nodiscard]] bool makeProgressFile(const StartFacts& facts);
     [[nodiscard]] bool checkAudio(const AudioSettings& settings);
-    [[nodiscard]] bool checkFreeSpace();
+    [[nodiscard]] bool checkFreeSpace(const std::optional<VolumeFacts>& volume);
     [[nodiscard]] bool needsFixup(std::optional<AudioMethod> method) const;
     void launch();
     void refuseStart(const std::string& problem);
@@ -109,14 +118,12 @@ private:
 
     // The steps of `taskFinished`.
     void closeRun(std::string_view remainingOutput);
+    void checkRun(const ConversionSettings& settings);
+    void runEnded(const ConversionSettings& settings, bool failed);
     void fail();
     void succeed(const ConversionSettings& settings);
 
-    /// True when the destination names the input itself.
-    [[nodiscard]] bool writesOverInput() const;
     void deleteOutput();
-    /// Makes the file that the converter will write, so that it is known which one is its own.
-    void reserveClearedOutput();
     /// Gives the name of an output back that the converter has not begun to write.
     void deleteReservation();
     void settleOutput();
@@ -137,6 +144,9 @@ private:
     std::optional<ConversionSettings> runSettings_;
     std::string startProblem_;  ///< why the converter was never run; empty: nothing kept it
     OutputCheck outputCheck_;   ///< of a run that ended with status 0
+    // Shared with the work in the background, which may end after the job.
+    std::shared_ptr<StartAttempt> starting_;  ///< the disks are asked before the launch
+    std::shared_ptr<const bool> checking_;    ///< the output is read back after the run
     std::unique_ptr<ChildProcess> task_;
     std::unique_ptr<Timer> timer_;
     std::optional<TimePoint> startDate_;
@@ -159,11 +169,20 @@ public:
     [[nodiscard]] virtual int jobCountWithState(ConversionJobState state) const = 0;
     /// A job started or went on: refresh the queue's controls.
     virtual void pauseContinueClicked() = 0;
-    /// From here on something unfinished may lie at the output path.
-    virtual void outputBegun(const std::filesystem::path& output,
+    /// True while a job of the list converts or is starting.
+    [[nodiscard]] virtual bool isAtWork() const = 0;
+    [[nodiscard]] virtual OutputPlaces outputPlaces() = 0;
+    /// From here on something unfinished may lie at the output path; `outputMark`: see birthMarkOf.
+    virtual void outputBegun(const std::filesystem::path& output, const std::string& outputMark,
                              const std::filesystem::path& progressFile) = 0;
     /// What lies there now is whole, or nothing does.
     virtual void outputSettled(const std::filesystem::path& output) = 0;
+    /// Deletes what lies at the output path, unless it is the source, and settles it; in the
+    /// background, but before the program ends.
+    virtual void discardOutput(const std::filesystem::path& output,
+                               const std::filesystem::path& source) = 0;
+    /// Deletes a converted source in the same way.
+    virtual void deleteSource(const std::filesystem::path& source) = 0;
     /// A run has ended, well or not: count it.
     virtual void conversionEnded() = 0;
     /// The preferences as they stand now.

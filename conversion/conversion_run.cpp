@@ -70,7 +70,6 @@ void ConversionJob::refuseStart(const std::string& problem) {
     finishedError_ = true;
     progressFile_.remove();
     deleteOutput();  // a trial run may have left one
-    settleOutput();
     releaseSleepAssertion();
     auto& vantor = vantor_;
     auto& controller = controller_;
@@ -98,7 +97,14 @@ void ConversionJob::progressTimer() {
 }
 
 void ConversionJob::pause() {
-    if (state_ != ConversionJobState::Converting) return;
+    if (isStarting()) {
+        abandonStart();
+        releaseSleepAssertion();
+        observers_.notify();
+        return;
+    }
+    // A run that has ended is only being looked at.
+    if (state_ != ConversionJobState::Converting || !task_) return;
     timer_.reset();
     task_->suspend();
     setState(ConversionJobState::Paused);

@@ -5,7 +5,6 @@
 
 #include "support/file_descriptor.h"
 #include "support/make_string.h"
-#include "support/paths.h"
 #include "support/ports/translations.h"
 #include "support/ports/workspace.h"
 #include "support/time_text.h"
@@ -43,18 +42,17 @@ bool isOnDisk(const std::filesystem::path& file) {
     return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
 }
 
-void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType) {
+void removeSource(Vantor& vantor, ConversionJob::Controller& controller,
+                  const std::filesystem::path& source, int autoRemoveType) {
     if (autoRemoveType == 0) {
         vantor.ports().workspace.recycle(source);
     } else {
-        Fennimar::removeFile(source);
+        controller.deleteSource(source);
     }
 }
 
 void startNextJobIfIdle(ConversionJob::Controller& controller) {
-    if (controller.jobCountWithState(ConversionJobState::Converting) == 0) {
-        controller.startNextJobInQueue();
-    }
+    if (!controller.isAtWork()) controller.startNextJobInQueue();
 }
 
 void followUp(Vantor& vantor, ConversionJob::Controller& controller,
@@ -63,8 +61,7 @@ void followUp(Vantor& vantor, ConversionJob::Controller& controller,
     const auto& ports = vantor.ports();
     ports.notifications.deliver(endNotification(ports.translations, vantor.appName(), run));
     controller.conversionEnded();
-    if (settings.quitAfterConversion &&
-        controller.jobCountWithState(ConversionJobState::Converting) == 0 &&
+    if (settings.quitAfterConversion && !controller.isAtWork() &&
         controller.jobCountWithState(ConversionJobState::Failed) == 0) {
         controller.terminate();
     }

@@ -33,7 +33,8 @@ struct EndedRun {
 [[nodiscard]] bool isOnDisk(const std::filesystem::path& file);
 
 /// Removes a converted source as `autoRemoveType` says: 0 to the Trash, anything else for good.
-void removeSource(Vantor& vantor, const std::filesystem::path& source, int autoRemoveType);
+void removeSource(Vantor& vantor, ConversionJob::Controller& controller,
+                  const std::filesystem::path& source, int autoRemoveType);
 
 /// What follows the end of every run: the next job, the notification, the counters, and quitting
 /// when nothing converts and nothing has failed.

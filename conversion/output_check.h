@@ -17,6 +17,7 @@ class Translations;
 struct OutputCheck {
     OutputProof proof{};
     std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified", translated; or empty
+    bool onDisk = false;    ///< the device has it for sure; not asked unless it matters
 };
 
 /// Reads the output of a run back that ended with status 0 and, when it is whole, sets its track

@@ -42,7 +42,7 @@ GlibDispatcher::GlibDispatcher()
       source_(makeTimedSource([this] { runNext(); }, NestedLoop::MayRun)) {}
 
 GlibDispatcher::~GlibDispatcher() {
-    background_.stop();  // its work may still submit to the main queue
+    finishBackground();  // its work may still submit to the main queue
     WorkQueue dropped;
     const std::lock_guard lock(mutex_);
     stopping_ = true;
@@ -59,6 +59,10 @@ void GlibDispatcher::quit(int exitStatus) {
     exitStatus_ = exitStatus;
     quitting_ = true;
     g_main_context_wakeup(nullptr);
+}
+
+void GlibDispatcher::finishBackground() {
+    background_.stop();
 }
 
 void GlibDispatcher::asyncMain(Work work) {

@@ -29,6 +29,8 @@ public:
     int run();
     /// Ends `run` after the work that runs. Any thread.
     void quit(int exitStatus = 0);
+    /// Waits for the background work that runs, before what it uses goes; drops what has not begun.
+    void finishBackground();
 
     void asyncMain(Work work) override;
     void afterMain(Interval delay, Work work) override;

@@ -35,10 +35,15 @@ bool isSandboxed(const fs::path& marker) {
 PosixFolderAccess::PosixFolderAccess(fs::path sandboxMarker)
     : sandboxMarker_(std::move(sandboxMarker)) {}
 
+void PosixFolderAccess::remember(const fs::path& folder) {
+    const std::lock_guard lock(mutex_);
+    bookmarked_.insert(folder);
+}
+
 BookmarkResult PosixFolderAccess::createBookmark(const fs::path& folder) {
     auto path = spelled(folder);
     if (auto error = whyNoFolder(path); !error.empty()) return {.error = std::move(error)};
-    bookmarked_.insert(path);
+    remember(path);
     return {.bookmark = path.native()};
 }
 
@@ -46,7 +51,7 @@ ResolvedBookmark PosixFolderAccess::resolveBookmark(const BookmarkData& bookmark
     const bool isPath = bookmark.starts_with('/') && bookmark.find('\0') == std::string::npos;
     if (!isPath) return {.error = "not a bookmark of a folder"};
     if (auto error = whyNoFolder(bookmark); !error.empty()) return {.error = std::move(error)};
-    bookmarked_.insert(bookmark);
+    remember(bookmark);
     return {.folder = bookmark};
 }
 
@@ -63,6 +68,7 @@ std::vector<fs::path> PosixFolderAccess::grantedFolders() const {
     std::vector<fs::path> granted;
     const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime != nullptr && *runtime == '/') granted.push_back(fs::path(runtime) / "doc");
+    const std::lock_guard lock(mutex_);
     granted.insert(granted.end(), bookmarked_.begin(), bookmarked_.end());
     return granted;
 }

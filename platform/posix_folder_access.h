@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 #include <set>
 #include <vector>
 
@@ -32,8 +33,11 @@ public:
     [[nodiscard]] std::vector<std::filesystem::path> grantedFolders() const override;
 
 private:
+    void remember(const std::filesystem::path& folder);
+
     std::filesystem::path sandboxMarker_;
-    std::set<std::filesystem::path> bookmarked_;
+    mutable std::mutex mutex_;                    ///< never held while a disk is asked
+    std::set<std::filesystem::path> bookmarked_;  ///< guarded by `mutex_`
 };
 
 }  // namespace reelvane

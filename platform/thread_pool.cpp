@@ -5,7 +5,8 @@
 namespace reelvane {
 
 namespace {
-constexpr std::size_t kMostThreads = 4;
+// Most are idle or wait for a disk; those of a disk that hangs must not keep the others' work.
+constexpr std::size_t kMostThreads = 16;
 }  // namespace
 
 ThreadPool::~ThreadPool() {

@@ -51,6 +51,11 @@ std::uint64_t fileSize(const fs::path& path) {
     return error ? 0 : size;
 }
 
+bool isSameFile(const fs::path& left, const fs::path& right) {
+    std::error_code error;
+    return left == right || fs::equivalent(left, right, error);
+}
+
 bool fileIsAlias(const fs::path& path) {
     std::error_code error;
     return fs::is_symlink(path, error);

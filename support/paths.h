@@ -14,6 +14,9 @@ namespace Fennimar {
 [[nodiscard]] bool fileExists(const std::filesystem::path& path);
 /// In bytes; 0 when it cannot be read.
 [[nodiscard]] std::uint64_t fileSize(const std::filesystem::path& path);
+/// The same path, or two names of one file.
+[[nodiscard]] bool isSameFile(const std::filesystem::path& left,
+                              const std::filesystem::path& right);
 /// True for symbolic links.
 [[nodiscard]] bool fileIsAlias(const std::filesystem::path& path);
 /// True when a file can be made at the path, which is tried and undone. False when something is

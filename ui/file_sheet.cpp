@@ -8,13 +8,13 @@
 #include "app/app_delegate.h"
 #include "support/dispatch.h"
 #include "support/ports/desktop_appearance.h"
-#include "ui/add_shown_file.h"
 #include "ui/file_sheet_panel.h"
 
 namespace reelvane {
 namespace {
 
 constexpr int kSlideMilliseconds = 200;
+constexpr int kSlowDiskMilliseconds = 400;
 
 }  // namespace
 
@@ -29,6 +29,10 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
             [this](const QVariant& extent) { place(extent.toDouble()); });
     auto& intake = context_.controller.intake();
     subscriptions_.push_back(intake.isScanning().observe([this] { followFile(); }));
+    subscriptions_.push_back(intake.awaitsDisk().observe([this] { followDisk(); }));
+    diskIsSlow_.setSingleShot(true);
+    diskIsSlow_.setInterval(kSlowDiskMilliseconds);
+    connect(&diskIsSlow_, &QTimer::timeout, panel_, &FileSheetPanel::showWaiting);
     subscriptions_.push_back(intake.topConstraint().observe([this] { followConstraint(); }));
     place(0);
     followConstraint();
@@ -53,7 +57,7 @@ void FileSheet::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            addShownFile(context_);
+            context_.controller.intake().addToQueue();
             return;
         case Qt::Key_Escape:
             context_.controller.intake().cancelAdd();
@@ -78,6 +82,15 @@ void FileSheet::followFile() {
     dispatch_async_main(context_.vantor, [sheet = QPointer(this)] {
         if (sheet != nullptr && sheet->panel_->awaitsUser()) sheet->takeKeyboard();
     });
+}
+
+void FileSheet::followDisk() {
+    if (context_.controller.intake().awaitsDisk().get()) {
+        diskIsSlow_.start();
+        return;
+    }
+    diskIsSlow_.stop();
+    panel_->showFile();
 }
 
 void FileSheet::followConstraint() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 
@@ -27,6 +28,7 @@ protected:
 
 private:
     void followFile();
+    void followDisk();
     void followConstraint();
     void slide(double extent);
     void place(double extent);
@@ -39,6 +41,7 @@ private:
     UiContext context_;
     FileSheetPanel* panel_ = nullptr;
     QVariantAnimation slide_;
+    QTimer diskIsSlow_;
     double extent_ = 0;           // how far it has come in: 0 hidden, 1 shown
     QPointer<QWidget> returnTo_;  // had the keyboard before
     Subscriptions subscriptions_;

@@ -1,5 +1,7 @@
 #include "ui/file_sheet_panel.h"
 
+#include <initializer_list>
+
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
@@ -10,7 +12,6 @@
 #include "app/app_delegate.h"
 #include "support/ports/desktop_appearance.h"
 #include "support/vantor.h"
-#include "ui/add_shown_file.h"
 #include "ui/colours.h"
 #include "ui/elided_label.h"
 #include "ui/pop_up_menu_box.h"
@@ -71,7 +72,7 @@ void FileSheetPanel::makeButtons() {
     connect(cancel_, &QPushButton::clicked, this, [&intake] { intake.cancelAdd(); });
     add_ = new QPushButton(this);
     add_->setDefault(true);
-    connect(add_, &QPushButton::clicked, this, [this] { addShownFile(context_); });
+    connect(add_, &QPushButton::clicked, this, [&intake] { intake.addToQueue(); });
 }
 
 void FileSheetPanel::layOut() {
@@ -105,17 +106,15 @@ QBoxLayout* FileSheetPanel::titleRow() {
 
 QWidget* FileSheetPanel::makeBusyRow() {
     auto* const row = new QWidget(this);
-    auto* const reading = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, row);
-    reading->setText(tr("Looking into the file…"));
+    busyText_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, row);
     busy_ = new QProgressBar(row);
     busy_->setTextVisible(false);
-    busy_->setAccessibleName(tr("Looking into the file"));
     busy_->setFixedWidth(fontMetrics().height() * 8);
     busy_->setFixedHeight(fontMetrics().height() * 2 / 3);
     auto* const items = new QHBoxLayout(row);
     items->setContentsMargins({});
     items->setSpacing(fontMetrics().height() / 2);
-    items->addWidget(reading);
+    items->addWidget(busyText_);
     items->addWidget(busy_);
     items->addStretch(1);
     return row;
@@ -168,10 +167,7 @@ bool FileSheetPanel::awaitsUser() const {
 void FileSheetPanel::showFile() {
     auto& intake = context_.controller.intake();
     const bool scanning = intake.isScanning().get();
-    // A bar in motion costs processor time, even where nobody sees it.
-    const bool moves = scanning && !context_.appearance.reducedMotion();
-    busy_->setRange(0, moves ? 0 : 1);
-    busy_->setVisible(moves);
+    showBusy(scanning, tr("Looking into the file…"));
     if (!scanning && !awaitsUser()) return;  // on its way out it shows what it showed
     const auto& file = intake.presentFile();
     name_->setText(displayName(file));
@@ -185,6 +181,23 @@ void FileSheetPanel::showFile() {
     audio_->setEnabled(false);
     audio_->setPlaceholderText(scanning ? QString() : tr("No audio"));
     if (!scanning) showRecord();
+}
+
+void FileSheetPanel::showWaiting() {
+    showBusy(true, tr("Waiting for the disk…"));
+    secondLine_->setCurrentIndex(1);
+    for (auto* const control : std::initializer_list<QWidget*>{audio_, destination_, add_}) {
+        control->setEnabled(false);
+    }
+}
+
+void FileSheetPanel::showBusy(bool busy, const QString& text) {
+    // A bar in motion costs processor time, even where nobody sees it.
+    const bool moves = busy && !context_.appearance.reducedMotion();
+    busy_->setRange(0, moves ? 0 : 1);
+    busy_->setVisible(moves);
+    busy_->setAccessibleName(text);
+    busyText_->setText(text);
 }
 
 void FileSheetPanel::showRecord() {

@@ -22,6 +22,8 @@ public:
 
     /// Shows the file that is being read or waits for the user; with neither it stays as it is.
     void showFile();
+    /// Tells of the file that a disk is slow to take it.
+    void showWaiting();
     /// True while a file is there to be added.
     [[nodiscard]] bool awaitsUser() const;
     void focusDefault();
@@ -38,6 +40,7 @@ private:
     QWidget* makeBusyRow();
     void bindTexts();
     void showRecord();
+    void showBusy(bool busy, const QString& text);
     void showHint();
 
     UiContext context_;
@@ -45,8 +48,9 @@ private:
     ElidedLabel* subtitle_ = nullptr;
     ElidedLabel* waiting_ = nullptr;
     ElidedLabel* information_ = nullptr;
+    ElidedLabel* busyText_ = nullptr;
     QProgressBar* busy_ = nullptr;
-    QStackedLayout* secondLine_ = nullptr;  // the information, or that the file is being read
+    QStackedLayout* secondLine_ = nullptr;  // the information, or what is waited for
     ElidedLabel* hint_ = nullptr;           // how not to be asked for each movie
     PopUpMenuBox* audio_ = nullptr;
     PopUpMenuBox* destination_ = nullptr;

@@ -24,8 +24,7 @@ bool isUnderWay(const ConversionJob* job) {
 
 JobCommands::JobCommands(const UiContext& context, OpenDetails openDetails)
     : context_(context),
-      openDetails_(std::move(openDetails)),
-      remover_(context.controller.queue()) {}
+      openDetails_(std::move(openDetails)) {}
 
 void JobCommands::pauseOrContinue(ConversionJob& job) {
     const auto controls = jobControls(job.state());
@@ -56,6 +55,10 @@ void JobCommands::copyCommandLine(const ConversionJob& job) const {
     if (const auto line = commandLine(context_, detailsNow(context_, job)); !line.empty()) {
         copyBytes(line);
     }
+}
+
+void JobCommands::remove(const std::vector<ConversionJob*>& jobs) {
+    context_.controller.removeJobs(jobs);
 }
 
 bool JobCommands::confirmRemoval(std::vector<ConversionJob*>& jobs) {

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "ui/job_remover.h"
 #include "ui/ui_context.h"
 
 namespace reelvane {
@@ -31,12 +30,11 @@ public:
     /// False: the user does not want to throw the work of a running conversion away. A job that
     /// leaves the list while the question stands is taken out of `jobs`.
     [[nodiscard]] bool confirmRemoval(std::vector<ConversionJob*>& jobs);
-    void remove(const std::vector<ConversionJob*>& jobs) { remover_.remove(jobs); }
+    void remove(const std::vector<ConversionJob*>& jobs);
 
 private:
     UiContext context_;
     OpenDetails openDetails_;
-    JobRemover remover_;
 };
 
 }  // namespace reelvane

@@ -1,6 +1,7 @@
 // The window's composition root: the only place in it that knows the platform.
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -14,6 +15,7 @@
 #include "app/app_delegate.h"
 #include "app/preference_table.h"
 #include "app/queue_progress.h"
+#include "platform/bounded_end.h"
 #include "platform/dbus_application.h"
 #include "platform/dbus_launcher_entry.h"
 #include "platform/dbus_notifications.h"
@@ -52,6 +54,7 @@ namespace reelvane {
 namespace {
 
 constexpr int kExitUsage = 2;
+constexpr std::chrono::seconds kLongestEnd(10);
 
 /// A window program knows the keyboard.
 class WindowWorkspace final : public GioWorkspace {
@@ -191,8 +194,10 @@ int runWindow(Base& base, QApplication& application,
     const auto status = QApplication::exec();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
+    endWithin(kLongestEnd, status);
     base.launcherEntry.setProgress(std::nullopt);
     controller.applicationWillTerminate();
+    base.dispatcher.finishBackground();
     return status;
 }
 

@@ -20,7 +20,8 @@ struct ResolvedBookmark {
     std::string error{};
 };
 
-/// Access to folders that outlives a run of the program. Main thread only.
+/// Access to folders that outlives a run of the program. Any thread: what asks a disk is called in
+/// the background.
 class FolderAccess {
 public:
     virtual ~FolderAccess() = default;

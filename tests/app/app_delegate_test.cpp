@@ -36,21 +36,26 @@ TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
     launch();
     EXPECT_EQ(title(), "Reelvane ");
     app_->togglePause();
+    settle();
     EXPECT_EQ(title(), "Reelvane (Paused)");
     EXPECT_EQ(app_->addButtonTitle().get(), "Add to Queue");
     add({movie("a.mkv"), movie("b.mkv")});
     EXPECT_THAT(states(), ElementsAre(Queued, Queued));
     app_->togglePause();
+    settle();
     EXPECT_THAT(states(), ElementsAre(Converting, Queued));
     app_->togglePause();
+    settle();
     EXPECT_THAT(states(), ElementsAre(Paused, Queued));
     EXPECT_TRUE(platform_.processLauncher.children[0].suspended);
     EXPECT_EQ(title(), "Reelvane (Paused) [2 Job(s), 1 Queued]");
     app_->continueJob(*app_->queue().taskArray()[1]);
+    settle();
     EXPECT_FALSE(app_->paused()) << "a job that the user starts un-pauses the queue";
     EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "but starts no other";
     EXPECT_EQ(app_->queueControl().pauseTitle().get(), "Pause Queue");
     app_->continueJob(*app_->queue().taskArray()[0]);
+    settle();
     EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "never two at a time";
     fail(1);
     EXPECT_THAT(states(), ElementsAre(Converting, Failed)) << "a paused job goes on in its turn";
@@ -77,11 +82,14 @@ TEST_F(AppDelegateTest, AnAutomaticNameIsCheckedOnceMoreAtTheStart) {
 TEST_F(AppDelegateTest, ARemovedJobLeavesAForeignFileAtItsAutomaticPath) {
     add({movie("a.mkv"), movie("b.mkv")});
     app_->togglePause();
+    settle();
     const auto queued = platform_.folder.write("b.m4v", "of another program");
     app_->queue().taskArray().front()->remove();
+    settle();
     fail(0);
     const auto failed = platform_.folder.write("a.m4v", "of another program");
     app_->queue().taskArray().front()->remove();
+    settle();
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_TRUE(fs::exists(queued) && fs::exists(failed));
 }
@@ -93,6 +101,7 @@ TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
     EXPECT_THAT(states(), ElementsAre(Failed, Queued, Finished));
     EXPECT_THAT(lastAlert(), HasSubstr("removed the file c.mkv"));
     app_->cleanClicked();
+    settle();
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv"));
     EXPECT_EQ(job(1).state(), Converting) << "a removal asks for the next job";
 }
@@ -101,6 +110,7 @@ TEST_F(AppDelegateTest, TheQueueGoesOnWhenAllOfSeveralAreRemoved) {
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
     const auto& jobs = app_->queue().taskArray();
     app_->removeJobs({jobs[3].get(), jobs[0].get(), jobs[1].get()});
+    settle();
     EXPECT_EQ(platform_.processLauncher.children.size(), 2) << "none that goes was started";
     EXPECT_EQ(title(), "Reelvane  [1 Job(s), 0 Queued]");
 }
@@ -113,20 +123,25 @@ TEST_F(AppDelegateTest, OneNameInOneFolderIsNumberedFromTheLowestThatIsFree) {
     }
     EXPECT_EQ(output(0), "a-2.m4v");
     app_->queue().taskArray()[1]->remove();
+    settle();
     add({movie("2/a.mkv")});
     EXPECT_EQ(output(0), "a-1.m4v");
 }
 
 TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
     set(kAutoCleanKey, 1);
-    add({movie("a.mkv"), movie("b.mkv")});
-    platform_.processLauncher.onLaunch = [this, &first = job(1)](auto&) {
-        platform_.dispatcher.runPending();  // as an alert's own loop does
-        EXPECT_EQ(first.fileInfo().fileName, "a.mkv") << "it still stands below this call";
-    };
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
     finish(0);
-    EXPECT_THAT(rows(), ElementsAre("b.mkv"));
+    EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv"));
     EXPECT_TRUE(fs::exists(platform_.folder.path() / "a.m4v"));
+    platform_.alerts.whileOpen = [this] {
+        app_->queue().taskArray().front()->remove();
+        settle();
+    };
+    platform_.processLauncher.children.at(1).print("No space left on device\n");
+    fail(1);
+    EXPECT_THAT(rows(), ElementsAre("b.mkv"));
+    EXPECT_THAT(states(), ElementsAre(Converting));
 }
 
 TEST_F(AppDelegateTest, EveryEndedRunIsCountedAndTheLastMayQuit) {
@@ -138,6 +153,7 @@ TEST_F(AppDelegateTest, EveryEndedRunIsCountedAndTheLastMayQuit) {
     EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCountKey), 2);
     EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 2);
     app_->queue().taskArray().back()->remove();
+    settle();
     add({movie("c.mkv")});
     finish(2);
     EXPECT_EQ(terminated_, 1);
@@ -150,6 +166,7 @@ TEST_F(AppDelegateTest, OnlyARunningConversionAsksBeforeQuitting) {
     EXPECT_TRUE(app_->applicationShouldTerminate());
     EXPECT_EQ(lastAlert(), "Conversion is in progresss. Are you sure you want to quit?");
     app_->togglePause();
+    settle();
     EXPECT_TRUE(app_->applicationShouldTerminate());
     EXPECT_EQ(platform_.alerts.shown.size(), 2);
 }

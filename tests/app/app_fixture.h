@@ -42,6 +42,7 @@ protected:
                 refused_.push_back(file.filename());
                 refusalTexts_.push_back(alerts.empty() ? "" : alerts.front().message);
             });
+        settle();
         return *app_;
     }
     fs::path movie(std::string_view name) const { return platform_.folder.write(name); }
@@ -52,18 +53,20 @@ protected:
     void open(const std::vector<fs::path>& files) {
         if (!app_) launch();
         app_->openFiles(files);
-        platform_.dispatcher.runPending();
+        settle();
     }
+    /// Lets all work end that waits for its turn, in the background too.
+    void settle() { platform_.dispatcher.runPending(); }
     /// Lets the run end well, with the output in place.
     void finish(std::size_t child) {
         auto& running = platform_.processLauncher.children.at(child);
         std::ofstream(running.request.arguments.back(), std::ios::binary) << SmallMp4{}.bytes();
         running.exit(0);
-        platform_.dispatcher.runPending();
+        settle();
     }
     void fail(std::size_t child) {
         platform_.processLauncher.children.at(child).exit(1);
-        platform_.dispatcher.runPending();
+        settle();
     }
     [[nodiscard]] const ConversionJob& job(std::size_t row) const {
         return *app_->queue().taskArray().at(row);

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "app/bookmark_problem.h"
+#include "app/output_names.h"
 #include "tests/app/app_fixture.h"
 
 namespace reelvane {
@@ -75,6 +75,7 @@ TEST_F(DestinationsTest, ThePreferencesMenuStoresWhatIsADestinationAndNothingEls
     EXPECT_EQ(stored(), 3);
     platform_.panels.openAnswer = {"/two"};
     destinations.pickPreferencesDestination(5);
+    settle();
     EXPECT_EQ(stored(), 4);
     EXPECT_EQ(menu.selectedIndex(), 4);
 
@@ -93,12 +94,11 @@ TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
     app_->applicationWillTerminate();
     EXPECT_THAT(platform_.folderAccess.open, IsEmpty());
 
+    launch();
     platform_.folderAccess.closed = {saved};
-    app_->openFiles({movie("b.mkv")});
-    EXPECT_THAT(
-        [this] { platform_.dispatcher.runPending(); },
-        Throws<BookmarkProblem>(Property(
-            &BookmarkProblem::name, "Bookmark Problem: startAccessingSecurityScopedResource")));
+    open({movie("b.mkv")});
+    EXPECT_THAT(lastAlert(), HasSubstr("The saved folder cannot be opened."));
+    EXPECT_EQ(app_->intake().topConstraint().get(), kSheetShown) << "for another choice";
     EXPECT_THAT(rows(), IsEmpty());
 }
 
@@ -112,25 +112,31 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     for (const auto& chosen : {source, sameFile}) {
         platform_.panels.saveAnswer = chosen;
         app_->intake().addToQueue();
+        settle();
         EXPECT_THAT(lastAlert(), HasSubstr("Thats the worst idea ever."));
         EXPECT_TRUE(fs::exists(chosen));
     }
     app_->intake().addToQueue();  // cancelled
+    settle();
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_EQ(platform_.panels.saved.back().fileName, "a.m4v");
 
     const auto chosen = movie("chosen.m4v");
     platform_.panels.saveAnswer = chosen;
     app_->togglePause();
+    settle();
     app_->intake().addToQueue();
+    settle();
     EXPECT_FALSE(fs::exists(chosen)) << "the user agreed to replace it";
     movie("chosen.m4v");
     app_->togglePause();
+    settle();
     EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
 
     open({movie("b.mkv")});
     platform_.panels.saveAnswer = source;
     app_->intake().addToQueue();
+    settle();
     EXPECT_TRUE(fs::exists(source)) << "another job of the list reads it";
     EXPECT_EQ(output(0), "a.m4v");
 }
@@ -141,8 +147,7 @@ TEST(OutputNames, AClaimedNameIsNobodyElses) {
     std::array<MKVFileInfo, 2> records;
     for (std::size_t i = 0; i < 2; ++i) {
         records[i] = {.fileName = "a.mkv",
-                      .destinationURL = programs[i].freePath(folder.path(), "a.mkv", "mp4")};
-        programs[i].promise(*records[i].destinationURL);
+                      .destinationURL = programs[i].takeFreePath(folder.path(), "a.mkv", "mp4")};
     }
     for (std::size_t i = 0; i < 2; ++i) programs[i].claim(records[i]);
     EXPECT_EQ(records[0].destinationURL->filename(), "a.mp4");
@@ -163,16 +168,15 @@ TEST(OutputNames, AClaimedNameIsNobodyElses) {
 TEST(OutputNames, CutLongNamesAndKeepRoomForANumber) {
     TemporaryFolder folder;
     OutputNames names;
-    const auto first = names.freePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v");
-    names.promise(first);
-    const auto second = names.freePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v");
+    const auto first = names.takeFreePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v");
+    const auto second = names.takeFreePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v");
     EXPECT_NE(first, second);
     for (const auto& path : {first, second}) {
         EXPECT_LE(path.filename().native().size(), 255);
         EXPECT_EQ(path.extension(), ".m4v");
     }
     names.release(first);
-    EXPECT_EQ(names.freePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v"), first);
+    EXPECT_EQ(names.takeFreePath(folder.path(), std::string(300, 'x') + ".mkv", "m4v"), first);
 }
 
 }  // namespace

@@ -24,22 +24,38 @@ TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
     EXPECT_EQ(intake().fileInfo()->fileName, "a.mkv") << "what is shown is not pushed aside";
     EXPECT_EQ(intake().waitingCount().get(), 2);
     intake().addToQueue();
-    EXPECT_TRUE(intake().isScanning().get());
+    EXPECT_TRUE(intake().awaitsDisk().get());
+    settle();
     EXPECT_EQ(intake().presentFile().filename(), "b.mkv");
     EXPECT_EQ(intake().waitingCount().get(), 1);
     intake().cancelAdd();
+    EXPECT_TRUE(intake().isScanning().get());
     intake().addToQueue();
+    settle();
     EXPECT_EQ(rows().size(), 1) << "nothing to add while scanning";
-    platform_.dispatcher.runPending();
-    EXPECT_EQ(probed().size(), 2);
-    intake().cancelAdd();
-    platform_.dispatcher.runPending();
     intake().cancelAdd();
     EXPECT_THAT(probed(), ElementsAre("a.mkv", "b.mkv", "c.mkv"));
     EXPECT_EQ(intake().topConstraint().get(), kSheetHidden);
     EXPECT_FALSE(intake().isBusy());
     intake().addToQueue();
+    settle();
     EXPECT_EQ(rows().size(), 1) << "a cancelled file is gone";
+}
+
+TEST_F(FileIntakeTest, AFileThatIsLeftMeanwhileIsNeitherShownNorAdded) {
+    set(kAutoAddKey, 0);
+    launch().openFiles({movie("slow.mkv"), movie("a.mkv")});
+    intake().cancelAdd();  // while it is probed
+    settle();
+    EXPECT_EQ(intake().fileInfo()->fileName, "a.mkv");
+    intake().addToQueue();
+    platform_.dispatcher.runBackground();
+    intake().cancelAdd();  // while its place is looked for
+    settle();
+    EXPECT_THAT(rows(), IsEmpty());
+    set(kAutoAddKey, 1);
+    add({movie("a.mkv")});
+    EXPECT_EQ(output(0), "a.m4v") << "the place that was found is free again";
 }
 
 TEST_F(FileIntakeTest, PairsASubtitleAgainLaterInTheRun) {

@@ -77,7 +77,7 @@ TEST_F(UnfinishedOutputsTest, AnAbortLeavesNothingOfItsOwnBehind) {
     const auto other = entry("other.m4v", "other.log");
     UnfinishedOutputs outputs(platform_.vantor);
     const auto own = entry("own.m4v", "own.log");
-    outputs.begin(own.output.path, own.progressFile.path);
+    outputs.begin(own.output.path, own.output.birthMark, own.progressFile.path);
     outputs.abandon();
     EXPECT_FALSE(fs::exists(own.output.path) || fs::exists(own.progressFile.path));
     EXPECT_TRUE(fs::exists(other.output.path));

@@ -77,14 +77,14 @@ TEST_F(JobTest, ASourceIsDeletedForGoodOnlyWhereTheUserSaidSo) {
 TEST_F(JobTest, AnExitStatusOfZeroIsNotYetSuccess) {
     controller.settings.autoRemove = true;
     const std::vector<std::pair<const char*, std::function<void()>>> rows = {
-        {"is incomplete, so it was not kept", [this] { child().exit(0); }},
+        {"is incomplete, so it was not kept", [this] { exitWell(); }},
         {"is incomplete", [this] { finish("av_interleaved: Error writing trailer"); }},
         {"not enough free space", [this] { finish("x: No space left on device"); }},
         {"is incomplete", [this] {
              SmallMp4 movie;
              movie.tracks.resize(1);  // of the two that were mapped
              platform.folder.write("movie.m4v", movie.bytes());
-             child().exit(0);
+             exitWell();
          }}};
     for (const auto& [reason, end] : rows) {
         startAndWrite();

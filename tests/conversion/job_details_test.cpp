@@ -20,7 +20,7 @@ TEST_F(JobTest, DetailsFollowThePreferencesUntilTheStartAndNoFurther) {
     EXPECT_TRUE(details().tracks.empty() && details().arguments.empty());
     controller.settings.audio = {.conversionPreset = 2};
     const auto before = details();
-    job->start();
+    start();
     controller.settings.audio = {};
     finish();
     EXPECT_EQ(sound(), "#1 eng mp3 → AC-3 stereo 192k");

@@ -21,9 +21,13 @@ protected:
     [[nodiscard]] std::string lastAlert() const {
         return platform.alerts.shown.empty() ? "" : platform.alerts.shown.back().message;
     }
+    void start() {
+        job->start();
+        platform.dispatcher.runPending();
+    }
     /// The converter has begun to write.
     void startAndWrite() {
-        job->start();
+        start();
         platform.folder.write("movie.m4v", "half a movie");
         controller.told.clear();
     }
@@ -34,7 +38,11 @@ protected:
         movie.seconds = 100;
         std::filesystem::remove(output);
         platform.folder.write("movie.m4v", movie.bytes());
+        exitWell(rest);
+    }
+    void exitWell(std::string_view rest = {}) {
         child().exit(0, rest);
+        platform.dispatcher.runPending();
     }
 
     FakePlatform platform;

@@ -31,16 +31,20 @@ public:
 
     /// Runs all that is due now, and what that work submits for now.
     void runPending() { advance(Interval::zero()); }
+    /// Runs the background work that is due now, and leaves the main thread standing.
+    void runBackground() {
+        for (auto next = due_.begin(); next != due_.end() && next->first <= now_;) {
+            const auto entry = next++;
+            if (!entry->second.onMain) run(due_.extract(entry).mapped());
+        }
+    }
     /// Moves the clock on and runs what falls due on the way, in order.
     void advance(Interval by) {
         const auto until = now_ + by;
         while (!due_.empty() && due_.begin()->first <= until) {
-            auto [time, entry] = std::move(*due_.begin());
-            due_.erase(due_.begin());
-            now_ = time;
-            onMain_ = entry.onMain;
-            entry.work();
-            onMain_ = true;
+            const auto next = due_.extract(due_.begin());
+            now_ = next.key();
+            run(next.mapped());
         }
         now_ = until;
     }
@@ -57,6 +61,11 @@ private:
         std::shared_ptr<Work> tick;
     };
 
+    void run(const Entry& entry) {
+        onMain_ = entry.onMain;
+        entry.work();
+        onMain_ = true;
+    }
     void submit(Interval delay, bool onMain, Work work) {
         due_.emplace(now_ + delay, Entry{.onMain = onMain, .work = std::move(work)});
     }

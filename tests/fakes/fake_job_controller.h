@@ -19,11 +19,23 @@ public:
         return state == ConversionJobState::Converting ? converting : failed;
     }
     void pauseContinueClicked() override { say("pauseContinueClicked"); }
-    void outputBegun(const std::filesystem::path& output,
+    [[nodiscard]] bool isAtWork() const override { return converting > 0; }
+    [[nodiscard]] OutputPlaces outputPlaces() override {
+        return {.claim = [](MKVFileInfo&) {}, .release = [](const std::filesystem::path&) {}};
+    }
+    void outputBegun(const std::filesystem::path& output, const std::string& /*outputMark*/,
                      const std::filesystem::path& /*progressFile*/) override {
         unfinished.insert(output);
     }
     void outputSettled(const std::filesystem::path& output) override { unfinished.erase(output); }
+    void discardOutput(const std::filesystem::path& output,
+                       const std::filesystem::path& source) override {
+        deleteUnlessSource(output, source);
+        outputSettled(output);
+    }
+    void deleteSource(const std::filesystem::path& source) override {
+        std::filesystem::remove(source);
+    }
     void conversionEnded() override { say("conversionEnded"); }
     [[nodiscard]] ConversionSettings conversionSettings() const override { return settings; }
     void terminate() override { say("terminate"); }

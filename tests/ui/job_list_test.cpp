@@ -154,7 +154,8 @@ TEST_F(JobList, ShowsTenThousandJobsByAHandfulOfRows) {
                                   QItemSelectionModel::Select);
     const auto& next = jobAt(500);
     press(Qt::Key_Delete);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return &jobAt(0) == &next; }));
+    settle();
+    EXPECT_EQ(&jobAt(0), &next);
     EXPECT_EQ(view.currentJob(), &next);
 }
 
@@ -173,6 +174,7 @@ TEST_F(JobList, OffersWhatAJobsStateAllows) {
     EXPECT_THAT(offered(2), ElementsAre("Continue c.mkv", "Details of c.mkv", "Remove c.mkv"));
     EXPECT_THAT(offered(3), Contains("Start d.mkv"));  // nothing converts any more
     button(3, "Start d.mkv")->click();
+    settle();
     EXPECT_EQ(jobAt(3).state(), ConversionJobState::Converting);
     EXPECT_THAT(offered(2), Contains("-Continue c.mkv"));
     button(0, "Show a.mkv in Files")->click();
@@ -206,7 +208,8 @@ TEST_F(JobList, IsWorkedByItsKeys) {
     press(Qt::Key_Delete);
     EXPECT_EQ(rows().size(), 4U) << "the running conversion was thrown away unasked";
     press(Qt::Key_Delete);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return rows().size() == 1; }));
+    settle();
+    ASSERT_EQ(rows().size(), 1U);
     EXPECT_EQ(platform_.processLauncher.children.size(), 2U) << "one was started to be removed";
     EXPECT_EQ(view.currentJob(), &jobAt(0));
     EXPECT_EQ(view.selectedCount(), 1);

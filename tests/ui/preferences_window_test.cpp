@@ -255,6 +255,7 @@ TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
     EXPECT_NE(stored(kDefaultDestinationKey), 6) << "no destination";
     platform_.panels.openAnswer = {"/three"};
     Q_EMIT menu->activated(6);
+    settle();
     EXPECT_THAT(savedFolders(), ElementsAre("/one", "/two", "/three"));
     EXPECT_EQ(stored(kDefaultDestinationKey), 5);
     QTest::keyClick(menu, Qt::Key_Up);
