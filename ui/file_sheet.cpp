@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QStyle>
 
 #include "app/app_delegate.h"
@@ -21,8 +22,12 @@ constexpr int kSlowDiskMilliseconds = 400;
 FileSheet::FileSheet(const UiContext& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
-      panel_(new FileSheetPanel(context, this)) {
+      panel_(new FileSheetPanel(context, this)),
+      leave_(new QShortcut(Qt::Key_Escape, this)) {
     setAccessibleName(tr("Movie to add"));
+    // A file that takes long to read does not take the keyboard, but can be left by it.
+    connect(leave_, &QShortcut::activated, this,
+            [this] { context_.controller.intake().cancelAdd(); });
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     slide_.setEasingCurve(QEasingCurve::OutCubic);
     connect(&slide_, &QVariantAnimation::valueChanged, this,
@@ -59,9 +64,6 @@ void FileSheet::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Enter:
             context_.controller.intake().addToQueue();
             return;
-        case Qt::Key_Escape:
-            context_.controller.intake().cancelAdd();
-            return;
         default:
             QWidget::keyPressEvent(event);
     }
@@ -95,6 +97,7 @@ void FileSheet::followDisk() {
 
 void FileSheet::followConstraint() {
     const bool shown = context_.controller.intake().topConstraint().get() != kSheetHidden;
+    leave_->setEnabled(shown);
     if (!shown) giveKeyboardBack();
     slide(shown ? 1 : 0);
 }

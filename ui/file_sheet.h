@@ -8,6 +8,8 @@
 #include "ui/bind.h"
 #include "ui/ui_context.h"
 
+class QShortcut;
+
 namespace reelvane {
 
 class FileSheetPanel;
@@ -40,6 +42,7 @@ private:
 
     UiContext context_;
     FileSheetPanel* panel_ = nullptr;
+    QShortcut* leave_ = nullptr;
     QVariantAnimation slide_;
     QTimer diskIsSlow_;
     double extent_ = 0;           // how far it has come in: 0 hidden, 1 shown
