@@ -7,6 +7,7 @@
 #include "support/ports/translations.h"
 #include "support/size_text.h"
 #include "support/strings.h"
+#include "support/time_text.h"
 
 namespace reelvane {
 namespace {
@@ -51,9 +52,12 @@ OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expe
 
 std::string contentText(const Translations& translations, double seconds, std::size_t tracks,
                         std::uint64_t fileSize) {
-    const auto format = tracks == 1 ? translations.localized("%.0f s, %lu track, %@")
-                                    : translations.localized("%.0f s, %lu tracks, %@");
-    return makeString(format, seconds, tracks, fileSizeText(fileSize));
+    constexpr double kMinute = 60;
+    const auto time =
+        seconds < kMinute ? makeString("%.0f s", seconds) : formattedTimeFromTimeInterval(seconds);
+    const auto format = tracks == 1 ? translations.localized("%@, %lu track, %@")
+                                    : translations.localized("%@, %lu tracks, %@");
+    return makeString(format, time, tracks, fileSizeText(fileSize));
 }
 
 std::string proofText(const Translations& translations, const OutputProof& proof,

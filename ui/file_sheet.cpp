@@ -15,7 +15,6 @@ namespace reelvane {
 namespace {
 
 constexpr int kSlideMilliseconds = 200;
-constexpr int kSlowDiskMilliseconds = 400;
 
 }  // namespace
 
@@ -23,7 +22,8 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
       panel_(new FileSheetPanel(context, this)),
-      leave_(new QShortcut(Qt::Key_Escape, this)) {
+      leave_(new QShortcut(Qt::Key_Escape, this)),
+      slowDisk_([this] { panel_->showWaiting(); }) {
     setAccessibleName(tr("Movie to add"));
     // A file that takes long to read does not take the keyboard, but can be left by it.
     connect(leave_, &QShortcut::activated, this,
@@ -35,9 +35,6 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
     auto& intake = context_.controller.intake();
     subscriptions_.push_back(intake.isScanning().observe([this] { followFile(); }));
     subscriptions_.push_back(intake.awaitsDisk().observe([this] { followDisk(); }));
-    diskIsSlow_.setSingleShot(true);
-    diskIsSlow_.setInterval(kSlowDiskMilliseconds);
-    connect(&diskIsSlow_, &QTimer::timeout, panel_, &FileSheetPanel::showWaiting);
     subscriptions_.push_back(intake.topConstraint().observe([this] { followConstraint(); }));
     place(0);
     followConstraint();
@@ -87,12 +84,9 @@ void FileSheet::followFile() {
 }
 
 void FileSheet::followDisk() {
-    if (context_.controller.intake().awaitsDisk().get()) {
-        diskIsSlow_.start();
-        return;
-    }
-    diskIsSlow_.stop();
-    panel_->showFile();
+    const bool awaited = context_.controller.intake().awaitsDisk().get();
+    slowDisk_.setAwaited(awaited);
+    if (!awaited) panel_->showFile();
 }
 
 void FileSheet::followConstraint() {

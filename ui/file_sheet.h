@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QPointer>
-#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 
 #include "ui/bind.h"
+#include "ui/slow_disk.h"
 #include "ui/ui_context.h"
 
 class QShortcut;
@@ -44,7 +44,7 @@ private:
     FileSheetPanel* panel_ = nullptr;
     QShortcut* leave_ = nullptr;
     QVariantAnimation slide_;
-    QTimer diskIsSlow_;
+    SlowDisk slowDisk_;
     double extent_ = 0;           // how far it has come in: 0 hidden, 1 shown
     QPointer<QWidget> returnTo_;  // had the keyboard before
     Subscriptions subscriptions_;

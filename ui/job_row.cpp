@@ -150,12 +150,14 @@ void JobRow::showJob(ConversionJob& job) {
     name_->setText(toQString(job.fileInfo().fileName));
     nameControls();
     toldState_ = {};
+    slowDisk_.setAwaited(false);
     refresh();
 }
 
 void JobRow::clear() {
     subscription_ = {};
     job_ = nullptr;
+    slowDisk_.setAwaited(false);
     poster_->clear();
 }
 
@@ -186,6 +188,7 @@ void JobRow::refresh() {
                                                                   : Qt::ElideRight);
     status_->setMostLines(state == ConversionJobState::Failed ? 2
                                                               : 1);  // it has the third to itself
+    slowDisk_.setAwaited(job_->isStarting());
     const bool underWay = showProgress();
     const bool noted = showNote();
     facts_->setVisible(underWay || noted);  // else the other lines move to the middle
@@ -212,6 +215,8 @@ bool JobRow::showNote() {
         const auto warning = toQString(job_->warning());
         if (!warning.isEmpty()) icon = icons_.warning;
         text = warning.isEmpty() ? toQString(job_->details()) : warning;
+    } else if (slowDisk_.isSlow()) {
+        text = tr("Waiting for the disk…");
     } else if (job_->fastmode() && jobControls(job_->state()).unfinished) {
         icon = icons_.speed;
         text = tr("Re-packages only, fast");

@@ -10,6 +10,7 @@
 #include "conversion/conversion_job_state.h"
 #include "support/observable.h"
 #include "ui/job_commands.h"
+#include "ui/slow_disk.h"
 
 class QLabel;
 
@@ -84,6 +85,7 @@ private:
     ConversionJob* job_ = nullptr;
     std::optional<ConversionJobState> toldState_;  ///< what assistive programs know
     Subscription subscription_;
+    SlowDisk slowDisk_{[this] { refresh(); }};
     PosterView* poster_ = nullptr;
     ElidedLabel* name_ = nullptr;
     IconView* outcome_ = nullptr;

@@ -103,7 +103,7 @@ TEST_F(JobTest, AShortOutputIsKeptAndSoIsItsSource) {
     startAndWrite();
     finish();
     EXPECT_EQ(job->state(), State::Finished);
-    EXPECT_THAT(job->details(), HasSubstr("100 s, 2 tracks, "));
+    EXPECT_THAT(job->details(), HasSubstr("1m 40s, 2 tracks, "));
     EXPECT_EQ(platform.notifications.delivered.at(0).text,
               "movie.mkv ended after 1m 40s of 2m 5s: the source may be damaged.");
     EXPECT_TRUE(exists(source) && exists(output) && platform.workspace.recycled.empty());
