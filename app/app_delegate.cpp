@@ -172,6 +172,7 @@ void AppDelegate::pauseContinueClicked() {
 OutputPlaces AppDelegate::outputPlaces() {
     return {
         .claim = [names = names_](MKVFileInfo& record) { names->claim(record); },
+        .hold = [names = names_](const std::filesystem::path& path) { names->promise(path); },
         .release = [names = names_](const std::filesystem::path& path) { names->release(path); }};
 }
 

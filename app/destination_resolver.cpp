@@ -7,18 +7,21 @@
 #include "app/output_names.h"
 #include "app/settings_reader.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/logging.h"
+#include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/panels.h"
+#include "support/strings.h"
 #include "support/vantor.h"
 
 namespace reelvane {
 
 struct DestinationResolver::Found {
     std::optional<ResolvedDestination> destination{};
-    std::optional<BookmarkProblem> problem{};
-    bool isSource = false;
+    std::string problem{};  ///< to be told; empty: none
+    std::string button = "OK";
 };
 
 namespace {
@@ -45,23 +48,44 @@ std::string DestinationResolver::extension() const {
 }
 
 void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::size_t> menuIndex,
-                                  Answer answer) {
+                                  const std::stop_token& stop, Answer answer) {
+    const Task task{.record = record, .stop = stop, .answer = std::move(answer)};
     if (choices_.destinationFolder) {
         searchInBackground(
-            [names = names_, folder = std::filesystem::absolute(*choices_.destinationFolder),
-             name = record.fileName, type = extension()] {
+            task, [names = names_, folder = std::filesystem::absolute(*choices_.destinationFolder),
+                   name = record.fileName, type = extension()] {
                 return Found{.destination = placeIn(*names, folder, name, type)};
-            },
-            std::move(answer));
+            });
     } else if (!menuIndex || !destinations_.isDestination(*menuIndex)) {
-        answer(std::nullopt);
+        task.answer(std::nullopt);
     } else if (*menuIndex == kAskDestination) {
-        askWithSavePanel(record, std::move(answer));
+        askWithSavePanel(task);
     } else if (*menuIndex == kNextToSourceDestination) {
-        findFolderNextTo(record, std::move(answer));
+        findFolderNextTo(task);
     } else {
-        takeSavedFolder(record, destinations_.savedFolder(*menuIndex), std::move(answer));
+        takeSavedFolder(task, destinations_.savedFolder(*menuIndex));
     }
+}
+
+void DestinationResolver::searchInBackground(const Task& task, Search search) {
+    searching_(true);
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_), task,
+                                  search = std::move(search)] {
+        dispatch_async_main(vantor, [this, alive, task, found = search()] {
+            if (!alive.lock()) return;
+            if (task.stop.stop_requested()) {
+                if (found.destination) release(*found.destination);
+                return;
+            }
+            searching_(false);
+            tell(found);
+            task.answer(found.destination);
+        });
+    });
+}
+
+void DestinationResolver::tell(const Found& found) {
+    if (!found.problem.empty()) alert_apptitled(vantor_, found.problem, found.button);
 }
 
 void DestinationResolver::release(const ResolvedDestination& destination) {
@@ -71,126 +95,112 @@ void DestinationResolver::release(const ResolvedDestination& destination) {
     }
 }
 
-void DestinationResolver::searchInBackground(Search search, Answer answer) {
-    if (searchBegun_) searchBegun_();
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
-                                  search = std::move(search), answer = std::move(answer)] {
-        dispatch_async_main(vantor, [this, alive, answer, found = search()] {
-            if (!alive.lock()) return;
-            if (found.problem) tell(*found.problem);
-            if (found.isSource) {
-                alert_apptitled(vantor_,
-                                "You've tried to overwrite the source file with the target file. "
-                                "Thats the worst idea ever.",
-                                "D'oh");
-            }
-            answer(found.destination);
-        });
-    });
-}
-
-void DestinationResolver::tell(const BookmarkProblem& problem) {
-    vn_log_level(LogError, "%@: %@", problem.name(), problem.what());
-    alert_apptitled(vantor_,
-                    "The saved folder cannot be opened. Is its disk connected? Please try again "
-                    "then, or choose another place.",
-                    "OK");
-}
-
-void DestinationResolver::takeSavedFolder(const MKVFileInfo& record, const BookmarkData& bookmark,
-                                          Answer answer) {
+void DestinationResolver::takeSavedFolder(const Task& task, const BookmarkData& bookmark) {
+    auto problem = makeString(
+        localized(vantor_,
+                  "The saved folder %@ cannot be opened, so there is no place for %@. Is its disk "
+                  "connected? Please try again then, or choose another place."),
+        Fennimar::validUtf8(vantor_.ports().folderAccess.pathOf(bookmark).native()),
+        Fennimar::validUtf8(task.record.fileName));
     searchInBackground(
-        [names = names_, &access = vantor_.ports().folderAccess, bookmark, name = record.fileName,
-         type = extension()] {
+        task, [names = names_, &access = vantor_.ports().folderAccess, bookmark,
+               name = task.record.fileName, type = extension(), problem = std::move(problem)] {
             try {
                 const auto folder = openSavedFolder(access, bookmark);
                 auto place = placeIn(*names, folder, name, type);
                 place.securityURL = folder;
                 return Found{.destination = std::move(place)};
-            } catch (const BookmarkProblem& problem) {
+            } catch (const BookmarkProblem& thrown) {
+                vn_log_level(LogError, "%@: %@", thrown.name(), thrown.what());
                 return Found{.problem = problem};
-            }
-        },
-        std::move(answer));
-}
-
-void DestinationResolver::askWithSavePanel(const MKVFileInfo& record, Answer answer) {
-    const auto type = extension();
-    auto name = std::filesystem::path(record.fileName).replace_extension(type).native();
-    vantor_.ports().panels.save(
-        {.folder = record.fileURL.parent_path(), .fileName = std::move(name), .extension = type},
-        [this, alive = std::weak_ptr(alive_), record,
-         answer = std::move(answer)](const std::optional<std::filesystem::path>& chosen) {
-            if (!alive.lock()) return;
-            if (chosen) {
-                takeChosenPath(record, *chosen, answer);
-            } else {
-                answer(std::nullopt);
             }
         });
 }
 
-void DestinationResolver::takeChosenPath(const MKVFileInfo& record,
-                                         const std::filesystem::path& chosen, Answer answer) {
-    searchInBackground(
-        [names = names_, source = record.fileURL, chosen, type = extension()] {
-            if (Fennimar::isSameFile(source, chosen)) return Found{.isSource = true};
-            // Where another job of the list reads or writes, the user meant no harm to that one.
-            if (!names->promiseIfFree(chosen)) {
-                return Found{.destination = placeIn(*names, chosen.parent_path(),
-                                                    chosen.filename().native(), type)};
-            }
-            Fennimar::removeFile(chosen);
-            return Found{.destination =
-                             ResolvedDestination{.destinationURL = chosen,
-                                                 .chosen = true,
-                                                 .isWriteable = Fennimar::isWriteablePath(chosen)}};
-        },
-        std::move(answer));
+void DestinationResolver::askWithSavePanel(const Task& task) {
+    const auto type = extension();
+    auto name = std::filesystem::path(task.record.fileName).replace_extension(type).native();
+    vantor_.ports().panels.save({.folder = task.record.fileURL.parent_path(),
+                                 .fileName = std::move(name),
+                                 .extension = type,
+                                 .stop = task.stop},
+                                [this, alive = std::weak_ptr(alive_),
+                                 task](const std::optional<std::filesystem::path>& chosen) {
+                                    if (!alive.lock() || task.stop.stop_requested()) return;
+                                    if (chosen) {
+                                        takeChosenPath(task, *chosen);
+                                    } else {
+                                        task.answer(std::nullopt);
+                                    }
+                                });
 }
 
-bool DestinationResolver::goNextTo(const MKVFileInfo& record, const Answer& answer) {
-    const auto target = std::filesystem::path(record.fileURL).replace_extension(extension());
+void DestinationResolver::takeChosenPath(const Task& task, const std::filesystem::path& chosen) {
+    searchInBackground(task, [names = names_, source = task.record.fileURL, stop = task.stop,
+                              chosen, type = extension()] {
+        if (Fennimar::isSameFile(source, chosen)) {
+            return Found{.problem =
+                             "You've tried to overwrite the source file with the target "
+                             "file. Thats the worst idea ever.",
+                         .button = "D'oh"};
+        }
+        if (stop.stop_requested()) return Found{};
+        // Where another job of the list reads or writes, the user meant no harm to that one.
+        if (!names->promiseIfFree(chosen)) {
+            return Found{.destination = placeIn(*names, chosen.parent_path(),
+                                                chosen.filename().native(), type)};
+        }
+        Fennimar::removeFile(chosen);
+        return Found{.destination =
+                         ResolvedDestination{.destinationURL = chosen,
+                                             .chosen = true,
+                                             .isWriteable = Fennimar::isWriteablePath(chosen)}};
+    });
+}
+
+bool DestinationResolver::goNextTo(const Task& task) {
+    const auto& source = task.record.fileURL;
+    const auto target = std::filesystem::path(source).replace_extension(extension());
     const auto* const opened = folderHolding(destinations_.openedFolders(), target);
     if (opened == nullptr) return false;
     searchInBackground(
-        [names = names_, &access = vantor_.ports().folderAccess, opened = *opened,
-         folder = record.fileURL.parent_path(), name = record.fileName, type = extension()] {
+        task, [names = names_, &access = vantor_.ports().folderAccess, opened = *opened,
+               folder = source.parent_path(), name = task.record.fileName, type = extension()] {
             auto place = placeIn(*names, folder, name, type);
             if (opened.securityScoped && access.startAccessing(opened.folder)) {
                 place.securityURL = opened.folder;
             }
             return Found{.destination = std::move(place)};
-        },
-        answer);
+        });
     return true;
 }
 
-void DestinationResolver::findFolderNextTo(const MKVFileInfo& record, Answer answer) {
-    if (goNextTo(record, answer)) return;
+void DestinationResolver::findFolderNextTo(const Task& task) {
+    if (goNextTo(task)) return;
     alert_apptitled(
         vantor_,
         "You've chosen the 'Next to' default destination for converted MP4 files. Since Apple's "
         "SandBox limits access to your files you have to open the folder that contains all MKV "
         "files that you want to convert",
         "OK");
+    if (task.stop.stop_requested()) return;
     vantor_.ports().panels.open(
-        {.chooseFolder = true},
-        [this, alive = std::weak_ptr(alive_), record,
-         answer = std::move(answer)](const std::vector<std::filesystem::path>& chosen) {
-            if (!alive.lock()) return;
+        {.chooseFolder = true, .stop = task.stop},
+        [this, alive = std::weak_ptr(alive_),
+         task](const std::vector<std::filesystem::path>& chosen) {
+            if (!alive.lock() || task.stop.stop_requested()) return;
             if (chosen.empty()) {
-                answer(std::nullopt);
+                task.answer(std::nullopt);
                 return;
             }
             destinations_.addOpenedFolder(chosen.front());
-            if (goNextTo(record, answer)) return;
+            if (goNextTo(task)) return;
             dispatch_async_main(vantor_, [&vantor = vantor_] {
                 alert_apptitled(vantor,
                                 "You did not seem to select a folder that contains your MKV.",
                                 "Cancel");
             });
-            answer(std::nullopt);
+            task.answer(std::nullopt);
         });
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <utility>
 
@@ -14,7 +15,6 @@
 
 namespace reelvane {
 
-class BookmarkProblem;
 class Destinations;
 class OutputNames;
 class Vantor;
@@ -31,41 +31,48 @@ struct ResolvedDestination {
 /// background. Main thread only.
 class DestinationResolver {
 public:
-    /// Absent: there is no destination, and the user knows why. Called once, maybe at once; never
-    /// after the end of the resolver.
+    /// Absent: there is no destination, and the user knows why. Called once, maybe at once, or
+    /// never when nobody waits any more.
     using Answer = std::function<void(std::optional<ResolvedDestination>)>;
 
     DestinationResolver(Vantor& vantor, Destinations& destinations,
                         std::shared_ptr<OutputNames> names, const RunChoices& choices);
 
-    /// Told whenever a disk is asked from now on; its answer comes with that of `resolve`.
-    void setSearchBegun(std::function<void()> begun) { searchBegun_ = std::move(begun); }
-    /// `menuIndex` is the selected row of the destination menu.
-    void resolve(const MKVFileInfo& record, std::optional<std::size_t> menuIndex, Answer answer);
-    /// Gives back what an answer gave that nobody waits for any more.
-    void release(const ResolvedDestination& destination);
+    /// Told when a disk is being asked, and when it has answered.
+    void setSearching(std::function<void(bool)> searching) { searching_ = std::move(searching); }
+    /// `menuIndex` is the selected row of the destination menu. After a request to stop the user is
+    /// asked and told nothing more, and nothing is touched.
+    void resolve(const MKVFileInfo& record, std::optional<std::size_t> menuIndex,
+                 const std::stop_token& stop, Answer answer);
 
 private:
     /// What the disks have said.
     struct Found;
     using Search = std::function<Found()>;
 
-    void askWithSavePanel(const MKVFileInfo& record, Answer answer);
-    void takeChosenPath(const MKVFileInfo& record, const std::filesystem::path& chosen,
-                        Answer answer);
-    void takeSavedFolder(const MKVFileInfo& record, const BookmarkData& bookmark, Answer answer);
-    void findFolderNextTo(const MKVFileInfo& record, Answer answer);
+    /// What is to be found for whom.
+    struct Task {
+        MKVFileInfo record{};
+        std::stop_token stop{};
+        Answer answer{};
+    };
+
+    void askWithSavePanel(const Task& task);
+    void takeChosenPath(const Task& task, const std::filesystem::path& chosen);
+    void takeSavedFolder(const Task& task, const BookmarkData& bookmark);
+    void findFolderNextTo(const Task& task);
     /// False when no opened folder holds the record's file.
-    [[nodiscard]] bool goNextTo(const MKVFileInfo& record, const Answer& answer);
-    void searchInBackground(Search search, Answer answer);
-    void tell(const BookmarkProblem& problem);
+    [[nodiscard]] bool goNextTo(const Task& task);
+    void searchInBackground(const Task& task, Search search);
+    void tell(const Found& found);
+    void release(const ResolvedDestination& destination);
     [[nodiscard]] std::string extension() const;
 
     Vantor& vantor_;
     Destinations& destinations_;
     std::shared_ptr<OutputNames> names_;  // shared with searches that may end after this
     const RunChoices& choices_;
-    std::function<void()> searchBegun_;
+    std::function<void(bool)> searching_ = [](bool) {};
     // Shared only so that what ends after this object can tell.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

@@ -68,7 +68,11 @@ FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
       destinations_(destinations),
       choices_(choices),
       resolver_(vantor, destinations, std::move(names), choices) {
-    resolver_.setSearchBegun([this] { awaitsDisk_.set(true); });
+    resolver_.setSearching([this](bool searching) { awaitsDisk_.set(searching); });
+}
+
+FileIntake::~FileIntake() {
+    turn_.request_stop();
 }
 
 void FileIntake::setPreferredLanguages(std::vector<std::string> languages) {
@@ -109,10 +113,14 @@ void FileIntake::take(SortedFiles sorted) {
 }
 
 void FileIntake::addClicked() {
+    // A panel whose folder is slow to be found shows itself later; one is enough.
+    if (std::exchange(choosing_, true)) return;
     vantor_.ports().panels.open(
         {.allowedTypes = openableFileTypes()},
         [this, alive = std::weak_ptr(alive_)](const std::vector<std::filesystem::path>& chosen) {
-            if (alive.lock()) openFiles(chosen);
+            if (!alive.lock()) return;
+            choosing_ = false;
+            openFiles(chosen);
         });
 }
 
@@ -132,7 +140,7 @@ void FileIntake::addNextFile() {
     presentFile_ = probe.file;
     probe.subtitle = pairing_.subtitleFor(probe.file);
     if (choices_.subtitleFile) probe.subtitle = std::filesystem::absolute(*choices_.subtitleFile);
-    turn_ = std::make_shared<const bool>(true);
+    turn_ = std::stop_source();
     topConstraint_.set(kSheetShown);
     isScanning_.set(true);
     probeInBackground(std::move(probe));
@@ -140,13 +148,15 @@ void FileIntake::addNextFile() {
 
 ProbeTools FileIntake::tools() const {
     const auto& ports = vantor_.ports();
-    return probeTools(ports.processLauncher, ports.mainBundle, ports.folderAccess,
-                      vantor_.appName(), ports.translations);
+    auto tools = probeTools(ports.processLauncher, ports.mainBundle, ports.folderAccess,
+                            vantor_.appName(), ports.translations);
+    tools.stop = turn_.get_token();
+    return tools;
 }
 
 void FileIntake::probeInBackground(Probe probe) {
     dispatch_async_back(
-        vantor_, [this, turn = Turn(turn_), &vantor = vantor_, probe = std::move(probe),
+        vantor_, [this, turn = turn_.get_token(), &vantor = vantor_, probe = std::move(probe),
                   options = readProbeOptions(vantor_.preferences()), tools = tools()]() mutable {
             try {
                 probe.inspection = initWithURL(probe.file, options, tools);
@@ -154,7 +164,7 @@ void FileIntake::probeInBackground(Probe probe) {
                 probe.exception = std::current_exception();
             }
             dispatch_async_main(vantor, [this, turn, probe = std::move(probe)] {
-                if (!turn.expired()) probed(probe, turn);
+                if (!turn.stop_requested()) probed(probe, turn);
             });
         });
 }
@@ -170,7 +180,7 @@ void FileIntake::probed(const Probe& probe, const Turn& turn) {
     }
     for (const auto& alert : probe.inspection.alerts) {
         raise(vantor_, alert);
-        if (turn.expired()) return;  // an alert's own loop may have left the file
+        if (turn.stop_requested()) return;  // an alert's own loop may have left the file
     }
     if (!probe.inspection.record) {
         skip(probe.file, probe.inspection.alerts);
@@ -243,14 +253,11 @@ void FileIntake::addToQueue() {
         return;
     }
     resolving_ = true;
-    resolver_.resolve(*fileInfo_, destinations_.destinationPopUp().selectedIndex(),
-                      [this, turn = Turn(turn_), track = audioPopUp_.selectedIndex().value_or(0)](
+    const auto turn = turn_.get_token();
+    resolver_.resolve(*fileInfo_, destinations_.destinationPopUp().selectedIndex(), turn,
+                      [this, turn, track = audioPopUp_.selectedIndex().value_or(0)](
                           const std::optional<ResolvedDestination>& destination) {
-                          if (!turn.expired()) {
-                              resolved(track, destination);
-                          } else if (destination) {
-                              resolver_.release(*destination);
-                          }
+                          if (!turn.stop_requested()) resolved(track, destination);
                       });
 }
 
@@ -290,7 +297,7 @@ void FileIntake::leaveUnadded() {
 }
 
 void FileIntake::cancelAdd() {
-    turn_.reset();
+    turn_.request_stop();
     endResolving();
     isScanning_.set(false);
     if (hasWaitingFiles()) {

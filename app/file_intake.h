@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,7 @@ public:
 
     FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
                std::shared_ptr<OutputNames> names, const RunChoices& choices);
-    ~FileIntake() = default;
+    ~FileIntake();
     FileIntake(const FileIntake&) = delete;
     FileIntake& operator=(const FileIntake&) = delete;
     FileIntake(FileIntake&&) = delete;
@@ -107,8 +108,8 @@ private:
         std::exception_ptr exception{};  ///< a report that could not be read
     };
 
-    /// Gone when the present file is left, so that a late answer finds nobody.
-    using Turn = std::weak_ptr<const bool>;
+    /// Stopped when the present file is left, so that a late answer finds nobody.
+    using Turn = std::stop_token;
 
     void sortInBackground(std::vector<std::filesystem::path> paths);
     void take(SortedFiles sorted);
@@ -144,9 +145,9 @@ private:
     Observable<bool> isScanning_{false};
     Observable<bool> awaitsDisk_{false};
     Observable<int> topConstraint_{kSheetHidden};
-    int sorting_ = 0;  // batches whose subtitle files are being looked at
-    // Shared only to be watched.
-    std::shared_ptr<const bool> turn_;
+    bool choosing_ = false;  // the open panel has not been answered
+    int sorting_ = 0;        // batches whose subtitle files are being looked at
+    std::stop_source turn_{std::nostopstate};
     Observers<> fileInfoObservers_;
     Observers<const std::filesystem::path&, const std::vector<VettingAlert>&> refusals_;
     Observers<> idle_;

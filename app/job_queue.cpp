@@ -56,10 +56,10 @@ void JobQueue::follow(ConversionJob& job) {
 
 void JobQueue::count(const ConversionJob& job) {
     auto& [state, starting, subscription] = watches_.at(&job);
-    if (std::exchange(starting, job.isStarting()) != job.isStarting()) {
-        starting_ += job.isStarting() ? 1 : -1;
-    }
-    if (state == job.state()) return;
+    if (state == job.state() && starting == job.isStarting()) return;
+    if (starting) --starting_;
+    starting = job.isStarting();
+    if (starting) ++starting_;
     --countOf(state);
     state = job.state();
     ++countOf(state);

@@ -36,7 +36,8 @@ public:
     /// Told which job has come into the list or left it.
     [[nodiscard]] Subscription observeMembership(
         std::function<void(ConversionJob&, Membership)> changed);
-    /// Told after the state of a job in the list has changed, and with it the counts.
+    /// Told after the state of a job in the list has changed, or that it is starting, and with it
+    /// the counts.
     [[nodiscard]] Subscription observeStates(std::function<void()> changed);
     /// Told after every change that a job in the list tells of, when the counts are right again.
     /// One subscription for all jobs: the cost does not grow with the list.

@@ -103,7 +103,6 @@ bool Lifecycle::applicationShouldTerminate() {
 
 void Lifecycle::applicationWillTerminate() {
     vantor_.preferences().synchronize();
-    // A removal may start the next queued job; a later pass removes that one too.
     while (!queue_.taskArray().empty()) queue_.taskArray().front()->remove();
 }
 

@@ -23,7 +23,8 @@ void QueueControl::startNextJobInQueue() {
         startDue_ = true;
         return;
     }
-    if (paused_ || stopped_) return;
+    // One that was paused too late to be stopped, or that the user started, may still be at work.
+    if (paused_ || stopped_ || queue_.isAtWork()) return;
     auto* const job = queue_.nextRunnableJob();
     if (job == nullptr) return;
     if (job->state() == ConversionJobState::Paused) {
@@ -39,7 +40,7 @@ bool QueueControl::canContinue(const ConversionJob& job) const {
            StatusNotFinishedValueTransformer::transformedValue(state) != 0 && !queue_.isAtWork();
 }
 
-void QueueControl::continueJob(ConversionJob& job) {
+void QueueControl::continueJob(ConversionJob& job) const {
     if (!canContinue(job)) return;
     job.continueJob();
 }

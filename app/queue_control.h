@@ -30,7 +30,7 @@ public:
     /// True for a queued or paused job while none converts or is starting.
     [[nodiscard]] bool canContinue(const ConversionJob& job) const;
     /// Starts or continues such a job on the user's word, whatever stands before it.
-    void continueJob(ConversionJob& job);
+    void continueJob(ConversionJob& job) const;
 
     /// The user pauses or resumes the queue.
     void togglePause();

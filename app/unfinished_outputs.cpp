@@ -72,17 +72,12 @@ void logOutcome(const CleanedOutput& cleaned) {
     }
 }
 
-/// Asked for what no cache of the system answers, so that a folder whose server is gone holds this
+/// Asks for what no cache of the system answers, so that a folder whose server is gone holds this
 /// up and not the clearing up, which keeps other programs waiting.
-std::set<fs::path> askDisks(const std::vector<fs::path>& outputs) {
-    std::set<fs::path> answering;
-    for (const auto& output : outputs) {
-        std::error_code ignored;
-        static_cast<void>(fs::space(output.parent_path(), ignored));
-        static_cast<void>(fs::symlink_status(output, ignored));
-        answering.insert(output);
-    }
-    return answering;
+void askDisk(const fs::path& output) {
+    std::error_code ignored;
+    static_cast<void>(fs::space(output.parent_path(), ignored));
+    static_cast<void>(fs::symlink_status(output, ignored));
 }
 
 /// Told only of the process's own file: the lock of another says nothing about the process.
@@ -99,27 +94,28 @@ void UnfinishedOutputs::cleanUp() {
     if (!preferences.defaultObject(kUnfinishedOutputKey) || !host.processStartTime(::getpid())) {
         return;
     }
-    std::vector<fs::path> outputs;
     for (const auto& text :
          preferences.defaultArray(kUnfinishedOutputKey).value_or(std::vector<std::string>{})) {
-        if (const auto entry = unfinishedOutputFromText(text))
-            outputs.push_back(entry->output.path);
+        const auto entry = unfinishedOutputFromText(text);
+        const auto output = entry ? entry->output.path : fs::path();
+        dispatch_async_back(vantor_,
+                            [this, &vantor = vantor_, alive = std::weak_ptr(alive_), output] {
+                                askDisk(output);
+                                dispatch_async_main(vantor, [this, alive, output] {
+                                    if (alive.lock()) cleanUpOf(output);
+                                });
+                            });
     }
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_), outputs] {
-        dispatch_async_main(vantor, [this, alive, answering = askDisks(outputs)] {
-            if (alive.lock()) cleanUpOf(answering);
-        });
-    });
 }
 
-void UnfinishedOutputs::cleanUpOf(const std::set<fs::path>& answering) {
+void UnfinishedOutputs::cleanUpOf(const fs::path& output) {
     auto& preferences = vantor_.preferences();
     const auto& host = vantor_.ports().host;
     const auto here = host.processScope();
     std::vector<CleanedOutput> cleaned;
     const auto clean = [&](const std::optional<UnfinishedOutput>& unfinished) {
         if (!unfinished) return true;
-        if (!answering.contains(unfinished->output.path)) return false;
+        if (unfinished->output.path != output) return false;
         if (!isGone(*unfinished, here, host.processStartTime(unfinished->processID),
                     lockOf(unfinished->progressFile))) {
             return false;

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 
 #include "app/unfinished_output.h"
@@ -36,7 +35,7 @@ public:
     void abandon();
 
 private:
-    void cleanUpOf(const std::set<std::filesystem::path>& answering);
+    void cleanUpOf(const std::filesystem::path& output);
 
     Vantor& vantor_;
     std::map<std::filesystem::path, UnfinishedOutput> begun_;

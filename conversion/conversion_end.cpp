@@ -30,6 +30,7 @@ void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutpu
 
 void ConversionJob::checkRun(const ConversionSettings& settings) {
     checking_ = std::make_shared<const bool>(true);
+    observers_.notify();
     dispatch_async_back(
         vantor_, [this, checking = std::weak_ptr(checking_), &vantor = vantor_, settings,
                   record = fileInfo_, arguments = arguments_, log = jobOutput_] {
@@ -139,7 +140,8 @@ void ConversionJob::reveal() {
 }
 
 void ConversionJob::remove() {
-    abandonStart();
+    if (isStarting()) releaseSleepAssertion();
+    leaveAttempt();
     checking_.reset();
     timer_.reset();
     if (task_) task_->terminate();
@@ -159,6 +161,22 @@ void ConversionJob::remove() {
     auto& controller = controller_;
     controller.removeJob(*this);  // the job may be gone from here on
     startNextJobIfIdle(controller);
+}
+
+void ConversionJob::deleteOutput() {
+    ownsOutput_ = false;
+    if (fileInfo_.destinationURL) {
+        controller_.discardOutput(*fileInfo_.destinationURL, fileInfo_.fileURL);
+    }
+}
+
+void ConversionJob::deleteReservation() {
+    if (std::exchange(ownsOutput_, false)) deleteOutput();
+    fileInfo_.outputClaim = OutputClaim::None;
+}
+
+void ConversionJob::settleOutput() {
+    if (fileInfo_.destinationURL) controller_.outputSettled(*fileInfo_.destinationURL);
 }
 
 }  // namespace reelvane

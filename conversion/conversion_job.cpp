@@ -1,20 +1,9 @@
 #include "conversion/conversion_job.h"
 
-#include <string_view>
-#include <system_error>
+#include <utility>
 
 #include "conversion/audio_method.h"
-#include "conversion/command_builder.h"
-#include "conversion/fixup_trial.h"
-#include "conversion/free_space.h"
 #include "conversion/status_line.h"
-#include "conversion/subtitle_arguments.h"
-#include "support/alerts.h"
-#include "support/bundle.h"
-#include "support/logging.h"
-#include "support/make_string.h"
-#include "support/ports/main_bundle.h"
-#include "support/strings.h"
 #include "support/time_text.h"
 #include "support/vantor.h"
 
@@ -28,7 +17,7 @@ ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo
       audioTrackIndex_(audioTrackIndex) {}
 
 ConversionJob::~ConversionJob() {
-    if (starting_) static_cast<void>(starting_->abandon());
+    if (attempt_) static_cast<void>(attempt_->abandon());
 }
 
 std::string ConversionJob::stateInfoString() const {

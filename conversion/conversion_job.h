@@ -46,7 +46,9 @@ public:
     [[nodiscard]] double progress() const { return progress_; }  ///< per cent, 0 to 100
     [[nodiscard]] ConversionJobState state() const { return state_; }
     /// Still Queued: the converter will be launched once the disks have answered.
-    [[nodiscard]] bool isStarting() const { return starting_ != nullptr; }
+    [[nodiscard]] bool isStarting() const { return startWanted_; }
+    /// Still Converting: the run has ended, and its output is being read back.
+    [[nodiscard]] bool isBeingChecked() const { return checking_ != nullptr; }
     [[nodiscard]] bool finishedOK() const { return finishedOK_; }
     [[nodiscard]] bool finishedError() const { return finishedError_; }
     [[nodiscard]] bool fastmode() const { return fastmode_; }
@@ -65,7 +67,8 @@ public:
     /// Seconds from launch to end, or until now while the end is being handled; 0 before it.
     [[nodiscard]] double conversionSeconds() const;
 
-    /// Told after every change of the state or the progress, and when a start begins or is over.
+    /// Told after every change of the state or the progress, when a start begins or is over, and
+    /// when a run has ended.
     [[nodiscard]] Subscription observe(std::function<void()> changed);
 
     void presetSpeedInfo();
@@ -102,14 +105,17 @@ private:
 
     // The steps of `start`. One that can end it answers false when it has told the user why.
     void prepared(const StartFacts& facts);
-    /// Where one is under way: the job is as it was before.
-    void abandonStart();
+    void askDisks();
+    /// The user did not wait: what was made for the start goes before another one is made.
+    void undoAttempt();
+    /// The job leaves while the disks are asked.
+    void leaveAttempt();
     [[nodiscard]] bool checkInput(const StartFacts& facts);
     void takeOutput(const StartFacts& facts);
     [[nodiscard]] bool makeProgressFile(const StartFacts& facts);
     [[nodiscard]] bool checkAudio(const AudioSettings& settings);
     [[nodiscard]] bool checkFreeSpace(const std::optional<VolumeFacts>& volume);
-    [[nodiscard]] bool needsFixup(std::optional<AudioMethod> method) const;
+    [[nodiscard]] bool needsFixup(std::optional<AudioMethod> method);
     void launch();
     void refuseStart(const std::string& problem);
 
@@ -145,8 +151,9 @@ private:
     std::string startProblem_;  ///< why the converter was never run; empty: nothing kept it
     OutputCheck outputCheck_;   ///< of a run that ended with status 0
     // Shared with the work in the background, which may end after the job.
-    std::shared_ptr<StartAttempt> starting_;  ///< the disks are asked before the launch
-    std::shared_ptr<const bool> checking_;    ///< the output is read back after the run
+    std::shared_ptr<StartAttempt> attempt_;  ///< the disks are asked before the launch
+    std::shared_ptr<const bool> checking_;   ///< the output is read back after the run
+    bool startWanted_ = false;
     std::unique_ptr<ChildProcess> task_;
     std::unique_ptr<Timer> timer_;
     std::optional<TimePoint> startDate_;

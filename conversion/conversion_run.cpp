@@ -59,6 +59,7 @@ void ConversionJob::launch() {
         return;
     }
     task_ = std::move(result.child);
+    ownsOutput_ = true;  // it writes there, whatever was there
     startProgressTimer();
     startDate_ = vantor_.ports().dispatcher.now();
     setState(ConversionJobState::Converting);
@@ -69,7 +70,11 @@ void ConversionJob::refuseStart(const std::string& problem) {
     startProblem_ = problem;
     finishedError_ = true;
     progressFile_.remove();
-    deleteOutput();  // a trial run may have left one
+    if (ownsOutput_) {
+        deleteOutput();
+    } else {
+        settleOutput();
+    }
     releaseSleepAssertion();
     auto& vantor = vantor_;
     auto& controller = controller_;
@@ -98,7 +103,7 @@ void ConversionJob::progressTimer() {
 
 void ConversionJob::pause() {
     if (isStarting()) {
-        abandonStart();
+        startWanted_ = false;  // what the disks answer is undone, or taken up by the next start
         releaseSleepAssertion();
         observers_.notify();
         return;

@@ -26,20 +26,41 @@ void ConversionJob::start() {
     jobOutput_.clear();
     startProblem_.clear();
     outputCheck_ = {};
-    starting_ = std::make_shared<StartAttempt>(fileInfo_, controller_.outputPlaces());
+    startWanted_ = true;
     observers_.notify();
-    dispatch_async_back(vantor_, [this, attempt = starting_, &vantor = vantor_] {
+    if (!attempt_) askDisks();  // else the one that is under way is taken up
+}
+
+void ConversionJob::askDisks() {
+    attempt_ = std::make_shared<StartAttempt>(fileInfo_, controller_.outputPlaces());
+    dispatch_async_back(vantor_, [this, attempt = attempt_, &vantor = vantor_] {
         attempt->run();
         dispatch_async_main(vantor, [this, attempt] {
-            if (!attempt->isAbandoned()) prepared(attempt->facts());
+            if (attempt->isAbandoned()) return;
+            if (!startWanted_) {
+                undoAttempt();
+            } else if (const auto facts = attempt->take()) {
+                prepared(*facts);
+            }
         });
     });
 }
 
-void ConversionJob::abandonStart() {
-    const auto attempt = std::exchange(starting_, {});
-    if (!attempt) return;
-    const auto made = attempt->abandon();
+void ConversionJob::undoAttempt() {
+    dispatch_async_back(vantor_, [this, attempt = attempt_, &vantor = vantor_] {
+        attempt->undo();
+        dispatch_async_main(vantor, [this, attempt] {
+            if (attempt->isAbandoned()) return;
+            attempt_.reset();
+            if (startWanted_) askDisks();
+        });
+    });
+}
+
+void ConversionJob::leaveAttempt() {
+    startWanted_ = false;
+    const auto attempt = std::exchange(attempt_, {});
+    const auto made = attempt ? attempt->abandon() : std::nullopt;
     if (!made || !made->destinationURL) return;
     if (made->outputClaim == OutputClaim::Reserved) {
         controller_.discardOutput(*made->destinationURL, fileInfo_.fileURL);
@@ -50,7 +71,8 @@ void ConversionJob::abandonStart() {
 }
 
 void ConversionJob::prepared(const StartFacts& facts) {
-    starting_.reset();
+    attempt_.reset();
+    startWanted_ = false;
     observers_.notify();
     if (!checkInput(facts)) return;
     takeOutput(facts);
@@ -105,7 +127,7 @@ void ConversionJob::takeOutput(const StartFacts& facts) {
     const auto before = std::exchange(fileInfo_.destinationURL, facts.destinationURL);
     if (before != facts.destinationURL) controller_.outputPlaces().release(*before);
     fileInfo_.outputClaim = facts.outputClaim;
-    ownsOutput_ = true;
+    ownsOutput_ = facts.outputClaim == OutputClaim::Reserved;
 }
 
 bool ConversionJob::makeProgressFile(const StartFacts& facts) {
@@ -145,30 +167,14 @@ bool ConversionJob::checkFreeSpace(const std::optional<VolumeFacts>& volume) {
     return false;
 }
 
-bool ConversionJob::needsFixup(std::optional<AudioMethod> method) const {
+bool ConversionJob::needsFixup(std::optional<AudioMethod> method) {
     if (method != AudioMethodCopy) return false;
     const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
     if (codecOf(entry) != "aac") return false;
+    ownsOutput_ = true;  // the trial writes there
     return needFixup(vantor_.ports().processLauncher,
                      vantor_.ports().mainBundle.pathForResource("ffmpeg"), fileInfo_,
                      streamIndexOf(entry));
-}
-
-void ConversionJob::deleteOutput() {
-    ownsOutput_ = false;
-    if (fileInfo_.destinationURL) {
-        controller_.discardOutput(*fileInfo_.destinationURL, fileInfo_.fileURL);
-    }
-}
-
-void ConversionJob::deleteReservation() {
-    if (fileInfo_.outputClaim != OutputClaim::Reserved) return;
-    deleteOutput();
-    fileInfo_.outputClaim = OutputClaim::None;
-}
-
-void ConversionJob::settleOutput() {
-    if (fileInfo_.destinationURL) controller_.outputSettled(*fileInfo_.destinationURL);
 }
 
 }  // namespace reelvane

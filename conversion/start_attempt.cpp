@@ -6,20 +6,29 @@ namespace reelvane {
 
 StartAttempt::StartAttempt(MKVFileInfo record, OutputPlaces places)
     : record_(std::move(record)),
-      places_(std::move(places)) {}
+      places_(std::move(places)) {
+    if (record_.destinationURL) places_.hold(*record_.destinationURL);
+}
 
 void StartAttempt::run() {
-    auto facts = prepareStart(record_, places_.claim);
+    auto facts = prepareStart(record_, places_.claim, [this] { return !isAbandoned(); });
     {
         const std::lock_guard lock(mutex_);
-        facts_ = facts;
-        if (!abandoned_) return;
+        facts_ = std::move(facts);
     }
+    if (isAbandoned()) undo();
+    if (record_.destinationURL) places_.release(*record_.destinationURL);
+}
+
+void StartAttempt::undo() {
+    if (const auto made = take()) undo(*made);
+}
+
+void StartAttempt::undo(const StartFacts& facts) {
     if (!facts.destinationURL) return;
-    if (facts.outputClaim == OutputClaim::Reserved) {
-        deleteUnlessSource(*facts.destinationURL, record_.fileURL);
-    }
-    if (facts.destinationURL != record_.destinationURL) places_.release(*facts.destinationURL);
+    const auto& output = *facts.destinationURL;
+    if (facts.outputClaim == OutputClaim::Reserved) deleteUnlessSource(output, record_.fileURL);
+    if (output != record_.destinationURL) places_.release(output);
 }
 
 bool StartAttempt::isAbandoned() const {
@@ -27,9 +36,15 @@ bool StartAttempt::isAbandoned() const {
     return abandoned_;
 }
 
+std::optional<StartFacts> StartAttempt::take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(facts_, {});
+}
+
 std::optional<StartFacts> StartAttempt::abandon() {
     const std::lock_guard lock(mutex_);
-    return std::exchange(abandoned_, true) ? std::nullopt : facts_;
+    abandoned_ = true;
+    return std::exchange(facts_, {});
 }
 
 }  // namespace reelvane

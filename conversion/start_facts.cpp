@@ -24,19 +24,25 @@ void reserveClearedOutput(MKVFileInfo& record) {
 
 }  // namespace
 
-StartFacts prepareStart(MKVFileInfo record, const std::function<void(MKVFileInfo&)>& claim) {
+StartFacts prepareStart(MKVFileInfo record, const std::function<void(MKVFileInfo&)>& claim,
+                        const std::function<bool()>& isWanted) {
     StartFacts facts{.inputPresent = isPresentFile(record.fileURL),
                      .destinationURL = record.destinationURL,
                      .outputClaim = record.outputClaim};
     if (!facts.inputPresent || !record.destinationURL) return facts;
     facts.writesOverInput = Fennimar::isSameFile(*record.destinationURL, record.fileURL);
     if (facts.writesOverInput) return facts;
-    claim(record);
-    if (record.outputClaim != OutputClaim::Reserved) reserveClearedOutput(record);
+    // Before something of the job lies there: this may be what waits for ever.
+    facts.volume = volumeFacts(record.destinationURL->parent_path());
+    if (!isWanted()) return facts;
+    if (record.outputClaim == OutputClaim::Chosen) {
+        reserveClearedOutput(record);
+    } else {
+        claim(record);
+    }
     facts.destinationURL = record.destinationURL;
     facts.outputClaim = record.outputClaim;
     facts.outputMark = birthMarkOf(*record.destinationURL).value_or("");
-    facts.volume = volumeFacts(record.destinationURL->parent_path());
     return facts;
 }
 

@@ -14,7 +14,8 @@ namespace reelvane {
 struct OutputPlaces {
     /// Makes the record's output path its own, or gives it another one beside it. Asks the disk.
     std::function<void(MKVFileInfo&)> claim{};
-    /// A path that was a job's is so no more.
+    /// Nobody else gets this path until it is released as often as it was held.
+    std::function<void(const std::filesystem::path&)> hold{};
     std::function<void(const std::filesystem::path&)> release{};
 };
 
@@ -31,8 +32,10 @@ struct StartFacts {
 /// Takes the output's place, where the input is there and is not that very place: whatever lies at
 /// a path that the user chose goes. A disk that does not answer holds this up, so it runs in the
 /// background.
+/// `isWanted` is asked before anything there is touched.
 [[nodiscard]] StartFacts prepareStart(MKVFileInfo record,
-                                      const std::function<void(MKVFileInfo&)>& claim);
+                                      const std::function<void(MKVFileInfo&)>& claim,
+                                      const std::function<bool()>& isWanted);
 
 /// Deletes an output. The source is never touched, however the output came to name it.
 void deleteUnlessSource(const std::filesystem::path& output, const std::filesystem::path& source);

@@ -44,7 +44,8 @@ ProbeToolProblem toolProblemOf(const RunResult& result) {
 }
 
 RunResult runProbe(const std::filesystem::path& path, const ProbeTools& tools) {
-    return tools.launcher->run({.executable = tools.ffmpeg, .arguments = {"-i", path.native()}});
+    return tools.launcher->run(
+        {.executable = tools.ffmpeg, .arguments = {"-i", path.native()}, .stop = tools.stop});
 }
 
 /// What the probe printed. It repeats the path, whose bytes need not be UTF-8 as a report must be.
@@ -72,7 +73,8 @@ std::optional<int> tracedReferenceFrames(const std::filesystem::path& path, int 
     const auto result = tools.launcher->run(
         {.executable = tools.ffmpeg,
          .arguments = {"-i", path.native(), "-map", makeString("0:%i", videoTrackID), "-c", "copy",
-                       "-frames:v", "1", "-bsf:v", "trace_headers", "-f", "null", "-"}});
+                       "-frames:v", "1", "-bsf:v", "trace_headers", "-f", "null", "-"},
+         .stop = tools.stop});
     if (!result.finished) return std::nullopt;
     return referenceFramesInTrace(result.finished->output);
 }

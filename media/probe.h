@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct ProbeTools {
     std::string appName{};
     bool sandboxed = false;  ///< a sandbox limits access, so links are refused
     const Translations* translations = &kUntranslated;  ///< of what the user is told
+    std::stop_token stop{};  ///< a request ends ffmpeg: nobody waits for the answer any more
 };
 
 /// Why the tool itself, not the file, kept a probe from an answer.

@@ -6,7 +6,7 @@ namespace reelvane {
 
 namespace {
 // Most are idle or wait for a disk; those of a disk that hangs must not keep the others' work.
-constexpr std::size_t kMostThreads = 16;
+constexpr std::size_t kMostThreads = 64;
 }  // namespace
 
 ThreadPool::~ThreadPool() {

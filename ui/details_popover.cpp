@@ -173,8 +173,10 @@ void DetailsPopover::showPlan() {
     problem_->setVisible(!details.problem.empty());
     tracks_->clear();
     for (const auto& outcome : details.tracks) {
-        auto* const item = new QListWidgetItem(isolated(toQString(trackLine(outcome))), tracks_);
-        if (outcome.fate == TrackOutcome::Fate::LeftOut) item->setForeground(quietText(palette()));
+        tracks_->addItem(isolated(toQString(trackLine(outcome))));
+        if (outcome.fate == TrackOutcome::Fate::LeftOut) {
+            tracks_->item(tracks_->count() - 1)->setForeground(quietText(palette()));
+        }
     }
     tracks_->setCurrentRow(0);
     commandLine_ = commandLine(context_, details);

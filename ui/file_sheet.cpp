@@ -23,7 +23,7 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
       context_(context),
       panel_(new FileSheetPanel(context, this)),
       leave_(new QShortcut(Qt::Key_Escape, this)),
-      slowDisk_([this] { panel_->showWaiting(); }) {
+      slowDisk_([this] { showWaiting(); }) {
     setAccessibleName(tr("Movie to add"));
     // A file that takes long to read does not take the keyboard, but can be left by it.
     connect(leave_, &QShortcut::activated, this,
@@ -76,17 +76,27 @@ void FileSheet::followFile() {
     // The buttons give the keyboard away while there is nothing to add; it stays in the sheet.
     if (scanning && hasKeyboard()) setFocus(Qt::OtherFocusReason);
     panel_->showFile();
-    if (scanning) return;
+    if (!scanning) takeKeyboardLater();
+}
+
+void FileSheet::takeKeyboardLater() {
     // Later, because a file that is added by itself needs no keyboard.
     dispatch_async_main(context_.vantor, [sheet = QPointer(this)] {
         if (sheet != nullptr && sheet->panel_->awaitsUser()) sheet->takeKeyboard();
     });
 }
 
+void FileSheet::showWaiting() {
+    if (hasKeyboard()) setFocus(Qt::OtherFocusReason);  // the buttons give it away
+    panel_->showWaiting();
+}
+
 void FileSheet::followDisk() {
     const bool awaited = context_.controller.intake().awaitsDisk().get();
     slowDisk_.setAwaited(awaited);
-    if (!awaited) panel_->showFile();
+    if (awaited) return;
+    panel_->showFile();
+    takeKeyboardLater();  // there may have been no place
 }
 
 void FileSheet::followConstraint() {

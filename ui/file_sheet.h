@@ -31,6 +31,7 @@ protected:
 private:
     void followFile();
     void followDisk();
+    void showWaiting();
     void followConstraint();
     void slide(double extent);
     void place(double extent);
@@ -38,6 +39,7 @@ private:
     [[nodiscard]] bool animates() const;
     [[nodiscard]] bool hasKeyboard() const;
     void takeKeyboard();
+    void takeKeyboardLater();
     void giveKeyboardBack();
 
     UiContext context_;

@@ -36,7 +36,8 @@ void JobCommands::pauseOrContinue(ConversionJob& job) {
 }
 
 bool JobCommands::canPauseOrContinue(const ConversionJob& job) const {
-    return jobControls(job.state()).pauses || context_.controller.queueControl().canContinue(job);
+    if (jobControls(job.state()).pauses) return !job.isBeingChecked();
+    return context_.controller.queueControl().canContinue(job);
 }
 
 void JobCommands::reveal(ConversionJob& job) {

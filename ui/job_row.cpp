@@ -239,8 +239,10 @@ void JobRow::showButtons() {
     const auto [action, spoken] = controls.pauses   ? std::pair(tr("Pause"), tr("Pause %1"))
                                   : controls.starts ? std::pair(tr("Start now"), tr("Start %1"))
                                                     : std::pair(tr("Continue"), tr("Continue %1"));
-    pause.setToolTip(pause.isEnabled() ? withKey(action, Qt::Key_Space)
-                                       : tr("Another movie is being converted"));
+    pause.setToolTip(pause.isEnabled()        ? withKey(action, Qt::Key_Space)
+                     : job_->isStarting()     ? tr("Waiting for the disk…")
+                     : job_->isBeingChecked() ? tr("The new movie is being checked")
+                                              : tr("Another movie is being converted"));
     pause.setAccessibleName(spoken.arg(name));
 
     auto& reveal = *buttons_[Reveal];

@@ -36,6 +36,7 @@
 #include "platform/syslog_system_log.h"
 #include "support/alerts.h"
 #include "support/damaged_application.h"
+#include "support/signal_status.h"
 #include "support/uncaught_exceptions.h"
 #include "support/vantor.h"
 #include "ui/auxiliary_windows.h"
@@ -54,7 +55,7 @@ namespace reelvane {
 namespace {
 
 constexpr int kExitUsage = 2;
-constexpr std::chrono::seconds kLongestEnd(10);
+constexpr std::chrono::seconds kLongestEnd(5);
 
 /// A window program knows the keyboard.
 class WindowWorkspace final : public GioWorkspace {
@@ -92,6 +93,35 @@ struct Base {
     // Absent once the program opens no more files.
     std::optional<DBusApplication> instance{std::in_place, systemLog, identifier};
 };
+
+/// How the main loop ends. An alert of the launch may turn a loop of its own before that one
+/// begins.
+struct End {
+    QtAlerts& alerts;
+    std::optional<int> status{};
+
+    void come(int wanted) {
+        status = wanted;
+        alerts.endAll();
+        QCoreApplication::exit(wanted);
+    }
+};
+
+Ports portsOf(Base& base, QtAlerts& alerts, QtPanels& panels, WindowWorkspace& workspace) {
+    return {.alerts = alerts,
+            .bundleWatch = base.bundleWatch,
+            .dispatcher = base.dispatcher,
+            .folderAccess = base.folderAccess,
+            .host = base.host,
+            .mainBundle = base.mainBundle,
+            .notifications = base.notifications,
+            .panels = panels,
+            .powerAssertions = base.powerAssertions,
+            .processLauncher = base.processLauncher,
+            .systemLog = base.systemLog,
+            .translations = base.translations,
+            .workspace = workspace};
+}
 
 /// The session's end asks as a quit does.
 void watchSession(AppDelegate& controller, QGuiApplication& application) {
@@ -141,29 +171,14 @@ int runWindow(Base& base, QApplication& application,
     QtAlerts alerts;
     QtPanels panels(base.dispatcher);
     WindowWorkspace workspace(base.systemLog);
-    Vantor vantor({.alerts = alerts,
-                   .bundleWatch = base.bundleWatch,
-                   .dispatcher = base.dispatcher,
-                   .folderAccess = base.folderAccess,
-                   .host = base.host,
-                   .mainBundle = base.mainBundle,
-                   .notifications = base.notifications,
-                   .panels = panels,
-                   .powerAssertions = base.powerAssertions,
-                   .processLauncher = base.processLauncher,
-                   .systemLog = base.systemLog,
-                   .translations = base.translations,
-                   .workspace = workspace},
-                  base.preferences);
+    Vantor vantor(portsOf(base, alerts, panels, workspace), base.preferences);
     const UncaughtExceptionHandler uncaught(vantor);
     runDamagedApplicationTest(vantor);
 
     const Icons icons(vantor.resDir() / "icons");
     AppDelegate controller(vantor);
-    const auto quit = [&alerts] {
-        alerts.endAll();
-        QCoreApplication::exit(0);
-    };
+    End end{.alerts = alerts};
+    const auto quit = [&end] { end.come(EXIT_SUCCESS); };
     controller.setTerminateHandler(quit);
     controller.lifecycle().setRelaunch(
         [&base](const std::filesystem::path& bundle) { return startAgain(base, bundle); });
@@ -178,9 +193,8 @@ int runWindow(Base& base, QApplication& application,
     const auto shownProgress = bind(progress.fraction(), [&base](std::optional<double> fraction) {
         base.launcherEntry.setProgress(fraction);
     });
-    const auto interrupted = makeReadableSource(base.interruption.descriptor(), [&alerts] {
-        alerts.endAll();
-        QCoreApplication::exit(128 + Interruption::signal());
+    const auto interrupted = makeReadableSource(base.interruption.descriptor(), [&end] {
+        end.come(exitStatusOfSignal(Interruption::signal()));
     });
     // The screen may go first when a session ends.
     const ExitWork screenLost([&controller] { controller.applicationIsAborting(); });
@@ -191,7 +205,7 @@ int runWindow(Base& base, QApplication& application,
     }
     controller.applicationWillFinishLaunching();
     takeFiles(base, controller, window, application, files);
-    const auto status = QApplication::exec();
+    const auto status = end.status ? *end.status : QApplication::exec();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
     endWithin(kLongestEnd, status);

@@ -64,7 +64,10 @@ void QtPanels::open(const OpenPanelRequest& request,
         }
         return panel;
     };
-    submit(request.parent, {.make = make, .folder = request.folder, .answer = std::move(answer)});
+    submit(request.parent, {.make = make,
+                            .folder = request.folder,
+                            .stop = request.stop,
+                            .answer = std::move(answer)});
 }
 
 void QtPanels::save(const SavePanelRequest& request,
@@ -76,6 +79,7 @@ void QtPanels::save(const SavePanelRequest& request,
     };
     submit(request.parent, {.make = make,
                             .folder = request.folder,
+                            .stop = request.stop,
                             .answer = [answer = std::move(answer)](const Paths& paths) {
                                 answer(paths.empty() ? std::nullopt : std::optional(paths.front()));
                             }});
@@ -114,7 +118,8 @@ void QtPanels::findFolder(Window& window) {
 void QtPanels::showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder) {
     ++window.shown;
     const bool hasWindow = window.window != nullptr && window.window->isVisible();
-    if (hadWindow && !hasWindow) {  // it was closed meanwhile
+    const bool closed = hadWindow && !hasWindow;  // meanwhile
+    if (closed || window.waiting.front().stop.stop_requested()) {
         takeChoice(window, {}, false);
         return;
     }

@@ -3,6 +3,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <stop_token>
 
 #include <QPointer>
 #include <QTimer>
@@ -47,6 +48,7 @@ private:
     struct Request {
         MakePanel make{};
         std::filesystem::path folder{};  ///< empty: where the user was last
+        std::stop_token stop{};
         Answer answer{};
     };
     struct Window {

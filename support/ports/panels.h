@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ struct OpenPanelRequest {
     bool chooseFolder = false;  ///< one folder, no files; otherwise files, several at once
     std::vector<std::string> allowedTypes{};  ///< extensions without the dot; empty: all
     std::filesystem::path folder{};  ///< where the panel starts; empty: as the user left it
+    std::stop_token stop{};          ///< after a request no panel is shown, and no answer comes
 };
 
 struct SavePanelRequest {
@@ -23,6 +25,7 @@ struct SavePanelRequest {
     std::filesystem::path folder{};
     std::string fileName{};
     std::string extension{};  ///< the only type allowed, shown
+    std::stop_token stop{};   ///< after a request no panel is shown, and no answer comes
 };
 
 /// Open and save panels. Main thread only; the answer comes later, on the main thread, once.

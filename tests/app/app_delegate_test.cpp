@@ -61,6 +61,17 @@ TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
     EXPECT_THAT(states(), ElementsAre(Converting, Failed)) << "a paused job goes on in its turn";
 }
 
+TEST_F(AppDelegateTest, NothingStartsBesideARunThatIsBeingReadBack) {
+    add({movie("a.mkv"), movie("b.mkv")});
+    platform_.folder.write("a.m4v", SmallMp4{}.bytes());
+    platform_.processLauncher.children.at(0).exit(0);
+    app_->togglePause();
+    app_->togglePause();
+    EXPECT_EQ(app_->queue().jobsAtWork().size(), 1U);
+    settle();
+    EXPECT_THAT(states(), ElementsAre(Converting, Finished));
+}
+
 TEST_F(AppDelegateTest, AnUnwritableDestinationMakesNoJob) {
     launch({.destinationFolder = "/proc/no/such/folder"});
     open({movie("a.mkv")});

@@ -97,7 +97,7 @@ TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
     launch();
     platform_.folderAccess.closed = {saved};
     open({movie("b.mkv")});
-    EXPECT_THAT(lastAlert(), HasSubstr("The saved folder cannot be opened."));
+    EXPECT_THAT(lastAlert(), HasSubstr("cannot be opened, so there is no place for b.mkv"));
     EXPECT_EQ(app_->intake().topConstraint().get(), kSheetShown) << "for another choice";
     EXPECT_THAT(rows(), IsEmpty());
 }
@@ -122,6 +122,12 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     EXPECT_EQ(platform_.panels.saved.back().fileName, "a.m4v");
 
     const auto chosen = movie("chosen.m4v");
+    platform_.panels.saveAnswer = chosen;
+    app_->intake().addToQueue();
+    app_->intake().cancelAdd();
+    settle();
+    EXPECT_TRUE(fs::exists(chosen)) << "nothing is replaced for a movie that was left";
+    open({source});
     platform_.panels.saveAnswer = chosen;
     app_->togglePause();
     settle();

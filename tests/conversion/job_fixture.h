@@ -56,6 +56,7 @@ protected:
                     .fileName = "movie.mkv",
                     .fileURL = source,
                     .destinationURL = output,
+                    .outputClaim = OutputClaim::Chosen,
                     .videoTrackID = 0,
                     .runtimeSeconds = 100,
                     .fileSize = 1,

@@ -127,7 +127,7 @@ TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
     const Mp4Reading longMovie{.movie = Mp4Movie{.seconds = 9950, .tracks = {{}}}};
     EXPECT_FALSE(proveOutput(longMovie, {.mappedStreams = 1, .runtimeSeconds = 10000}).endsEarly);
     EXPECT_EQ(proofText(kUntranslated, proveOutput(longMovie, {}), 1430000000),
-              "9950 s, 1 track, 1.43 GB, verified");
+              "165m 50s, 1 track, 1.43 GB, verified");
 }
 
 TEST(OutputCheck, FindsTheForcedTracksInOutputOrder) {

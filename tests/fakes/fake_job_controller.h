@@ -21,7 +21,8 @@ public:
     void pauseContinueClicked() override { say("pauseContinueClicked"); }
     [[nodiscard]] bool isAtWork() const override { return converting > 0; }
     [[nodiscard]] OutputPlaces outputPlaces() override {
-        return {.claim = [](MKVFileInfo&) {}, .release = [](const std::filesystem::path&) {}};
+        const auto ignore = [](const std::filesystem::path&) {};
+        return {.claim = [](MKVFileInfo&) {}, .hold = ignore, .release = ignore};
     }
     void outputBegun(const std::filesystem::path& output, const std::string& /*outputMark*/,
                      const std::filesystem::path& /*progressFile*/) override {
