@@ -51,6 +51,7 @@ bool AppDelegate::applicationShouldTerminate() {
 
 void AppDelegate::applicationWillTerminate() {
     control_.stop();
+    intake_.stop();
     lifecycle_.applicationWillTerminate();
     removals_.finish();
     vantor_.preferences().writeChanges();  // what the removals were to change

@@ -72,7 +72,7 @@ FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
 }
 
 FileIntake::~FileIntake() {
-    turn_.request_stop();
+    stop();
 }
 
 void FileIntake::setPreferredLanguages(std::vector<std::string> languages) {

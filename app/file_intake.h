@@ -70,6 +70,9 @@ public:
     /// the sheet.
     void cancelAdd();
 
+    /// Leaves the present file and takes no other: the program ends.
+    void stop() { turn_.request_stop(); }
+
     /// True while a file waits, is being probed or is shown for the user's choice.
     [[nodiscard]] bool isBusy() const;
     /// True while files wait to be probed.

@@ -21,10 +21,14 @@ void StartAttempt::run() {
 }
 
 void StartAttempt::undo() {
+    // Held before the job can give it up, or another one could get it while a disk is slow to
+    // delete what lies there.
+    if (record_.destinationURL) places_.hold(*record_.destinationURL);
     if (const auto made = take()) undo(*made);
+    if (record_.destinationURL) places_.release(*record_.destinationURL);
 }
 
-void StartAttempt::undo(const StartFacts& facts) {
+void StartAttempt::undo(const StartFacts& facts) const {
     if (!facts.destinationURL) return;
     const auto& output = *facts.destinationURL;
     if (facts.outputClaim == OutputClaim::Reserved) deleteUnlessSource(output, record_.fileURL);

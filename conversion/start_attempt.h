@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::optional<StartFacts> abandon();
 
 private:
-    void undo(const StartFacts& facts);
+    void undo(const StartFacts& facts) const;
 
     MKVFileInfo record_;
     OutputPlaces places_;

@@ -141,7 +141,8 @@ void QtPanels::takeChoice(Window& window, Paths paths, bool unasked) {
     }
     const auto answer = [this, &window, alive = std::weak_ptr(alive_), paths](bool isThere) {
         if (!alive.lock()) return;
-        const bool agreed = !isThere || mayReplace(paths.front(), window.window);
+        const bool left = window.waiting.front().stop.stop_requested();
+        const bool agreed = !left && (!isThere || mayReplace(paths.front(), window.window));
         if (!alive.lock()) return;
         takeChoice(window, agreed ? paths : Paths(), false);
     };
