@@ -12,6 +12,7 @@
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
 #include "support/ports/host.h"
+#include "support/ports/main_bundle.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -19,15 +20,25 @@ namespace reelvane {
 AppDelegate::AppDelegate(Vantor& vantor, RunChoices choices)
     : vantor_(vantor),
       choices_(std::move(choices)),
-      removals_(vantor),
+      outputs_(std::make_shared<Outputs>(vantor, names_)),
+      version_(std::make_shared<ConverterVersion>(
+          vantor.ports().processLauncher, vantor.ports().mainBundle.pathForResource("ffmpeg"))),
       unfinished_(vantor),
       retired_(vantor),
       control_(vantor, queue_),
       destinations_(vantor),
       intake_(vantor, *this, destinations_, names_, choices_),
-      lifecycle_(vantor, queue_) {}
+      lifecycle_(vantor, queue_),
+      rest_(vantor, queue_, control_, intake_, [this] { terminate(); }),
+      retakenMovies_(intake_.turn().observe([this] {
+          if (intake_.state() == IntakeState::Reading) {
+              control_.forgetRemovalOf(intake_.presentFile());
+          }
+      })) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    outputs_->finish();
+}
 
 void AppDelegate::applicationWillFinishLaunching() {
     auto& preferences = vantor_.preferences();
@@ -36,11 +47,14 @@ void AppDelegate::applicationWillFinishLaunching() {
     lifecycle_.increaseUsages(false, false);
     lifecycle_.startMoveObservation([this] { terminate(); });
     correctMenuValues(preferences);
-    lifecycle_.showSpeedHintIfDue();
+    if (!choices_.unattended) lifecycle_.showSpeedHintIfDue();
     intake_.setPreferredLanguages(
         preferredLanguages3Letter(vantor_.ports().host.preferredLanguages()));
     lifecycle_.listenToNotifications();
     selectConversionStyle();
+    destinations_.takeGrantedFolders();
+    // A folder whose disk is away, and the menu's default, are the window's and its user's.
+    if (choices_.unattended) return;
     upgradeDestinationIndex(preferences);
     destinations_.validateAtLaunch();
 }
@@ -53,8 +67,13 @@ void AppDelegate::applicationWillTerminate() {
     control_.stop();
     intake_.stop();
     lifecycle_.applicationWillTerminate();
-    removals_.finish();
-    vantor_.preferences().writeChanges();  // what the removals were to change
+    outputs_->finish();
+    vantor_.preferences().writeChanges();  // what that was to change
+}
+
+void AppDelegate::applicationIsAborting() {
+    outputs_->finish();
+    vantor_.preferences().writeChanges();
 }
 
 bool AppDelegate::applicationShouldHandleReopen() {
@@ -70,13 +89,9 @@ void AppDelegate::openFiles(const std::vector<std::filesystem::path>& paths) {
     intake_.openFiles(paths);
 }
 
-void AppDelegate::addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) {
+void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
     // What a job will read is no more to be written over than what another one will write.
     names_->promise(job->fileInfo().fileURL);
-    if (!isWriteable) {
-        refuseUnwritable(std::move(job));
-        return;
-    }
     if (!paused() && !isAtWork() && !intake_.hasWaitingFiles()) job->start();
     const bool atBottom = vantor_.preferences().defaultInt(kInsertJobsAtBottomKey) != 0;
     queue_.insertJob(std::move(job),
@@ -84,24 +99,6 @@ void AppDelegate::addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) {
     intake_.cancelAdd();
     updateWindowTitle();
     intake_.clearFileInfo();
-}
-
-void AppDelegate::refuseUnwritable(std::unique_ptr<ConversionJob> job) {
-    const auto source = job->fileInfo().fileURL;
-    releaseNames(*job);
-    if (const auto& folder = job->fileInfo().securityURL) {
-        vantor_.ports().folderAccess.stopAccessing(*folder);
-    }
-    const VettingAlert alert{
-        .title = vantor_.appName(),
-        .message = localized(vantor_,
-                             "You don't seem to have write access to the selected destinatation or "
-                             "it is a read-only filesystem. Please choose another destination."),
-        .button = "OK"};
-    intake_.refuse(source, {alert});
-    intake_.cancelAdd();
-    bringToFront();
-    alert_apptitled(vantor_, alert.message, alert.button);
 }
 
 void AppDelegate::releaseNames(const ConversionJob& job) {
@@ -145,7 +142,7 @@ void AppDelegate::preferencesWindowWillClose() {
 
 void AppDelegate::selectConversionStyle() {
     conversionStyle_.set(
-        conversionStyleView(vantor_.preferences().defaultInt(kConversionPresetKey)));
+        conversionPresetOf(vantor_.preferences().defaultInt(kConversionPresetKey)));
 }
 
 Subscription AppDelegate::observeWindowRequests(std::function<void(const WindowRequest&)> open) {
@@ -162,50 +159,18 @@ void AppDelegate::startNextJobInQueue() {
     control_.startNextJobInQueue();
 }
 
-int AppDelegate::jobCountWithState(ConversionJobState state) const {
-    return queue_.jobCountWithState(state);
-}
-
 void AppDelegate::pauseContinueClicked() {
     control_.jobWentOn();
 }
 
-OutputPlaces AppDelegate::outputPlaces() {
-    return {
-        .claim = [names = names_](MKVFileInfo& record) { names->claim(record); },
-        .hold = [names = names_](const std::filesystem::path& path) { names->promise(path); },
-        .release = [names = names_](const std::filesystem::path& path) { names->release(path); }};
-}
-
-void AppDelegate::outputBegun(const std::filesystem::path& output, const std::string& outputMark,
-                              const std::filesystem::path& progressFile) {
-    unfinished_.begin(output, outputMark, progressFile);
-}
-
-void AppDelegate::discardOutput(const std::filesystem::path& output,
-                                const std::filesystem::path& source) {
-    // Nobody gets the path before the file is gone, or he would lose his own.
-    names_->promise(output);
-    removals_.remove([output, source] { deleteUnlessSource(output, source); },
-                     [this, output] {
-                         names_->release(output);
-                         unfinished_.settle(output);
-                     });
-}
-
-void AppDelegate::deleteSource(const std::filesystem::path& source) {
-    names_->promise(source);
-    removals_.remove([source] { Fennimar::removeFile(source); },
-                     [this, source] { names_->release(source); });
-}
-
-void AppDelegate::outputSettled(const std::filesystem::path& output) {
-    unfinished_.settle(output);
-}
-
-void AppDelegate::conversionEnded() {
+void AppDelegate::conversionEnded(bool succeeded) {
+    if (!succeeded) return;
     vantor_.preferences().addToInt(kConvertedFileCountKey, 1);
     lifecycle_.increaseUsages(true, true);
+}
+
+void AppDelegate::quitIfDone() {
+    if (conversionSettings().quitAfterConversion && comparisons_.isIdle()) rest_.quitIfDone();
 }
 
 ConversionSettings AppDelegate::conversionSettings() const {

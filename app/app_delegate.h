@@ -7,19 +7,21 @@
 #include <string>
 #include <vector>
 
-#include "app/conversion_style.h"
 #include "app/destinations.h"
 #include "app/file_intake.h"
-#include "app/file_removals.h"
 #include "app/job_queue.h"
 #include "app/lifecycle.h"
 #include "app/output_names.h"
+#include "app/outputs.h"
 #include "app/queue_control.h"
+#include "app/queue_rest.h"
 #include "app/retired_jobs.h"
 #include "app/run_choices.h"
 #include "app/unfinished_outputs.h"
 #include "conversion/conversion_job.h"
+#include "media/converter_version.h"
 #include "support/observable.h"
+#include "support/turns.h"
 
 namespace reelvane {
 
@@ -52,7 +54,11 @@ public:
     void applicationWillTerminate();
     /// For a program that is ended from within, with no time to tell anybody: the running
     /// conversion ends with it, and what it has written is deleted.
-    void applicationIsAborting() { unfinished_.abandon(); }
+    void applicationIsAborting();
+    /// What the program's end should have deleted and could not; the next start tries again.
+    [[nodiscard]] std::vector<std::filesystem::path> leftBehind() const {
+        return outputs_->leftBehind();
+    }
     /// The program was opened again while it runs. False: nothing is left to do for the platform.
     [[nodiscard]] bool applicationShouldHandleReopen();
     /// What ends the main loop when the program is to quit.
@@ -81,36 +87,37 @@ public:
     [[nodiscard]] FileIntake& intake() { return intake_; }
     [[nodiscard]] Destinations& destinations() { return destinations_; }
     [[nodiscard]] Lifecycle& lifecycle() { return lifecycle_; }
+    [[nodiscard]] int jobCountWithState(ConversionJobState state) const {
+        return queue_.jobCountWithState(state);
+    }
+    /// The queue stands although movies wait: only the user starts it again.
+    [[nodiscard]] Observable<bool>& queueHasStopped() { return rest_.hasStopped(); }
     [[nodiscard]] bool paused() const { return control_.paused(); }
     [[nodiscard]] Observable<std::string>& windowTitle() { return control_.windowTitle(); }
     [[nodiscard]] Observable<std::string>& addButtonTitle() { return control_.addButtonTitle(); }
-    [[nodiscard]] Observable<ConversionStyleView>& conversionStyle() { return conversionStyle_; }
+    [[nodiscard]] Observable<ConversionPreset>& conversionStyle() { return conversionStyle_; }
     [[nodiscard]] Subscription observeWindowRequests(
         std::function<void(const WindowRequest&)> open);
 
     // What a job asks of its owner.
     void removeJob(ConversionJob& job) override;
     void startNextJobInQueue() override;
-    [[nodiscard]] int jobCountWithState(ConversionJobState state) const override;
     void pauseContinueClicked() override;
     [[nodiscard]] bool isAtWork() const override { return queue_.isAtWork(); }
-    [[nodiscard]] OutputPlaces outputPlaces() override;
-    void outputBegun(const std::filesystem::path& output, const std::string& outputMark,
-                     const std::filesystem::path& progressFile) override;
-    void outputSettled(const std::filesystem::path& output) override;
-    void discardOutput(const std::filesystem::path& output,
-                       const std::filesystem::path& source) override;
-    void deleteSource(const std::filesystem::path& source) override;
-    void conversionEnded() override;
+    [[nodiscard]] std::shared_ptr<OutputLease::Keeper> outputs() override { return outputs_; }
+    [[nodiscard]] std::shared_ptr<ConverterVersion> converterVersion() override { return version_; }
+    [[nodiscard]] Turns& comparisons() override { return comparisons_; }
+    void conversionEnded(bool succeeded) override;
+    void quitIfDone() override;
+    void assertionLeft(PowerAssertionID assertion) override { rest_.keepAwake(assertion); }
     [[nodiscard]] ConversionSettings conversionSettings() const override;
-    void terminate() override;
 
 private:
-    void addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) override;
+    void addJob(std::unique_ptr<ConversionJob> job) override;
     [[nodiscard]] ConversionJob::Controller& jobController() override { return *this; }
     void updateWindowTitle() override;
     void bringToFront() override;
-    void refuseUnwritable(std::unique_ptr<ConversionJob> job);
+    void terminate() override;
     void releaseNames(const ConversionJob& job);
 
     Vantor& vantor_;
@@ -118,16 +125,20 @@ private:
     JobQueue queue_;
     // Shared with work in the background that may end after the controller.
     std::shared_ptr<OutputNames> names_ = std::make_shared<OutputNames>();
-    FileRemovals removals_;
+    std::shared_ptr<Outputs> outputs_;
+    std::shared_ptr<ConverterVersion> version_;
+    Turns comparisons_;
     UnfinishedOutputs unfinished_;
     RetiredJobs retired_;
     QueueControl control_;
     Destinations destinations_;
     FileIntake intake_;
     Lifecycle lifecycle_;
-    Observable<ConversionStyleView> conversionStyle_;
+    QueueRest rest_;
+    Observable<ConversionPreset> conversionStyle_;
     Observers<const WindowRequest&> windowRequests_;
     std::function<void()> terminateHandler_;
+    Subscription retakenMovies_;
 };
 
 }  // namespace reelvane

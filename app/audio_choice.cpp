@@ -1,5 +1,7 @@
 #include "app/audio_choice.h"
 
+#include <algorithm>
+
 #include "support/make_string.h"
 
 namespace reelvane {
@@ -7,7 +9,17 @@ namespace reelvane {
 std::optional<std::string> audioChoiceProblem(const MKVFileInfo& record,
                                               std::size_t audioTrackIndex) {
     const auto tracks = record.audioTrackInformation.size();
-    if (audioTrackIndex < tracks) return std::nullopt;
+    const auto& entries = record.audioTrackInformation;
+    if (audioTrackIndex < tracks) {
+        const auto isUnknown = [](const AudioEntry& entry) { return hasUnknownCodec(entry.text); };
+        if (!isUnknown(entries[audioTrackIndex]) || std::ranges::all_of(entries, isUnknown)) {
+            return std::nullopt;
+        }
+        return makeString(
+            "The audio track with the index %lu of the file '%@' has a format that ffmpeg does not "
+            "know. Please choose another one.",
+            audioTrackIndex, record.fileName);
+    }
     if (tracks == 0) {
         return makeString(
             "The file '%@' has no audio track, so none can be chosen. Please convert it without "

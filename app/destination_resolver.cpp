@@ -47,7 +47,8 @@ std::string DestinationResolver::extension() const {
     return std::string(outputExtension(vantor_.preferences()));
 }
 
-void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::size_t> menuIndex,
+void DestinationResolver::resolve(const MKVFileInfo& record,
+                                  const std::optional<DestinationChoice>& choice,
                                   const std::stop_token& stop, Answer answer) {
     const Task task{.record = record, .stop = stop, .answer = std::move(answer)};
     if (choices_.destinationFolder) {
@@ -56,36 +57,42 @@ void DestinationResolver::resolve(const MKVFileInfo& record, std::optional<std::
                    name = record.fileName, type = extension()] {
                 return Found{.destination = placeIn(*names, folder, name, type)};
             });
-    } else if (!menuIndex || !destinations_.isDestination(*menuIndex)) {
-        task.answer(std::nullopt);
-    } else if (*menuIndex == kAskDestination) {
+    } else if (!choice) {
+        task.answer({});
+    } else if (choice->kind == DestinationChoice::Kind::Ask) {
         askWithSavePanel(task);
-    } else if (*menuIndex == kNextToSourceDestination) {
+    } else if (choice->kind == DestinationChoice::Kind::NextToSource) {
         findFolderNextTo(task);
     } else {
-        takeSavedFolder(task, destinations_.savedFolder(*menuIndex));
+        takeSavedFolder(task, choice->folder);
     }
 }
 
 void DestinationResolver::searchInBackground(const Task& task, Search search) {
     searching_(true);
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_), task,
-                                  search = std::move(search)] {
-        dispatch_async_main(vantor, [this, alive, task, found = search()] {
-            if (!alive.lock()) return;
-            if (task.stop.stop_requested()) {
-                if (found.destination) release(*found.destination);
-                return;
-            }
-            searching_(false);
-            tell(found);
-            task.answer(found.destination);
-        });
+    errands_.run(std::move(search), [this, task](const Found& found) {
+        if (task.stop.stop_requested()) {
+            if (found.destination) release(*found.destination);
+            return;
+        }
+        searching_(false);
+        task.answer(judged(found));
     });
 }
 
-void DestinationResolver::tell(const Found& found) {
-    if (!found.problem.empty()) alert_apptitled(vantor_, found.problem, found.button);
+Resolution DestinationResolver::judged(const Found& found) {
+    VettingAlert problem{
+        .title = vantor_.appName(), .message = found.problem, .button = found.button};
+    if (!problem.message.empty()) return {.problem = std::move(problem)};
+    if (!found.destination || found.destination->isWriteable) {
+        return {.destination = found.destination};
+    }
+    release(*found.destination);
+    problem.message = localized(
+        vantor_,
+        "You don't seem to have write access to the selected destinatation or it is a read-only "
+        "filesystem. Please choose another destination.");
+    return {.problem = std::move(problem)};
 }
 
 void DestinationResolver::release(const ResolvedDestination& destination) {
@@ -118,21 +125,38 @@ void DestinationResolver::takeSavedFolder(const Task& task, const BookmarkData& 
 }
 
 void DestinationResolver::askWithSavePanel(const Task& task) {
-    const auto type = extension();
-    auto name = std::filesystem::path(task.record.fileName).replace_extension(type).native();
+    const auto& source = task.record.fileURL;
+    const auto name =
+        std::filesystem::path(task.record.fileName).replace_extension(extension()).native();
+    if (Fennimar::lowercased(name) != Fennimar::lowercased(source.filename().native())) {
+        openSavePanel(task, name);
+        return;
+    }
+    // The source's own name is not proposed, but the next one that is free.
+    errands_.run(
+        [names = names_, folder = source.parent_path(), name, type = extension()] {
+            const auto free = names->takeFreePath(folder, name, type);
+            names->release(free);
+            return free.filename().native();
+        },
+        [this, task](const std::string& free) {
+            if (!task.stop.stop_requested()) openSavePanel(task, free);
+        });
+}
+
+void DestinationResolver::openSavePanel(const Task& task, const std::string& proposedName) {
     vantor_.ports().panels.save({.folder = task.record.fileURL.parent_path(),
-                                 .fileName = std::move(name),
-                                 .extension = type,
+                                 .fileName = proposedName,
+                                 .extension = extension(),
                                  .stop = task.stop},
-                                [this, alive = std::weak_ptr(alive_),
-                                 task](const std::optional<std::filesystem::path>& chosen) {
-                                    if (!alive.lock() || task.stop.stop_requested()) return;
+                                errands_.whileHere([this, task](const auto& chosen) {
+                                    if (task.stop.stop_requested()) return;
                                     if (chosen) {
                                         takeChosenPath(task, *chosen);
                                     } else {
-                                        task.answer(std::nullopt);
+                                        task.answer({});
                                     }
-                                });
+                                }));
 }
 
 void DestinationResolver::takeChosenPath(const Task& task, const std::filesystem::path& chosen) {
@@ -150,11 +174,11 @@ void DestinationResolver::takeChosenPath(const Task& task, const std::filesystem
             return Found{.destination = placeIn(*names, chosen.parent_path(),
                                                 chosen.filename().native(), type)};
         }
-        Fennimar::removeFile(chosen);
-        return Found{.destination =
-                         ResolvedDestination{.destinationURL = chosen,
-                                             .chosen = true,
-                                             .isWriteable = Fennimar::isWriteablePath(chosen)}};
+        // What lies there stays until the new file is proven, and then is replaced in one step.
+        return Found{.destination = ResolvedDestination{
+                         .destinationURL = chosen,
+                         .chosen = true,
+                         .isWriteable = Fennimar::isWriteablePath(Fennimar::uniqueFile(chosen))}};
     });
 }
 
@@ -186,22 +210,19 @@ void DestinationResolver::findFolderNextTo(const Task& task) {
     if (task.stop.stop_requested()) return;
     vantor_.ports().panels.open(
         {.chooseFolder = true, .stop = task.stop},
-        [this, alive = std::weak_ptr(alive_),
-         task](const std::vector<std::filesystem::path>& chosen) {
-            if (!alive.lock() || task.stop.stop_requested()) return;
+        errands_.whileHere([this, task](const std::vector<std::filesystem::path>& chosen) {
+            if (task.stop.stop_requested()) return;
             if (chosen.empty()) {
-                task.answer(std::nullopt);
+                task.answer({});
                 return;
             }
             destinations_.addOpenedFolder(chosen.front());
             if (goNextTo(task)) return;
-            dispatch_async_main(vantor_, [&vantor = vantor_] {
-                alert_apptitled(vantor,
-                                "You did not seem to select a folder that contains your MKV.",
-                                "Cancel");
-            });
-            task.answer(std::nullopt);
-        });
+            task.answer(judged({.problem = localized(vantor_,
+                                                     "You did not seem to select a folder "
+                                                     "that contains your MKV."),
+                                .button = "Cancel"}));
+        }));
 }
 
 }  // namespace reelvane

@@ -8,7 +8,6 @@
 #include "app/launch_corrections.h"
 #include "app/preference_keys.h"
 #include "support/alerts.h"
-#include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/ports/panels.h"
 #include "support/ports/translations.h"
@@ -17,14 +16,30 @@
 namespace reelvane {
 namespace {
 
-std::string lastComponent(const std::filesystem::path& folder) {
-    const auto name = (folder.has_filename() ? folder : folder.parent_path()).filename();
-    return name.empty() ? folder.native() : name.native();  // the root has no name of its own
+/// The row that shows this folder; absent where none does.
+std::optional<std::size_t> rowOf(const PopUpMenu& menu, const BookmarkData& folder) {
+    const auto& items = menu.items();
+    const auto found = std::ranges::find(items, folder, &MenuItem::folder);
+    if (folder.empty() || found == items.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - items.begin());
 }
 
-/// The row of the folder that was added last: behind it stand a separator and the adding item.
-std::size_t newestFolderRow(const PopUpMenu& menu) {
-    return menu.items().size() - 3;
+bool isChoice(const PopUpMenu& menu, std::size_t row) {
+    return row < menu.items().size() && !menu.items()[row].isSeparator() &&
+           !menu.items()[row].isCommand;
+}
+
+/// The same destination in another list of rows; absent where it is not there.
+std::optional<std::size_t> rowOf(const PopUpMenu& menu, const DestinationChoice& choice) {
+    switch (choice.kind) {
+        case DestinationChoice::Kind::Ask:
+            return kAskDestination;
+        case DestinationChoice::Kind::NextToSource:
+            return kNextToSourceDestination;
+        case DestinationChoice::Kind::SavedFolder:
+            return rowOf(menu, choice.folder);
+    }
+    return std::nullopt;
 }
 
 struct TriedFolders {
@@ -62,12 +77,24 @@ std::filesystem::path openSavedFolder(FolderAccess& access, const BookmarkData& 
 }
 
 std::vector<MenuItem> destinationMenuItems(const FixedDestinationTitles& titles,
-                                           const std::vector<std::string>& folders) {
+                                           const SavedDestinations& folders) {
     std::vector<MenuItem> items{{.title = titles.ask}, {.title = titles.nextToSource}, {}};
-    for (const auto& folder : folders) items.push_back({.title = folder});
+    for (const auto& folder : folders) {
+        items.push_back({.title = folder.name, .folder = folder.bookmark});
+    }
     if (!folders.empty()) items.emplace_back();
-    items.push_back({.title = titles.add});
+    items.push_back({.title = titles.add, .isCommand = true});
     return items;
+}
+
+std::optional<DestinationChoice> chosenDestination(const PopUpMenu& menu) {
+    using Kind = DestinationChoice::Kind;
+    const auto row = menu.selectedIndex();
+    if (!row || !isChoice(menu, *row)) return std::nullopt;
+    if (const auto& folder = menu.items()[*row].folder; !folder.empty()) {
+        return DestinationChoice{.kind = Kind::SavedFolder, .folder = folder};
+    }
+    return DestinationChoice{.kind = *row == kAskDestination ? Kind::Ask : Kind::NextToSource};
 }
 
 const OpenedFolder* folderHolding(const std::vector<OpenedFolder>& folders,
@@ -84,19 +111,19 @@ void Destinations::addOpenedFolder(std::filesystem::path folder) {
     openedFolders_.push_back({.folder = std::move(folder)});
 }
 
-void Destinations::validateAtLaunch() {
+void Destinations::takeGrantedFolders() {
     for (auto& granted : vantor_.ports().folderAccess.grantedFolders()) {
         addOpenedFolder(std::move(granted));
     }
     rebuildPreferencesDestinationPopUp();
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
-                                  saved = savedDestinations(vantor_.preferences())] {
-        auto [opened, lost] = tryAll(vantor.ports().folderAccess, saved);
-        dispatch_async_main(vantor,
-                            [this, alive, opened = std::move(opened), lost = std::move(lost)] {
-                                if (alive.lock()) validated(opened, lost);
-                            });
-    });
+}
+
+void Destinations::validateAtLaunch() {
+    errands_.run(
+        [&access = vantor_.ports().folderAccess, saved = savedDestinations(vantor_.preferences())] {
+            return tryAll(access, saved);
+        },
+        [this](TriedFolders tried) { validated(std::move(tried.opened), tried.lost); });
 }
 
 void Destinations::validated(std::vector<OpenedFolder> opened,
@@ -113,48 +140,47 @@ void Destinations::validated(std::vector<OpenedFolder> opened,
 }
 
 void Destinations::rebuildDestinationPopUp() {
+    touched_ = false;
     rebuild(destinationPopUp_);
 }
 
 void Destinations::rebuildPreferencesDestinationPopUp() {
     rebuild(preferencesPopUp_);
+    if (!destinationPopUp_.selectedIndex()) return;  // no movie was shown yet
+    const auto chosen = chosenDestination(destinationPopUp_);
+    rebuild(destinationPopUp_);
+    const auto row = touched_ && chosen ? rowOf(destinationPopUp_, *chosen) : std::nullopt;
+    touched_ = row.has_value();
+    if (row) destinationPopUp_.selectItemAtIndex(*row);
 }
 
 void Destinations::rebuild(PopUpMenu& menu) {
-    const auto& translations = vantor_.ports().translations;
-    std::vector<std::string> names;
-    for (auto& saved : savedDestinations(vantor_.preferences())) {
-        names.push_back(std::move(saved.name));
-    }
-    menu.setItems(
-        destinationMenuItems({.ask = translations.localized("Ask for Each File"),
-                              .nextToSource = translations.localized("Next to the Source File"),
-                              .add = translations.localized("Add a Destination…")},
-                             names));
-    menu.selectItemAtIndex(
-        static_cast<std::size_t>(vantor_.preferences().defaultInt(kDefaultDestinationKey)));
+    const auto& ports = vantor_.ports();
+    menu.setItems(destinationMenuItems(
+        {.ask = ports.translations.localized("Ask for Each File"),
+         .nextToSource = ports.translations.localized("Next to the Source File"),
+         .add = ports.translations.localized("Add a Destination…")},
+        toldApart(savedDestinations(vantor_.preferences()), ports.folderAccess)));
+    const auto row =
+        static_cast<std::size_t>(vantor_.preferences().defaultInt(kDefaultDestinationKey));
+    menu.selectItemAtIndex(isChoice(menu, row) ? row : kAskDestination);
 }
 
 void Destinations::chooseNewDestination(DestinationMenu menu) {
     const auto parent = menu == DestinationMenu::FileSheet ? PanelParent::MainWindow
                                                            : PanelParent::PreferencesWindow;
     vantor_.ports().panels.open({.parent = parent, .chooseFolder = true},
-                                [this, menu, alive = std::weak_ptr(alive_)](
-                                    const std::vector<std::filesystem::path>& chosen) {
-                                    if (alive.lock() && !chosen.empty()) {
-                                        bookmark(chosen.front(), menu);
-                                    }
-                                });
+                                errands_.whileHere([this, menu](const auto& chosen) {
+                                    if (!chosen.empty()) bookmark(chosen.front(), menu);
+                                }));
 }
 
 void Destinations::bookmark(const std::filesystem::path& folder, DestinationMenu menu) {
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_), folder,
-                                  menu] {
-        dispatch_async_main(vantor, [this, alive, folder, menu,
-                                     created = vantor.ports().folderAccess.createBookmark(folder)] {
-            if (alive.lock()) addDestination(folder, created, menu);
+    errands_.run(
+        [&access = vantor_.ports().folderAccess, folder] { return access.createBookmark(folder); },
+        [this, folder, menu](const BookmarkResult& created) {
+            addDestination(folder, created, menu);
         });
-    });
 }
 
 void Destinations::addDestination(const std::filesystem::path& folder,
@@ -166,7 +192,7 @@ void Destinations::addDestination(const std::filesystem::path& folder,
     bool added = false;
     const bool stored = vantor_.preferences().edit([&](PreferenceValues& values) {
         added = reelvane::addDestination(
-            values, {.name = lastComponent(folder), .bookmark = *created.bookmark});
+            values, {.name = destinationName(folder), .bookmark = *created.bookmark});
     });
     if (!stored) {
         vn_log_level(LogError, "Error: the destination %@ could not be stored", folder);
@@ -178,34 +204,37 @@ void Destinations::addDestination(const std::filesystem::path& folder,
     }
     vantor_.preferences().synchronize();
     rebuildPreferencesDestinationPopUp();
-    if (menu == DestinationMenu::Preferences) {
-        const auto row = newestFolderRow(preferencesPopUp_);
-        preferencesPopUp_.selectItemAtIndex(row);
-        vantor_.preferences().setDefaultInt(kDefaultDestinationKey, static_cast<int>(row));
-    } else {
-        rebuildDestinationPopUp();
-        destinationPopUp_.selectItemAtIndex(newestFolderRow(destinationPopUp_));
-    }
+    auto& shown = menu == DestinationMenu::Preferences ? preferencesPopUp_ : destinationPopUp_;
+    if (const auto row = rowOf(shown, *created.bookmark)) pick(menu, *row);
 }
 
 void Destinations::refuseDuplicate() {
     alert_apptitled(vantor_, kAlreadyBookmarked, "D'oh");
-    vantor_.preferences().setDefaultInt(kDefaultDestinationKey, kAskDestination);
-    preferencesPopUp_.selectItemAtIndex(kAskDestination);
-    destinationPopUp_.selectItemAtIndex(kAskDestination);
+    storeDefault(kAskDestination);
+    if (destinationPopUp_.selectedIndex()) rebuildDestinationPopUp();
 }
 
-void Destinations::pickPreferencesDestination(std::size_t menuIndex) {
-    const auto shown = preferencesPopUp_.items();
+void Destinations::storeDefault(std::size_t row) {
+    vantor_.preferences().setDefaultInt(kDefaultDestinationKey, static_cast<int>(row));
     rebuildPreferencesDestinationPopUp();
-    if (menuIndex + 1 == shown.size()) {
-        chooseNewDestination(DestinationMenu::Preferences);
+}
+
+void Destinations::pick(DestinationMenu menu, std::size_t row) {
+    auto& shown = menu == DestinationMenu::Preferences ? preferencesPopUp_ : destinationPopUp_;
+    if (row < shown.items().size() && shown.items()[row].isCommand) {
+        chooseNewDestination(menu);
+        return;
+    }
+    if (!isChoice(shown, row)) return;
+    shown.selectItemAtIndex(row);
+    if (menu == DestinationMenu::FileSheet) {
+        touched_ = true;
         return;
     }
     // Another process may have changed the folders since the menu was made.
-    if (preferencesPopUp_.items() != shown || !isDestination(menuIndex)) return;
-    vantor_.preferences().setDefaultInt(kDefaultDestinationKey, static_cast<int>(menuIndex));
-    preferencesPopUp_.selectItemAtIndex(menuIndex);
+    const auto picked = chosenDestination(shown);
+    rebuildPreferencesDestinationPopUp();
+    if (const auto now = picked ? rowOf(shown, *picked) : std::nullopt) storeDefault(*now);
 }
 
 void Destinations::removeSavedDestination(const BookmarkData& bookmark) {
@@ -216,26 +245,9 @@ void Destinations::moveSavedDestination(const BookmarkData& bookmark, std::size_
     rearrange([&](PreferenceValues& values) { moveDestination(values, bookmark, place); });
 }
 
-/// The file sheet keeps meaning the folder that it showed, while there is one.
 void Destinations::rearrange(const std::function<void(PreferenceValues&)>& edit) {
-    const auto before = savedDestinations(vantor_.preferences());
     vantor_.preferences().edit(edit);
     rebuildPreferencesDestinationPopUp();
-    const auto shown = destinationPopUp_.selectedIndex();
-    if (!shown) return;
-    const auto row = rowAfterwards(before, savedDestinations(vantor_.preferences()), *shown);
-    rebuildDestinationPopUp();
-    if (row) destinationPopUp_.selectItemAtIndex(*row);
-}
-
-bool Destinations::isDestination(std::size_t menuIndex) const {
-    return menuIndex != kSeparatorDestination &&
-           menuIndex < kFirstFolderDestination + savedDestinations(vantor_.preferences()).size();
-}
-
-BookmarkData Destinations::savedFolder(std::size_t menuIndex) const {
-    const auto saved = savedDestinations(vantor_.preferences());
-    return saved.at(menuIndex - kFirstFolderDestination).bookmark;
 }
 
 }  // namespace reelvane

@@ -12,6 +12,7 @@
 #include "app/pop_up_menu.h"
 #include "app/saved_destinations.h"
 #include "support/bundle.h"
+#include "support/errands.h"
 #include "support/ports/preferences_store.h"
 
 namespace reelvane {
@@ -35,7 +36,17 @@ struct FixedDestinationTitles {
     std::string add{};
 };
 [[nodiscard]] std::vector<MenuItem> destinationMenuItems(const FixedDestinationTitles& titles,
-                                                         const std::vector<std::string>& folders);
+                                                         const SavedDestinations& folders);
+
+/// Where outputs go.
+struct DestinationChoice {
+    enum class Kind { Ask, NextToSource, SavedFolder };
+    Kind kind = Kind::Ask;
+    BookmarkData folder{};  ///< of a saved folder
+};
+
+/// What the selected row of a destination menu shows; absent where none is selected.
+[[nodiscard]] std::optional<DestinationChoice> chosenDestination(const PopUpMenu& menu);
 
 /// A folder that may be written in during this run.
 struct OpenedFolder {
@@ -66,25 +77,25 @@ public:
     /// A folder that the user has just granted.
     void addOpenedFolder(std::filesystem::path folder);
 
+    /// Takes what is granted without asking. Once, at launch.
+    void takeGrantedFolders();
     /// Drops saved folders that are gone, opens the others and brings the stored choice back into
-    /// the menu, as soon as the disks have answered. Once, at launch.
+    /// the menu, as soon as the disks have answered. Once, at launch of a window.
     void validateAtLaunch();
+    /// For another movie: the file sheet's menu shows the default.
     void rebuildDestinationPopUp();
+    /// The preferences have changed. In the file sheet a choice that the user has made stays while
+    /// there is its folder; what he has not touched follows the default.
     void rebuildPreferencesDestinationPopUp();
     /// Lets the user pick a folder and saves it.
     void chooseNewDestination(DestinationMenu menu);
-    /// The user picked this row of the preferences' menu: it is the default from now on, or the one
-    /// that adds a destination.
-    void pickPreferencesDestination(std::size_t menuIndex);
+    /// The user picked this row of a menu: it is the default or the present movie's destination
+    /// from now on, or the one that adds a destination.
+    void pick(DestinationMenu menu, std::size_t row);
     /// Drops a saved folder; nothing on disk changes.
     void removeSavedDestination(const BookmarkData& bookmark);
     /// Puts a saved folder at this place among the saved folders.
     void moveSavedDestination(const BookmarkData& bookmark, std::size_t place);
-
-    /// False for the separators and the item that adds a destination.
-    [[nodiscard]] bool isDestination(std::size_t menuIndex) const;
-    /// The saved folder behind the menu index of one.
-    [[nodiscard]] BookmarkData savedFolder(std::size_t menuIndex) const;
 
 private:
     void validated(std::vector<OpenedFolder> opened, const std::vector<BookmarkData>& lost);
@@ -93,14 +104,15 @@ private:
                         DestinationMenu menu);
     void refuseDuplicate();
     void rearrange(const std::function<void(PreferenceValues&)>& edit);
+    void storeDefault(std::size_t row);
     void rebuild(PopUpMenu& menu);
 
-    // Shared only so that the answer of a panel after this object's end can tell.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Vantor& vantor_;
     PopUpMenu destinationPopUp_;
     PopUpMenu preferencesPopUp_;
+    bool touched_ = false;  // the user has chosen the present movie's destination
     std::vector<OpenedFolder> openedFolders_;
+    Errands errands_{vantor_};
 };
 
 }  // namespace reelvane

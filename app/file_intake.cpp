@@ -5,21 +5,18 @@
 
 #include "app/audio_choice.h"
 #include "app/destinations.h"
-#include "app/file_sorting.h"
 #include "app/preference_keys.h"
 #include "app/probe_tools.h"
 #include "app/settings_reader.h"
+#include "conversion/subtitle_arguments.h"
 #include "media/languages.h"
 #include "support/alerts.h"
 #include "support/bundle.h"
-#include "support/dispatch.h"
 #include "support/make_string.h"
-#include "support/named_exception.h"
 #include "support/paths.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/panels.h"
 #include "support/strings.h"
-#include "support/untranslated.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -42,23 +39,6 @@ bool couldBlock(const std::filesystem::path& path) {
     return std::filesystem::is_other(status);
 }
 
-void attachSubtitle(MKVFileInfo& record, const std::filesystem::path& subtitle) {
-    record.subtitleFileURL = subtitle;
-    record.informationString = informationText(kUntranslated, record);
-}
-
-/// Nothing catches what this throws: it ends in the fatal problem report, which so names the file.
-[[noreturn]] void endInReport(const std::filesystem::path& file,
-                              const std::exception_ptr& exception) {
-    try {
-        std::rethrow_exception(exception);
-    } catch (...) {
-        std::throw_with_nested(NamedException(
-            "Unreadable Report", makeString("ffmpeg's report on the file '%@' can't be read",
-                                            Fennimar::validUtf8(file.filename().native()))));
-    }
-}
-
 }  // namespace
 
 FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
@@ -67,6 +47,7 @@ FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
       owner_(owner),
       destinations_(destinations),
       choices_(choices),
+      telling_(vantor, choices.unattended),
       resolver_(vantor, destinations, std::move(names), choices) {
     resolver_.setSearching([this](bool searching) { awaitsDisk_.set(searching); });
 }
@@ -79,57 +60,67 @@ void FileIntake::setPreferredLanguages(std::vector<std::string> languages) {
     preferredLanguages_ = std::move(languages);
 }
 
+void FileIntake::stop() {
+    stop_.request_stop();
+    search_.request_stop();
+}
+
 void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
     auto absolute = absolutePaths(paths);
-    if (std::ranges::any_of(absolute, isSubtitleFile)) {
-        sortInBackground(std::move(absolute));
+    if (areMovies(absolute)) {
+        take({.sorted = sortFiles(absolute, Fennimar::readInt)});
     } else {
-        take(sortFiles(absolute, Fennimar::readInt));
+        lookInBackground(std::move(absolute));
     }
     owner_.bringToFront();
 }
 
-void FileIntake::sortInBackground(std::vector<std::filesystem::path> paths) {
-    ++sorting_;
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
-                                  paths = std::move(paths)] {
-        auto sorted = sortFiles(paths, Fennimar::readInt);
-        std::erase_if(sorted.subtitles, couldBlock);
-        dispatch_async_main(vantor, [this, alive, sorted = std::move(sorted)] {
-            if (!alive.lock()) return;
-            --sorting_;
-            take(sorted);
+void FileIntake::lookInBackground(std::vector<std::filesystem::path> paths) {
+    ++looking_;
+    errands_.run(
+        [paths = std::move(paths), &translations = vantor_.ports().translations,
+         stop = search_.get_token()] {
+            auto opened = lookInto(paths, translations, stop);
+            std::erase_if(opened.sorted.subtitles, couldBlock);
+            return opened;
+        },
+        [this](OpenedFiles opened) {
+            --looking_;
+            take(std::move(opened));
         });
-    });
 }
 
-void FileIntake::take(SortedFiles sorted) {
-    const bool handled = handlesFile();
-    for (const auto& subtitle : sorted.subtitles) pairing_.add(subtitle);
-    std::ranges::move(sorted.movies, std::back_inserter(importFiles_));
+void FileIntake::take(OpenedFiles opened) {
+    auto& movies = opened.sorted.movies;
+    const bool handled = hasWaitingFiles() || state() != IntakeState::Idle;
+    telling_.movies(movies.size(), handled);
+    for (const auto& subtitle : opened.sorted.subtitles) pairing_.addSubtitle(subtitle);
+    for (const auto& movie : movies) pairing_.addMovie(movie);
+    std::ranges::move(movies, std::back_inserter(importFiles_));
     waitingCount_.set(importFiles_.size());
     if (!handled) addNextFile();
     if (!isBusy()) idle_.notify();
+    telling_.tellOfLeftOut(std::move(opened.leftOut), !isBusy());
 }
 
 void FileIntake::addClicked() {
     // A panel whose folder is slow to be found shows itself later; one is enough.
     if (std::exchange(choosing_, true)) return;
-    vantor_.ports().panels.open(
-        {.allowedTypes = openableFileTypes()},
-        [this, alive = std::weak_ptr(alive_)](const std::vector<std::filesystem::path>& chosen) {
-            if (!alive.lock()) return;
-            choosing_ = false;
-            openFiles(chosen);
-        });
+    vantor_.ports().panels.open({.allowedTypes = openableFileTypes()},
+                                errands_.whileHere([this](const auto& chosen) {
+                                    choosing_ = false;
+                                    openFiles(chosen);
+                                }));
 }
 
 bool FileIntake::isBusy() const {
-    return sorting_ > 0 || handlesFile();
+    return looking_ > 0 || hasWaitingFiles() || state() != IntakeState::Idle;
 }
 
-bool FileIntake::handlesFile() const {
-    return hasWaitingFiles() || isScanning_.get() || topConstraint_.get() == kSheetShown;
+void FileIntake::enter(IntakeState state) {
+    auto turn = turn_.get();
+    turn.state = state;
+    turn_.set(std::move(turn));
 }
 
 void FileIntake::addNextFile() {
@@ -137,12 +128,13 @@ void FileIntake::addNextFile() {
     Probe probe{.file = std::move(importFiles_.back())};
     importFiles_.pop_back();
     waitingCount_.set(importFiles_.size());
-    presentFile_ = probe.file;
-    probe.subtitle = pairing_.subtitleFor(probe.file);
-    if (choices_.subtitleFile) probe.subtitle = std::filesystem::absolute(*choices_.subtitleFile);
-    turn_ = std::stop_source();
-    topConstraint_.set(kSheetShown);
-    isScanning_.set(true);
+    probe.subtitles = pairing_.subtitlesFor(probe.file);
+    if (choices_.subtitleFile) {
+        probe.subtitles = {std::filesystem::absolute(*choices_.subtitleFile)};
+    }
+    stop_ = std::stop_source();
+    turn_.set(
+        {.state = IntakeState::Reading, .number = turn_.get().number + 1, .file = probe.file});
     probeInBackground(std::move(probe));
 }
 
@@ -150,67 +142,104 @@ ProbeTools FileIntake::tools() const {
     const auto& ports = vantor_.ports();
     auto tools = probeTools(ports.processLauncher, ports.mainBundle, ports.folderAccess,
                             vantor_.appName(), ports.translations);
-    tools.stop = turn_.get_token();
+    tools.stop = stop_.get_token();
     return tools;
 }
 
 void FileIntake::probeInBackground(Probe probe) {
-    dispatch_async_back(
-        vantor_, [this, turn = turn_.get_token(), &vantor = vantor_, probe = std::move(probe),
-                  options = readProbeOptions(vantor_.preferences()), tools = tools()]() mutable {
-            try {
-                probe.inspection = initWithURL(probe.file, options, tools);
-            } catch (...) {
-                probe.exception = std::current_exception();
-            }
-            dispatch_async_main(vantor, [this, turn, probe = std::move(probe)] {
-                if (!turn.stop_requested()) probed(probe, turn);
-            });
+    errands_.run(
+        [probe = std::move(probe), options = readProbeOptions(vantor_.preferences()),
+         tools = tools(), unknownEncoding = unknownEncoding()]() mutable {
+            probe.inspection = initWithURL(probe.file, options, tools);
+            lookForSubtitle(probe, *tools.translations, unknownEncoding);
+            return std::move(probe);
+        },
+        [this, stop = stop_.get_token()](const Probe& read) {
+            if (!stop.stop_requested()) probed(read, stop);
         });
 }
 
-void FileIntake::probed(const Probe& probe, const Turn& turn) {
-    if (probe.exception) {
-        isScanning_.set(false);
-        endInReport(probe.file, probe.exception);
+void FileIntake::lookForSubtitle(Probe& probe, const Translations& translations,
+                                 UnknownEncoding unknownEncoding) {
+    auto& inspection = probe.inspection;
+    if (!inspection.record) return;
+    auto choice = chooseSubtitle(translations, probe.subtitles, unknownEncoding);
+    setSubtitle(*inspection.record, choice.subtitle);
+    auto texts = std::move(choice.leftOut);
+    texts.push_back(silentMovieText(translations, *inspection.record));
+    for (auto& text : texts) {
+        if (!text.empty()) {
+            inspection.alerts.push_back({.message = std::move(text), .button = "OK"});
+        }
     }
+}
+
+bool FileIntake::addsByItself() const {
+    return choices_.unattended || vantor_.preferences().defaultInt(kAutoAddKey) != 0;
+}
+
+UnknownEncoding FileIntake::unknownEncoding() const {
+    if (!findsSubtitleEncoding(readConversionSettings(vantor_.preferences()))) {
+        return UnknownEncoding::IsPreferences;
+    }
+    return addsByItself() ? UnknownEncoding::LeavesOut : UnknownEncoding::IsAskedFor;
+}
+
+bool FileIntake::awaitsUser() const {
+    return fileInfo_ && state() == IntakeState::AwaitingUser;
+}
+
+void FileIntake::detachSubtitle() {
+    if (!awaitsUser() || !fileInfo_->subtitleFileURL) return;
+    setSubtitle(*fileInfo_, std::nullopt);
+    fileInfoObservers_.notify();
+}
+
+void FileIntake::chooseSubtitleEncoding(std::string name) {
+    if (!awaitsUser() || !fileInfo_->subtitleFileURL) return;
+    auto& format = fileInfo_->subtitleFormat;
+    format.encoding = {.kind = FoundEncoding::Kind::Named, .name = std::move(name)};
+    format.encodingIsChosen = true;
+    fileInfoObservers_.notify();
+}
+
+void FileIntake::probed(const Probe& probe, const std::stop_token& stop) {
     if (probe.inspection.toolProblem != ProbeToolProblem::None) {
         stopForToolProblem(probe);
         return;
     }
-    for (const auto& alert : probe.inspection.alerts) {
-        raise(vantor_, alert);
-        if (turn.stop_requested()) return;  // an alert's own loop may have left the file
-    }
-    if (!probe.inspection.record) {
-        skip(probe.file, probe.inspection.alerts);
-        return;
-    }
-    if (choices_.audioTrackIndex) {
-        if (auto problem =
-                audioChoiceProblem(*probe.inspection.record, *choices_.audioTrackIndex)) {
-            const auto alert = plainAlert(std::move(*problem));
-            raise(vantor_, alert);
-            skip(probe.file, {alert});
+    const auto& record = probe.inspection.record;
+    if (record && choices_.audioTrackIndex) {
+        if (auto problem = audioChoiceProblem(*record, *choices_.audioTrackIndex)) {
+            skip(probe.file, {plainAlert(std::move(*problem))});
             return;
         }
     }
-    accept(probe);
+    if (!record) {
+        skip(probe.file, probe.inspection.alerts);
+        return;
+    }
+    const bool several = telling_.isOneOfSeveral();
+    if (!several) telling_.tell(probe.file, probe.inspection.alerts);
+    if (stop.stop_requested()) return;  // an alert's own loop may have left the file
+    fileInfo_ = *record;
+    if (several) fileInfo_->warnings = telling_.notes(probe.inspection.alerts);
+    accept();
 }
 
-void FileIntake::accept(const Probe& probe) {
-    fileInfo_ = probe.inspection.record;
-    if (probe.subtitle) attachSubtitle(*fileInfo_, *probe.subtitle);
+void FileIntake::accept() {
     fillAudioPopUp();
     fileInfoObservers_.notify();
-    isScanning_.set(false);
     destinations_.rebuildDestinationPopUp();
-    if (choices_.unattended || vantor_.preferences().defaultInt(kAutoAddKey) != 0) addToQueue();
+    enter(IntakeState::AwaitingUser);
+    if (addsByItself()) addToQueue();
 }
 
 void FileIntake::skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
-    isScanning_.set(false);
+    const auto stop = stop_.get_token();
+    telling_.tell(file, alerts);
     refuse(file, alerts);
+    if (stop.stop_requested()) return;  // an alert's own loop may have left the file
     cancelAdd();
     owner_.updateWindowTitle();
 }
@@ -224,10 +253,14 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
     const bool fatal = problem == ProbeToolProblem::NoResources;
     const auto alert = plainAlert(
         toolProblemText(vantor_.ports().translations, problem, vantor_.ports().mainBundle));
-    alert_apptitled(vantor_, alert.message, fatal ? localizable("Exit") : alert.button);
-    isScanning_.set(false);
-    std::for_each(dropped.rbegin(), dropped.rend(),
-                  [&](const auto& file) { refuse(file, {alert}); });
+    runAlert(vantor_, {.title = alert.title,
+                       .message = alert.message,
+                       .buttons = {fatal ? std::string(localizable("Exit")) : alert.button}});
+    const bool several = telling_.isOneOfSeveral();
+    std::for_each(dropped.rbegin(), dropped.rend(), [&](const auto& file) {
+        if (several) refusedFiles().add({.file = file, .reason = alert.message});
+        refuse(file, {alert});
+    });
     cancelAdd();
     owner_.updateWindowTitle();
     if (fatal) owner_.terminate();
@@ -248,32 +281,28 @@ void FileIntake::fillAudioPopUp() {
 }
 
 void FileIntake::addToQueue() {
-    // A file that was left, or is not yet known, is not there to be added; nor is one twice.
-    if (!fileInfo_ || isScanning_.get() || resolving_ || topConstraint_.get() != kSheetShown) {
-        return;
-    }
-    resolving_ = true;
-    const auto turn = turn_.get_token();
-    resolver_.resolve(*fileInfo_, destinations_.destinationPopUp().selectedIndex(), turn,
-                      [this, turn, track = audioPopUp_.selectedIndex().value_or(0)](
-                          const std::optional<ResolvedDestination>& destination) {
-                          if (!turn.stop_requested()) resolved(track, destination);
+    // A file that was left, or is not yet known, is not there to be added; nor is one twice. A
+    // question about it comes first.
+    if (!awaitsUser() || asksForEncoding(*fileInfo_)) return;
+    enter(IntakeState::FindingPlace);
+    const auto stop = stop_.get_token();
+    resolver_.resolve(*fileInfo_, chosenDestination(destinations_.destinationPopUp()), stop,
+                      [this, stop, track = audioPopUp_.selectedIndex().value_or(0)](
+                          const Resolution& resolution) {
+                          if (!stop.stop_requested()) resolved(track, resolution);
                       });
 }
 
-void FileIntake::resolved(std::size_t audioTrackIndex,
-                          const std::optional<ResolvedDestination>& destination) {
-    endResolving();
-    if (destination) {
-        addResolved(audioTrackIndex, *destination);
-    } else if (choices_.unattended) {
-        leaveUnadded();
-    }
-}
-
-void FileIntake::endResolving() {
-    resolving_ = false;
+void FileIntake::resolved(std::size_t audioTrackIndex, const Resolution& resolution) {
     awaitsDisk_.set(false);
+    if (resolution.destination) {
+        addResolved(audioTrackIndex, *resolution.destination);
+    } else if (choices_.unattended) {
+        leaveUnadded(resolution.problem);
+    } else {
+        enter(IntakeState::AwaitingUser);  // for another choice
+        if (resolution.problem) tellOfPresentFile(*resolution.problem);
+    }
 }
 
 void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination) {
@@ -281,30 +310,35 @@ void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestinat
     record.destinationURL = destination.destinationURL;
     record.securityURL = destination.securityURL;
     if (destination.chosen) record.outputClaim = OutputClaim::Chosen;
+    if (const auto& subtitle = record.subtitleFileURL) pairing_.pair(record.fileURL, *subtitle);
     auto job = std::make_unique<ConversionJob>(vantor_, owner_.jobController(), std::move(record),
                                                audioTrackIndex);
     job->presetSpeedInfo();
-    owner_.addJob(std::move(job), destination.isWriteable);
+    owner_.addJob(std::move(job));
 }
 
-void FileIntake::leaveUnadded() {
-    const auto alert = plainAlert(
+/// Its title names the file, whose alert this is.
+void FileIntake::tellOfPresentFile(const VettingAlert& problem) {
+    owner_.bringToFront();
+    alert(vantor_, Fennimar::validUtf8(fileInfo_->fileName), problem.message, problem.button);
+}
+
+void FileIntake::leaveUnadded(const std::optional<VettingAlert>& problem) {
+    const auto alert = problem.value_or(plainAlert(
         makeString("No destination could be chosen for the file '%@', so it was not added. Please "
                    "name the folder for the converted files.",
-                   fileInfo_->fileName));
-    raise(vantor_, alert);
+                   fileInfo_->fileName)));
     skip(fileInfo_->fileURL, {alert});
 }
 
 void FileIntake::cancelAdd() {
-    turn_.request_stop();
-    endResolving();
-    isScanning_.set(false);
+    stop_.request_stop();
+    awaitsDisk_.set(false);
     if (hasWaitingFiles()) {
         addNextFile();
         return;
     }
-    topConstraint_.set(kSheetHidden);
+    enter(IntakeState::Idle);
     idle_.notify();
 }
 

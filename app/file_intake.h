@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <exception>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -11,25 +10,46 @@
 #include <vector>
 
 #include "app/destination_resolver.h"
-#include "app/file_sorting.h"
+#include "app/intake_telling.h"
+#include "app/opened_files.h"
 #include "app/pop_up_menu.h"
 #include "app/run_choices.h"
+#include "app/subtitle_choice.h"
 #include "app/subtitle_pairing.h"
 #include "conversion/conversion_job.h"
 #include "media/mkv_file_info.h"
 #include "media/probe.h"
 #include "media/vetting.h"
+#include "support/errands.h"
 #include "support/observable.h"
 
 namespace reelvane {
 
 class Destinations;
 class OutputNames;
+class Translations;
 class Vantor;
 
-/// The height of the file sheet's place in the window while it is shown.
-inline constexpr int kSheetShown = 117;
-inline constexpr int kSheetHidden = 0;
+/// What the intake is doing with the present file.
+enum class IntakeState {
+    Idle,          ///< there is none
+    Reading,       ///< it is being probed
+    AwaitingUser,  ///< it is shown for the user's choices
+    FindingPlace   ///< a panel or a disk is asked where its output goes
+};
+
+/// The present file and what becomes of it.
+struct IntakeTurn {
+    IntakeState state = IntakeState::Idle;
+    std::size_t number = 0;        ///< of files taken up so far: another number is another file
+    std::filesystem::path file{};  ///< while idle the last one
+    friend bool operator==(const IntakeTurn&, const IntakeTurn&) = default;
+};
+
+/// The least height of the file sheet in this state.
+[[nodiscard]] constexpr int sheetHeight(IntakeState state) {
+    return state == IntakeState::Idle ? 0 : 117;
+}
 
 /// Takes files in, probes them one at a time in the background, shows each in the file sheet and
 /// turns it into a job. Main thread only. A window mirrors the sheet's state from here.
@@ -39,8 +59,7 @@ public:
     class Owner {
     public:
         virtual ~Owner() = default;
-        /// `isWriteable`: its output can be made where it is to go.
-        virtual void addJob(std::unique_ptr<ConversionJob> job, bool isWriteable) = 0;
+        virtual void addJob(std::unique_ptr<ConversionJob> job) = 0;
         /// What a new job reports to.
         [[nodiscard]] virtual ConversionJob::Controller& jobController() = 0;
         virtual void updateWindowTitle() = 0;
@@ -61,9 +80,14 @@ public:
     /// The user's languages as three-letter codes, best first.
     void setPreferredLanguages(std::vector<std::string> languages);
 
+    /// Movies, subtitle files, and folders that are searched for both.
     void openFiles(const std::vector<std::filesystem::path>& paths);
     /// Lets the user pick files.
     void addClicked();
+    /// The file that the sheet shows goes without its subtitle file.
+    void detachSubtitle();
+    /// Says how that file is written, by a name that the converter knows.
+    void chooseSubtitleEncoding(std::string name);
     /// Makes the job for the file that the sheet shows.
     void addToQueue();
     /// Leaves the present file, whatever is being done with it, and takes the next one, or hides
@@ -71,7 +95,7 @@ public:
     void cancelAdd();
 
     /// Leaves the present file and takes no other: the program ends.
-    void stop() { turn_.request_stop(); }
+    void stop();
 
     /// True while a file waits, is being probed or is shown for the user's choice.
     [[nodiscard]] bool isBusy() const;
@@ -79,19 +103,20 @@ public:
     [[nodiscard]] bool hasWaitingFiles() const { return !importFiles_.empty(); }
     /// How many files wait to be probed.
     [[nodiscard]] Observable<std::size_t>& waitingCount() { return waitingCount_; }
-    /// The file that is being probed or shown, or was so last; set before `isScanning` is.
-    [[nodiscard]] const std::filesystem::path& presentFile() const { return presentFile_; }
+    [[nodiscard]] Observable<IntakeTurn>& turn() { return turn_; }
+    [[nodiscard]] IntakeState state() const { return turn_.get().state; }
+    [[nodiscard]] const std::filesystem::path& presentFile() const { return turn_.get().file; }
 
     [[nodiscard]] const std::optional<MKVFileInfo>& fileInfo() const { return fileInfo_; }
     void clearFileInfo();
     /// Tells the observers of refusals about a file that was taken but cannot become a job.
     void refuse(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
 
+    /// What of a batch was not taken.
+    [[nodiscard]] RefusedFiles& refusedFiles() { return telling_.refusedFiles(); }
     [[nodiscard]] PopUpMenu& audioPopUp() { return audioPopUp_; }
-    [[nodiscard]] Observable<bool>& isScanning() { return isScanning_; }
     /// The disk is being asked for a place for the file that the user has added.
     [[nodiscard]] Observable<bool>& awaitsDisk() { return awaitsDisk_; }
-    [[nodiscard]] Observable<int>& topConstraint() { return topConstraint_; }
 
     /// Told when `fileInfo` is another one.
     [[nodiscard]] Subscription observeFileInfo(std::function<void()> changed);
@@ -106,56 +131,56 @@ private:
     /// One file on its way through the probe.
     struct Probe {
         std::filesystem::path file{};
-        std::optional<std::filesystem::path> subtitle{};
+        std::vector<std::filesystem::path> subtitles{};  ///< that may go with it, best first
         Inspection inspection{};
-        std::exception_ptr exception{};  ///< a report that could not be read
     };
 
-    /// Stopped when the present file is left, so that a late answer finds nobody.
-    using Turn = std::stop_token;
-
-    void sortInBackground(std::vector<std::filesystem::path> paths);
-    void take(SortedFiles sorted);
-    [[nodiscard]] bool handlesFile() const;
+    void lookInBackground(std::vector<std::filesystem::path> paths);
+    void take(OpenedFiles opened);
     void addNextFile();
+    void enter(IntakeState state);
     [[nodiscard]] ProbeTools tools() const;
     void probeInBackground(Probe probe);
-    void probed(const Probe& probe, const Turn& turn);
-    void accept(const Probe& probe);
+    /// In the background: the record gets its subtitle file.
+    static void lookForSubtitle(Probe& probe, const Translations& translations,
+                                UnknownEncoding unknownEncoding);
+    [[nodiscard]] UnknownEncoding unknownEncoding() const;
+    [[nodiscard]] bool addsByItself() const;
+    [[nodiscard]] bool awaitsUser() const;
+    void probed(const Probe& probe, const std::stop_token& stop);
+    void accept();
     void skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
     void stopForToolProblem(const Probe& probe);
     void fillAudioPopUp();
-    void resolved(std::size_t audioTrackIndex,
-                  const std::optional<ResolvedDestination>& destination);
-    void endResolving();
+    void resolved(std::size_t audioTrackIndex, const Resolution& resolution);
     void addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination);
-    void leaveUnadded();
+    void leaveUnadded(const std::optional<VettingAlert>& problem);
+    void tellOfPresentFile(const VettingAlert& problem);
     [[nodiscard]] VettingAlert plainAlert(std::string message) const;
 
     Vantor& vantor_;
     Owner& owner_;
     Destinations& destinations_;
     const RunChoices& choices_;
+    IntakeTelling telling_;
     DestinationResolver resolver_;
     std::vector<std::string> preferredLanguages_;
     std::vector<std::filesystem::path> importFiles_;  // taken from the end
     Observable<std::size_t> waitingCount_{0};
-    std::filesystem::path presentFile_;
-    bool resolving_ = false;  // a panel or a disk is asked for the present file's destination
+    Observable<IntakeTurn> turn_;
     SubtitlePairing pairing_;
     std::optional<MKVFileInfo> fileInfo_;
     PopUpMenu audioPopUp_;
-    Observable<bool> isScanning_{false};
     Observable<bool> awaitsDisk_{false};
-    Observable<int> topConstraint_{kSheetHidden};
-    bool choosing_ = false;  // the open panel has not been answered
-    int sorting_ = 0;        // batches whose subtitle files are being looked at
-    std::stop_source turn_{std::nostopstate};
+    bool choosing_ = false;    // the open panel has not been answered
+    int looking_ = 0;          // batches that are being looked into
+    std::stop_source search_;  // stopped when the program ends
+    // Stopped when the present file is left, so that a late answer finds nobody.
+    std::stop_source stop_{std::nostopstate};
     Observers<> fileInfoObservers_;
     Observers<const std::filesystem::path&, const std::vector<VettingAlert>&> refusals_;
     Observers<> idle_;
-    // Shared only so that what ends after this object can tell.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Errands errands_{vantor_};
 };
 
 }  // namespace reelvane

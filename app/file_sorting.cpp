@@ -48,7 +48,7 @@ SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
 }
 
 bool acceptsDrag(std::span<const std::filesystem::path> paths) {
-    return std::ranges::any_of(paths, isMovie);
+    return !std::ranges::all_of(paths, isSubtitleFile);
 }
 
 std::vector<std::string> openableFileTypes() {

@@ -36,7 +36,8 @@ using FirstBytesReader = std::function<std::optional<std::uint32_t>(const std::f
 /// True for the extensions of external subtitle files.
 [[nodiscard]] bool isSubtitleFile(const std::filesystem::path& path);
 
-/// True when a drag with these files is welcome: at least one movie.
+/// True when a drag with these is welcome: a movie, a folder that may hold some, or what is told
+/// to be neither. Subtitle files alone are of no use. Looks at the names alone.
 [[nodiscard]] bool acceptsDrag(std::span<const std::filesystem::path> paths);
 
 /// What the open panel lets the user choose: the movies' extensions, then the subtitles'.

@@ -6,10 +6,19 @@
 namespace reelvane {
 
 ConversionJob& JobQueue::insertJob(std::unique_ptr<ConversionJob> job, InsertAt where) {
+    return putBack(std::move(job), where == InsertAt::Top ? --topPlace_ : ++bottomPlace_);
+}
+
+std::int64_t JobQueue::placeOf(const ConversionJob& job) const {
+    return watches_.at(&job).place;
+}
+
+ConversionJob& JobQueue::putBack(std::unique_ptr<ConversionJob> job, std::int64_t place) {
     auto& inserted = *job;
-    taskArray_.insert(where == InsertAt::Top ? taskArray_.begin() : taskArray_.end(),
-                      std::move(job));
-    watch(inserted);
+    const auto below = std::ranges::upper_bound(
+        taskArray_, place, {}, [this](const auto& listed) { return placeOf(*listed); });
+    taskArray_.insert(below, std::move(job));
+    watch(inserted, place);
     membership_.notify(inserted, Membership::Begins);
     return inserted;
 }
@@ -40,12 +49,13 @@ std::unique_ptr<ConversionJob> JobQueue::takeJob(const ConversionJob& job) {
     return taken;
 }
 
-void JobQueue::watch(ConversionJob& job) {
+void JobQueue::watch(ConversionJob& job, std::int64_t place) {
     ++countOf(job.state());
     if (job.isStarting()) ++starting_;
     // The first to watch the job, so the counts are right for everybody else who does.
     watches_[&job] = {.state = job.state(),
                       .starting = job.isStarting(),
+                      .place = place,
                       .subscription = job.observe([this, &job] { follow(job); })};
 }
 
@@ -55,7 +65,7 @@ void JobQueue::follow(ConversionJob& job) {
 }
 
 void JobQueue::count(const ConversionJob& job) {
-    auto& [state, starting, subscription] = watches_.at(&job);
+    auto& [state, starting, place, subscription] = watches_.at(&job);
     if (state == job.state() && starting == job.isStarting()) return;
     if (starting) --starting_;
     starting = job.isStarting();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <unordered_map>
@@ -24,6 +25,10 @@ public:
     /// The first paused or queued job in list order, or null.
     [[nodiscard]] ConversionJob* nextRunnableJob() const;
     [[nodiscard]] std::unique_ptr<ConversionJob> takeJob(const ConversionJob& job);
+    /// Where a job of the list stands; it stays the same whatever becomes of the others.
+    [[nodiscard]] std::int64_t placeOf(const ConversionJob& job) const;
+    /// Inserts a job that was taken where it stood.
+    ConversionJob& putBack(std::unique_ptr<ConversionJob> job, std::int64_t place);
     /// Costs the same whatever the length of the list.
     [[nodiscard]] int jobCountWithState(ConversionJobState state) const;
     [[nodiscard]] std::vector<ConversionJob*> jobsWithState(ConversionJobState state) const;
@@ -48,9 +53,10 @@ private:
     struct Watch {
         ConversionJobState state = ConversionJobState::Queued;  ///< as it is counted
         bool starting = false;                                  ///< as it is counted
+        std::int64_t place = 0;                                 ///< grows from the top down
         Subscription subscription{};
     };
-    void watch(ConversionJob& job);
+    void watch(ConversionJob& job, std::int64_t place);
     void follow(ConversionJob& job);
     void count(const ConversionJob& job);
     [[nodiscard]] int& countOf(ConversionJobState state);
@@ -59,6 +65,8 @@ private:
     std::unordered_map<const ConversionJob*, Watch> watches_;
     std::array<int, kConversionJobStateWords.size()> counts_{};
     int starting_ = 0;
+    std::int64_t topPlace_ = 0;     ///< the least that was given so far
+    std::int64_t bottomPlace_ = 0;  ///< the greatest
     Observers<ConversionJob&, Membership> membership_;
     Observers<> states_;
     Observers<ConversionJob&> changes_;

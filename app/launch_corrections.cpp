@@ -2,6 +2,7 @@
 
 #include "app/preference_keys.h"
 #include "app/preference_table.h"
+#include "conversion/conversion_settings.h"
 #include "support/make_string.h"
 #include "support/preferences.h"
 
@@ -39,7 +40,8 @@ void correctMenuValues(Preferences& preferences) {
 bool speedHintIsDue(const Preferences& preferences, std::string_view version) {
     return preferences.defaultInt(kWelcomeShownKey) == 0 &&
            preferences.defaultInt(versionUsagesKey(version)) >= kUsagesBeforeSpeedHint &&
-           preferences.defaultInt(kConversionPresetKey) == 0;
+           conversionPresetOf(preferences.defaultInt(kConversionPresetKey)) ==
+               ConversionPreset::Compatible;
 }
 
 void upgradeDestinationIndex(Preferences& preferences) {
@@ -47,7 +49,8 @@ void upgradeDestinationIndex(Preferences& preferences) {
     // The caller's choice for this run is numbered for the present menu, and hides the stored
     // value; the next run without such a choice does the step.
     if (preferences.isSetForThisRun(kDefaultDestinationKey)) return;
-    if (const auto destination = preferences.defaultInt(kDefaultDestinationKey); destination != 0) {
+    // The former menu had a separator in second place: a 1 was written for the present one.
+    if (const auto destination = preferences.defaultInt(kDefaultDestinationKey); destination > 1) {
         preferences.setDefaultInt(kDefaultDestinationKey, destination + 1);
     }
     preferences.setDefaultInt(kHasUpgradedFromPre13Key, 1);

@@ -60,13 +60,15 @@ void Lifecycle::bundleMoved(const std::function<void()>& terminate) {
     const auto text = [this, &ports](std::string_view format) {
         return makeString(ports.translations.localized(format), vantor_.appName());
     };
-    alert_apptitled(vantor_,
-                    text("%@ has been moved, but applications should never be moved while they are "
-                         "running."),
-                    text("Restart %@"));
+    const auto tell = [this](std::string message, std::string button) {
+        runAlert(vantor_, {.title = vantor_.appName(),
+                           .message = std::move(message),
+                           .buttons = {std::move(button)}});
+    };
+    tell(text("%@ has been moved, but applications should never be moved while they are running."),
+         text("Restart %@"));
     if (!relaunch_ || !relaunch_(ports.bundleWatch.currentPath())) {
-        alert_apptitled(vantor_, text("%@ could not restart itself. Please do so yourself."),
-                        "Quit");
+        tell(text("%@ could not restart itself. Please do so yourself."), "Quit");
     }
     terminate();
 }
@@ -96,9 +98,16 @@ void Lifecycle::listenToNotifications() {
 }
 
 bool Lifecycle::applicationShouldTerminate() {
-    if (queue_.jobCountWithState(ConversionJobState::Converting) == 0) return true;
-    return alert_apptitled(vantor_, "Conversion is in progresss. Are you sure you want to quit?",
-                           "Quit", "Cancel") == kFirstButton;
+    if (!queue_.isAtWork() && queue_.jobCountWithState(ConversionJobState::Paused) == 0) {
+        return true;
+    }
+    const auto answer = runAlert(
+        vantor_, {.title = vantor_.appName(),
+                  .message = localized(
+                      vantor_, "Conversion is in progresss. Are you sure you want to quit?"),
+                  .buttons = {localized(vantor_, "Quit"), localized(vantor_, "Cancel")},
+                  .destructive = true});
+    return answer.button == kFirstButton;
 }
 
 void Lifecycle::applicationWillTerminate() {

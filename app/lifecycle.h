@@ -34,7 +34,7 @@ public:
     void showSpeedHintIfDue();
     /// A click on a delivered notification reveals its file.
     void listenToNotifications();
-    /// False: a conversion runs and the user wants to stay.
+    /// False: a conversion runs, starts or is paused, and the user wants to stay.
     [[nodiscard]] bool applicationShouldTerminate();
     /// Removes every job, running ones included, and puts the preferences onto the disk.
     void applicationWillTerminate();

@@ -1,19 +1,8 @@
 #include "app/output_names.h"
 
-#include <utility>
-
-#include "conversion/output_reservation.h"
 #include "support/paths.h"
 
 namespace reelvane {
-namespace {
-
-std::string_view withoutDot(std::string_view extension) {
-    return extension.substr(extension.starts_with('.') ? 1 : 0);
-}
-
-}  // namespace
-
 std::string OutputNames::keyOf(const std::filesystem::path& path) {
     return path.lexically_normal().native();
 }
@@ -58,21 +47,6 @@ void OutputNames::release(const std::filesystem::path& path) {
     const auto found = promises_.find(keyOf(path));
     if (found != promises_.end() && --found->second <= 0) promises_.erase(found);
     numbers_.clear();
-}
-
-void OutputNames::claim(MKVFileInfo& record) {
-    if (!record.destinationURL || record.outputClaim == OutputClaim::Chosen) return;
-    const auto promised = *record.destinationURL;
-    auto reservation = reserveOutput(promised);
-    while (reservation == Reservation::Taken) {
-        const auto taken = *record.destinationURL;
-        record.destinationURL = takeFreePath(taken.parent_path(), record.fileName,
-                                             withoutDot(taken.extension().native()));
-        if (taken != promised) release(taken);
-        reservation = reserveOutput(*record.destinationURL);
-    }
-    // Where none can be made, the converter will say what is wrong there.
-    if (reservation == Reservation::Made) record.outputClaim = OutputClaim::Reserved;
 }
 
 }  // namespace reelvane

@@ -7,8 +7,6 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "media/mkv_file_info.h"
-
 namespace reelvane {
 
 /// The paths that jobs in the list will write, and those that they read. A promised path is a taken
@@ -29,12 +27,6 @@ public:
     /// False, and nothing is promised, when it is already.
     [[nodiscard]] bool promiseIfFree(const std::filesystem::path& path);
     void release(const std::filesystem::path& path);
-
-    /// To be called right before a promised job starts: makes the automatic path the record's own,
-    /// by an empty file that only one program can make. Where something was first, the record gets
-    /// another path; that one is promised beside the former. A path that the user chose stays as it
-    /// is. Asks the disk.
-    void claim(MKVFileInfo& record);
 
 private:
     [[nodiscard]] static std::string keyOf(const std::filesystem::path& path);

@@ -13,7 +13,9 @@ namespace reelvane {
 
 /// One row of a pop-up menu.
 struct MenuItem {
-    std::string title{};  ///< empty: a separator
+    std::string title{};     ///< empty: a separator
+    std::string folder{};    ///< the bookmark of the saved folder that a destination stands for
+    bool isCommand = false;  ///< picking it does something: it is no choice
     [[nodiscard]] bool isSeparator() const { return title.empty(); }
     friend bool operator==(const MenuItem&, const MenuItem&) = default;
 };

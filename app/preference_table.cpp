@@ -102,9 +102,9 @@ constexpr auto kTable = std::to_array<PreferenceEntry>({
             "Whether the saved destination has been renumbered once for the present menu: 1 yes, 0 "
             "not yet."),
     integer(kExternalSubtitleEncodingKey, "0", 38,
-            "Character encoding of external subtitle files: 0 none (ffmpeg decides), 2 UTF-8, 3 "
-            "UTF-16, 4 CP874, 5 CP936, 6 to 14 CP1250 to CP1258, 15 to 22 LATIN1 to LATIN8, 23 to "
-            "38 ISO-8859-1 to ISO-8859-16.",
+            "Character encoding of external subtitle files: 0 none (found in each file), 2 UTF-8, "
+            "3 UTF-16, 4 CP874, 5 CP936, 6 to 14 CP1250 to CP1258, 15 to 22 LATIN1 to LATIN8, 23 "
+            "to 38 ISO-8859-1 to ISO-8859-16 (34, which never came into use, is as 0).",
             1),
     integer(kDefaultAudioKey, "0", 8,
             "Language of the audio track that is chosen first: 0 your own languages, 2 English, 3 "

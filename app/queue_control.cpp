@@ -1,5 +1,6 @@
 #include "app/queue_control.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -9,20 +10,28 @@
 #include "support/vantor.h"
 
 namespace reelvane {
+namespace {
+
+/// A warning stays until the user takes it off himself.
+bool isCleanable(const ConversionJob& job) {
+    return job.state() == ConversionJobState::Finished && !job.isComparing() &&
+           job.warning().empty();
+}
+
+}  // namespace
 
 QueueControl::QueueControl(Vantor& vantor, JobQueue& queue)
     : vantor_(vantor),
       queue_(queue),
-      remover_(vantor, queue, [this] { jobsRemoved(); }) {
+      remover_(vantor, queue, [this] { jobsTaken(); }),
+      states_(queue.observeStates([this] { updateWindowTitle(); })) {
     showTexts();
     updateWindowTitle();
 }
 
 void QueueControl::startNextJobInQueue() {
-    if (remover_.isRemoving()) {
-        startDue_ = true;
-        return;
-    }
+    // What several are removed for goes on when all are gone, and did so when what ends now left.
+    if (remover_.isRemoving() || remover_.isEnding()) return;
     // One that was paused too late to be stopped, or that the user started, may still be at work.
     if (paused_ || stopped_ || queue_.isAtWork()) return;
     auto* const job = queue_.nextRunnableJob();
@@ -32,6 +41,11 @@ void QueueControl::startNextJobInQueue() {
     } else {
         job->start();
     }
+}
+
+void QueueControl::stop() {
+    stopped_ = true;
+    remover_.finish();
 }
 
 bool QueueControl::canContinue(const ConversionJob& job) const {
@@ -69,13 +83,31 @@ void QueueControl::removeJobs(const std::vector<ConversionJob*>& jobs) {
     remover_.remove(jobs);
 }
 
-void QueueControl::jobsRemoved() {
+void QueueControl::jobsTaken() {
     updateWindowTitle();
-    if (std::exchange(startDue_, false)) startNextJobInQueue();
+    startNextJobInQueue();
+}
+
+void QueueControl::undoRemoval() {
+    auto* const wasAtWork = remover_.undo();
+    updateWindowTitle();
+    if (wasAtWork != nullptr && !paused_) continueJob(*wasAtWork);
 }
 
 void QueueControl::cleanClicked() {
-    removeJobs(queue_.jobsWithState(ConversionJobState::Finished));
+    removeJobs(cleanableJobs());
+}
+
+std::vector<ConversionJob*> QueueControl::cleanableJobs() const {
+    auto jobs = queue_.jobsWithState(ConversionJobState::Finished);
+    std::erase_if(jobs, [](const ConversionJob* job) { return !isCleanable(*job); });
+    return jobs;
+}
+
+bool QueueControl::canCleanUp() const {
+    return queue_.jobCountWithState(ConversionJobState::Finished) > 0 &&
+           std::ranges::any_of(queue_.taskArray(),
+                               [](const auto& job) { return isCleanable(*job); });
 }
 
 void QueueControl::showTexts() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,8 +27,8 @@ public:
 
     /// Starts or continues the first job that is queued or paused, unless the queue is paused.
     void startNextJobInQueue();
-    /// Starts no further job: the program ends.
-    void stop() { stopped_ = true; }
+    /// Starts no further job, and ends what was removed and could have come back: the program ends.
+    void stop();
     /// True for a queued or paused job while none converts or is starting.
     [[nodiscard]] bool canContinue(const ConversionJob& job) const;
     /// Starts or continues such a job on the user's word, whatever stands before it.
@@ -36,12 +38,26 @@ public:
     void togglePause();
     /// A job has started or gone on: a paused queue is so no longer, but starts nothing else.
     void jobWentOn();
-    /// Removes these jobs, all of them in the list, some at once and the others in later turns of
-    /// the main loop. The queue goes on when all are gone: each removal alone would start the next
-    /// job, perhaps one that goes in its turn.
+    /// Takes these jobs off the list, all of them in it, some at once and the others in later turns
+    /// of the main loop. The queue goes on when all are gone: each removal alone would start the
+    /// next job, perhaps one that goes in its turn.
     void removeJobs(const std::vector<ConversionJob*>& jobs);
+    /// True as long as jobs wait to leave the list.
+    [[nodiscard]] bool isRemoving() const { return remover_.isRemoving(); }
+    /// The last removal, as long as it can be undone.
+    [[nodiscard]] Observable<std::optional<Removal>>& undoableRemoval() {
+        return remover_.undoable();
+    }
+    /// Puts back what was removed last. A conversion goes on, if nothing else is at work.
+    void undoRemoval();
+    /// The movie is taken up again: its removal needs no way back, and its name is free.
+    void forgetRemovalOf(const std::filesystem::path& movie) { remover_.forgetMovie(movie); }
     /// Removes every finished job.
     void cleanClicked();
+    /// What cleaning up takes off the list: Finished jobs of which there is nothing to be told.
+    [[nodiscard]] std::vector<ConversionJob*> cleanableJobs() const;
+    /// True when there is one.
+    [[nodiscard]] bool canCleanUp() const;
     void updateWindowTitle();
 
     [[nodiscard]] Observable<std::string>& windowTitle() { return windowTitle_; }
@@ -52,18 +68,18 @@ public:
 
 private:
     void showTexts();
-    void jobsRemoved();
+    void jobsTaken();
 
     Vantor& vantor_;
     JobQueue& queue_;
     bool paused_ = false;
     bool stopped_ = false;
     JobRemover remover_;
-    bool startDue_ = false;  ///< the next job was asked for while several are being removed
     Observable<std::string> windowTitle_;
     Observable<std::string> addButtonTitle_;
     Observable<std::string> pauseTitle_;
     Observable<std::string> pauseImage_;
+    Subscription states_;
 };
 
 }  // namespace reelvane

@@ -55,11 +55,11 @@ QueueProgress::QueueProgress(JobQueue& queue)
 }
 
 void QueueProgress::join(const ConversionJob& job) {
-    const bool ended = hasEnded(job);
-    if (ended && open_ == 0) return;  // nothing is under way that it could belong to
-    if (!ended) ++open_;
+    // Back in the list it counts as it did when it left.
+    if (hasEnded(job)) return;
+    ++open_;
     const auto done = doneOf(job);
-    shares_[&job] = {.ended = ended, .done = done};
+    shares_[&job] = {.done = done};
     addJob(sums_, job, 1);
     addDone(job, done);
     tell();

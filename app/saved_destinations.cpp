@@ -1,10 +1,12 @@
 #include "app/saved_destinations.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "app/destinations.h"
 #include "app/preference_keys.h"
+#include "support/make_string.h"
 #include "support/preference_text.h"
 #include "support/preferences.h"
 #include "support/strings.h"
@@ -55,18 +57,27 @@ void rearrange(PreferenceValues& values, const SavedDestinations& before,
     chosen->second = preferenceText(static_cast<int>(now.value_or(kAskDestination)));
 }
 
-template <typename Value, typename Member>
-bool removeFirst(PreferenceValues& values, const Value& wanted, Member member) {
-    const auto before = storedDestinations(values);
-    auto after = before;
-    const auto found = std::ranges::find(after, wanted, member);
-    if (found == after.end()) return false;
-    after.erase(found);
-    rearrange(values, before, after);
-    return true;
+}  // namespace
+
+std::string destinationName(const std::filesystem::path& folder) {
+    const auto name = (folder.has_filename() ? folder : folder.parent_path()).filename();
+    return name.empty() ? folder.native() : name.native();  // the root has no name of its own
 }
 
-}  // namespace
+SavedDestinations toldApart(SavedDestinations destinations, const FolderAccess& access) {
+    std::map<std::string, int> counts;
+    for (auto& destination : destinations) {
+        auto& name = destination.name;
+        if (name.empty()) name = destinationName(access.pathOf(destination.bookmark));
+        ++counts[name];
+    }
+    for (auto& destination : destinations) {
+        if (counts[destination.name] == 1) continue;
+        const auto parent = access.pathOf(destination.bookmark).parent_path();
+        destination.name = makeString("%@ (%@)", destination.name, parent.native());
+    }
+    return destinations;
+}
 
 SavedDestinations savedDestinations(const Preferences& preferences) {
     const std::vector<std::string> none;
@@ -96,11 +107,13 @@ bool addDestination(PreferenceValues& values, const SavedDestination& destinatio
 }
 
 bool removeDestination(PreferenceValues& values, const BookmarkData& bookmark) {
-    return removeFirst(values, bookmark, &SavedDestination::bookmark);
-}
-
-bool removeDestinationNamed(PreferenceValues& values, std::string_view name) {
-    return removeFirst(values, name, &SavedDestination::name);
+    const auto before = storedDestinations(values);
+    auto after = before;
+    const auto found = std::ranges::find(after, bookmark, &SavedDestination::bookmark);
+    if (found == after.end()) return false;
+    after.erase(found);
+    rearrange(values, before, after);
+    return true;
 }
 
 void dropLostDestinations(PreferenceValues& values, const std::vector<BookmarkData>& lost) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,14 @@ struct SavedDestination {
 };
 using SavedDestinations = std::vector<SavedDestination>;
 
+/// What a saved folder is called: its last component, or its path where it has none.
+[[nodiscard]] std::string destinationName(const std::filesystem::path& folder);
+
+/// The same with names that tell them apart: where there is none, or another of the same, the path
+/// says more. Asks no disk.
+[[nodiscard]] SavedDestinations toldApart(SavedDestinations destinations,
+                                          const FolderAccess& access);
+
 /// In the order of the menu.
 [[nodiscard]] SavedDestinations savedDestinations(const Preferences& preferences);
 
@@ -36,8 +45,6 @@ using SavedDestinations = std::vector<SavedDestination>;
 bool addDestination(PreferenceValues& values, const SavedDestination& destination);
 /// False when there is no such folder.
 bool removeDestination(PreferenceValues& values, const BookmarkData& bookmark);
-/// Drops the first folder of this name; false when there is none.
-bool removeDestinationNamed(PreferenceValues& values, std::string_view name);
 /// Drops the folders that a launch has not found. The default destination stays the number it is.
 void dropLostDestinations(PreferenceValues& values, const std::vector<BookmarkData>& lost);
 /// Puts the folder at this place among the folders, or at the end; false when there is none.

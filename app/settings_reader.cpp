@@ -11,7 +11,7 @@ bool isSet(const Preferences& preferences, std::string_view key) {
 }
 
 AudioSettings readAudioSettings(const Preferences& preferences) {
-    return {.conversionPreset = preferences.defaultInt(kConversionPresetKey),
+    return {.conversionPreset = conversionPresetOf(preferences.defaultInt(kConversionPresetKey)),
             .ac3Downmix = isSet(preferences, kAC3DownmixKey),
             .dtsDownmix = isSet(preferences, kDTSDownmixKey),
             .customAC3Handling = preferences.defaultInt(kCustomAC3HandlingKey),

@@ -3,23 +3,47 @@
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <string>
+#include <set>
+#include <vector>
 
 namespace reelvane {
 
-/// The external subtitle files seen so far, and which movie each belongs to. An entry is never used
-/// up: a later movie of the same name gets the same subtitle.
+/// The movies and the external subtitle files that were seen so far, and which belong together by
+/// their names. A movie that comes again gets its file again; two movies never share one.
 class SubtitlePairing {
 public:
-    /// A file under a name that is known replaces the earlier one.
-    void add(const std::filesystem::path& subtitle);
-    /// The first subtitle, in the byte order of the names, whose path begins with the movie's path
-    /// without its extension: "Film.srt", "Film.en.srt" and "Film 2.srt" all pair with "Film.mkv".
-    [[nodiscard]] std::optional<std::filesystem::path> subtitleFor(
+    /// All movies of a batch are known before the first one is paired, so that none takes what is
+    /// closer to another.
+    void addMovie(const std::filesystem::path& movie);
+    void addSubtitle(const std::filesystem::path& subtitle);
+
+    /// The files that may go with the movie, the closest name first: the same name, else the name
+    /// and a point, else a name that goes on at a word's end; of several the shortest, and of
+    /// equals the one that was given last. Without those that are closer to another movie or
+    /// paired with one.
+    [[nodiscard]] std::vector<std::filesystem::path> subtitlesFor(
         const std::filesystem::path& movie) const;
 
+    /// The movie whose name is closest to the file's; absent when it has nothing of one.
+    [[nodiscard]] std::optional<std::filesystem::path> movieNamedLike(
+        const std::filesystem::path& subtitle) const;
+    [[nodiscard]] bool isPaired(const std::filesystem::path& subtitle) const {
+        return owners_.contains(subtitle);
+    }
+    /// The file that the movie is paired with.
+    [[nodiscard]] std::optional<std::filesystem::path> subtitleOf(
+        const std::filesystem::path& movie) const;
+
+    /// The movie has this file, and no other one any more, and no other movie gets it.
+    void pair(const std::filesystem::path& movie, const std::filesystem::path& subtitle);
+
 private:
-    std::map<std::string, std::filesystem::path> importSubtitleFiles_;  // path without extension
+    [[nodiscard]] bool isForAnother(const std::filesystem::path& subtitle,
+                                    const std::filesystem::path& movie) const;
+
+    std::set<std::filesystem::path> movies_;
+    std::vector<std::filesystem::path> subtitles_;                   // in the order given
+    std::map<std::filesystem::path, std::filesystem::path> owners_;  // subtitle -> movie
 };
 
 }  // namespace reelvane

@@ -1,26 +1,16 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "conversion/progress_file.h"
+#include "support/held_file.h"
 #include "support/ports/host.h"
 
 namespace reelvane {
-
-/// A file that a conversion has made.
-struct OwnFile {
-    std::filesystem::path path{};
-    std::string birthMark{};  ///< see birthMarkOf; empty: none could be had
-
-    [[nodiscard]] bool operator==(const OwnFile&) const = default;
-};
-/// What lies at the path now, as a conversion's own file.
-[[nodiscard]] OwnFile ownFileAt(const std::filesystem::path& path);
-/// True when the very file that was made still lies there.
-[[nodiscard]] bool isStillThere(const OwnFile& file);
 
 /// A conversion that was at work: what it writes, and the process that follows it.
 struct UnfinishedOutput {
@@ -29,6 +19,7 @@ struct UnfinishedOutput {
     ProcessScope scope{};     ///< where that process runs
     OwnFile output{};
     OwnFile progressFile{};
+    bool unwanted = false;  ///< its conversion was ended on purpose, however whole it may read
 
     [[nodiscard]] bool operator==(const UnfinishedOutput&) const = default;
 };
@@ -37,6 +28,17 @@ struct UnfinishedOutput {
 [[nodiscard]] std::string unfinishedOutputText(const UnfinishedOutput& unfinished);
 /// Absent for what this program never wrote.
 [[nodiscard]] std::optional<UnfinishedOutput> unfinishedOutputFromText(std::string_view text);
+
+/// The stored list of these texts; absent: it is empty. What is longer than this program ever
+/// writes, or is no list, counts as empty.
+using UnfinishedList = std::optional<std::string>;
+[[nodiscard]] std::vector<std::string> entriesOf(const UnfinishedList& list);
+/// The list with one entry more, in the place of `before` if that is in it.
+[[nodiscard]] UnfinishedList withEntry(const UnfinishedList& list, const std::string& before,
+                                       const std::string& entry);
+/// The list without these entries, and without what this program never wrote.
+[[nodiscard]] UnfinishedList withoutEntries(const UnfinishedList& list,
+                                            const std::set<std::string>& entries);
 
 /// Whether the process that follows the conversion is gone for sure.
 ///

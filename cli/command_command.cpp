@@ -2,9 +2,11 @@
 
 #include "app/audio_choice.h"
 #include "app/destinations.h"
+#include "app/launch_corrections.h"
 #include "app/output_names.h"
 #include "app/preference_keys.h"
 #include "app/settings_reader.h"
+#include "app/subtitle_choice.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/conversion_choices.h"
@@ -13,13 +15,14 @@
 #include "cli/json_lines.h"
 #include "cli/saved_destinations.h"
 #include "cli/text_lines.h"
-#include "cli/text_width.h"
 #include "conversion/planned_command.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
+#include "support/preference_text.h"
 #include "support/preferences.h"
 #include "support/shell_quoting.h"
 #include "support/untranslated.h"
+#include "support/utf8.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -42,10 +45,18 @@ FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& 
     if (row == kNextToSourceDestination) return {.folder = record.fileURL.parent_path()};
     const auto saved = savedDestinations(context.preferences);
     if (row >= kFirstFolderDestination && row < kFirstFolderDestination + saved.size()) {
-        return folderSavedAs(context.preferences, context.folderAccess,
-                             saved[row - kFirstFolderDestination].name);
+        return folderOf(saved[row - kFirstFolderDestination], context.folderAccess);
     }
     return {.problem = "No destination could be chosen. Please name one with --to."};
+}
+
+/// As the launch that precedes a conversion does, but the store is left as it is.
+void correctForThisRun(Preferences& preferences) {
+    for (const auto key : {kExternalSubtitleEncodingKey, kCustomUnknownHandlingKey}) {
+        preferences.setForThisRun(key, preferenceText(preferences.defaultInt(key)));
+    }
+    correctMenuValues(preferences);
+    clampDefaultDestination(preferences, savedDestinations(preferences).size());
 }
 
 PlannedCommand commandFor(const CommandContext& context, const RunChoices& choices,
@@ -59,7 +70,11 @@ PlannedCommand commandFor(const CommandContext& context, const RunChoices& choic
     if (!destination.folder) return {.problem = destination.problem};
     record.destinationURL = OutputNames().takeFreePath(*destination.folder, record.fileName,
                                                        outputExtension(context.preferences));
-    record.subtitleFileURL = choices.subtitleFile;
+    if (choices.subtitleFile) {
+        setSubtitle(record, chooseSubtitle(kUntranslated, {*choices.subtitleFile},
+                                           UnknownEncoding::LeavesOut)
+                                .subtitle);
+    }
 
     const auto track =
         choices.audioTrackIndex ? choices.audioTrackIndex : bestAudioOf(context, record);
@@ -72,6 +87,7 @@ PlannedCommand commandFor(const CommandContext& context, const RunChoices& choic
 int runCommand(const CommandContext& context, const CommandRequest& request) {
     auto& console = context.console;
     setUnattendedPreferences(context.preferences);
+    correctForThisRun(context.preferences);
     const auto chosen =
         conversionChoices(request.options, context.preferences, context.folderAccess);
     if (!chosen.problem.empty()) {

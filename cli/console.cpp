@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/terminal.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
@@ -57,20 +58,20 @@ std::size_t Console::wrapColumns() {
 }
 
 void Console::write(std::string_view text) {
-    if (isClosed_) return;
+    if (isClosed()) return;
     if (writeUnlessCancelled(STDOUT_FILENO, text, cancelDescriptor_) != Written::Closed) return;
-    isClosed_ = true;
+    closedBy_ = errno;
     if (closed_) closed_();
 }
 
 void Console::line(std::string_view text) {
     endLive();
-    write(std::string(text) + "\n");
+    write(printableLines(text) + "\n");
 }
 
 void Console::error(std::string_view text) {
     endLive();
-    writeUnlessCancelled(STDERR_FILENO, std::string(text) + "\n", cancelDescriptor_);
+    writeUnlessCancelled(STDERR_FILENO, printableLines(text) + "\n", cancelDescriptor_);
 }
 
 void Console::showLive(std::string_view text) {

@@ -9,7 +9,8 @@ namespace reelvane {
 
 /// Standard output and standard error, and the live line at the bottom of a terminal. Every call
 /// has written all when it returns, unless the run was cancelled: then nothing waits for a reader
-/// that stalls. Main thread only.
+/// that stalls. Of lines only what is printable goes out, whatever they were made of. Main thread
+/// only.
 class Console {
 public:
     /// What may be shown on standard output.
@@ -24,9 +25,12 @@ public:
     /// With what they can do given.
     explicit Console(Abilities abilities) : abilities_(abilities) {}
 
-    /// Called once, when standard output can be written no longer (its reader has gone).
+    /// Called once, when standard output can be written no longer (its reader has gone, or its
+    /// disk is full).
     void setClosedHandler(std::function<void()> handler) { closed_ = std::move(handler); }
-    [[nodiscard]] bool isClosed() const { return isClosed_; }
+    [[nodiscard]] bool isClosed() const { return closedBy_ != 0; }
+    /// The errno of the write that failed; 0: none has.
+    [[nodiscard]] int closedBy() const { return closedBy_; }
 
     [[nodiscard]] const Abilities& abilities() const { return abilities_; }
     [[nodiscard]] static std::size_t columns();
@@ -48,7 +52,7 @@ private:
     Abilities abilities_;
     int cancelDescriptor_ = -1;
     std::function<void()> closed_;
-    bool isClosed_ = false;
+    int closedBy_ = 0;
     bool isLive_ = false;
 };
 

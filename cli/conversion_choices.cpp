@@ -5,8 +5,10 @@
 
 #include "app/destinations.h"
 #include "app/preference_keys.h"
+#include "app/settings_reader.h"
 #include "cli/input_check.h"
 #include "cli/saved_destinations.h"
+#include "conversion/subtitle_arguments.h"
 #include "support/make_string.h"
 #include "support/preference_text.h"
 #include "support/preferences.h"
@@ -40,6 +42,10 @@ ConversionChoices conversionChoices(const ConversionOptions& options,
                         "There is no subtitle file '%@'. Please check the name and the folder.",
                         Fennimar::validUtf8(*options.subtitleFile))};
         }
+        const bool findsEncoding = findsSubtitleEncoding(readConversionSettings(preferences));
+        auto problem =
+            subtitleProblem({.given = *options.subtitleFile, .path = file}, findsEncoding);
+        if (!problem.empty()) return {.problem = std::move(problem)};
         choices.subtitleFile = file;
     }
     return {.choices = std::move(choices)};

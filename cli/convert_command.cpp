@@ -1,22 +1,36 @@
 #include "cli/convert_command.h"
 
+#include <cerrno>
 #include <csignal>
 
 #include "app/app_delegate.h"
+#include "app/settings_reader.h"
 #include "cli/console.h"
 #include "cli/conversion_choices.h"
 #include "cli/convert_run.h"
 #include "cli/exit_status.h"
 #include "cli/input_check.h"
 #include "cli/stderr_alerts.h"
+#include "cli/text_lines.h"
+#include "conversion/subtitle_arguments.h"
+#include "support/make_string.h"
 #include "support/signal_status.h"
+#include "support/strings.h"
 #include "support/vantor.h"
 
 namespace reelvane {
 namespace {
 
-bool isInterruption(int exitStatus) {
-    return exitStatus > kExitFailure;
+/// A reader that has gone ends the program as the signal for it would.
+int statusOfLostOutput(int error) {
+    return error == EPIPE ? exitStatusOfSignal(SIGPIPE) : kExitFailure;
+}
+
+std::string leftBehindText(const std::filesystem::path& file) {
+    return makeString(
+        "%@ is unfinished and could not be deleted. The next start tries again; otherwise please "
+        "delete it yourself.",
+        Fennimar::validUtf8(file.native()));
 }
 
 }  // namespace
@@ -37,11 +51,13 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
         loop.quit(summary.failed + summary.refused == 0 ? kExitSuccess : kExitFailure);
     });
     alerts.setTold([&run](const AlertContent& content) { run.alerted(content); });
-    console.setClosedHandler([&loop] { loop.quit(exitStatusOfSignal(SIGPIPE)); });
-    controller.setTerminateHandler([&loop] { loop.quit(exitStatusOfSignal(SIGTERM)); });
+    console.setClosedHandler([&] { loop.quit(statusOfLostOutput(console.closedBy())); });
+    // The program's own wish; an alert has said why.
+    controller.setTerminateHandler([&loop] { loop.quit(kExitFailure); });
 
     controller.applicationWillFinishLaunching();
-    run.start(checkInputs(request.files, vantor.appName()));
+    run.start(checkInputs(request.files, vantor.appName(),
+                          findsSubtitleEncoding(readConversionSettings(vantor.preferences()))));
     const auto status = loop.run();
 
     run.abandon();
@@ -49,7 +65,16 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
     alerts.setTold([](const AlertContent&) {});
     controller.applicationWillTerminate();
     alerts.setTold({});
-    reporter->ended(run.summary(), isInterruption(status));
+    const bool outputLost = console.isClosed();
+    if (outputLost) {
+        console.error(outputLostText(console.closedBy()) + " What was converted before stays.");
+    }
+    auto summary = run.summary();
+    for (const auto& left : controller.leftBehind()) {
+        summary.leftSomething = true;
+        reporter->alerted(vantor.appName(), leftBehindText(left));
+    }
+    reporter->ended(summary, !outputLost && status > kExitFailure);
     console.setClosedHandler({});
     return status;
 }

@@ -25,19 +25,13 @@ struct ConvertProgress {
     std::size_t files = 1;              ///< in this run
 };
 
-/// What a conversion has made.
-struct ConvertResult {
-    double seconds = 0;       ///< that it took
-    std::uint64_t bytes = 0;  ///< of the output
-    std::string details{};    ///< "12 s, 3 tracks, 1.43 GB, verified"
-};
-
 struct ConvertSummary {
     std::size_t finished = 0;
     std::size_t failed = 0;
     std::size_t refused = 0;
-    double seconds = 0;       ///< of the whole run
-    std::uint64_t bytes = 0;  ///< written
+    double seconds = 0;          ///< of the whole run
+    std::uint64_t bytes = 0;     ///< written
+    bool leftSomething = false;  ///< something unfinished could not be deleted, as was told
 };
 
 /// Tells what happens in a run of `convert`, in one of several forms. Main thread only.
@@ -52,6 +46,8 @@ public:
     virtual void finished(const EventSubject& subject, const ConvertResult& result) = 0;
     virtual void failed(const EventSubject& subject, std::string_view title,
                         std::string_view message, std::string_view log) = 0;
+    /// A conversion that had started was ended before its time, with the run.
+    virtual void interrupted(const EventSubject& subject) = 0;
     virtual void refused(std::string_view file, std::span<const VettingAlert> alerts) = 0;
     virtual void alerted(std::string_view title, std::string_view message) = 0;
     /// The run is over; `interrupted`: before its time.

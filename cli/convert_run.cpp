@@ -6,6 +6,10 @@
 
 #include "app/app_delegate.h"
 #include "app/file_sorting.h"
+#include "app/settings_reader.h"
+#include "conversion/job_details.h"
+#include "conversion/stream_plan.h"
+#include "conversion/subtitle_arguments.h"
 #include "support/dispatch.h"
 #include "support/paths.h"
 #include "support/time_text.h"
@@ -49,7 +53,7 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
             refuse(takeGivenName(file), alerts);
         }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { checkLater(); }));
-    subscriptions_.push_back(controller.intake().isScanning().observe([this] { showReading(); }));
+    subscriptions_.push_back(controller.intake().turn().observe([this] { showReading(); }));
 }
 
 ConvertRun::~ConvertRun() = default;
@@ -89,6 +93,9 @@ void ConvertRun::tellAlerts() {
 void ConvertRun::abandon() {
     over_ = true;
     tellAlerts();
+    for (const auto& [job, followed] : followed_) {
+        if (followed.begun && !followed.ended) reporter_.interrupted(followed.subject);
+    }
     subscriptions_.clear();
     followed_.clear();
 }
@@ -108,7 +115,7 @@ std::string ConvertRun::takeGivenName(const std::filesystem::path& path) {
 
 void ConvertRun::showReading() {
     const bool converts = controller_.jobCountWithState(ConversionJobState::Converting) > 0;
-    if (controller_.intake().isScanning().get() && !converts) {
+    if (controller_.intake().state() == IntakeState::Reading && !converts) {
         reporter_.reading(std::min(read_ + 1, movies_), movies_);
     }
 }
@@ -119,6 +126,11 @@ void ConvertRun::follow(ConversionJob& job) {
     auto& followed = followed_[&job];
     followed.subject = {.file = takeGivenName(record.fileURL),
                         .output = record.destinationURL.value_or(std::filesystem::path())};
+    const auto settings = readConversionSettings(vantor_.preferences());
+    if (planStreams(record, job.audioTrackIndex(), settings).externalSubtitle) {
+        followed.subject.subtitle = *record.subtitleFileURL;
+        followed.subject.subtitleEncoding = subtitleEncoding(record.subtitleFormat, settings);
+    }
     followed.subscription = job.observe([this, &job] { jobChanged(job); });
     reporter_.queued(followed.subject);
     jobChanged(job);  // it may have been started before it came into the list
@@ -126,8 +138,13 @@ void ConvertRun::follow(ConversionJob& job) {
 
 void ConvertRun::jobChanged(const ConversionJob& job) {
     const auto found = followed_.find(&job);
-    if (found == followed_.end() || found->second.ended) return;
+    if (found == followed_.end()) return;
     auto& followed = found->second;
+    if (followed.ended) {
+        tellNotes(followed, job);
+        checkLater();
+        return;
+    }
     // A start may have had to take another name.
     if (job.fileInfo().destinationURL) followed.subject.output = *job.fileInfo().destinationURL;
     switch (job.state()) {
@@ -143,7 +160,7 @@ void ConvertRun::jobChanged(const ConversionJob& job) {
             break;
         case ConversionJobState::Failed: {
             const auto diagnosis = job.diagnosis();
-            tellFailed(followed, diagnosis.title, diagnosis.message, job.jobOutput());
+            tellFailed(followed, diagnosis.title, diagnosis.message, job.log().shown());
             break;
         }
     }
@@ -166,7 +183,7 @@ void ConvertRun::tellProgress(Followed& followed, const ConversionJob& job) {
                              .files = movies_};
     const auto runtime = job.fileInfo().runtimeSeconds;
     if (progress.percent >= kTellingPercent && progress.elapsed >= kTellingSeconds) {
-        progress.remaining = job.remainingSeconds();
+        progress.remaining = job.timeLeft();
         if (runtime) progress.speed = progress.percent / 100 * *runtime / progress.elapsed;
     }
     reporter_.progress(followed.subject, progress);
@@ -177,11 +194,20 @@ void ConvertRun::tellFinished(Followed& followed, const ConversionJob& job) {
     const auto bytes = Fennimar::fileSize(followed.subject.output);
     ++summary_.finished;
     summary_.bytes += bytes;
-    const auto warning = job.warning();
-    if (!warning.empty()) reporter_.alerted(vantor_.appName(), warning);
-    reporter_.finished(
-        followed.subject,
-        {.seconds = job.conversionSeconds(), .bytes = bytes, .details = job.details()});
+    followed.toldNotes = job.notes().size();
+    reporter_.finished(followed.subject, {.seconds = job.conversionSeconds(),
+                                          .bytes = bytes,
+                                          .details = job.details(),
+                                          .tracks = tracksOfRun(vantor_.ports().translations, job),
+                                          .notes = job.notes()});
+}
+
+void ConvertRun::tellNotes(Followed& followed, const ConversionJob& job) {
+    const auto& notes = job.notes();
+    const auto warning =
+        warningText({notes.begin() + std::ptrdiff_t(followed.toldNotes), notes.end()});
+    followed.toldNotes = notes.size();
+    if (!warning.empty()) reporter_.alerted(followed.subject.file, warning);
 }
 
 void ConvertRun::tellFailed(Followed& followed, const std::string& title,
@@ -225,13 +251,14 @@ void ConvertRun::check() {
 }
 
 bool ConvertRun::isIdle() const {
-    return !controller_.intake().isBusy() && !controller_.isAtWork();
+    return !controller_.intake().isBusy() && !controller_.isAtWork() &&
+           controller_.comparisons().isIdle();
 }
 
 void ConvertRun::giveUp(const ConversionJob& next) {
     const auto found = followed_.find(&next);
     if (found != followed_.end()) {
-        tellFailed(found->second, lastAlert_.title, lastAlert_.message, next.jobOutput());
+        tellFailed(found->second, vantor_.appName(), lastAlert_.message, next.log().shown());
     }
     refusedStarts_.push_back(controller_.queue().takeJob(next));
 }

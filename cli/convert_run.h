@@ -38,7 +38,8 @@ public:
     /// To be told of every alert. One that the refusal or failure of a file says too is not told
     /// again; the others are, in the next turn of the main loop.
     void alerted(const AlertContent& content);
-    /// Ends the run before its time: from here on nothing more is told of jobs.
+    /// Ends the run, maybe before its time: then the conversions that had started are told to be
+    /// interrupted. From here on nothing more is told of jobs.
     void abandon();
 
     [[nodiscard]] const ConvertSummary& summary() const { return summary_; }
@@ -50,6 +51,7 @@ private:
         bool begun = false;
         bool ended = false;
         double told = -1;  ///< the progress that was told last
+        std::size_t toldNotes = 0;
         TimePoint started{};
         Subscription subscription{};
     };
@@ -66,6 +68,8 @@ private:
     void tellStart(Followed& followed, const ConversionJob& job);
     void tellProgress(Followed& followed, const ConversionJob& job);
     void tellFinished(Followed& followed, const ConversionJob& job);
+    /// Those that are new: the last ones come after the end, when the source has been compared.
+    void tellNotes(Followed& followed, const ConversionJob& job);
     void tellFailed(Followed& followed, const std::string& title, const std::string& message,
                     const std::string& log);
 

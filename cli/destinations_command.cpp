@@ -5,10 +5,10 @@
 #include "cli/input_check.h"
 #include "cli/json_lines.h"
 #include "cli/saved_destinations.h"
-#include "cli/text_width.h"
 #include "support/make_string.h"
 #include "support/preferences.h"
 #include "support/strings.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
@@ -25,7 +25,8 @@ int fail(const CommandContext& context, std::string_view sentence) {
 int list(const CommandContext& context, bool json) {
     for (const auto& saved : savedDestinations(context.preferences)) {
         const auto folder = context.folderAccess.resolveBookmark(saved.bookmark).folder;
-        const auto path = folder ? printable(folder->native()) : "(not there)";
+        const auto known = printable(context.folderAccess.pathOf(saved.bookmark).native());
+        const auto path = folder ? printable(folder->native()) : known + " (not there)";
         context.console.line(json ? destinationLine(saved.name, folder)
                                   : makeString("%@  %@", printable(saved.name), path));
     }
@@ -43,7 +44,7 @@ int add(const CommandContext& context, const std::string& given) {
     bool added = false;
     const bool stored = context.store.edit([&](PreferenceValues& values) {
         added = addDestination(values,
-                               {.name = folder.filename().native(), .bookmark = *created.bookmark});
+                               {.name = destinationName(folder), .bookmark = *created.bookmark});
     });
     if (!stored) return fail(context, kNotStored);
     if (added) return kExitSuccess;
@@ -51,12 +52,12 @@ int add(const CommandContext& context, const std::string& given) {
 }
 
 int remove(const CommandContext& context, const std::string& name) {
-    bool removed = false;
+    const auto found =
+        destinationSavedAs(savedDestinations(context.preferences), context.folderAccess, name);
+    if (!found.destination) return fail(context, found.problem);
     const bool stored = context.store.edit(
-        [&](PreferenceValues& values) { removed = removeDestinationNamed(values, name); });
-    if (!stored) return fail(context, kNotStored);
-    if (removed) return kExitSuccess;
-    return fail(context, unknownDestination(savedDestinations(context.preferences), name));
+        [&](PreferenceValues& values) { removeDestination(values, found.destination->bookmark); });
+    return stored ? kExitSuccess : fail(context, kNotStored);
 }
 
 }  // namespace

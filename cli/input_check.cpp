@@ -5,9 +5,11 @@
 
 #include "app/file_sorting.h"
 #include "app/subtitle_pairing.h"
+#include "media/subtitle_file.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/strings.h"
+#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {
@@ -50,13 +52,61 @@ std::string fileProblem(const InputFile& file) {
         name);
 }
 
-bool belongsToOne(const std::filesystem::path& subtitle, const std::vector<InputFile>& files) {
-    SubtitlePairing pairing;
-    pairing.add(subtitle);
-    return std::ranges::any_of(files, [&](const InputFile& file) {
-        return hasExtensionOf(file.path, kMovieFileTypes) && pairing.subtitleFor(file.path);
-    });
+/// What a user could know his text by, as it would read in the commonest encoding.
+std::string sampleText(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const auto& line : lines) {
+        if (!text.empty()) text += " / ";
+        text += decoded(line, "CP1252").value_or(Fennimar::validUtf8(line));
+    }
+    return text;
 }
+
+bool isSubtitles(const InputFile& file) {
+    return hasExtensionOf(file.path, kSubtitleFileTypes);
+}
+
+/// The movies among the files with the subtitle files that they get, in the order in which the
+/// movies are read.
+class Pairs {
+public:
+    explicit Pairs(const std::vector<InputFile>& files) {
+        for (const auto& file : files) {
+            if (isSubtitles(file)) {
+                pairing_.addSubtitle(file.path);
+            } else {
+                pairing_.addMovie(file.path);
+            }
+        }
+        for (const auto& file : files) {
+            if (isSubtitles(file)) continue;
+            const auto subtitles = pairing_.subtitlesFor(file.path);
+            if (!subtitles.empty()) pairing_.pair(file.path, subtitles.front());
+        }
+    }
+
+    /// Why a subtitle file goes with none of them; empty when it does.
+    [[nodiscard]] std::string problem(const InputFile& subtitle) const {
+        if (pairing_.isPaired(subtitle.path)) return {};
+        const auto name = Fennimar::validUtf8(subtitle.given);
+        const auto movie = pairing_.movieNamedLike(subtitle.path);
+        const auto taken = movie ? pairing_.subtitleOf(*movie) : std::nullopt;
+        if (!taken) {
+            return makeString(
+                "The subtitle file '%@' belongs to none of the movies: its name has to begin with "
+                "the name of one. To add it to another movie use --subtitle.",
+                name);
+        }
+        return makeString(
+            "The subtitle file '%@' is left out: '%@' goes with the movie '%@'. To add another one "
+            "use --subtitle.",
+            name, Fennimar::validUtf8(taken->filename().native()),
+            Fennimar::validUtf8(movie->filename().native()));
+    }
+
+private:
+    SubtitlePairing pairing_;
+};
 
 }  // namespace
 
@@ -75,31 +125,44 @@ std::optional<std::string> movieProblem(const InputFile& file) {
                       Fennimar::validUtf8(file.given));
 }
 
-CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_view appName) {
+std::string subtitleProblem(const InputFile& file, bool findsEncoding) {
+    const auto look = lookIntoSubtitle(file.path);
+    if (look.problem != SubtitleProblem::None) {
+        return subtitleProblemText(kUntranslated, file.path, look.problem);
+    }
+    if (!findsEncoding || look.format.encoding.kind != FoundEncoding::Kind::Unknown) return {};
+    return makeString(
+        "The character encoding of the subtitle file '%@' can't be told from its text. Please name "
+        "it, for example --set ExternalSubtitleEncoding=8 for CP1252; 'reelvane-cli preferences "
+        "list' shows them all. Two of its lines, were it CP1252: %@",
+        Fennimar::validUtf8(file.given), sampleText(look.format.samples));
+}
+
+CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_view appName,
+                          bool findsEncoding) {
     CheckedInputs checked;
+    const auto refuse = [&](const std::string& name, std::string problem) {
+        checked.refused.push_back({.given = name, .alert = refusal(appName, std::move(problem))});
+    };
     std::vector<InputFile> candidates;
     for (const auto& name : given) {
         InputFile file{.given = name, .path = absolutePath(name)};
-        if (auto problem = fileProblem(file); !problem.empty()) {
-            checked.refused.push_back(
-                {.given = name, .alert = refusal(appName, std::move(problem))});
-        } else {
+        auto problem = fileProblem(file);
+        if (problem.empty() && isSubtitles(file)) problem = subtitleProblem(file, findsEncoding);
+        if (problem.empty()) {
             candidates.push_back(std::move(file));
+        } else {
+            refuse(name, std::move(problem));
         }
     }
+    const Pairs pairs(candidates);
     for (const auto& file : candidates) {
-        const bool alone =
-            hasExtensionOf(file.path, kSubtitleFileTypes) && !belongsToOne(file.path, candidates);
-        if (!alone) {
+        auto problem = isSubtitles(file) ? pairs.problem(file) : std::string();
+        if (problem.empty()) {
             checked.files.push_back(file);
-            continue;
+        } else {
+            refuse(file.given, std::move(problem));
         }
-        auto message = makeString(
-            "The subtitle file '%@' belongs to none of the movies: its name has to begin with the "
-            "name of one. To add it to another movie use --subtitle.",
-            Fennimar::validUtf8(file.given));
-        checked.refused.push_back(
-            {.given = file.given, .alert = refusal(appName, std::move(message))});
     }
     return checked;
 }

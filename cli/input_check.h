@@ -34,9 +34,13 @@ struct CheckedInputs {
 /// Why the file is no movie to be read, by its kind and its extension; absent when it may be one.
 [[nodiscard]] std::optional<std::string> movieProblem(const InputFile& file);
 
+/// Why the file cannot be a movie's subtitles, by what is in it; empty when it can be.
+/// `findsEncoding`: no preference names the encoding of all files.
+[[nodiscard]] std::string subtitleProblem(const InputFile& file, bool findsEncoding);
+
 /// Sorts out what an open request would pass over in silence: names without a file, folders,
-/// unknown extensions, and subtitle files that belong to none of the movies.
+/// unknown extensions, and subtitle files that go with none of the movies.
 [[nodiscard]] CheckedInputs checkInputs(const std::vector<std::string>& given,
-                                        std::string_view appName);
+                                        std::string_view appName, bool findsEncoding);
 
 }  // namespace reelvane

@@ -4,8 +4,8 @@
 #include "cli/inspection.h"
 #include "cli/json_lines.h"
 #include "cli/text_lines.h"
-#include "cli/text_width.h"
 #include "support/make_string.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
@@ -24,7 +24,11 @@ std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
         const auto& entry = record.audioTrackInformation[i];
         text += makeString("\n    Audio %2lu %@", i, printable(entry.text));
         if (entry.hz > 0) text += makeString(", %i Hz", entry.hz);
-        if (facts.bestAudio == i) text += " (will be converted)";
+        if (hasUnknownCodec(entry.text)) {
+            text += " (left out: ffmpeg does not know its format)";
+        } else if (facts.bestAudio == i) {
+            text += " (will be converted)";
+        }
     }
     for (const auto track : record.subtitleTrackIDs) {
         text += makeString("\n    Subtitle #%i: text", track);

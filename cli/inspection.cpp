@@ -1,6 +1,5 @@
 #include "cli/inspection.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "app/preference_keys.h"
@@ -35,21 +34,13 @@ Inspection inspectFile(const CommandContext& context, const std::string& given) 
     if (auto problem = movieProblem(file)) {
         return {.alerts = {plainAlert(tools.appName, *std::move(problem))}};
     }
-    try {
-        auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
-        if (inspection.toolProblem != ProbeToolProblem::None) {
-            inspection.alerts = {plainAlert(
-                tools.appName,
-                toolProblemText(kUntranslated, inspection.toolProblem, context.mainBundle))};
-        }
-        return inspection;
-    } catch (const std::out_of_range&) {
-        return {.alerts = {plainAlert(
-                    tools.appName,
-                    makeString("What ffmpeg reports of the file '%@' cannot be read, so the file "
-                               "cannot be converted. It may be damaged.",
-                               Fennimar::validUtf8(given)))}};
+    auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
+    if (inspection.toolProblem != ProbeToolProblem::None) {
+        inspection.alerts = {
+            plainAlert(tools.appName,
+                       toolProblemText(kUntranslated, inspection.toolProblem, context.mainBundle))};
     }
+    return inspection;
 }
 
 std::optional<std::size_t> bestAudioOf(const CommandContext& context, const MKVFileInfo& record) {

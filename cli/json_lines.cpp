@@ -4,13 +4,29 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "support/make_string.h"
+#include "support/utf8.h"
+
 namespace reelvane {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
+/// What would steer a terminal can stand within texts only, and means the same when it is escaped.
 std::string line(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    const auto dumped = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string result;
+    result.reserve(dumped.size());
+    for (std::string_view rest = dumped; !rest.empty();) {
+        const auto character = decodeUtf8(rest);
+        if (isSteering(character.value)) {
+            result += makeString("\\u%04x", static_cast<unsigned>(character.value));
+        } else {
+            result += rest.substr(0, character.length);
+        }
+        rest.remove_prefix(character.length);
+    }
+    return result;
 }
 
 template <typename T>
@@ -107,6 +123,8 @@ std::string argumentsLine(std::span<const std::string> arguments) {
 std::string queuedEvent(const EventSubject& subject) {
     auto json = event("queued", subject);
     json["output"] = subject.output.native();
+    if (!subject.subtitle.empty()) json["subtitle"] = subject.subtitle.native();
+    if (!subject.subtitleEncoding.empty()) json["subtitleEncoding"] = subject.subtitleEncoding;
     return line(json);
 }
 
@@ -127,11 +145,30 @@ std::string progressEvent(const EventSubject& subject, double percent,
     return line(json);
 }
 
-std::string finishedEvent(const EventSubject& subject, double seconds, std::uint64_t bytes) {
+std::string finishedEvent(const EventSubject& subject, const ConvertResult& result) {
+    static constexpr auto kTrackKinds =
+        std::to_array<std::string_view>({"video", "audio", "subtitle"});
+    static constexpr auto kNoteKinds =
+        std::to_array<std::string_view>({"doubt", "sourceKept", "remark"});
     auto json = event("finished", subject);
     json["output"] = subject.output.native();
-    json["seconds"] = toThousandths(seconds);
-    json["bytes"] = bytes;
+    json["seconds"] = toThousandths(result.seconds);
+    json["bytes"] = result.bytes;
+    auto leftOut = Json::array();
+    for (const auto& track : result.tracks) {
+        if (track.fate != TrackOutcome::Fate::LeftOut) continue;
+        leftOut.push_back({{"kind", kTrackKinds.at(static_cast<std::size_t>(track.kind))},
+                           {"count", track.count},
+                           {"track", track.track},
+                           {"why", track.outcome}});
+    }
+    json["leftOut"] = leftOut;
+    auto notes = Json::array();
+    for (const auto& note : result.notes) {
+        notes.push_back(
+            {{"kind", kNoteKinds.at(static_cast<std::size_t>(note.kind))}, {"text", note.text}});
+    }
+    json["notes"] = notes;
     return line(json);
 }
 
@@ -141,6 +178,12 @@ std::string failedEvent(const EventSubject& subject, std::string_view title,
     json["title"] = title;
     json["message"] = message;
     json["log"] = log;
+    return line(json);
+}
+
+std::string interruptedEvent(const EventSubject& subject) {
+    auto json = event("interrupted", subject);
+    json["output"] = subject.output.native();
     return line(json);
 }
 

@@ -8,9 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "conversion/mp4_movie.h"
+#include "conversion/job_notes.h"
+#include "conversion/track_plan.h"
 #include "media/mkv_file_info.h"
 #include "media/vetting.h"
+#include "mp4/mp4_movie.h"
 
 namespace reelvane {
 
@@ -37,6 +39,17 @@ struct InspectionFacts {
 struct EventSubject {
     std::string file{};  ///< as given
     std::filesystem::path output{};
+    std::filesystem::path subtitle{};  ///< its subtitle file; empty: none
+    std::string subtitleEncoding{};    ///< as the converter is told; empty: it needs no word
+};
+
+/// What a conversion has made.
+struct ConvertResult {
+    double seconds = 0;                  ///< that it took
+    std::uint64_t bytes = 0;             ///< of the output
+    std::string details{};               ///< "12 s, 3 tracks, 1.43 GB, verified"
+    std::vector<TrackOutcome> tracks{};  ///< what became of each
+    JobNotes notes{};                    ///< what the user should know of it
 };
 
 [[nodiscard]] std::string queuedEvent(const EventSubject& subject);
@@ -45,10 +58,10 @@ struct EventSubject {
 /// `remaining` in seconds.
 [[nodiscard]] std::string progressEvent(const EventSubject& subject, double percent,
                                         std::optional<double> remaining, std::string_view status);
-[[nodiscard]] std::string finishedEvent(const EventSubject& subject, double seconds,
-                                        std::uint64_t bytes);
+[[nodiscard]] std::string finishedEvent(const EventSubject& subject, const ConvertResult& result);
 [[nodiscard]] std::string failedEvent(const EventSubject& subject, std::string_view title,
                                       std::string_view message, std::string_view log);
+[[nodiscard]] std::string interruptedEvent(const EventSubject& subject);
 [[nodiscard]] std::string refusedEvent(std::string_view file, std::span<const VettingAlert> alerts);
 [[nodiscard]] std::string alertEvent(std::string_view title, std::string_view message);
 

@@ -18,11 +18,14 @@ public:
             progressEvent(subject, progress.percent, progress.remaining, progress.status));
     }
     void finished(const EventSubject& subject, const ConvertResult& result) override {
-        console_.line(finishedEvent(subject, result.seconds, result.bytes));
+        console_.line(finishedEvent(subject, result));
     }
     void failed(const EventSubject& subject, std::string_view title, std::string_view message,
                 std::string_view log) override {
         console_.line(failedEvent(subject, title, message, log));
+    }
+    void interrupted(const EventSubject& subject) override {
+        console_.line(interruptedEvent(subject));
     }
     void refused(std::string_view file, std::span<const VettingAlert> alerts) override {
         console_.line(refusedEvent(file, alerts));

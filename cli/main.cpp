@@ -1,8 +1,9 @@
 // The command line's composition root: the only place that knows the platform.
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <unistd.h>
 
 #include "app/preference_table.h"
@@ -15,6 +16,7 @@
 #include "cli/exit_status.h"
 #include "cli/help_text.h"
 #include "cli/stderr_alerts.h"
+#include "cli/text_lines.h"
 #include "platform/bounded_end.h"
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
@@ -28,6 +30,7 @@
 #include "platform/linux_host.h"
 #include "platform/posix_folder_access.h"
 #include "platform/posix_process_launcher.h"
+#include "platform/process_start.h"
 #include "platform/syslog_system_log.h"
 #include "support/damaged_application.h"
 #include "support/make_string.h"
@@ -47,7 +50,13 @@ constexpr std::chrono::seconds kLongestEnd(5);
 struct Base {
     Base(Console& shown, int cancelDescriptor)
         : console(shown),
-          processLauncher(cancelDescriptor) {}
+          processLauncher(cancelDescriptor),
+          store(host.folders().configuration / identifier / (identifier + ".ini"),
+                {.cancelDescriptor = cancelDescriptor}) {}
+
+    void tellStoreProblem() const {
+        if (const auto problem = store.problem(kUntranslated)) console.error(*problem);
+    }
 
     Console& console;
     ExecutableBundle mainBundle;
@@ -55,7 +64,7 @@ struct Base {
     PosixFolderAccess folderAccess;
     PosixProcessLauncher processLauncher;
     std::string identifier = mainBundle.infoValue("Identifier").value_or("org.reelvane.Reelvane");
-    IniPreferencesStore store{host.folders().configuration / identifier / (identifier + ".ini")};
+    IniPreferencesStore store;
     Preferences preferences{store};
 };
 
@@ -65,6 +74,12 @@ int convert(Base& base, const Interruption& interruption, const ConvertRequest& 
     StderrAlerts alerts(base.console);
     DecliningPanels panels;
     GlibDispatcher dispatcher;
+    if (!dispatcher.hasBackground()) {
+        base.console.error(
+            "The system gives this user no more processes and threads, so nothing can be "
+            "converted. Please end other programs or raise the limit, and try again.");
+        return kExitFailure;
+    }
     const auto interrupted = makeReadableSource(interruption.descriptor(), [&dispatcher] {
         dispatcher.quit(exitStatusOfSignal(Interruption::signal()));
     });
@@ -90,16 +105,21 @@ int convert(Base& base, const Interruption& interruption, const ConvertRequest& 
                    .workspace = workspace},
                   base.preferences);
     const UncaughtExceptionHandler uncaught(vantor);
-    runDamagedApplicationTest(vantor);
+    runDamagedApplicationTest(vantor, [](int /*a window's*/) { endProcess(kExitFailure); });
+    std::atomic<bool> storeHeld = false;
+    base.store.setHeldHandler([&storeHeld] { storeHeld = true; });
     const auto runLoop = [&] {
         const auto status = dispatcher.run();
         endWithin(kLongestEnd, status);
+        base.store.hurry();
         return status;
     };
     const auto status =
         runConvert(vantor, base.console, alerts,
                    {.quit = [&](int wanted) { dispatcher.quit(wanted); }, .run = runLoop}, request);
     dispatcher.finishBackground();
+    base.store.setHeldHandler({});
+    if (storeHeld) base.tellStoreProblem();
     return status;
 }
 
@@ -130,7 +150,7 @@ int run(Base& base, const Request& request) {
 void prepare(Base& base, const Request& request) {
     base.preferences.registerDefaults(registeredDefaults());
     for (const auto& [key, text] : request.overrides) base.preferences.setForThisRun(key, text);
-    if (const auto problem = base.store.problem(kUntranslated)) base.console.error(*problem);
+    base.tellStoreProblem();
 }
 
 int startConversion(const Request& request, const ConvertRequest& conversion) {
@@ -142,6 +162,10 @@ int startConversion(const Request& request, const ConvertRequest& conversion) {
 }
 
 int start(const Request& request) {
+    if (!mayOpenEnoughFiles()) {
+        Console().error(kTooFewFiles);
+        return kExitFailure;
+    }
     // A conversion has its own handler, which reports from where the exception was thrown.
     if (const auto* const conversion = std::get_if<ConvertRequest>(&request.action)) {
         return startConversion(request, *conversion);
@@ -151,8 +175,14 @@ int start(const Request& request) {
     Console console;
     Base base(console, -1);
     prepare(base, request);
+    base.store.setHeldHandler([&base] { base.tellStoreProblem(); });
     try {
-        return run(base, request);
+        const int status = run(base, request);
+        // A reader that has read enough is told nothing.
+        if (console.isClosed() && console.closedBy() != EPIPE) {
+            console.error(outputLostText(console.closedBy()));
+        }
+        return status;
     } catch (const std::exception& exception) {
         console.error(makeString("Something unexpected happened (%@). Please report it to %@.",
                                  exception.what(), kSupportAddress));
@@ -161,10 +191,16 @@ int start(const Request& request) {
 }
 
 int bidFarewell(const Farewell& farewell) {
-    const int stream = farewell.exitStatus == kExitSuccess ? STDOUT_FILENO : STDERR_FILENO;
-    const auto length = static_cast<ssize_t>(farewell.text.size());
-    const bool written = ::write(stream, farewell.text.data(), farewell.text.size()) == length;
-    return written || farewell.exitStatus != kExitSuccess ? farewell.exitStatus : kExitFailure;
+    Console console;
+    if (farewell.exitStatus != kExitSuccess) {
+        console.error(
+            std::string_view(farewell.text).substr(0, farewell.text.find_last_not_of('\n') + 1));
+        return farewell.exitStatus;
+    }
+    console.write(farewell.text);
+    if (!console.isClosed()) return kExitSuccess;
+    if (console.closedBy() != EPIPE) console.error(outputLostText(console.closedBy()));
+    return kExitFailure;
 }
 
 }  // namespace
@@ -173,8 +209,7 @@ int bidFarewell(const Farewell& farewell) {
 // What is thrown is meant to arrive nowhere: it ends in the fatal report.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
-    // A reader that has gone is an error of the write, not the end of the process.
-    std::signal(SIGPIPE, SIG_IGN);
+    reelvane::prepareProcess();
     const auto parsed = reelvane::parseArguments({argv + std::min(argc, 1), argv + argc});
     if (const auto* const farewell = std::get_if<reelvane::Farewell>(&parsed)) {
         return reelvane::bidFarewell(*farewell);

@@ -7,11 +7,12 @@
 #include "cli/text_width.h"
 #include "support/make_string.h"
 #include "support/preferences.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
 
-constexpr std::size_t kIndent = 4;
+constexpr std::size_t kMeaningIndent = 4;
 constexpr std::size_t kLongestValue = 24;
 
 constexpr std::string_view kReferenceHead =
@@ -67,7 +68,7 @@ std::string preferenceListText(std::span<const PreferenceRow> rows, std::size_t 
     auto text = columnsText(head, keyWidth, valueWidth);
     for (const auto& row : rows) {
         text += "\n" + columnsText(row, keyWidth, valueWidth) + "\n" +
-                wrapped(row.meaning, " ", columns, kIndent);
+                wrapped(row.meaning, " ", columns, kMeaningIndent);
     }
     return text;
 }

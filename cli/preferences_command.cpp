@@ -4,9 +4,9 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/preference_list.h"
-#include "cli/text_width.h"
 #include "support/make_string.h"
 #include "support/preferences.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {

@@ -17,10 +17,20 @@ struct FolderAnswer {
     std::optional<std::filesystem::path> folder{};
     std::string problem{};
 };
-/// The folder that was saved under this name.
+/// The folder that was saved under this name or with this path.
 [[nodiscard]] FolderAnswer folderSavedAs(const Preferences& preferences, FolderAccess& access,
                                          std::string_view name);
-/// "There is no saved destination named 'Moives'. Did you mean 'Movies'?"
-[[nodiscard]] std::string unknownDestination(const SavedDestinations& known, std::string_view name);
+/// The folder of this saved destination.
+[[nodiscard]] FolderAnswer folderOf(const SavedDestination& saved, FolderAccess& access);
+
+/// A saved destination, or the one sentence on why there is none of this name: "There is no saved
+/// destination named 'Moives'. Did you mean 'Movies'?"
+struct DestinationAnswer {
+    std::optional<SavedDestination> destination{};
+    std::string problem{};
+};
+[[nodiscard]] DestinationAnswer destinationSavedAs(const SavedDestinations& saved,
+                                                   const FolderAccess& access,
+                                                   std::string_view nameOrPath);
 
 }  // namespace reelvane

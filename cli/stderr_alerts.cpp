@@ -2,8 +2,8 @@
 
 #include "cli/console.h"
 #include "cli/text_lines.h"
-#include "cli/text_width.h"
 #include "support/alerts.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 

@@ -1,10 +1,13 @@
 #include "cli/text_lines.h"
 
+#include <system_error>
+
 #include "cli/text_width.h"
 #include "support/make_string.h"
 #include "support/size_text.h"
 #include "support/strings.h"
 #include "support/time_text.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 
@@ -23,6 +26,11 @@ std::string errorText(std::string_view name, std::string_view what, std::string_
         first = false;
     }
     return text;
+}
+
+std::string outputLostText(int error) {
+    return makeString("Standard output can't be written (%@), so reelvane-cli has ended.",
+                      std::generic_category().message(error));
 }
 
 std::string summaryText(const ConvertSummary& summary) {

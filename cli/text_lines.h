@@ -12,6 +12,9 @@ namespace reelvane {
 [[nodiscard]] std::string errorText(std::string_view name, std::string_view what,
                                     std::string_view message);
 
+/// Why standard output takes nothing any more, by the errno of the write.
+[[nodiscard]] std::string outputLostText(int error);
+
 /// "3 files converted, 1 failed, 1 refused (1m 3s, 1.43 GB)": what there is.
 [[nodiscard]] std::string summaryText(const ConvertSummary& summary);
 

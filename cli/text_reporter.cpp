@@ -9,12 +9,22 @@
 #include "support/make_string.h"
 #include "support/size_text.h"
 #include "support/time_text.h"
+#include "support/untranslated.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
 
 std::string nameOf(const EventSubject& subject) {
     return printable(subject.file);
+}
+
+/// " with Film.en.srt (CP1252)"; empty without a subtitle file.
+std::string withSubtitles(const EventSubject& subject) {
+    if (subject.subtitle.empty()) return {};
+    auto text = " with " + printable(subject.subtitle.filename().native());
+    if (!subject.subtitleEncoding.empty()) text += " (" + subject.subtitleEncoding + ")";
+    return text;
 }
 
 class TextReporter final : public ConvertReporter {
@@ -32,9 +42,15 @@ public:
     void queued(const EventSubject& /*subject*/) override {}
 
     void started(const EventSubject& subject, std::span<const std::string> /*list*/) override {
-        if (quiet_ || live_) return;
+        if (quiet_) return;
+        const auto subtitles = withSubtitles(subject);
+        if (live_) {
+            // The live line has no room for it.
+            if (!subtitles.empty()) console_.line(nameOf(subject) + ":" + subtitles);
+            return;
+        }
         progressSteps_ = {};
-        console_.line(nameOf(subject) + ": converting");
+        console_.line(nameOf(subject) + ": converting" + subtitles);
     }
 
     void progress(const EventSubject& subject, const ConvertProgress& progress) override {
@@ -52,16 +68,28 @@ public:
     }
 
     void finished(const EventSubject& subject, const ConvertResult& result) override {
+        for (const auto& note : result.notes) {
+            if (note.kind == JobNote::Kind::Remark) continue;
+            console_.error(errorText(nameOf(subject), "warning", note.text));
+        }
         if (quiet_) return;
+        auto details = result.details;
+        const auto leftOut = leftOutText(kUntranslated, result.tracks);
+        if (!leftOut.empty()) details += ", " + leftOut;
         console_.line(makeString("%@ -> %@ (%@, took %@)", nameOf(subject),
-                                 printable(subject.output.native()), result.details,
+                                 printable(subject.output.native()), details,
                                  formattedTimeFromTimeInterval(result.seconds)));
+        for (const auto& note : result.notes) {
+            if (note.kind == JobNote::Kind::Remark) console_.line("    " + printable(note.text));
+        }
     }
 
     void failed(const EventSubject& subject, std::string_view /*title*/, std::string_view message,
                 std::string_view /*log*/) override {
         console_.error(errorText(nameOf(subject), "failed", message));
     }
+
+    void interrupted(const EventSubject& /*subject*/) override {}
 
     void refused(std::string_view file, std::span<const VettingAlert> alerts) override {
         std::string text;
@@ -82,7 +110,9 @@ public:
     void ended(const ConvertSummary& summary, bool interrupted) override {
         console_.endLive();
         if (interrupted) {
-            console_.error("Interrupted: nothing unfinished was left behind.");
+            console_.error(summary.leftSomething
+                               ? "Interrupted."
+                               : "Interrupted: nothing unfinished was left behind.");
             return;
         }
         const auto files = summary.finished + summary.failed + summary.refused;

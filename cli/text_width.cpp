@@ -40,10 +40,6 @@ constexpr auto kJoining = std::to_array<Range>({{0x0300, 0x036F},
                                                 {0x1F3FB, 0x1F3FF},
                                                 {0xE0100, 0xE01EF}});
 
-constexpr auto kSteering = std::to_array<Range>(
-    {{0x0000, 0x001F}, {0x007F, 0x009F}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}});
-
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 constexpr std::string_view kEllipsis = "…";
 
 bool isIn(char32_t character, const auto& ranges) {
@@ -80,17 +76,6 @@ std::vector<Cluster> clusters(std::string_view text) {
 }
 
 }  // namespace
-
-std::string printable(std::string_view text) {
-    std::string result;
-    while (!text.empty()) {
-        const auto character = decodeUtf8(text);
-        const bool shown = character.valid && !isIn(character.value, kSteering);
-        result += shown ? text.substr(0, character.length) : kReplacement;
-        text.remove_prefix(character.length);
-    }
-    return result;
-}
 
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;

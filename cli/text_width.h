@@ -6,10 +6,6 @@
 
 namespace reelvane {
 
-/// What a terminal may be sent of a text: valid UTF-8, with every control character and every
-/// character that turns the direction of writing as U+FFFD, so that no file name can steer it.
-[[nodiscard]] std::string printable(std::string_view text);
-
 /// The columns that a printable text takes: East Asian wide characters and emoji take two, marks
 /// that join the character before them none (after Unicode 15, EastAsianWidth W and F; the common
 /// ranges).

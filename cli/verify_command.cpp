@@ -4,12 +4,12 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/json_lines.h"
-#include "cli/text_width.h"
-#include "conversion/mp4_movie.h"
 #include "conversion/output_proof.h"
+#include "mp4/mp4_movie.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/untranslated.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {

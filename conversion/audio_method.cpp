@@ -38,8 +38,8 @@ bool isAudioMethod(int value) {
 AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
                                       const AudioSettings& settings) {
     if (codec == "aac") return AudioMethodCopy;
-    if (settings.conversionPreset == 0) return AudioMethodAAC;
-    if (settings.conversionPreset == 2) {
+    if (settings.conversionPreset == ConversionPreset::Compatible) return AudioMethodAAC;
+    if (settings.conversionPreset == ConversionPreset::Custom) {
         // The stored number may be none of the four; the enumeration's fixed type holds it.
         return static_cast<AudioMethod>(customMethod(codec, audioIsSurround, settings));
     }
@@ -50,6 +50,7 @@ std::optional<AudioMethod> mainAudioMethod(const MKVFileInfo& file, std::size_t 
                                            const AudioSettings& settings) {
     if (file.audioTrackInformation.empty()) return {};
     const auto& entry = file.audioTrackInformation.at(audioTrackIndex).text;
+    if (hasUnknownCodec(entry)) return {};
     return calculateConversionMethod(codecOf(entry), isSurround(entry), settings);
 }
 

@@ -17,7 +17,8 @@ class Translations;
 [[nodiscard]] AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
                                                     const AudioSettings& settings);
 
-/// The same for the chosen track of a movie; absent for a movie without sound.
+/// The same for the chosen track of a movie; absent for a movie without sound, and for a track
+/// whose codec ffmpeg does not know.
 [[nodiscard]] std::optional<AudioMethod> mainAudioMethod(const MKVFileInfo& file,
                                                          std::size_t audioTrackIndex,
                                                          const AudioSettings& settings);

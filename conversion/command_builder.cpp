@@ -76,6 +76,8 @@ Arguments outputArguments(const CommandInput& input, const StreamPlan& plan) {
     append(list,
            containerArguments({.output = output,
                                .videoCodec = input.file.videoCodec,
+                               .namesColour = input.file.namesColour,
+                               .hasDolbyVision = input.file.dolbyVisionProfile.has_value(),
                                .copiedAudioCodecs = copied,
                                .produceStreamableFile = input.settings.produceStreamableFiles}));
     list.push_back(output.native());

@@ -5,12 +5,15 @@
 #include "conversion/conversion_job.h"
 #include "conversion/failure_report.h"
 #include "conversion/job_completion.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "support/alerts.h"
+#include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/logging.h"
+#include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
+#include "support/ports/main_bundle.h"
 #include "support/ports/workspace.h"
 #include "support/strings.h"
 #include "support/vantor.h"
@@ -18,6 +21,12 @@
 namespace reelvane {
 
 void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutput) {
+    if (aside_) {
+        missedEnd_ = [this, exitStatus, rest = std::string(remainingOutput)] {
+            taskFinished(exitStatus, rest);
+        };
+        return;
+    }
     const auto settings = controller_.conversionSettings();
     closeRun(remainingOutput);
     // The converter's word is not enough: it also ends with 0 over a file that is broken.
@@ -29,22 +38,42 @@ void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutpu
 }
 
 void ConversionJob::checkRun(const ConversionSettings& settings) {
-    checking_ = std::make_shared<const bool>(true);
+    checking_ = true;
     observers_.notify();
-    dispatch_async_back(
-        vantor_, [this, checking = std::weak_ptr(checking_), &vantor = vantor_, settings,
-                  record = fileInfo_, arguments = arguments_, log = jobOutput_] {
-            auto check = checkOutput(vantor.ports().translations, record, arguments, log);
+    errands_.run(
+        [&translations = vantor_.ports().translations, files = lease_.files(), record = fileInfo_,
+         arguments = arguments_, log = log_.searched(), autoRemove = settings.autoRemove,
+         tools = cueTools()] {
+            auto check = checkOutput(translations, record, arguments, log, files->heldPath());
+            if (!check.proof.problem.empty()) return check;
+            addNotes(check.notes,
+                     cueNotes(translations, record, arguments, check.textCounts, tools));
             // Where the source is to go, the output must not be in the system's memory only.
-            check.onDisk = settings.autoRemove && check.proof.problem.empty() &&
-                           isOnDisk(*record.destinationURL);
-            dispatch_async_main(vantor, [this, checking, settings, check = std::move(check)] {
-                if (checking.expired()) return;
-                checking_.reset();
-                outputCheck_ = check;
-                runEnded(settings, !check.proof.problem.empty());
-            });
+            check.onDisk = autoRemove && isOnDisk(files->heldPath());
+            check.keeping = files->keep();
+            if (check.onDisk) check.identity = fileVersionOf(files->keptPath());
+            return check;
+        },
+        [this, settings](const OutputCheck& check) {
+            if (!std::exchange(checking_, false)) return;
+            outputCheck_ = check;
+            const bool kept = check.keeping == RunFiles::Keeping::Kept;
+            if (kept) {
+                moveDestination(lease_.files()->keptPath());
+            } else if (check.proof.problem.empty()) {
+                problem_ = placeProblem(check.keeping);
+                outputCheck_.details.clear();
+            }
+            missedEnd_ = [this, settings, kept] { runEnded(settings, !kept); };
+            if (!aside_) followUpEnd();
         });
+}
+
+CueTools ConversionJob::cueTools() const {
+    const auto& ports = vantor_.ports();
+    return {.launcher = &ports.processLauncher,
+            .ffmpeg = ports.mainBundle.pathForResource("ffmpeg"),
+            .stop = leaving_.get_token()};
 }
 
 void ConversionJob::runEnded(const ConversionSettings& settings, bool failed) {
@@ -55,7 +84,7 @@ void ConversionJob::runEnded(const ConversionSettings& settings, bool failed) {
     const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
                        .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
                        .failed = failed,
-                       .endsEarly = warning()};
+                       .warning = warning()};
     if (failed) {
         fail();
     } else {
@@ -65,64 +94,102 @@ void ConversionJob::runEnded(const ConversionSettings& settings, bool failed) {
         stopDate_ = vantor.ports().dispatcher.now();
         setProgress(100);
     }
-    followUp(vantor, controller, settings, run);
+    followUp(vantor, controller, run);
 }
 
 void ConversionJob::closeRun(std::string_view remainingOutput) {
     timer_.reset();
-    jobOutput_.append(remainingOutput);
+    log_.appendRest(remainingOutput);
     task_.reset();
-    progressFile_.remove();
     releaseSleepAssertion();
     if (!aacFile_.empty()) Fennimar::removeFile(aacFile_);
 }
 
 void ConversionJob::fail() {
-    deleteOutput();
+    lease_.end();
     finishedError_ = true;
     auto& vantor = vantor_;
-    const bool full = ranOutOfSpace(jobOutput_);
+    const bool full = ranOutOfSpace(log_.searched());
     const auto explanation = full ? diagnosis() : Diagnosis{};
+    const auto title =
+        makeString("%@: %@", Fennimar::validUtf8(fileInfo_.fileName), explanation.title);
     setState(ConversionJobState::Failed);
-    if (full) alert(vantor, explanation.title, explanation.message, "OK");
+    if (full) alert(vantor, title, explanation.message, "OK");
 }
 
 void ConversionJob::succeed(const ConversionSettings& settings) {
-    auto& vantor = vantor_;
-    const auto source = fileInfo_.fileURL;
-    auto& controller = controller_;
-    // What is missing from a short output may still be in the source, and where nobody knows how
-    // long the source is, nobody can tell.
-    const bool proven = outputCheck_.onDisk && !outputCheck_.proof.endsEarly &&
-                        fileInfo_.runtimeSeconds.value_or(0) > 0;
     finishedOK_ = true;
-    ownsOutput_ = false;  // it is the user's now
-    settleOutput();
+    lease_.end();  // the output is the user's now
+    if (settings.autoRemove) decideOnSource(settings);
     setState(ConversionJobState::Finished);
-    if (settings.autoClean) remove();
-    if (settings.autoRemove && proven) {
-        removeSource(vantor, controller, source, settings.autoRemoveType);
-    } else if (settings.autoRemove) {
-        vn_log_level(LogError, "Info: kept %@: it can't be told whether all of it was converted",
-                     source);
+    // A warning stays until the user has seen it.
+    if (settings.autoClean && !isComparing() && warning().empty()) remove();
+}
+
+void ConversionJob::decideOnSource(const ConversionSettings& settings) {
+    const bool toTrash = settings.autoRemoveType == 0;
+    const auto kind = hasDoubt(notes())                           ? SourceFate::Kind::Doubtful
+                      : fileInfo_.runtimeSeconds.value_or(0) <= 0 ? SourceFate::Kind::NoLength
+                      : !outputCheck_.onDisk                      ? SourceFate::Kind::NotOnDisk
+                                                                  : SourceFate::Kind::Removed;
+    if (kind != SourceFate::Kind::Removed) {
+        tellOfSource({.kind = kind}, toTrash);
+        return;
     }
+    remover_ = std::make_unique<SourceRemover>(
+        vantor_, controller_.comparisons(),
+        SourceRemoval{.source = {.path = fileInfo_.fileURL,
+                                 .stream = makeString("0:%i", fileInfo_.videoTrackID.value_or(0)),
+                                 .codec = fileInfo_.videoCodec,
+                                 .hasEdits = readsEdits(fileInfo_.demuxer)},
+                      .sourceIdentity = fileInfo_.identity,
+                      .output = {.path = *fileInfo_.destinationURL,
+                                 .stream = "0:v:0",
+                                 .codec = fileInfo_.videoCodec,
+                                 .hasEdits = true},
+                      .outputIdentity = outputCheck_.identity,
+                      .toTrash = toTrash},
+        [this, settings](const SourceFate& fate) { sourceDecided(settings, fate); });
+}
+
+void ConversionJob::tellOfSource(const SourceFate& fate, bool toTrash) {
+    const auto text = sourceFateText(vantor_.ports().translations,
+                                     Fennimar::validUtf8(fileInfo_.fileName), fate, toTrash);
+    if (text.empty()) return;
+    addNotes(outputCheck_.notes, {{.kind = JobNote::Kind::SourceKept, .text = text}});
+    vn_log_level(LogError, "Info: %@ (%@)", text, fileInfo_.fileURL);
+}
+
+void ConversionJob::sourceDecided(const ConversionSettings& settings, const SourceFate& fate) {
+    auto& controller = controller_;
+    const std::weak_ptr<const bool> alive = alive_;
+    remover_.reset();
+    tellOfSource(fate, settings.autoRemoveType == 0);
+    observers_.notify();
+    if (!alive.expired() && settings.autoClean && warning().empty()) remove();
+    controller.quitIfDone();
 }
 
 std::string ConversionJob::warning() const {
-    return endsEarlyText(vantor_.ports().translations, Fennimar::validUtf8(fileInfo_.fileName),
-                         outputCheck_.proof, fileInfo_.runtimeSeconds);
+    return warningText(notes());
 }
 
 Diagnosis ConversionJob::diagnosis() const {
-    const auto settings = controller_.conversionSettings();
+    // What the run was made of, whatever the preferences are now; a silent movie takes less.
+    const auto plan =
+        runSettings_ ? planStreams(fileInfo_, audioTrackIndex_, *runSettings_) : StreamPlan{};
     const auto arguments = Fennimar::joined(arguments_, " ");
+    const auto name = Fennimar::validUtf8(fileInfo_.fileName);
+    const bool blamed = blamesSource(outputCheck_.proof, log_.searched());
     return diagnose(vantor_.ports().translations,
-                    {.startProblem = startProblem_,
-                     .jobOutput = jobOutput_,
+                    {.startProblem = problem_,
+                     .jobOutput = log_.searched(),
+                     .shownOutput = log_.shown(),
                      .incompleteOutput = !outputCheck_.proof.problem.empty(),
+                     .damagedSource = blamed ? std::string_view(name) : std::string_view(),
                      .arguments = arguments,
-                     .embeddedSubtitlesConverted = mapsEmbeddedSubtitles(fileInfo_, settings),
-                     .externalSubtitles = fileInfo_.subtitleFileURL.has_value()});
+                     .embeddedSubtitlesConverted = !plan.subtitles.empty(),
+                     .externalSubtitles = plan.externalSubtitle});
 }
 
 void ConversionJob::reveal() {
@@ -130,7 +197,7 @@ void ConversionJob::reveal() {
     if (state_ == ConversionJobState::Failed) {
         explainFailure(vantor_, diagnosis(),
                        {.arguments = Fennimar::joined(arguments_, " "),
-                        .jobOutput = jobOutput_,
+                        .log = log_.shown(),
                         .recordDescription = description(fileInfo_)});
     } else if (workspace.isShiftKeyHeld()) {
         workspace.reveal(fileInfo_.fileURL);
@@ -141,20 +208,16 @@ void ConversionJob::reveal() {
 
 void ConversionJob::remove() {
     if (isStarting()) releaseSleepAssertion();
-    leaveAttempt();
-    checking_.reset();
+    leaveSleepAssertion();
+    startWanted_ = false;
+    leaving_.request_stop();
+    errands_.forget();
+    checking_ = false;
     timer_.reset();
     if (task_) task_->terminate();
     task_.reset();
-    // Before its start, and after a failure that left nothing, an automatic name may be another's.
-    const bool agreedTo =
-        state_ == ConversionJobState::Queued && fileInfo_.outputClaim == OutputClaim::Chosen;
-    progressFile_.remove();
-    if (ownsOutput_ || agreedTo) {
-        deleteOutput();
-    } else {
-        settleOutput();
-    }
+    remover_.reset();  // the source stays
+    lease_.end();
     if (const auto folder = std::exchange(fileInfo_.securityURL, {})) {
         vantor_.ports().folderAccess.stopAccessing(*folder);
     }
@@ -163,20 +226,38 @@ void ConversionJob::remove() {
     startNextJobIfIdle(controller);
 }
 
-void ConversionJob::deleteOutput() {
-    ownsOutput_ = false;
-    if (fileInfo_.destinationURL) {
-        controller_.discardOutput(*fileInfo_.destinationURL, fileInfo_.fileURL);
-    }
+std::string ConversionJob::placeProblem(RunFiles::Keeping keeping) const {
+    const auto format =
+        keeping == RunFiles::Keeping::Unreplaced
+            ? localizable(
+                  "The new %@ is whole, but it could not take the place of the old one, so "
+                  "it was not kept, and the old one is as it was. Please check the folder's "
+                  "permissions and try again.")
+            : localizable(
+                  "%@ was deleted or replaced by another program while it was converted. "
+                  "What lies there now was left alone. Please try again.");
+    return makeString(localized(vantor_, format),
+                      Fennimar::validUtf8(fileInfo_.destinationURL->filename().native()));
 }
 
-void ConversionJob::deleteReservation() {
-    if (std::exchange(ownsOutput_, false)) deleteOutput();
-    fileInfo_.outputClaim = OutputClaim::None;
+void ConversionJob::setAside() {
+    pause();
+    aside_ = true;
+    if (!std::exchange(remover_, {})) return;
+    // Nobody who has taken a movie off the list wants its source to go; it is decided anew later.
+    missedEnd_ = [this] {
+        decideOnSource(controller_.conversionSettings());
+        observers_.notify();
+    };
 }
 
-void ConversionJob::settleOutput() {
-    if (fileInfo_.destinationURL) controller_.outputSettled(*fileInfo_.destinationURL);
+void ConversionJob::bringBack() {
+    aside_ = false;
+    followUpEnd();
+}
+
+void ConversionJob::followUpEnd() {
+    if (const auto missed = std::exchange(missedEnd_, {})) missed();
 }
 
 }  // namespace reelvane

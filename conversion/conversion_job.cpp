@@ -14,10 +14,11 @@ ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo
     : vantor_(vantor),
       controller_(controller),
       fileInfo_(std::move(fileInfo)),
-      audioTrackIndex_(audioTrackIndex) {}
+      audioTrackIndex_(audioTrackIndex),
+      errands_(vantor) {}
 
 ConversionJob::~ConversionJob() {
-    if (attempt_) static_cast<void>(attempt_->abandon());
+    leaving_.request_stop();
 }
 
 std::string ConversionJob::stateInfoString() const {
@@ -30,6 +31,11 @@ std::string ConversionJob::stateInfoString() const {
 
 double ConversionJob::remainingSeconds() const {
     return remainingTime(progress_, elapsedSeconds());
+}
+
+std::optional<double> ConversionJob::timeLeft() const {
+    if (state_ != ConversionJobState::Converting || isBeingChecked()) return std::nullopt;
+    return reelvane::timeLeft(progress_, elapsedSeconds());
 }
 
 double ConversionJob::conversionSeconds() const {

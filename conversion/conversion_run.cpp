@@ -1,9 +1,10 @@
 // Launching the converter and following its run.
 
+#include <utility>
+
 #include "conversion/audio_method.h"
 #include "conversion/conversion_job.h"
 #include "conversion/job_completion.h"
-#include "conversion/run_log.h"
 #include "media/probe.h"
 #include "support/alerts.h"
 #include "support/bundle.h"
@@ -39,14 +40,17 @@ std::string launchProblem(const Translations& translations, LaunchError error,
 }  // namespace
 
 void ConversionJob::takeSleepAssertion() {
-    // A start that was refused has left it held.
-    if (sleepAssertion_ != kNoPowerAssertion) return;
     sleepAssertion_ = vantor_.ports().powerAssertions.create(localized(vantor_, kAssertionName));
 }
 
 void ConversionJob::releaseSleepAssertion() {
     vantor_.ports().powerAssertions.release(sleepAssertion_);
     sleepAssertion_ = kNoPowerAssertion;
+}
+
+void ConversionJob::leaveSleepAssertion() {
+    const auto assertion = std::exchange(sleepAssertion_, kNoPowerAssertion);
+    if (assertion != kNoPowerAssertion) controller_.assertionLeft(assertion);
 }
 
 void ConversionJob::launch() {
@@ -59,7 +63,6 @@ void ConversionJob::launch() {
         return;
     }
     task_ = std::move(result.child);
-    ownsOutput_ = true;  // it writes there, whatever was there
     startProgressTimer();
     startDate_ = vantor_.ports().dispatcher.now();
     setState(ConversionJobState::Converting);
@@ -67,14 +70,9 @@ void ConversionJob::launch() {
 }
 
 void ConversionJob::refuseStart(const std::string& problem) {
-    startProblem_ = problem;
+    problem_ = problem;
     finishedError_ = true;
-    progressFile_.remove();
-    if (ownsOutput_) {
-        deleteOutput();
-    } else {
-        settleOutput();
-    }
+    lease_.end();
     releaseSleepAssertion();
     auto& vantor = vantor_;
     auto& controller = controller_;
@@ -86,7 +84,7 @@ void ConversionJob::refuseStart(const std::string& problem) {
 }
 
 void ConversionJob::outputReceived(std::string_view bytes) {
-    appendToLog(jobOutput_, bytes);
+    log_.append(bytes);
 }
 
 void ConversionJob::startProgressTimer() {
@@ -94,9 +92,9 @@ void ConversionJob::startProgressTimer() {
 }
 
 void ConversionJob::progressTimer() {
-    const auto outTime = progressFile_.readOutTime();
-    if (!outTime) return;
-    if (const auto percent = progressPercent(*outTime, fileInfo_.runtimeSeconds)) {
+    const auto report = progressReader_.readNew(lease_.files()->progressDescriptor());
+    if (const auto percent =
+            progressPercent(report, fileInfo_.runtimeSeconds, fileInfo_.fileSize)) {
         setProgress(*percent);
     }
 }
@@ -120,10 +118,13 @@ void ConversionJob::continueJob() {
     auto& controller = controller_;  // a start that is refused shows an alert, whose own loop may
                                      // take this job away
     if (state_ == ConversionJobState::Paused) {
-        startProgressTimer();
-        task_->resume();
+        // A run that ended before it could be stopped is only being looked at.
+        if (task_) {
+            startProgressTimer();
+            task_->resume();
+            takeSleepAssertion();
+        }
         setState(ConversionJobState::Converting);
-        takeSleepAssertion();
     } else if (state_ == ConversionJobState::Queued) {
         start();
     } else {

@@ -14,6 +14,21 @@ enum AudioMethod : std::int32_t {
     AudioMethodCopy = 3
 };
 
+/// What is aimed at as a whole. Preferences store these numbers: never renumber.
+enum class ConversionPreset : std::int32_t { Compatible = 0, Fast = 1, Custom = 2 };
+
+/// The preset of a stored number; one that is none counts as fast.
+[[nodiscard]] constexpr ConversionPreset conversionPresetOf(int stored) {
+    switch (stored) {
+        case static_cast<int>(ConversionPreset::Compatible):
+            return ConversionPreset::Compatible;
+        case static_cast<int>(ConversionPreset::Custom):
+            return ConversionPreset::Custom;
+        default:
+            return ConversionPreset::Fast;
+    }
+}
+
 inline constexpr auto kAACBitrates =
     std::to_array<std::string_view>({"96k", "128k", "160k", "192k"});
 inline constexpr auto kAC3StereoBitrates =
@@ -28,7 +43,7 @@ inline constexpr auto kAC3SurroundBitrates =
 
 /// The preferences that choose the audio method. The handling values are kept as stored.
 struct AudioSettings {
-    int conversionPreset = 0;  ///< 0 compatible, 2 custom, anything else fast
+    ConversionPreset conversionPreset = ConversionPreset::Compatible;
     bool ac3Downmix = false;
     bool dtsDownmix = false;
     int customAC3Handling = AudioMethodCopy;

@@ -1,18 +1,17 @@
 // How a job starts: the disks are asked in the background, then the converter is launched.
 
+#include <system_error>
 #include <utility>
 
 #include "conversion/audio_method.h"
 #include "conversion/command_builder.h"
 #include "conversion/conversion_job.h"
-#include "conversion/fixup_trial.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/alerts.h"
 #include "support/bundle.h"
 #include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/make_string.h"
-#include "support/ports/main_bundle.h"
 #include "support/strings.h"
 #include "support/vantor.h"
 
@@ -23,74 +22,66 @@ void ConversionJob::start() {
     takeSleepAssertion();
     audioFile_.clear();
     aacFile_.clear();
-    jobOutput_.clear();
-    startProblem_.clear();
+    log_ = {};
+    problem_.clear();
     outputCheck_ = {};
     startWanted_ = true;
     observers_.notify();
-    if (!attempt_) askDisks();  // else the one that is under way is taken up
+    if (!asking_) askDisks();  // else what is under way is taken up
 }
 
 void ConversionJob::askDisks() {
-    attempt_ = std::make_shared<StartAttempt>(fileInfo_, controller_.outputPlaces());
-    dispatch_async_back(vantor_, [this, attempt = attempt_, &vantor = vantor_] {
-        attempt->run();
-        dispatch_async_main(vantor, [this, attempt] {
-            if (attempt->isAbandoned()) return;
-            if (!startWanted_) {
-                undoAttempt();
-            } else if (const auto facts = attempt->take()) {
-                prepared(*facts);
-            }
-        });
-    });
+    asking_ = true;
+    std::error_code none;
+    const StartQuestion question{
+        .record = fileInfo_,
+        .outputs = controller_.outputs(),
+        .progressFolders = {vantor_.docDir(), std::filesystem::temp_directory_path(none)},
+        .copiedAAC = copiedAAC(),
+        .version = controller_.converterVersion(),
+        .unwanted = leaving_.get_token()};
+    errands_.run([question, &vantor = vantor_] { return prepareStart(vantor, question); },
+                 [this](StartFacts facts) {
+                     if (startWanted_) {
+                         asking_ = false;
+                         prepared(std::move(facts));
+                     } else {
+                         undoStart(std::move(facts.output.lease));
+                     }
+                 });
 }
 
-void ConversionJob::undoAttempt() {
-    dispatch_async_back(vantor_, [this, attempt = attempt_, &vantor = vantor_] {
-        attempt->undo();
-        dispatch_async_main(vantor, [this, attempt] {
-            if (attempt->isAbandoned()) return;
-            attempt_.reset();
-            if (startWanted_) askDisks();
-        });
-    });
+void ConversionJob::undoStart(OutputLease made) {
+    // Shared, because work can be copied and a lease can not.
+    const auto undone = std::make_shared<OutputLease>(std::move(made));
+    errands_.run([undone] { undone->end(); },
+                 [this] {
+                     asking_ = false;
+                     if (startWanted_) askDisks();
+                 });
 }
 
-void ConversionJob::leaveAttempt() {
-    startWanted_ = false;
-    const auto attempt = std::exchange(attempt_, {});
-    const auto made = attempt ? attempt->abandon() : std::nullopt;
-    if (!made || !made->destinationURL) return;
-    if (made->outputClaim == OutputClaim::Reserved) {
-        controller_.discardOutput(*made->destinationURL, fileInfo_.fileURL);
-    }
-    if (made->destinationURL != fileInfo_.destinationURL) {
-        controller_.outputPlaces().release(*made->destinationURL);
-    }
-}
-
-void ConversionJob::prepared(const StartFacts& facts) {
-    attempt_.reset();
+void ConversionJob::prepared(StartFacts facts) {
     startWanted_ = false;
     observers_.notify();
-    if (!checkInput(facts)) return;
-    takeOutput(facts);
-    if (!makeProgressFile(facts)) return;
+    if (!checkInput(facts) || !takeOutput(facts.output)) return;
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
     const auto method = mainAudioMethod(fileInfo_, audioTrackIndex_, settings.audio);
     if (method) {
         setSpeedInfoFromMethod(*method);
         if (!checkAudio(settings.audio) || !checkFreeSpace(facts.volume)) return;
     }
-    if (const auto& subtitle = fileInfo_.subtitleFileURL) {
+    // A movie without sound goes without it.
+    if (const auto& subtitle = fileInfo_.subtitleFileURL; subtitle && method) {
         vn_log_level(LogNotice, "Info: adding subtitles from file %@", *subtitle);
     }
-    arguments_ = buildArguments({.file = fileInfo_,
+    auto written = fileInfo_;
+    written.destinationURL = lease_.files()->workPath();
+    arguments_ = buildArguments({.file = written,
                                  .audioTrackIndex = audioTrackIndex_,
                                  .settings = settings,
-                                 .progressFile = progressFile_.path(),
-                                 .needsFixup = needsFixup(method)});
+                                 .progressFile = lease_.files()->progressPath(),
+                                 .needsFixup = facts.needsFixup && method == AudioMethodCopy});
     arguments_.shrink_to_fit();  // they are kept as long as the job is listed
     runSettings_ = settings;
     launch();
@@ -99,8 +90,9 @@ void ConversionJob::prepared(const StartFacts& facts) {
 bool ConversionJob::checkInput(const StartFacts& facts) {
     if (!facts.inputPresent) {
         // The state first: an alert's own loop may let others look at this job, or take it away.
-        jobOutput_ = "USER_REMOVED";
+        log_.append("USER_REMOVED");
         finishedError_ = true;
+        leaveSleepAssertion();
         const auto name = Fennimar::validUtf8(fileInfo_.fileURL.filename().native());
         auto& vantor = vantor_;
         setState(ConversionJobState::Failed);
@@ -122,30 +114,41 @@ bool ConversionJob::checkInput(const StartFacts& facts) {
     return true;
 }
 
-void ConversionJob::takeOutput(const StartFacts& facts) {
-    if (!facts.destinationURL) return;
-    const auto before = std::exchange(fileInfo_.destinationURL, facts.destinationURL);
-    if (before != facts.destinationURL) controller_.outputPlaces().release(*before);
-    fileInfo_.outputClaim = facts.outputClaim;
-    ownsOutput_ = facts.outputClaim == OutputClaim::Reserved;
+bool ConversionJob::takeOutput(OutputLease::Taken& taken) {
+    if (taken.refusal != OutputLease::Refusal::None || !taken.lease.files()) {
+        refuseStart(outputProblem(taken));
+        return false;
+    }
+    lease_ = std::move(taken.lease);
+    progressReader_ = {};
+    moveDestination(lease_.files()->destination());
+    return true;
 }
 
-bool ConversionJob::makeProgressFile(const StartFacts& facts) {
-    auto made = ProgressFile::create(vantor_, fileInfo_.fileName);
-    if (!made) {
-        refuseStart(makeString(
+void ConversionJob::moveDestination(const std::filesystem::path& destination) {
+    if (fileInfo_.destinationURL == destination) return;
+    const auto outputs = controller_.outputs();
+    outputs->hold(destination);
+    outputs->release(*std::exchange(fileInfo_.destinationURL, destination));
+}
+
+std::string ConversionJob::outputProblem(const OutputLease::Taken& taken) const {
+    if (taken.refusal == OutputLease::Refusal::NoProgressFile) {
+        return makeString(
             localized(vantor_,
                       "The conversion of %@ can't be started because neither your documents "
                       "folder nor a folder for temporary files can be written. Please check the "
                       "free space and the permissions there and try again."),
-            Fennimar::validUtf8(fileInfo_.fileName)));
-        return false;
+            Fennimar::validUtf8(fileInfo_.fileName));
     }
-    progressFile_ = std::move(*made);
-    if (fileInfo_.destinationURL) {
-        controller_.outputBegun(*fileInfo_.destinationURL, facts.outputMark, progressFile_.path());
-    }
-    return true;
+    const auto output = fileInfo_.destinationURL.value_or(std::filesystem::path());
+    return makeString(
+        localized(vantor_,
+                  "The file %@ can't be made in the folder %@ (%@). Please check that the folder "
+                  "is there and can be written, or choose another destination."),
+        Fennimar::validUtf8(output.filename().native()),
+        Fennimar::validUtf8(output.parent_path().native()),
+        std::generic_category().message(taken.error));
 }
 
 bool ConversionJob::checkAudio(const AudioSettings& settings) {
@@ -160,21 +163,19 @@ bool ConversionJob::checkFreeSpace(const std::optional<VolumeFacts>& volume) {
     if (!volume) return true;
     const auto problem = spaceProblem(fileInfo_.fileSize, *volume);
     if (problem.empty()) return true;
-    progressFile_.remove();
-    deleteReservation();
-    settleOutput();
-    alert_apptitled(vantor_, problem, "OK");
+    lease_.end();
+    leaveSleepAssertion();
+    // Titled with the movie, since its text names none.
+    alert(vantor_, Fennimar::validUtf8(fileInfo_.fileName), problem, "OK");
     return false;
 }
 
-bool ConversionJob::needsFixup(std::optional<AudioMethod> method) {
-    if (method != AudioMethodCopy) return false;
+std::optional<int> ConversionJob::copiedAAC() const {
+    const auto method =
+        mainAudioMethod(fileInfo_, audioTrackIndex_, controller_.conversionSettings().audio);
+    if (method != AudioMethodCopy) return std::nullopt;
     const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
-    if (codecOf(entry) != "aac") return false;
-    ownsOutput_ = true;  // the trial writes there
-    return needFixup(vantor_.ports().processLauncher,
-                     vantor_.ports().mainBundle.pathForResource("ffmpeg"), fileInfo_,
-                     streamIndexOf(entry));
+    return codecOf(entry) == "aac" ? std::optional(streamIndexOf(entry)) : std::nullopt;
 }
 
 }  // namespace reelvane

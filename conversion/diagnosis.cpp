@@ -51,6 +51,9 @@ constexpr auto kRows = std::to_array<Row>({
 constexpr std::string_view kIncomplete = localizable(
     "The converted file is incomplete, so it was not kept. Please check the destination disk and "
     "try again.");
+constexpr std::string_view kDamagedSource = localizable(
+    "The converted file is incomplete because %@ is damaged or ends too early, so it was not kept. "
+    "Please check that file and the disk that it lies on.");
 constexpr std::string_view kEmbeddedSubtitles = localizable(
     "A problem occured - this is most likely related to the subtitles embedded into the movie. "
     "Please disable conversion of embedded subtitles in the preferences and try again.");
@@ -83,11 +86,15 @@ Diagnosis diagnose(const Translations& translations, const FailureFacts& facts) 
     const auto* const row = std::ranges::find_if(
         kRows, [&](const Row& candidate) { return matches(candidate, facts.jobOutput); });
     if (row != kRows.end()) return told(kConversionFailed, row->message);
+    if (facts.incompleteOutput && !facts.damagedSource.empty()) {
+        return {.title = translations.localized(kConversionFailed),
+                .message = makeString(translations.localized(kDamagedSource), facts.damagedSource)};
+    }
     if (facts.incompleteOutput) return told(kConversionFailed, kIncomplete);
     if (facts.embeddedSubtitlesConverted) return told(kInformation, kEmbeddedSubtitles);
     if (facts.externalSubtitles) return told(kInformation, kExternalSubtitles);
     // File names and the converter's output may be any bytes; what is shown is text.
-    const auto output = Fennimar::clamp(Fennimar::validUtf8(facts.jobOutput), kShownOutput);
+    const auto output = Fennimar::clamp(Fennimar::validUtf8(facts.shownOutput), kShownOutput);
     return {.title = translations.localized(kInformation),
             .message = makeString(translations.localized(kUnknown),
                                   Fennimar::validUtf8(facts.arguments), output),

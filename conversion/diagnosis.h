@@ -16,10 +16,13 @@ struct Diagnosis {
 
 /// What the explanation depends on.
 struct FailureFacts {
-    std::string_view startProblem{};  ///< why the converter never ran, translated; empty: it ran
-    std::string_view jobOutput{};
-    bool incompleteOutput = false;  ///< the converter was content, but the file is not whole
-    std::string_view arguments{};   ///< joined with single spaces
+    std::string_view startProblem{};   ///< what kept the converter or its output from their
+                                       ///< place, translated; empty: nothing did
+    std::string_view jobOutput{};      ///< what is searched
+    std::string_view shownOutput{};    ///< the same, line by line
+    bool incompleteOutput = false;     ///< the converter was content, but the file is not whole
+    std::string_view damagedSource{};  ///< then: the source's name, where that is the reason
+    std::string_view arguments{};      ///< joined with single spaces
     bool embeddedSubtitlesConverted = false;  ///< enabled, and the input has at least one
     bool externalSubtitles = false;
 };

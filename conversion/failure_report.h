@@ -7,17 +7,18 @@
 namespace reelvane {
 
 class Vantor;
+struct Mail;
 struct ReportFacts;
 
 /// What a report says of the run itself.
 struct FailedRun {
     std::string arguments{};  ///< joined with single spaces
-    std::string jobOutput{};  ///< whole
+    std::string log{};        ///< whole, line by line
     std::string recordDescription{};
 };
 
-/// The mail link of a report on a failed conversion, percent-encoded. Pure.
-[[nodiscard]] std::string failureReportLink(const ReportFacts& sender, const FailedRun& run);
+/// The report on a failed conversion.
+[[nodiscard]] Mail failureReport(const ReportFacts& sender, const FailedRun& run);
 
 /// Shows why a conversion failed and opens the report's mail where the user asks for it. Blocks
 /// until the user has answered.

@@ -1,23 +1,31 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "media/mkv_file_info.h"
 
 namespace reelvane {
 
-class ProcessLauncher;
+class ConverterVersion;
+class Vantor;
 
-/// The arguments of a one-second trial conversion that copies this AAC track. It writes to the real
-/// output path, which the real run overwrites.
+/// True for converters that insert the "aac_adtstoasc" filter by themselves: all since 4.0, and
+/// those whose version names no release, since they are newer still.
+[[nodiscard]] bool insertsFilters(std::string_view version);
+
+/// The arguments of a one-second trial conversion that copies this AAC track.
 [[nodiscard]] std::vector<std::string> fixupTrialArguments(const MKVFileInfo& file,
-                                                           int audioStreamIndex);
+                                                           int audioStreamIndex,
+                                                           const std::filesystem::path& output);
 
-/// True when the converter asks for the "aac_adtstoasc" filter to copy this AAC track into an MP4.
-/// Runs the trial and blocks for its length, about as long as one second of the movie takes.
-[[nodiscard]] bool needFixup(ProcessLauncher& launcher, const std::filesystem::path& ffmpeg,
-                             const MKVFileInfo& file, int audioStreamIndex);
+/// True when the converter asks for that filter to copy this AAC track into an MP4. Where its
+/// version does not tell, one second of the movie is converted on trial, into a file without a
+/// name, and for ten seconds at most. Blocks that long: in the background.
+[[nodiscard]] bool needFixup(Vantor& vantor, ConverterVersion& version, const MKVFileInfo& file,
+                             int audioStreamIndex);
 
 }  // namespace reelvane

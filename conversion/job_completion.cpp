@@ -6,8 +6,6 @@
 #include "support/file_descriptor.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
-#include "support/ports/workspace.h"
-#include "support/time_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -22,19 +20,11 @@ Notification endNotification(const Translations& translations, std::string_view 
                 .text = named(translations.localized("%@ has failed to convert the file %@."))};
     }
     return {.title = named(translations.localized("%@ Conversion Finished")),
-            .text = run.endsEarly.empty()
+            .text = run.warning.empty()
                         ? named(translations.localized("%@ has finished converting the file %@."))
-                        : run.endsEarly,
+                        : run.warning,
             .actionTitle = translations.localized("Show"),
             .path = run.output};
-}
-
-std::string endsEarlyText(const Translations& translations, std::string_view fileName,
-                          const OutputProof& proof, std::optional<int> runtimeSeconds) {
-    if (!proof.endsEarly) return {};
-    return makeString(translations.localized("%@ ended after %@ of %@: the source may be damaged."),
-                      fileName, formattedTimeFromTimeInterval(proof.seconds),
-                      formattedTimeFromTimeInterval(runtimeSeconds.value_or(0)));
 }
 
 bool isOnDisk(const std::filesystem::path& file) {
@@ -42,29 +32,16 @@ bool isOnDisk(const std::filesystem::path& file) {
     return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
 }
 
-void removeSource(Vantor& vantor, ConversionJob::Controller& controller,
-                  const std::filesystem::path& source, int autoRemoveType) {
-    if (autoRemoveType == 0) {
-        vantor.ports().workspace.recycle(source);
-    } else {
-        controller.deleteSource(source);
-    }
-}
-
 void startNextJobIfIdle(ConversionJob::Controller& controller) {
     if (!controller.isAtWork()) controller.startNextJobInQueue();
 }
 
-void followUp(Vantor& vantor, ConversionJob::Controller& controller,
-              const ConversionSettings& settings, const EndedRun& run) {
+void followUp(Vantor& vantor, ConversionJob::Controller& controller, const EndedRun& run) {
     startNextJobIfIdle(controller);
     const auto& ports = vantor.ports();
     ports.notifications.deliver(endNotification(ports.translations, vantor.appName(), run));
-    controller.conversionEnded();
-    if (settings.quitAfterConversion && !controller.isAtWork() &&
-        controller.jobCountWithState(ConversionJobState::Failed) == 0) {
-        controller.terminate();
-    }
+    controller.conversionEnded(!run.failed);
+    controller.quitIfDone();
 }
 
 }  // namespace reelvane

@@ -2,13 +2,18 @@
 
 #include <algorithm>
 
+#include "conversion/cue_count.h"
 #include "conversion/mapped_streams.h"
-#include "conversion/mp4_movie.h"
+#include "conversion/packet_comparison.h"
 #include "conversion/track_flags.h"
 #include "conversion/track_languages.h"
 #include "conversion/track_titles.h"
+#include "conversion/track_trims.h"
+#include "mp4/mp4_movie.h"
 #include "support/logging.h"
+#include "support/make_string.h"
 #include "support/paths.h"
+#include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -16,26 +21,41 @@ namespace {
 
 constexpr std::string_view kExternalSubtitle = "1:0";
 
+/// The source's own index of its picture: only MP4 and QuickTime have one that counts pictures.
+std::optional<Mp4Track> indexedPicture(const MKVFileInfo& record) {
+    if (!readsEdits(record.demuxer) || !record.videoTrackID) return std::nullopt;
+    const auto reading = readMp4(record.fileURL);
+    const auto index = static_cast<std::size_t>(*record.videoTrackID);
+    if (!reading.movie || index >= reading.movie->tracks.size()) return std::nullopt;
+    const auto& track = reading.movie->tracks[index];
+    return track.kind == Mp4TrackKind::Video ? std::optional(track) : std::nullopt;
+}
+
 bool isForcedByName(const std::filesystem::path& subtitle) {
     return Fennimar::lowercasedExtension(subtitle.stem()) == "forced";
 }
 
-/// Sets flags and languages and reads the file back once more, so that what was proven stays
-/// proven.
-Mp4Reading withTrackFields(const std::filesystem::path& output, Mp4Reading reading,
+/// Sets flags, languages and the length of a trimmed picture, and reads the file back once more, so
+/// that what was proven stays proven.
+Mp4Reading withTrackFields(const std::filesystem::path& output,
+                           const std::filesystem::path& heldPath, Mp4Reading reading,
                            const std::set<std::size_t>& forced,
-                           const std::vector<std::string>& languages) {
+                           const std::vector<std::string>& languages,
+                           const std::optional<Mp4Track>& sourcePicture) {
     auto patches = trackFlagPatches(*reading.movie, forced);
     const auto languageFields = languagePatches(*reading.movie, languages);
     patches.insert(patches.end(), languageFields.begin(), languageFields.end());
+    const auto trims =
+        sourcePicture ? trimPatches(*reading.movie, *sourcePicture) : std::vector<FieldPatch>();
+    patches.insert(patches.end(), trims.begin(), trims.end());
     for (const auto& loss : lostLanguages(languages)) {
         vn_log_level(LogWarning, "Warning: %@ (%@)", loss, output);
     }
     if (patches.empty()) return reading;
-    if (!applyPatches(output, patches)) {
+    if (!applyPatches(heldPath, patches)) {
         vn_log_level(LogError, "Error: the track flags of %@ could not be set", output);
     }
-    return readMp4(output);
+    return readMp4(heldPath);
 }
 
 }  // namespace
@@ -59,25 +79,43 @@ std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
 }
 
 OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& record,
-                        const std::vector<std::string>& arguments, std::string_view jobOutput) {
+                        const std::vector<std::string>& arguments, std::string_view jobOutput,
+                        const std::filesystem::path& heldPath) {
     if (!record.destinationURL) return {.proof = {.problem = "has no destination"}};
     if (outputAdmitsFailure(jobOutput)) return {.proof = {.problem = "was not written to its end"}};
     const auto& output = *record.destinationURL;
     const auto mapped = mappedStreams(arguments);
     const OutputExpectation expectation{.mappedStreams = mapped.size(),
-                                        .runtimeSeconds = record.runtimeSeconds};
-    auto reading = readMp4(output);
+                                        .runtimeSeconds = record.runtimeSeconds,
+                                        .sourcePicture = indexedPicture(record)};
+    auto reading = readMp4(heldPath);
     OutputCheck check{.proof = proveOutput(reading, expectation)};
     if (!check.proof.problem.empty()) return check;
-    reading = withTrackFields(output, std::move(reading), forcedSubtitles(record, mapped),
-                              sourceLanguages(record, arguments));
+    reading = withTrackFields(output, heldPath, std::move(reading), forcedSubtitles(record, mapped),
+                              sourceLanguages(record, arguments), expectation.sourcePicture);
     check.proof = proveOutput(reading, expectation);
     if (!check.proof.problem.empty()) return check;
-    check.details = proofText(translations, check.proof, Fennimar::fileSize(output));
+    check.details = proofText(translations, check.proof, Fennimar::fileSize(heldPath));
+    const auto name = Fennimar::validUtf8(record.fileName);
+    check.notes = doubtsOfProof(translations, name, check.proof, record.runtimeSeconds);
+    addNotes(check.notes, doubtsOfLog(translations, name, jobOutput));
+    addNotes(check.notes, doubtsOfSound(translations, name, record.audioTrackInformation));
+    check.textCounts = textCounts(*reading.movie);
+    if (readsEdits(record.demuxer) && partsOfMp4(record.fileURL) > 1) {
+        addNotes(check.notes, {doubtOfCut(translations, name)});
+    }
+    for (const auto& warning : record.warnings) {
+        addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = warning}});
+    }
     const auto titles = lostTitles(record, arguments, *reading.movie);
     if (!titles.empty()) {
+        const auto all = Fennimar::joined(titles, ", ");
         vn_log_level(LogNotice, "Info: %@ does not carry the titles of its tracks: %@", output,
-                     Fennimar::joined(titles, ", "));
+                     all);
+        const auto format = translations.localized(
+            "The titles of its tracks are not in the result: %@. Movies with the extension mp4 "
+            "carry them.");
+        addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = makeString(format, all)}});
     }
     return check;
 }

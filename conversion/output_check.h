@@ -1,13 +1,19 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "conversion/job_notes.h"
+#include "conversion/output_lease.h"
 #include "conversion/output_proof.h"
 #include "media/mkv_file_info.h"
+#include "support/file_version.h"
 
 namespace reelvane {
 
@@ -17,14 +23,21 @@ class Translations;
 struct OutputCheck {
     OutputProof proof{};
     std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified", translated; or empty
-    bool onDisk = false;    ///< the device has it for sure; not asked unless it matters
+    JobNotes notes{};       ///< of a whole output: doubts first, remarks last
+    /// Cues of each text track, in the order of the tracks.
+    std::vector<std::uint64_t> textCounts{};
+    std::optional<FileVersion> identity{};  ///< of the output as it was proven; or not asked for
+    bool onDisk = false;  ///< the device has it for sure; not asked unless it matters
+    RunFiles::Keeping keeping = RunFiles::Keeping::Unwanted;  ///< whether it took its place
 };
 
 /// Reads the output of a run back that ended with status 0 and, when it is whole, sets its track
-/// flags in place. Some milliseconds, whatever the size of the file.
+/// flags in place. `heldPath` opens the very file that was made (see RunFiles). Some milliseconds,
+/// whatever the size of the file.
 [[nodiscard]] OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& record,
                                       const std::vector<std::string>& arguments,
-                                      std::string_view jobOutput);
+                                      std::string_view jobOutput,
+                                      const std::filesystem::path& heldPath);
 
 /// Which of the output's subtitle tracks, counted from 0, are forced: the input says so of an
 /// embedded one; an external file is forced when its name ends in ".forced" before its extension.

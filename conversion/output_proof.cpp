@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "conversion/track_trims.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/size_text.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr double kToleratedSeconds = 2;
 constexpr double kToleratedShare = 0.01;
+constexpr double kToleratedBesideIndex = 0.5;  // seconds
 
 /// How long picture and sound last. Chapters and subtitles span the whole source even where the
 /// movie itself was cut short, so the movie's own duration counts only where no track has one.
@@ -25,6 +27,31 @@ double playTime(const Mp4Movie& movie) {
         }
     }
     return seconds > 0 ? seconds : movie.seconds;
+}
+
+const Mp4Track* pictureOf(const Mp4Movie& movie) {
+    const auto picture = std::ranges::find(movie.tracks, Mp4TrackKind::Video, &Mp4Track::kind);
+    return picture == movie.tracks.end() ? nullptr : &*picture;
+}
+
+void compareLength(double promised, OutputProof& proof) {
+    if (promised <= 0) return;
+    const double tolerated = std::max(kToleratedSeconds, promised * kToleratedShare);
+    proof.endsEarly = promised - proof.seconds > tolerated;
+    proof.endsLate = proof.seconds - promised > tolerated;
+    proof.isCutShort = proof.endsEarly && proof.seconds < promised / 2;
+    if (proof.isCutShort) proof.problem = "ends before half of its source";
+}
+
+/// The source's index counts what it leaves out of what is played; then fewer pictures are none
+/// lost.
+void comparePicture(const Mp4Track& source, const Mp4Track& output, OutputProof& proof) {
+    if (output.sampleCount < source.sampleCount && !isTrimmed(source)) {
+        proof.lostPictures = source.sampleCount - output.sampleCount;
+    }
+    proof.endsLate =
+        proof.endsLate || output.sampleCount > source.sampleCount ||
+        (source.seconds > 0 && output.seconds - source.seconds > kToleratedBesideIndex);
 }
 
 }  // namespace
@@ -44,9 +71,11 @@ OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expe
         proof.problem = makeString("has %lu of %lu tracks", streams, expectation.mappedStreams);
         return proof;
     }
-    const double promised = expectation.runtimeSeconds.value_or(0);
-    proof.endsEarly =
-        promised - proof.seconds > std::max(kToleratedSeconds, promised * kToleratedShare);
+    compareLength(expectation.runtimeSeconds.value_or(0), proof);
+    const auto* const picture = pictureOf(*reading.movie);
+    if (expectation.sourcePicture && picture != nullptr) {
+        comparePicture(*expectation.sourcePicture, *picture, proof);
+    }
     return proof;
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "conversion/mp4_movie.h"
+#include "mp4/mp4_movie.h"
 
 namespace reelvane {
 
@@ -16,6 +16,8 @@ class Translations;
 struct OutputExpectation {
     std::size_t mappedStreams = 0;        ///< at least so many tracks that hold a stream
     std::optional<int> runtimeSeconds{};  ///< of the source; absent or 0: unknown
+    /// The source's own index of its picture, where it has one that can be read.
+    std::optional<Mp4Track> sourcePicture{};
 };
 
 /// The answer of reading an output back.
@@ -23,13 +25,17 @@ struct OutputProof {
     std::string problem{};  ///< empty: the file is whole
     double seconds = 0;
     std::size_t tracks = 0;
-    bool endsEarly = false;  ///< whole, but clearly shorter than the source said it was
+    bool endsEarly = false;        ///< whole, but clearly shorter than the source said it was
+    bool endsLate = false;         ///< longer than the source, or with more pictures than it has
+    bool isCutShort = false;       ///< less than half as long as the source, which is a `problem`
+    std::size_t lostPictures = 0;  ///< that the source's index has and the output has not
 };
 
 /// True when the converter's own words admit a failure that its exit status of 0 hides.
 [[nodiscard]] bool outputAdmitsFailure(std::string_view jobOutput);
 
-/// Judges what was read back. "Shorter" is more than 2 s and more than 1 per cent. Pure.
+/// Judges what was read back. "Shorter" and "longer" are more than 2 s and more than 1 per cent;
+/// half a second where the source's index is there to be compared. Pure.
 [[nodiscard]] OutputProof proveOutput(const Mp4Reading& reading,
                                       const OutputExpectation& expectation);
 

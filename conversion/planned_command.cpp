@@ -14,11 +14,11 @@ PlannedCommand plannedCommand(const Translations& translations, const MKVFileInf
                               const std::filesystem::path& progressFolder) {
     auto problem = audioMethodProblem(translations, file, audioTrackIndex, preferences.audio);
     if (!problem.empty()) return {.problem = std::move(problem)};
-    return {.arguments = buildArguments(
-                {.file = file,
-                 .audioTrackIndex = audioTrackIndex,
-                 .settings = withWholeSubtitles(file, preferences),
-                 .progressFile = ProgressFile::freePath(progressFolder, file.fileName)})};
+    return {.arguments =
+                buildArguments({.file = file,
+                                .audioTrackIndex = audioTrackIndex,
+                                .settings = withWholeSubtitles(file, preferences),
+                                .progressFile = freeProgressPath(progressFolder, file.fileName)})};
 }
 
 }  // namespace reelvane

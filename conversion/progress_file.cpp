@@ -1,27 +1,24 @@
 #include "conversion/progress_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "support/bundle.h"
+#include "support/file_descriptor.h"
 #include "support/paths.h"
-#include "support/posix_io.h"
 #include "support/strings.h"
-#include "support/vantor.h"
 
 namespace reelvane {
 
 namespace {
 
 constexpr std::string_view kOutTime = "out_time_ms=";
+constexpr std::string_view kTotalSize = "total_size=";
 constexpr double kUnitsPerSecond = 1'000'000;
-constexpr int kMostRaces = 100;  // lost to other programs, before no name is to be had
 
 }  // namespace
 
@@ -34,9 +31,24 @@ std::optional<double> earliestOutTime(std::string_view text) {
     return seconds > 0 ? std::optional(seconds) : std::nullopt;
 }
 
-std::optional<double> progressPercent(double outTime, std::optional<int> runtimeSeconds) {
-    if (runtimeSeconds.value_or(0) <= 0) return {};
-    return std::min(outTime / *runtimeSeconds * 100, 100.0);
+ProgressReport readProgress(std::string_view text) {
+    ProgressReport report{.outTime = earliestOutTime(text)};
+    for (const auto line : Fennimar::lines(text)) {
+        if (!line.starts_with(kTotalSize)) continue;
+        const auto bytes = Fennimar::leadingDouble(line.substr(kTotalSize.size()));
+        if (bytes > 0) report.bytes = static_cast<std::uint64_t>(bytes);
+    }
+    return report;
+}
+
+std::optional<double> progressPercent(const ProgressReport& report,
+                                      std::optional<int> runtimeSeconds, std::uint64_t inputBytes) {
+    const auto share = [](double done, double all) { return std::min(done / all * 100, 100.0); };
+    if (report.outTime && runtimeSeconds.value_or(0) > 0) {
+        return share(*report.outTime, *runtimeSeconds);
+    }
+    if (!report.bytes || inputBytes == 0) return {};
+    return share(static_cast<double>(*report.bytes), static_cast<double>(inputBytes));
 }
 
 ProgressLock progressLockOf(const std::filesystem::path& path) {
@@ -46,54 +58,26 @@ ProgressLock progressLockOf(const std::filesystem::path& path) {
     return errno == EWOULDBLOCK ? ProgressLock::Held : ProgressLock::Unknown;
 }
 
-std::filesystem::path ProgressFile::freePath(const std::filesystem::path& folder,
-                                             std::string_view movieName) {
+void lockProgress(int descriptor) {
+    ::flock(descriptor, LOCK_EX | LOCK_NB);
+}
+
+std::filesystem::path freeProgressPath(const std::filesystem::path& folder,
+                                       std::string_view movieName) {
     return Fennimar::uniqueFile(folder / (std::string(movieName) + ".log"));
 }
 
-std::optional<ProgressFile> ProgressFile::create(const std::filesystem::path& folder,
-                                                 std::string_view movieName) {
-    for (int race = 0; race < kMostRaces; ++race) {
-        ProgressFile made(freePath(folder, movieName));
-        made.lock_ = createFile(made.path_, 0600);
-        if (made.lock_.isOpen()) {
-            ::flock(made.lock_.get(), LOCK_EX | LOCK_NB);  // not every file system can
-            return made;
-        }
-        if (errno != EEXIST) break;
+ProgressReport ProgressReader::readNew(int descriptor) {
+    std::string added;
+    std::array<char, 4096> piece{};
+    while (true) {
+        const auto got = ::pread(descriptor, piece.data(), piece.size(), read_);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) break;
+        added.append(piece.data(), static_cast<std::size_t>(got));
+        read_ += got;
     }
-    return std::nullopt;
-}
-
-std::optional<ProgressFile> ProgressFile::create(const Vantor& vantor, std::string_view movieName) {
-    if (auto made = create(vantor.docDir(), movieName)) return made;
-    const auto folder = makeTempFolder(vantor);
-    if (!folder) return std::nullopt;
-    auto made = create(*folder, movieName);
-    if (made) {
-        made->ownFolder_ = *folder;
-    } else {
-        ::rmdir(folder->c_str());
-    }
-    return made;
-}
-
-std::optional<double> ProgressFile::readOutTime() {
-    std::ifstream file(path_, std::ios::binary);
-    file.seekg(static_cast<std::ifstream::off_type>(lastFileSize_));
-    if (!file) return {};
-    const std::string added(std::istreambuf_iterator<char>(file), {});
-    lastFileSize_ += added.size();
-    return earliestOutTime(added);
-}
-
-void ProgressFile::remove() {
-    if (!path_.empty()) Fennimar::removeFile(path_);
-    if (!ownFolder_.empty()) ::rmdir(ownFolder_.c_str());
-    path_.clear();
-    ownFolder_.clear();
-    lock_.reset();
-    lastFileSize_ = 0;
+    return readProgress(added);
 }
 
 }  // namespace reelvane

@@ -4,22 +4,30 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
-#include <utility>
-
-#include "support/file_descriptor.h"
+#include <sys/types.h>
 
 namespace reelvane {
-
-class Vantor;
 
 /// The seconds that the first "out_time_ms=" line of the text gives (the file counts in
 /// millionths); absent when there is none or its value is not above 0.
 [[nodiscard]] std::optional<double> earliestOutTime(std::string_view text);
 
-/// The share of the running time that is written, in per cent, at most 100; absent when the running
-/// time is not known.
-[[nodiscard]] std::optional<double> progressPercent(double outTime,
-                                                    std::optional<int> runtimeSeconds);
+/// How far the converter says that it has come.
+struct ProgressReport {
+    std::optional<double> outTime{};       ///< see earliestOutTime
+    std::optional<std::uint64_t> bytes{};  ///< written, by the last "total_size=" line
+};
+/// Reads what was added to a progress file. ffmpeg 7 and 8 print N/A for the time until every track
+/// has had a packet, which a late subtitle can hold back for the whole run; the size is always
+/// there.
+[[nodiscard]] ProgressReport readProgress(std::string_view text);
+
+/// The share that is done, in per cent, at most 100: by the running time or, where the converter
+/// reports no time or the running time is not known, by the bytes that are written against those of
+/// the input. Absent when neither says anything.
+[[nodiscard]] std::optional<double> progressPercent(const ProgressReport& report,
+                                                    std::optional<int> runtimeSeconds,
+                                                    std::uint64_t inputBytes);
 
 /// Whether the process that made a progress file still follows its run. Processes that cannot see
 /// each other learn of each other by this, as long as they share a kernel.
@@ -30,37 +38,22 @@ enum class ProgressLock {
 };
 [[nodiscard]] ProgressLock progressLockOf(const std::filesystem::path& path);
 
-/// The file into which the converter writes its progress. Only what was added since the last look
-/// is read, so that a look costs the same however long the conversion is.
-class ProgressFile {
+/// Holds that lock from now on, until the descriptor is closed; not every file system can.
+void lockProgress(int descriptor);
+
+/// A free path for the progress file of a movie.
+[[nodiscard]] std::filesystem::path freeProgressPath(const std::filesystem::path& folder,
+                                                     std::string_view movieName);
+
+/// Reads the file into which the converter writes its progress. Only what was added since the last
+/// look is read, so that a look costs the same however long the conversion is.
+class ProgressReader {
 public:
-    ProgressFile() = default;
-    explicit ProgressFile(std::filesystem::path path) : path_(std::move(path)) {}
-
-    /// The path that `create` would take now. Makes nothing.
-    [[nodiscard]] static std::filesystem::path freePath(const std::filesystem::path& folder,
-                                                        std::string_view movieName);
-    /// Makes an empty file, named after the movie, under a name that nobody has: two programs that
-    /// share the folder never get the same one. Its lock is held until it is removed or the process
-    /// is gone. Absent where none can be made.
-    [[nodiscard]] static std::optional<ProgressFile> create(const std::filesystem::path& folder,
-                                                            std::string_view movieName);
-    /// The same in the documents folder or, where that cannot be written, in a temporary folder,
-    /// which goes with the file.
-    [[nodiscard]] static std::optional<ProgressFile> create(const Vantor& vantor,
-                                                            std::string_view movieName);
-
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    /// The earliest position that was added since the last call, in seconds of output.
-    [[nodiscard]] std::optional<double> readOutTime();
-    /// Deletes the file, if there is one, and forgets it.
-    void remove();
+    /// What was added since the last call.
+    [[nodiscard]] ProgressReport readNew(int descriptor);
 
 private:
-    std::filesystem::path path_;       ///< empty: there is none
-    std::filesystem::path ownFolder_;  ///< made for the file alone; empty: there is none
-    FileDescriptor lock_;              ///< open as long as the run lasts
-    std::uintmax_t lastFileSize_ = 0;
+    off_t read_ = 0;  ///< so many bytes
 };
 
 }  // namespace reelvane

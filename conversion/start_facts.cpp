@@ -2,8 +2,7 @@
 
 #include <system_error>
 
-#include "conversion/output_reservation.h"
-#include "support/birth_mark.h"
+#include "conversion/fixup_trial.h"
 #include "support/paths.h"
 
 namespace reelvane {
@@ -15,39 +14,23 @@ bool isPresentFile(const std::filesystem::path& path) {
     return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
-/// Makes the file that the converter will write, so that it is known which one is its own.
-void reserveClearedOutput(MKVFileInfo& record) {
-    deleteUnlessSource(*record.destinationURL, record.fileURL);
-    const auto reservation = reserveOutput(*record.destinationURL);
-    if (reservation == Reservation::Made) record.outputClaim = OutputClaim::Reserved;
-}
-
 }  // namespace
 
-StartFacts prepareStart(MKVFileInfo record, const std::function<void(MKVFileInfo&)>& claim,
-                        const std::function<bool()>& isWanted) {
-    StartFacts facts{.inputPresent = isPresentFile(record.fileURL),
-                     .destinationURL = record.destinationURL,
-                     .outputClaim = record.outputClaim};
+StartFacts prepareStart(Vantor& vantor, const StartQuestion& question) {
+    const auto& record = question.record;
+    StartFacts facts{.inputPresent = isPresentFile(record.fileURL)};
     if (!facts.inputPresent || !record.destinationURL) return facts;
     facts.writesOverInput = Fennimar::isSameFile(*record.destinationURL, record.fileURL);
     if (facts.writesOverInput) return facts;
-    // Before something of the job lies there: this may be what waits for ever.
+    // Before something of the job lies there: this may be what waits for ever. What is to be
+    // replaced is still there, so that there is room for both.
     facts.volume = volumeFacts(record.destinationURL->parent_path());
-    if (!isWanted()) return facts;
-    if (record.outputClaim == OutputClaim::Chosen) {
-        reserveClearedOutput(record);
-    } else {
-        claim(record);
+    if (question.unwanted.stop_requested()) return facts;
+    facts.output = OutputLease::take(question.outputs, record, question.progressFolders);
+    if (facts.output.lease.files() && question.copiedAAC) {
+        facts.needsFixup = needFixup(vantor, *question.version, record, *question.copiedAAC);
     }
-    facts.destinationURL = record.destinationURL;
-    facts.outputClaim = record.outputClaim;
-    facts.outputMark = birthMarkOf(*record.destinationURL).value_or("");
     return facts;
-}
-
-void deleteUnlessSource(const std::filesystem::path& output, const std::filesystem::path& source) {
-    if (!Fennimar::isSameFile(output, source)) Fennimar::removeFile(output);
 }
 
 }  // namespace reelvane

@@ -1,5 +1,6 @@
 #include "conversion/status_line.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "support/make_string.h"
@@ -39,6 +40,11 @@ double remainingTime(double progress, double elapsed) {
     if (remaining > kLongestShown) return kLongestShown;
     if (remaining < 0) return 0;
     return remaining;
+}
+
+std::optional<double> timeLeft(double progress, double elapsed) {
+    if (progress <= 0) return std::nullopt;
+    return std::max(elapsed / progress * (100 - progress), 0.0);
 }
 
 std::string statusLine(const Translations& translations, const StatusFacts& facts) {

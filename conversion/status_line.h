@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -14,6 +15,10 @@ class Translations;
 /// Seconds that are left after `elapsed` seconds at `progress` per cent, 0 to 18000. What is not a
 /// number (nothing done in no time) is passed on.
 [[nodiscard]] double remainingTime(double progress, double elapsed);
+
+/// The same for a place of its own, where nothing is shown that is not known: absent while nothing
+/// is done, and without an upper bound.
+[[nodiscard]] std::optional<double> timeLeft(double progress, double elapsed);
 
 /// What a job's status line depends on.
 struct StatusFacts {

@@ -12,9 +12,9 @@ namespace {
 
 constexpr int kFirstEncoding = 2;
 
-/// Empty when the converter is to decide.
-std::string encodingName(int index) {
-    if (index < kFirstEncoding || index >= static_cast<int>(kSubtitleEncodings.size())) return {};
+/// Empty when the preference leaves it to the file.
+std::string preferredEncoding(int index) {
+    if (index < kFirstEncoding || !isSubtitleEncoding(static_cast<std::size_t>(index))) return {};
     const auto name = kSubtitleEncodings[static_cast<std::size_t>(index)];
     // The converter reads UTF-16 by its byte order mark and hands UTF-8 on; naming UTF-16 here
     // would decode the text twice.
@@ -23,12 +23,29 @@ std::string encodingName(int index) {
 
 }  // namespace
 
+bool findsSubtitleEncoding(const ConversionSettings& settings) {
+    return preferredEncoding(settings.externalSubtitleEncoding).empty();
+}
+
+std::string subtitleEncoding(const SubtitleFormat& format, const ConversionSettings& settings) {
+    if (format.encodingIsChosen) return format.encoding.name;
+    auto preferred = preferredEncoding(settings.externalSubtitleEncoding);
+    if (preferred.empty()) return format.encoding.name;
+    // For the same reason a mark overrules a preference that was made for other files.
+    if (format.hasByteOrderMark && preferred != "UTF-8") return {};
+    return preferred;
+}
+
 std::vector<std::string> subtitleInputArguments(const MKVFileInfo& file,
                                                 const ConversionSettings& settings) {
     if (!file.subtitleFileURL) return {};
     std::vector<std::string> arguments;
-    if (auto encoding = encodingName(settings.externalSubtitleEncoding); !encoding.empty()) {
-        arguments = {"-sub_charenc", std::move(encoding)};
+    // Left to itself the converter would follow a list of other files in place of subtitles.
+    if (const auto& demuxer = file.subtitleFormat.demuxer; !demuxer.empty()) {
+        arguments = {"-f", demuxer};
+    }
+    if (auto encoding = subtitleEncoding(file.subtitleFormat, settings); !encoding.empty()) {
+        arguments.insert(arguments.end(), {"-sub_charenc", std::move(encoding)});
     }
     arguments.insert(arguments.end(), {"-i", file.subtitleFileURL->native()});
     return arguments;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +13,8 @@ namespace reelvane {
 
 struct StreamPlan;
 
-/// The encodings of external subtitle files, in the order of the preference's menu. The first lets
-/// the converter decide; the second is the menu's separator.
+/// The encodings of external subtitle files, in the order of the preference's menu. The first
+/// stands for the encoding that is found in each file; the second is the menu's separator.
 inline constexpr auto kSubtitleEncodings =
     std::to_array<std::string_view>({"None",        "",
                                      "UTF-8",       "UTF-16",
@@ -37,7 +38,22 @@ inline constexpr auto kSubtitleEncodings =
                                      "ISO-8859-16"});
 static_assert(kSubtitleEncodings.size() == 39);
 
-/// The second input, with its encoding when one is chosen; empty without an external file.
+/// False for the separator and for ISO-8859-12, which never came into use: the number of neither is
+/// given to another encoding.
+[[nodiscard]] constexpr bool isSubtitleEncoding(std::size_t index) {
+    return index < kSubtitleEncodings.size() && !kSubtitleEncodings[index].empty() &&
+           kSubtitleEncodings[index] != "ISO-8859-12";
+}
+
+/// True when the preference leaves the encoding of a subtitle file to be found in the file.
+[[nodiscard]] bool findsSubtitleEncoding(const ConversionSettings& settings);
+
+/// The encoding that the converter is told of; empty: it needs no word.
+[[nodiscard]] std::string subtitleEncoding(const SubtitleFormat& format,
+                                           const ConversionSettings& settings);
+
+/// The second input, with its format where it is known and its encoding where
+/// it has to be told; empty without an external file.
 [[nodiscard]] std::vector<std::string> subtitleInputArguments(const MKVFileInfo& file,
                                                               const ConversionSettings& settings);
 

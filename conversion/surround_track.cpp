@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "media/languages.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -18,10 +19,12 @@ std::optional<std::size_t> surroundSource(std::span<const AudioEntry> entries,
         (Fennimar::contains(text, "(ac3)") || Fennimar::contains(text, "(dts)"))) {
         return selected;
     }
+    const auto language = bibliographicCode(languageOf(text));
     for (const std::string_view codec : {"ac3", "dts"}) {
         const auto found = std::ranges::find_if(entries, [&](const AudioEntry& entry) {
             return Fennimar::contains(entry.text, kSurroundMark) &&
-                   languageOf(entry.text) == languageOf(text) && codecOf(entry.text) == codec;
+                   bibliographicCode(languageOf(entry.text)) == language &&
+                   codecOf(entry.text) == codec;
         });
         if (found != entries.end()) return static_cast<std::size_t>(found - entries.begin());
     }
@@ -33,7 +36,10 @@ std::optional<std::size_t> surroundSource(std::span<const AudioEntry> entries,
 std::optional<SurroundTrack> additionalSurroundTrack(std::span<const AudioEntry> entries,
                                                      std::size_t selected,
                                                      const ConversionSettings& settings) {
-    if (settings.audio.conversionPreset != 0 || !settings.includeSurroundTrack) return {};
+    if (settings.audio.conversionPreset != ConversionPreset::Compatible ||
+        !settings.includeSurroundTrack) {
+        return {};
+    }
     const auto source = surroundSource(entries, selected);
     if (!source) return {};
     const bool isDTS = codecOf(entries[*source].text) == "dts";

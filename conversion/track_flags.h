@@ -4,8 +4,8 @@
 #include <set>
 #include <vector>
 
-#include "conversion/field_patch.h"
-#include "conversion/mp4_movie.h"
+#include "mp4/field_patch.h"
+#include "mp4/mp4_movie.h"
 
 namespace reelvane {
 

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "conversion/field_patch.h"
-#include "conversion/mp4_movie.h"
 #include "media/mkv_file_info.h"
+#include "mp4/field_patch.h"
+#include "mp4/mp4_movie.h"
 
 namespace reelvane {
 

@@ -7,6 +7,7 @@
 
 #include "conversion/audio_method.h"
 #include "conversion/stream_plan.h"
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"
@@ -37,14 +38,15 @@ public:
 
     [[nodiscard]] std::vector<TrackOutcome> tracks() const {
         std::vector<TrackOutcome> tracks{video()};
-        if (plan_.mainAudio) addAudio(tracks);
+        addAudio(tracks);
         addSubtitles(tracks);
         if (const auto& external = file_.subtitleFileURL) {
             const bool taken = plan_.externalSubtitle;
-            tracks.push_back({.kind = Kind::Subtitle,
-                              .fate = taken ? Fate::Added : Fate::LeftOut,
-                              .track = Fennimar::validUtf8(external->filename().native()),
-                              .outcome = taken ? localized("added as a text track") : leftOut()});
+            tracks.push_back(
+                {.kind = Kind::Subtitle,
+                 .fate = taken ? Fate::Added : Fate::LeftOut,
+                 .track = Fennimar::validUtf8(external->filename().native()),
+                 .outcome = taken ? localized("added as a text track") : leftOutOfSilentMovie()});
         }
         return tracks;
     }
@@ -53,7 +55,14 @@ private:
     [[nodiscard]] std::string localized(std::string_view text) const {
         return translations_.localized(text);
     }
-    [[nodiscard]] std::string leftOut() const { return localized("left out"); }
+    /// Where there is no sound nothing but the picture is taken.
+    [[nodiscard]] std::string leftOutOfSilentMovie() const {
+        return localized("left out, the movie has no sound");
+    }
+    [[nodiscard]] std::string subtitleLeftOut() const {
+        return plan_.mainAudio ? localized("left out, as the preferences say")
+                               : leftOutOfSilentMovie();
+    }
     [[nodiscard]] std::string copied() const { return localized("copied"); }
 
     [[nodiscard]] TrackOutcome video() const {
@@ -114,16 +123,19 @@ private:
         const auto& entries = file_.audioTrackInformation;
         for (std::size_t i = 0; i < entries.size(); ++i) {
             const auto& text = entries[i].text;
-            if (plan_.mainAudio->entry == i) {
+            if (plan_.mainAudio && plan_.mainAudio->entry == i) {
                 tracks.push_back(planned(text, *plan_.mainAudio));
                 if (const auto& second = plan_.surround) {
                     tracks.push_back(surround(entries[second->entry].text));
                 }
             } else if (!plan_.surround || plan_.surround->entry != i) {
-                tracks.push_back({.kind = Kind::Audio,
-                                  .fate = Fate::LeftOut,
-                                  .track = audioText(text),
-                                  .outcome = leftOut()});
+                tracks.push_back(
+                    {.kind = Kind::Audio,
+                     .fate = Fate::LeftOut,
+                     .track = audioText(text),
+                     .outcome = hasUnknownCodec(text)
+                                    ? localized("left out, format unknown to ffmpeg")
+                                    : localized("left out, only the chosen sound is taken")});
             }
         }
     }
@@ -140,7 +152,7 @@ private:
             tracks.push_back({.kind = Kind::Subtitle,
                               .fate = taken ? Fate::Converted : Fate::LeftOut,
                               .track = trackText(known[i], {language, kind}),
-                              .outcome = taken ? localized("text track") : leftOut()});
+                              .outcome = taken ? localized("text track") : subtitleLeftOut()});
         }
         // The record counts the subtitles that are pictures, but does not name them.
         const auto others = file_.subtitleCount - static_cast<int>(known.size());
@@ -148,8 +160,9 @@ private:
         const auto format = others == 1 ? localized("%i subtitle") : localized("%i subtitles");
         tracks.push_back({.kind = Kind::Subtitle,
                           .fate = Fate::LeftOut,
+                          .count = others,
                           .track = makeString(format, others),
-                          .outcome = localized("left out, not text")});
+                          .outcome = localized("left out, no text that ffmpeg can read")});
     }
 
     const Translations& translations_;
@@ -164,6 +177,35 @@ std::vector<TrackOutcome> trackPlan(const Translations& translations, const MKVF
                                     const ConversionSettings& settings) {
     const auto plan = planStreams(file, audioTrackIndex, settings);
     return PlanTeller(translations, file, plan).tracks();
+}
+
+std::string leftOutText(const Translations& translations, const std::vector<TrackOutcome>& tracks) {
+    const auto countOf = [&tracks](Kind kind) {
+        int count = 0;
+        for (const auto& track : tracks) {
+            if (track.fate == Fate::LeftOut && track.kind == kind) count += track.count;
+        }
+        return count;
+    };
+    const auto filled = [&translations](std::string_view format, auto... counts) {
+        return makeString(translations.localized(format), counts...);
+    };
+    const int audio = countOf(Kind::Audio);
+    const int subtitles = countOf(Kind::Subtitle);
+    if (audio > 0 && subtitles > 0) {
+        return filled(subtitles == 1 ? localizable("%i audio, %i subtitle track left out")
+                                     : localizable("%i audio, %i subtitle tracks left out"),
+                      audio, subtitles);
+    }
+    if (audio > 0) {
+        return filled(audio == 1 ? localizable("%i audio track left out")
+                                 : localizable("%i audio tracks left out"),
+                      audio);
+    }
+    if (subtitles == 0) return {};
+    return filled(subtitles == 1 ? localizable("%i subtitle track left out")
+                                 : localizable("%i subtitle tracks left out"),
+                  subtitles);
 }
 
 std::string trackLine(const TrackOutcome& outcome) {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "conversion/mp4_movie.h"
 #include "media/mkv_file_info.h"
+#include "mp4/mp4_movie.h"
 
 namespace reelvane {
 

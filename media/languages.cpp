@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 
 namespace reelvane {
 namespace {
@@ -49,16 +48,25 @@ constexpr auto kLanguages = std::to_array<Row>({
 static_assert(kLanguages.size() == 184);
 static_assert(std::ranges::is_sorted(kLanguages, {}, &Row::first));
 
+// The ISO 639-2 terminology codes that differ from the bibliographic ones, from the same list.
+constexpr auto kTerminology = std::to_array<Row>({
+    // clang-format off
+    {"bod", "tib"}, {"ces", "cze"}, {"cym", "wel"}, {"deu", "ger"}, {"ell", "gre"}, {"eus", "baq"},
+    {"fas", "per"}, {"fra", "fre"}, {"hye", "arm"}, {"isl", "ice"}, {"kat", "geo"}, {"mkd", "mac"},
+    {"mri", "mao"}, {"msa", "may"}, {"mya", "bur"}, {"nld", "dut"}, {"ron", "rum"}, {"slk", "slo"},
+    {"sqi", "alb"}, {"zho", "chi"},
+    // clang-format on
+});
+static_assert(std::ranges::is_sorted(kTerminology, {}, &Row::first));
+
 /// What the choice "default audio" offers, from value 2 on.
 constexpr int kFirstFixedChoice = 2;
 constexpr auto kFixedLanguages =
     std::to_array<std::string_view>({"eng", "ger", "fre", "spa", "chi", "jpn", "rus"});
 
-std::string threeLetter(const std::string& identifier) {
-    const auto table = languageTable();
-    const auto row = std::ranges::lower_bound(table, identifier, {}, &Row::first);
-    const bool isKnown = row != table.end() && row->first == identifier;
-    return isKnown ? std::string(row->second) : identifier;
+std::string_view lookedUp(std::span<const Row> table, std::string_view code) {
+    const auto row = std::ranges::lower_bound(table, code, {}, &Row::first);
+    return row != table.end() && row->first == code ? row->second : code;
 }
 
 /// The language's place among the preferred ones, which is their number when it is none of them.
@@ -74,7 +82,8 @@ std::vector<std::size_t> candidatesAmong(std::span<const AudioEntry> entries,
     std::vector<std::size_t> candidates;
     auto bestRank = preferred.size();
     for (std::size_t index = 0; index < entries.size(); ++index) {
-        const auto rank = rankOf(languageOf(entries[index].text), preferred);
+        if (hasUnknownCodec(entries[index].text)) continue;
+        const auto rank = rankOf(bibliographicCode(languageOf(entries[index].text)), preferred);
         if (rank > bestRank) continue;
         if (rank < bestRank) candidates.clear();
         bestRank = rank;
@@ -89,10 +98,20 @@ std::span<const Row> languageTable() {
     return kLanguages;
 }
 
+std::string bibliographicCode(std::string_view language) {
+    const auto withoutRegion = language.substr(0, language.find('-'));
+    const auto code = lookedUp(kTerminology, lookedUp(kLanguages, withoutRegion));
+    return std::string(code == withoutRegion ? language : code);
+}
+
 std::vector<std::string> preferredLanguages3Letter(const std::vector<std::string>& identifiers) {
     std::vector<std::string> codes;
     codes.reserve(identifiers.size());
-    std::ranges::transform(identifiers, std::back_inserter(codes), threeLetter);
+    for (const auto& identifier : identifiers) {
+        codes.emplace_back(lookedUp(kLanguages, identifier));
+        // Their speakers understand what is marked as Norwegian of no particular form.
+        if (identifier == "nb" || identifier == "nn") codes.emplace_back("nor");
+    }
     return codes;
 }
 
@@ -103,7 +122,8 @@ std::optional<std::size_t> bestLanguage(std::span<const AudioEntry> entries, int
         fixed < kFixedLanguages.size()
             ? candidatesAmong(entries, std::span(kFixedLanguages).subspan(fixed, 1))
             : candidatesAmong(entries, preferredLanguages);
-    if (candidates.empty()) return std::nullopt;
+    if (candidates.empty() && entries.empty()) return std::nullopt;
+    if (candidates.empty()) return 0;  // none can be read: there is nothing to choose
     // These two go into the result without being encoded anew, or with the least loss.
     for (const std::string_view wanted : {"aac", "ac3"}) {
         const auto found = std::ranges::find_if(

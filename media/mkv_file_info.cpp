@@ -65,6 +65,10 @@ std::string_view codecOf(std::string_view audioEntry) {
     return inParentheses.substr(1, inParentheses.size() - 2);
 }
 
+bool hasUnknownCodec(std::string_view audioEntry) {
+    return codecOf(audioEntry) == "none";
+}
+
 int streamIndexOf(std::string_view audioEntry) {
     return Fennimar::leadingInteger(Fennimar::trimmedTo(wordAt(audioEntry, 0), "0123456789"));
 }

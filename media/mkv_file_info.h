@@ -8,6 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "media/subtitle_file.h"
+#include "support/file_version.h"
+
 namespace reelvane {
 
 class Translations;
@@ -18,11 +21,10 @@ struct AudioEntry {
     int hz = 0;          ///< sampling rate; 0 when the report gives none
 };
 
-/// Whose file it is that may lie at the destination before the converter has written there.
+/// Whether something may lie at the destination.
 enum class OutputClaim {
-    None,      ///< somebody else's: nothing was there when the path was chosen
-    Reserved,  ///< an empty file of our own, made so that no other program takes the name
-    Chosen     ///< the user chose this very path and agreed to replace what is there
+    None,   ///< nothing did when the path was chosen; a path that is taken meanwhile is exchanged
+    Chosen  ///< the user chose this very path and agreed to replace what is there
 };
 
 /// One probed input file. Filled once by the probe, then owned by the job that converts it.
@@ -38,17 +40,22 @@ struct MKVFileInfo {
     std::string fileName{};                                  ///< last component of `fileURL`
     std::filesystem::path fileURL{};                         ///< absolute
     std::optional<std::filesystem::path> destinationURL{};   ///< set when the file is added
-    OutputClaim outputClaim = OutputClaim::None;             ///< set as the job comes to start
+    OutputClaim outputClaim = OutputClaim::None;             ///< set when the file is added
     std::optional<int> videoTrackID{};                       ///< absent: no usable video
     std::optional<int> runtimeSeconds{};                     ///< absent: no readable duration
     std::uint64_t fileSize = 0;                              ///< bytes; 0: could not be read
     std::optional<std::filesystem::path> subtitleFileURL{};  ///< an external subtitle file
+    SubtitleFormat subtitleFormat{};                         ///< of that file
     std::optional<std::filesystem::path> securityURL{};      ///< the folder whose access is open
     std::string videoCodec{};                                ///< of the accepted video stream
     std::string resolution{};                                ///< "1920x1080"; empty: none found
     std::optional<int> referenceFrames{};                    ///< absent: the report has no count
-    int subtitleCount = 0;                                   ///< streams of any subtitle kind
-    std::string demuxer{};                                   ///< "matroska,webm"
+    bool namesColour = false;                 ///< colours, range, HDR: see VideoStreamFact
+    std::optional<int> dolbyVisionProfile{};  ///< absent: no Dolby Vision record
+    int subtitleCount = 0;                    ///< streams of any subtitle kind
+    std::string demuxer{};                    ///< "matroska,webm"
+    std::optional<FileVersion> identity{};    ///< as it was before it was probed
+    std::vector<std::string> warnings{};      ///< what the user was not told when it was taken in
 };
 
 /// What informationString says, in the user's language; a subtitle file counts as "+1".
@@ -65,6 +72,8 @@ struct MKVFileInfo {
 [[nodiscard]] std::string_view namedLanguage(std::string_view word);
 /// "ac3" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
 [[nodiscard]] std::string_view codecOf(std::string_view audioEntry);
+/// Whether ffmpeg names the track's codec "none": it knows no way to read or to copy it.
+[[nodiscard]] bool hasUnknownCodec(std::string_view audioEntry);
 /// 1 out of "#1: eng (ac3) [5.1]".
 [[nodiscard]] int streamIndexOf(std::string_view audioEntry);
 

@@ -1,10 +1,16 @@
 #include "media/probe.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <exception>
 #include <system_error>
 #include <utility>
 
+#include "media/picture_choice.h"
 #include "media/report_outline.h"
+#include "mp4/mp4_movie.h"
 #include "support/bundle.h"
+#include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/child_process.h"
@@ -48,12 +54,66 @@ RunResult runProbe(const std::filesystem::path& path, const ProbeTools& tools) {
         {.executable = tools.ffmpeg, .arguments = {"-i", path.native()}, .stop = tools.stop});
 }
 
-/// What the probe printed. It repeats the path, whose bytes need not be UTF-8 as a report must be.
+/// As ffmpeg prints a text: control characters, but for those that move the cursor, as "?".
+std::string asPrinted(std::string text) {
+    constexpr unsigned char kFirstMove = 0x08;
+    constexpr unsigned char kLastMove = 0x0D;
+    std::ranges::replace_if(
+        text,
+        [](char character) {
+            const auto byte = static_cast<unsigned char>(character);
+            return byte < kFirstMove || (byte > kLastMove && byte < 0x20);
+        },
+        '?');
+    return text;
+}
+
+/// The report without the path that it repeats: a name may hold line feeds, and then words like a
+/// report's. ffmpeg prints no more than 1023 bytes of a message (LINE_SZ in libavutil/log.c), so a
+/// long path takes the end of its line with it.
+std::string withoutPath(std::string report, const std::filesystem::path& path) {
+    constexpr std::size_t kLongestMessage = 1023;
+    constexpr std::string_view kInput = "Input #0, ";
+    constexpr std::string_view kFrom = ", from '";
+    constexpr std::string_view kStandIn = "movie";
+    const auto printed = asPrinted(path.native());
+    const auto input = report.find(kInput);
+    const auto from = report.find(kFrom, input);
+    if (input != std::string::npos && from < report.find('\n', input)) {
+        const auto name = from + kFrom.size();
+        const auto message =
+            (report.substr(input, name - input) + printed + "':\n").substr(0, kLongestMessage);
+        if (report.compare(input, message.size(), message) == 0) {
+            report.replace(name, input + message.size() - name, std::string(kStandIn) + "':\n");
+        }
+    }
+    // Elsewhere, as in "PATH: Invalid data found", only a path with line feeds could mislead.
+    return Fennimar::contains(printed, "\n") ? Fennimar::replaced(report, printed, kStandIn)
+                                             : report;
+}
+
 std::string reportOf(const RunResult& result, const std::filesystem::path& path) {
-    if (!result.finished) return {};
-    const auto& output = result.finished->output;
-    if (Fennimar::isValidUtf8(path.native())) return output;
-    return Fennimar::replaced(output, path.native(), Fennimar::validUtf8(path.native()));
+    return result.finished ? withoutPath(result.finished->output, path) : std::string();
+}
+
+/// A wrapper of ffmpeg may print no banner, and then a bad movie's report has no mark of ffmpeg.
+bool runsAsFfmpeg(const ProbeTools& tools) {
+    const auto result = tools.launcher->run(
+        {.executable = tools.ffmpeg, .arguments = {"-version"}, .stop = tools.stop});
+    return result.finished && isFromFfmpeg(result.finished->output);
+}
+
+/// Where several video streams could be the movie's picture, a second run looks at their beginning.
+void settlePicture(const std::filesystem::path& path, const ProbeTools& tools,
+                   ProbeReport& report) {
+    auto& streams = report.videoStreams;
+    if (report.refusedVideoCodec || !areInDoubt(streams)) return;
+    const auto result = tools.launcher->run({.executable = tools.ffmpeg,
+                                             .arguments = countArguments(path.native(), streams),
+                                             .stop = tools.stop});
+    if (!result.finished) return;
+    takeCounts(result.finished->output, streams);
+    choosePicture(report);
 }
 
 /// Only a count above the picture's budget is of interest, and no stream exceeds the most.
@@ -79,6 +139,38 @@ std::optional<int> tracedReferenceFrames(const std::filesystem::path& path, int 
     return referenceFramesInTrace(result.finished->output);
 }
 
+Inspection inspectFileAt(const std::filesystem::path& path, const ProbeOptions& options,
+                         const ProbeTools& tools) {
+    const auto fileName = path.filename().native();
+    const auto identity = fileVersionOf(path);
+    const auto result = runProbe(path, tools);
+    const auto problem = toolProblemOf(result);
+    if (problem != ProbeToolProblem::None) return {.toolProblem = problem};
+    const auto text = reportOf(result, path);
+    auto report = parseProbeReport(text, options);
+    auto& record = report.record;
+    if (!isPlaylistDemuxer(record.demuxer)) settlePicture(path, tools, report);
+    if (needsReferenceFrames(report)) {
+        record.referenceFrames = tracedReferenceFrames(path, *record.videoTrackID, tools);
+    }
+
+    auto verdict = vet(*tools.translations, report, fileName, tools.appName);
+    if (!verdict.accepted && result.finished && !isFromFfmpeg(text) && !runsAsFfmpeg(tools)) {
+        return {.toolProblem = ProbeToolProblem::Broken};
+    }
+    Inspection inspection{.alerts = std::move(verdict.alerts)};
+    if (!verdict.accepted) return inspection;
+    if (Fennimar::contains(record.demuxer, "mp4") && partsOfMp4(path) > 1) {
+        inspection.alerts.push_back(cutMovieAlert(*tools.translations, fileName));
+    }
+    record.fileName = fileName;
+    record.fileURL = path;
+    record.identity = identity;
+    record.fileSize = Fennimar::fileSize(path);
+    inspection.record = std::move(record);
+    return inspection;
+}
+
 }  // namespace
 
 Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& options,
@@ -92,28 +184,13 @@ Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& opt
     if (!isFile(path)) {
         return {.alerts = {invalidFileAlert(translations, fileName, tools.appName)}};
     }
-
-    const auto result = runProbe(path, tools);
-    const auto problem = toolProblemOf(result);
-    if (problem != ProbeToolProblem::None) return {.toolProblem = problem};
-    const auto text = reportOf(result, path);
-    auto report = parseProbeReport(text, options);
-    auto& record = report.record;
-    if (needsReferenceFrames(report)) {
-        record.referenceFrames = tracedReferenceFrames(path, *record.videoTrackID, tools);
+    try {
+        return inspectFileAt(path, options, tools);
+    } catch (const std::exception& failure) {
+        // One file's trouble is not the program's.
+        vn_log_level(LogError, "Error: %@ could not be inspected: %@", fileName, failure.what());
+        return {.alerts = {invalidFileAlert(translations, fileName, tools.appName)}};
     }
-
-    auto verdict = vet(translations, report, fileName, tools.appName);
-    if (!verdict.accepted && result.finished && !isFromFfmpeg(text)) {
-        return {.toolProblem = ProbeToolProblem::Broken};
-    }
-    Inspection inspection{.alerts = std::move(verdict.alerts)};
-    if (!verdict.accepted) return inspection;
-    record.fileName = fileName;
-    record.fileURL = path;
-    record.fileSize = Fennimar::fileSize(path);
-    inspection.record = std::move(record);
-    return inspection;
 }
 
 std::int32_t durationOfFile(const std::filesystem::path& url, const ProbeTools& tools) {

@@ -43,7 +43,7 @@ struct Inspection {
 };
 
 /// Probes and vets one file. Blocks for the length of the probe; any thread. Shows nothing: the
-/// caller raises the alerts. Throws std::out_of_range on a report that cannot be read.
+/// caller raises the alerts. Throws nothing: a file that cannot be inspected is refused.
 [[nodiscard]] Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& options,
                                      const ProbeTools& tools);
 

@@ -15,8 +15,16 @@ struct ProbeOptions {
 
 /// One video stream that is no cover art and whose codec was not refused.
 struct VideoStreamFact {
+    int index = 0;  ///< of the stream in the input
     std::string codec{};
-    bool tenBit = false;  ///< H.264 High 10
+    bool tenBit = false;                      ///< H.264 High 10
+    std::string resolution{};                 ///< "1920x1080"; empty: none found
+    std::optional<int> referenceFrames{};     ///< absent: the report has no count
+    bool isEmpty = false;                     ///< it has no picture that ffmpeg could find
+    bool isDefault = false;                   ///< the container says so
+    bool namesColour = false;                 ///< colours, a range, HDR or Dolby Vision are named
+    std::optional<int> dolbyVisionProfile{};  ///< of its configuration record, where it has one
+    std::optional<int> packets{};             ///< how many were found near the beginning
 };
 
 /// What one report says. The record lacks what only the file system knows (path, name, size).
@@ -26,10 +34,12 @@ struct ProbeReport {
     std::optional<std::string> refusedVideoCodec{};  ///< set: reading stopped there
 };
 
-/// Reads what "ffmpeg -i" printed. Text in, values out: no process, no file, no preference.
-/// Text that is not UTF-8 reads as an empty report. Throws std::out_of_range on a malformed line,
-/// such as a duration line without a bitrate.
+/// Reads what "ffmpeg -i" printed. Text in, values out: no process, no file, no preference. What is
+/// no report reads as an empty one.
 [[nodiscard]] ProbeReport parseProbeReport(std::string_view text, const ProbeOptions& options);
+
+/// Makes the record's picture that of the best of the report's video streams.
+void choosePicture(ProbeReport& report);
 
 /// The codecs that no MP4 can hold. Exact, case-sensitive names.
 [[nodiscard]] bool isRefusedVideoCodec(std::string_view codec);

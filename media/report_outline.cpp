@@ -1,10 +1,13 @@
 #include "media/report_outline.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "media/probe_report.h"
 #include "support/strings.h"
@@ -12,52 +15,38 @@
 namespace reelvane {
 namespace {
 
+constexpr std::size_t kDurationIndent = 2;
+constexpr std::size_t kStreamIndent = 2;
+constexpr std::size_t kDeepStreamIndent = 4;
+constexpr std::size_t kEntryIndent = 2;  // of a tag below the "Metadata:" that it belongs to
 constexpr std::string_view kDurationMarker = "Duration: ";
+constexpr std::string_view kStreamMarker = "Stream #0:";
+constexpr std::string_view kImageType = "image/";
+constexpr auto kStreamKinds = std::to_array<std::string_view>(
+    {"Video", "Audio", "Subtitle", "Data", "Attachment", "Unknown"});
 
-std::string_view requiredPartAfter(std::string_view line, std::string_view separator) {
-    const auto part = Fennimar::partAfter(line, separator);
-    if (!part) throw std::out_of_range("no \"" + std::string(separator) + "\" in a report line");
-    return *part;
-}
-
-std::string_view durationText(std::string_view line) {
-    return Fennimar::partBefore(requiredPartAfter(line, kDurationMarker), ".");
-}
-
-/// Throws std::out_of_range with fewer than three parts. Never overflows, whatever the parts say.
-int secondsOf(const std::vector<std::string_view>& parts) {
+/// Absent with fewer than three parts. Never overflows, whatever the parts say.
+std::optional<int> secondsOf(std::string_view duration) {
+    const auto parts = Fennimar::split(duration, ":");
+    if (parts.size() < 3) return std::nullopt;
     const auto part = [&parts](std::size_t index) {
-        return static_cast<std::int64_t>(Fennimar::leadingInteger(parts.at(index)));
+        return static_cast<std::int64_t>(Fennimar::leadingInteger(parts[index]));
     };
     const auto seconds = part(0) * 3600 + part(1) * 60 + part(2);
     using Limits = std::numeric_limits<int>;
     return static_cast<int>(std::clamp<std::int64_t>(seconds, Limits::min(), Limits::max()));
 }
 
-void readDurationLine(std::string_view line, ReportSummary& summary) {
-    summary.duration = durationText(line);
-    const auto parts = Fennimar::split(*summary.duration, ":");
-    if (parts.size() < 3) return;
-    summary.runtimeSeconds = secondsOf(parts);
-    summary.bitrate = requiredPartAfter(line, "bitrate: ");
+ReportSummary readDurationLine(std::string_view body) {
+    ReportSummary summary;
+    summary.duration = Fennimar::partBefore(body.substr(kDurationMarker.size()), ".");
+    summary.runtimeSeconds = secondsOf(*summary.duration);
+    if (summary.runtimeSeconds) summary.bitrate = Fennimar::partAfter(body, "bitrate: ");
+    return summary;
 }
 
-bool namesImageType(std::string_view line) {
-    std::string packed(line);
-    std::erase(packed, ' ');
-    return Fennimar::contains(packed, "mimetype:image/");
-}
-
-/// "Commentary" out of "      title           : Commentary"; empty for any other line.
-std::string_view titleIn(std::string_view line) {
-    const auto key = Fennimar::partBefore(line, ":");
-    if (Fennimar::trimmedOfWhitespaceAndNewlines(key) != "title") return {};
-    return Fennimar::trimmedOfWhitespaceAndNewlines(
-        Fennimar::partAfter(line, ":").value_or(std::string_view{}));
-}
-
-/// The first "Input #0, NAME, from" line counts, but a later one that names a playlist wins: no
-/// text that the input brings along can hide what it is.
+/// The first "Input #0, NAME, from" line counts, but a later one that names a playlist wins: what
+/// a reader printed before the report cannot hide what it is.
 void readInputLine(std::string_view line, std::string_view& demuxer) {
     constexpr std::string_view kMarker = "Input #0, ";
     if (!line.starts_with(kMarker) || !Fennimar::contains(line, ", from ")) return;
@@ -65,26 +54,133 @@ void readInputLine(std::string_view line, std::string_view& demuxer) {
     if (demuxer.empty() || (isPlaylistDemuxer(name) && !isPlaylistDemuxer(demuxer))) demuxer = name;
 }
 
+/// Where "Video: " begins. The language comes before it and may hold anything, but nothing after it
+/// reads like it: so the last place counts where a language stands, else the first.
+std::optional<std::size_t> kindIn(std::string_view rest) {
+    const bool hasLanguage = rest.starts_with('(');
+    std::optional<std::size_t> found;
+    for (const auto kind : kStreamKinds) {
+        const auto marker = std::string(hasLanguage ? "): " : ": ").append(kind).append(": ");
+        const auto at = hasLanguage ? rest.rfind(marker) : rest.find(marker);
+        if (at == std::string_view::npos) continue;
+        const bool better = !found || (hasLanguage ? at > *found : at < *found);
+        if (better) found = at;
+    }
+    return found;
+}
+
+/// Takes "Stream #0:1[0x101](eng): Audio: ac3, 48000 Hz" apart; absent when it is cut short.
+std::optional<StreamBlock> readStreamLine(std::string_view body) {
+    StreamBlock block{.index = Fennimar::leadingInteger(body.substr(kStreamMarker.size()))};
+    auto rest = body.substr(kStreamMarker.size());
+    rest.remove_prefix(std::min(rest.find_first_not_of("0123456789"), rest.size()));
+    if (rest.starts_with("[0x")) rest.remove_prefix(std::min(rest.find(']') + 1, rest.size()));
+    const auto at = kindIn(rest);
+    if (!at) return std::nullopt;
+    if (rest.starts_with('(')) block.language = rest.substr(1, *at - 1);
+    rest = *Fennimar::partAfter(rest.substr(*at), ": ");
+    block.kind = Fennimar::partBefore(rest, ": ");
+    block.details = *Fennimar::partAfter(rest, ": ");
+    return block;
+}
+
+/// The first pass: takes the lines one by one.
+class OutlineReader {
+public:
+    explicit OutlineReader(std::string_view text) : text_(text) {}
+
+    [[nodiscard]] ReportOutline read() {
+        for (auto line : Fennimar::split(text_, "\n")) {
+            if (line.ends_with('\r')) line.remove_suffix(1);
+            if (!endsCutStream(line)) readLine(line);
+        }
+        return std::move(outline_);
+    }
+
+private:
+    struct Section {
+        std::size_t indent = 0;
+        bool isSideData = false;
+    };
+
+    void readLine(std::string_view line) {
+        const auto indent = std::min(line.find_first_not_of(' '), line.size());
+        const auto body = line.substr(indent);
+        if (indent == 0) {  // ends no section: the name of a tag may hold a line feed
+            readInputLine(line, outline_.demuxer);
+        } else if (section_ && indent > section_->indent) {
+            if (hasStream_) readEntry(indent, body, outline_.streams.back());
+        } else {
+            section_.reset();
+            readHeading(indent, body);
+        }
+    }
+
+    void readHeading(std::size_t indent, std::string_view body) {
+        if (body == "Metadata:" || body == "Side data:") {
+            section_ = Section{.indent = indent, .isSideData = body == "Side data:"};
+            return;
+        }
+        hasStream_ = false;
+        if (indent == kDurationIndent && body.starts_with(kDurationMarker)) {
+            if (!outline_.summary.duration) {  // all streams come below
+                outline_.streams.clear();
+                indices_.clear();
+            }
+            outline_.summary = readDurationLine(body);
+        } else if ((indent == kStreamIndent || indent == kDeepStreamIndent) &&
+                   body.starts_with(kStreamMarker)) {
+            if (!addStream(body)) cutStream_ = body;
+        }
+    }
+
+    /// A language may hold line feeds; its stream line then goes on until the language ends.
+    [[nodiscard]] bool endsCutStream(std::string_view line) {
+        constexpr std::size_t kLongest = 4096;  // bytes; then it was no stream line at all
+        if (cutStream_.empty()) return false;
+        const auto begin = static_cast<std::size_t>(cutStream_.data() - text_.data());
+        const auto end = static_cast<std::size_t>(line.data() - text_.data()) + line.size();
+        if (end - begin <= kLongest && !addStream(text_.substr(begin, end - begin))) return true;
+        cutStream_ = {};
+        return end - begin <= kLongest;
+    }
+
+    /// False when the line is cut. A stream in several programs is printed with each and counts
+    /// once.
+    [[nodiscard]] bool addStream(std::string_view body) {
+        const auto block = readStreamLine(body);
+        if (!block) return false;
+        hasStream_ = indices_.insert(block->index).second;
+        if (hasStream_) outline_.streams.push_back(*block);
+        return true;
+    }
+
+    void readEntry(std::size_t indent, std::string_view body, StreamBlock& block) const {
+        if (section_->isSideData) {
+            block.sideData.push_back(body);
+            return;
+        }
+        if (indent != section_->indent + kEntryIndent) return;  // a value's next line
+        const auto value = Fennimar::partAfter(body, ":");
+        if (!value) return;
+        const auto key = Fennimar::trimmedOf(Fennimar::partBefore(body, ":"), " ");
+        const auto text = Fennimar::trimmedOfWhitespaceAndNewlines(*value);
+        if (key == "title" && block.title.empty()) block.title = text;
+        if (key == "mimetype" && text.starts_with(kImageType)) block.isImageAttachment = true;
+    }
+
+    std::string_view text_;
+    ReportOutline outline_;
+    std::optional<Section> section_;
+    std::set<int> indices_;
+    bool hasStream_ = false;        ///< the section below belongs to the last stream
+    std::string_view cutStream_{};  ///< empty: none
+};
+
 }  // namespace
 
 ReportOutline outlineOf(std::string_view text) {
-    ReportOutline outline;
-    for (const auto line : Fennimar::lines(text)) {
-        const auto trimmed = Fennimar::trimmedOfWhitespaceAndNewlines(line);
-        if (trimmed.starts_with("Stream")) {
-            outline.streams.push_back(
-                {.streamLine = line, .isImageAttachment = namesImageType(line)});
-        } else if (trimmed.starts_with("Duration")) {
-            readDurationLine(line, outline.summary);
-        } else {
-            readInputLine(line, outline.demuxer);
-            if (outline.streams.empty()) continue;
-            auto& block = outline.streams.back();
-            block.isImageAttachment = block.isImageAttachment || namesImageType(line);
-            if (block.title.empty()) block.title = titleIn(line);
-        }
-    }
-    return outline;
+    return OutlineReader(text).read();
 }
 
 bool isFromFfmpeg(std::string_view text) {
@@ -92,11 +188,11 @@ bool isFromFfmpeg(std::string_view text) {
 }
 
 int durationInReport(std::string_view text) {
-    if (!Fennimar::isValidUtf8(text)) return -1;
-    auto lines = Fennimar::lines(text);
-    std::erase_if(lines, [](auto line) { return !Fennimar::contains(line, kDurationMarker); });
-    if (lines.size() != 1) return -1;
-    return secondsOf(Fennimar::split(durationText(lines.front()), ":"));
+    const auto marker = std::string(kDurationIndent, ' ').append(kDurationMarker);
+    const auto lines = Fennimar::split(text, "\n");
+    const auto count =
+        std::ranges::count_if(lines, [&](auto line) { return line.starts_with(marker); });
+    return count == 1 ? outlineOf(text).summary.runtimeSeconds.value_or(-1) : -1;
 }
 
 }  // namespace reelvane

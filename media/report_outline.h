@@ -6,11 +6,15 @@
 
 namespace reelvane {
 
-/// One stream line and what the lines below it, up to the next stream, say of it.
+/// One stream of the input: its line, taken apart, and what stands below it up to the next one.
 struct StreamBlock {
-    std::string_view streamLine{};
-    bool isImageAttachment = false;  ///< a line of its block names an image type
+    int index = 0;
+    std::string_view language{};     ///< as it stands there; empty: none
+    std::string_view kind{};         ///< "Video", "Audio", "Subtitle", "Data", "Attachment"
+    std::string_view details{};      ///< "h264 (High), yuv420p, 1920x1080, 25 fps"
+    bool isImageAttachment = false;  ///< its metadata names an image type
     std::string_view title{};        ///< its first line; empty when it has none
+    std::vector<std::string_view> sideData{};  ///< "DOVI configuration record: version: 1.0, ..."
 };
 
 /// What the duration line says.
@@ -27,15 +31,18 @@ struct ReportOutline {
     std::vector<StreamBlock> streams{};
 };
 
-/// Cuts a report up. Linear in its size. Throws std::out_of_range on a duration line that is cut
-/// short.
+/// Cuts a report up. Linear in its size; no text is too odd for it. Lines end at a line feed alone,
+/// and count only where ffmpeg's av_dump_format() writes them (libavformat/dump.c): the input line
+/// at the margin, the duration line two columns in, a stream line two or (in a group, and before
+/// version 5) four columns in. What is deeper than a line "Metadata:" above it is the movie's own
+/// text, whatever it says.
 [[nodiscard]] ReportOutline outlineOf(std::string_view text);
 
 /// Whether the text is one that only ffmpeg prints.
 [[nodiscard]] bool isFromFfmpeg(std::string_view text);
 
-/// The duration in whole seconds; -1 when the report holds none, or more than one. Throws
-/// std::out_of_range when the one it holds has fewer than three parts.
+/// The duration in whole seconds; -1 when the report holds none that can be read, or
+/// more than one.
 [[nodiscard]] int durationInReport(std::string_view text);
 
 }  // namespace reelvane

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "media/picture_choice.h"
 #include "support/alerts.h"
 #include "support/bundle.h"
 #include "support/dispatch.h"
@@ -80,6 +81,36 @@ void warnOfStream(const Translations& translations, const VideoStreamFact& strea
     }
 }
 
+/// Sound that ffmpeg cannot even name does not stop a movie that can go without it.
+void warnOfSound(const Translations& translations, const MKVFileInfo& record,
+                 std::string_view fileName, std::string_view appName,
+                 std::vector<VettingAlert>& alerts) {
+    const auto& tracks = record.audioTrackInformation;
+    const bool isUnknown = std::ranges::all_of(
+        tracks, [](const AudioEntry& entry) { return hasUnknownCodec(entry.text); });
+    if (tracks.empty() || !isUnknown) return;
+    alerts.push_back(error(
+        appName,
+        makeString(translations.localized("The sound of the file '%@' has a format that ffmpeg "
+                                          "does not know, so the file can only be converted "
+                                          "without sound."),
+                   fileName)));
+}
+
+void warnOfDolbyVision(const Translations& translations, const MKVFileInfo& record,
+                       std::string_view fileName, std::vector<VettingAlert>& alerts) {
+    constexpr int kWithoutBaseLayer = 5;  // the profile whose picture only Dolby Vision can show
+    if (record.dolbyVisionProfile != kWithoutBaseLayer) return;
+    alerts.push_back(warning(
+        "dolbyvisionwarning",
+        makeString(
+            translations.localized("The picture of the file '%@' is in Dolby Vision profile 5. "
+                                   "Only devices with Dolby Vision show its right colours; on "
+                                   "others it is green and purple."),
+            fileName),
+        kDelayed));
+}
+
 void warnOfPicture(const Translations& translations, const MKVFileInfo& record,
                    std::string_view fileName, std::vector<VettingAlert>& alerts) {
     if (record.resolution.empty()) return;
@@ -117,7 +148,7 @@ Verdict vet(const Translations& translations, const ProbeReport& report, std::st
     }
     Verdict verdict;
     const auto shownName = Fennimar::validUtf8(fileName);
-    for (const auto& stream : report.videoStreams) {
+    for (const auto& stream : likelyPictures(report.videoStreams)) {
         warnOfStream(translations, stream, shownName, verdict.alerts);
     }
     if (report.refusedVideoCodec) {
@@ -126,7 +157,11 @@ Verdict vet(const Translations& translations, const ProbeReport& report, std::st
         return verdict;
     }
     warnOfPicture(translations, report.record, shownName, verdict.alerts);
+    warnOfDolbyVision(translations, report.record, shownName, verdict.alerts);
     verdict.accepted = report.record.videoTrackID.has_value();
+    if (verdict.accepted) {
+        warnOfSound(translations, report.record, shownName, appName, verdict.alerts);
+    }
     if (!verdict.accepted) {
         verdict.alerts.push_back(invalidFileAlert(translations, fileName, appName));
     }
@@ -140,6 +175,18 @@ VettingAlert aliasAlert(const Translations& translations, std::string_view fileN
                        "The file '%@' is an alias. We can't open the target of the alias because "
                        "of limitations in Apple's 'sandbox'. Please complaint to Apple if you want "
                        "Aliases to work in sandboxed apps."),
+                   Fennimar::validUtf8(fileName)),
+        kDelayed);
+}
+
+VettingAlert cutMovieAlert(const Translations& translations, std::string_view fileName) {
+    return warning(
+        "warningcutmovie",
+        makeString(translations.localized(
+                       "The movie '%@' was cut, and its cuts can't be carried over: what "
+                       "was cut out may be seen again, and the sound may not fit the "
+                       "picture. Please export it first with the program that it was cut "
+                       "with, and convert what that makes."),
                    Fennimar::validUtf8(fileName)),
         kDelayed);
 }

@@ -28,12 +28,15 @@ struct Verdict {
 };
 
 /// Judges a report: refused codecs, 10-bit video, too large a picture, too many reference frames,
-/// no usable video. Pure.
+/// Dolby Vision that others cannot show, sound of no known kind, no usable video. Pure.
 [[nodiscard]] Verdict vet(const Translations& translations, const ProbeReport& report,
                           std::string_view fileName, std::string_view appName);
 
 /// The file is a link that is not followed, or that leads nowhere.
 [[nodiscard]] VettingAlert aliasAlert(const Translations& translations, std::string_view fileName);
+/// The file is put together from parts of its tracks, which no conversion carries over.
+[[nodiscard]] VettingAlert cutMovieAlert(const Translations& translations,
+                                         std::string_view fileName);
 /// The file has no video that could be converted, or is no movie at all.
 [[nodiscard]] VettingAlert invalidFileAlert(const Translations& translations,
                                             std::string_view fileName, std::string_view appName);

@@ -4,7 +4,10 @@
 #include <deque>
 #include <mutex>
 #include <optional>
+#include <syslog.h>
 #include <utility>
+
+#include "platform/process_start.h"
 
 namespace reelvane {
 
@@ -85,7 +88,13 @@ void BackgroundThread::run(Task task) {
         shared.tasks.push_back(std::move(task));
     }
     g_main_context_wakeup(shared.mainContext.get());
-    if (!thread_.joinable()) thread_ = std::thread([context = context_] { context->loop(); });
+    if (thread_.joinable()) return;
+    // Without a thread the tasks wait for the next one, which may find the system with one again.
+    if (auto started = startThread([context = context_] { context->loop(); })) {
+        thread_ = *std::move(started);
+    } else {
+        context_->log(LOG_WARNING, "no thread is left for the desktop's services");
+    }
 }
 
 void BackgroundThread::finish(Task last) {

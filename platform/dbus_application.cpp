@@ -5,12 +5,12 @@
 
 #include "platform/application_messages.h"
 #include "platform/message_bus.h"
+#include "support/logging.h"
 
 namespace reelvane {
 namespace {
 
 constexpr int kWarning = 4;
-constexpr int kNotice = 5;
 /// In milliseconds. The program that runs may be busy; nobody sees this process wait for it.
 constexpr int kProgramPatience = 10'000;
 constexpr int kBusPatience = 3'000;
@@ -58,7 +58,7 @@ ApplicationInstance::Role DBusApplication::claim(const std::vector<std::filesyst
     GLibError error;
     connection_ = openBus(Bus::Session, nullptr, error.out());
     if (!connection_) {
-        log_.write(kNotice, "Later starts will not find this process (" + error.message() + ").");
+        log_.write(LogNotice, "Later starts will not find this process (" + error.message() + ").");
         return Role::Primary;
     }
     // Before the name is there: who finds its owner finds the interface.
@@ -167,7 +167,7 @@ ApplicationInstance::OpenRequest DBusApplication::openRequest(GVariant* uris,
                                                               GVariant* platformData) {
     auto found = localFilesOf(uris);
     for (const auto& uri : found.otherURIs) {
-        log_.write(kNotice, "Not a file on this computer: " + uri);
+        log_.write(LogNotice, "Not a file on this computer: " + uri);
     }
     return {.files = std::move(found.files), .activationToken = activationToken(platformData)};
 }

@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "platform/dbus_connection.h"
+#include "support/logging.h"
 
 namespace reelvane {
 namespace {
 
-constexpr int kNotice = 5;
 constexpr auto kService = "org.freedesktop.Notifications";
 constexpr auto kPath = "/org/freedesktop/Notifications";
 /// From the sound naming specification: a short sound for something new.
@@ -78,7 +78,7 @@ public:
         std::string error;
         if (askCapabilities(error, context) && notify(notification, error, context)) return;
         if (std::exchange(failureLogged_, true) || context.isCancelled()) return;
-        context.log(kNotice, "This desktop shows no notifications (" + error + ").");
+        context.log(LogNotice, "This desktop shows no notifications (" + error + ").");
     }
 
     void close(BackgroundThread::Context& context) { bus_.close(context.cancellable()); }

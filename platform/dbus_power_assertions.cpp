@@ -7,11 +7,10 @@
 
 #include "platform/dbus_connection.h"
 #include "support/file_descriptor.h"
+#include "support/logging.h"
 
 namespace reelvane {
 namespace {
-
-constexpr int kNotice = 5;
 
 /// A service that keeps the machine awake on request.
 struct InhibitService {
@@ -70,8 +69,8 @@ public:
             error = std::move(answer.error);
         }
         if (std::exchange(refusalLogged_, true) || context.isCancelled()) return;
-        context.log(kNotice, "Nothing on this system keeps the machine awake while converting (" +
-                                 error + ").");
+        context.log(LogNotice, "Nothing on this system keeps the machine awake while converting (" +
+                                   error + ").");
     }
 
     void giveBack(PowerAssertionID id, BackgroundThread::Context& context) {

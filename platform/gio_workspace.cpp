@@ -10,15 +10,17 @@ namespace reelvane {
 namespace {
 
 constexpr int kWarning = 4;
+constexpr std::size_t kLoggedLink = 200;  // a mail's holds all of its text
 /// A file manager that the call starts first takes its time.
 constexpr auto kFileManagerTime = std::chrono::seconds(15);
 
-void open(const std::string& uri, BackgroundThread::Context& context) {
+/// False, and logged, where no program was started.
+bool open(const std::string& uri, BackgroundThread::Context& context) {
     const auto shared = harmlessSharedBus(context.cancellable());  // GIO talks over it
     GLibError error;
-    if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) == FALSE) {
-        context.log(kWarning, "Could not open " + uri + ": " + error.message());
-    }
+    if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) != FALSE) return true;
+    context.log(kWarning, "Could not open " + uri.substr(0, kLoggedLink) + ": " + error.message());
+    return false;
 }
 
 /// Keeps every byte of the name; empty, and logged, for a path that is not absolute.
@@ -43,33 +45,30 @@ void showInFileManager(const std::filesystem::path& file, BackgroundThread::Cont
     bus.close(context.cancellable());
     if (answer.values || context.isCancelled()) return;
     const auto folder = uriOf(file.parent_path(), context);
-    if (!folder.empty()) open(folder, context);
-}
-
-void moveToTrash(const std::filesystem::path& file, BackgroundThread::Context& context) {
-    // The local file system's own Trash: no daemon has to run for it.
-    const GObjectHandle<GFile> trashed(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
-    GLibError error;
-    if (g_file_trash(trashed.get(), context.cancellable(), error.out()) == FALSE) {
-        context.log(kWarning,
-                    "Could not move " + file.native() + " to the Trash: " + error.message());
-    }
+    if (!folder.empty()) static_cast<void>(open(folder, context));
 }
 
 }  // namespace
 
 GioWorkspace::GioWorkspace(SystemLog& log) : handlers_(log), fileManager_(log) {}
 
-void GioWorkspace::openURL(const std::string& url) {
-    handlers_.run([url](auto& context) { open(url, context); });
+void GioWorkspace::openURL(const std::string& url, std::function<void(bool)> answered) {
+    handlers_.run([url, answered = std::move(answered)](auto& context) {
+        const bool opened = open(url, context);
+        if (answered) answered(opened);
+    });
 }
 
 void GioWorkspace::reveal(const std::filesystem::path& file) {
     fileManager_.run([file](auto& context) { showInFileManager(file, context); });
 }
 
-void GioWorkspace::recycle(const std::filesystem::path& file) {
-    handlers_.run([file](auto& context) { moveToTrash(file, context); });
+std::string GioWorkspace::recycle(const std::filesystem::path& file) {
+    // The local file system's own Trash: no daemon has to run for it.
+    const GObjectHandle<GFile> trashed(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
+    GLibError error;
+    if (g_file_trash(trashed.get(), nullptr, error.out()) != FALSE) return {};
+    return error.message();
 }
 
 }  // namespace reelvane

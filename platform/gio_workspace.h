@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,18 +11,18 @@
 
 namespace reelvane {
 
-/// The desktop's handlers, file manager and Trash by GIO, in the background. At its end what was
-/// asked for is still done, within a second. A failure is logged. It knows no keyboard: a window
-/// program answers for the keys itself.
+/// The desktop's handlers and file manager by GIO, in the background, and its Trash. At its end
+/// what was asked for is still done, within a second. A failure is logged. It knows neither
+/// keyboard nor clipboard: a window program answers for them itself.
 class GioWorkspace : public Workspace {
 public:
     explicit GioWorkspace(SystemLog& log);
 
-    void openURL(const std::string& url) override;
+    void openURL(const std::string& url, std::function<void(bool opened)> answered) override;
+    void copyText(const std::string& /*text*/) override {}
     void reveal(const std::filesystem::path& file) override;
-    void recycle(const std::filesystem::path& file) override;
+    [[nodiscard]] std::string recycle(const std::filesystem::path& file) override;
     [[nodiscard]] bool isShiftKeyHeld() const override { return false; }
-    [[nodiscard]] bool isOptionKeyHeld() const override { return false; }
 
 private:
     BackgroundThread handlers_;

@@ -25,6 +25,9 @@ public:
     GlibDispatcher(GlibDispatcher&&) = delete;
     GlibDispatcher& operator=(GlibDispatcher&&) = delete;
 
+    /// False: the system had no thread left, so no background work ever runs.
+    [[nodiscard]] bool hasBackground() const { return background_.hasThreads(); }
+
     /// Runs the main loop until `quit`, also one that came before, and answers its status.
     int run();
     /// Ends `run` after the work that runs. Any thread.

@@ -146,14 +146,6 @@ std::optional<std::filesystem::path> setAside(const std::filesystem::path& path)
     return std::nullopt;
 }
 
-void makePrivateFolder(const std::filesystem::path& folder) {
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0 || errno != ENOENT || !folder.has_relative_path()) {
-        return;
-    }
-    makePrivateFolder(folder.parent_path());
-    ::mkdir(folder.c_str(), S_IRWXU);
-}
-
 void synchronizeFolder(const std::filesystem::path& folder) {
     const FileDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.isOpen()) ::fsync(opened.get());

@@ -50,9 +50,6 @@ struct FileContent {
 /// "PATH.damaged-1" and so on, never over something else. Absent when it could not be moved.
 [[nodiscard]] std::optional<std::filesystem::path> setAside(const std::filesystem::path& path);
 
-/// Makes the folder, and those above it that are missing, for this user alone.
-void makePrivateFolder(const std::filesystem::path& folder);
-
 /// Puts the folder's entries onto the device, where its file system can.
 void synchronizeFolder(const std::filesystem::path& folder);
 

@@ -1,13 +1,18 @@
 #include "platform/ini_preferences_store.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
+#include <thread>
 #include <utility>
 
 #include "platform/ini_document.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -16,18 +21,35 @@ namespace {
 
 constexpr auto kGroup = "Preferences";
 
-/// The lock that every writer of the file holds; not open when it cannot be had. It goes with the
-/// descriptor, however the program ends.
-FileDescriptor lockFor(const std::filesystem::path& path) {
+/// The file whose lock every writer of the preferences holds.
+FileDescriptor openLockFile(const std::filesystem::path& path) {
     makePrivateFolder(path.parent_path());
     auto name = path;
     name += ".lock";
-    FileDescriptor lock(
+    return FileDescriptor(
         ::open(name.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    while (lock.isOpen() && ::flock(lock.get(), LOCK_EX) < 0) {
-        if (errno != EINTR) lock.reset();
+}
+
+enum class Locking { Locked, HeldByAnother, Impossible };
+
+/// Asks again and again: a wait inside the call could be ended by nothing.
+Locking lockWithin(int file, IniPreferencesStore::Patience patience,
+                   const std::atomic<bool>& hurried) {
+    constexpr auto kLongestHurry = std::chrono::milliseconds(1000);
+    constexpr auto kLongestPause = std::chrono::milliseconds(20);
+    const auto begin = std::chrono::steady_clock::now();
+    auto pause = std::chrono::milliseconds(1);
+    while (::flock(file, LOCK_EX | LOCK_NB) < 0) {
+        if (errno == EINTR) continue;
+        if (errno != EWOULDBLOCK) return Locking::Impossible;
+        pollfd cancelled{.fd = patience.cancelDescriptor, .events = POLLIN, .revents = 0};
+        const bool hurries = hurried || ::poll(&cancelled, 1, 0) > 0;
+        const auto longest = hurries ? std::min(patience.time, kLongestHurry) : patience.time;
+        if (std::chrono::steady_clock::now() - begin >= longest) return Locking::HeldByAnother;
+        std::this_thread::sleep_for(pause);
+        pause = std::min(2 * pause, kLongestPause);
     }
-    return lock;
+    return Locking::Locked;
 }
 
 /// For a sentence: bytes that are not UTF-8 replaced.
@@ -59,7 +81,38 @@ struct IniPreferencesStore::Reading {
     IniDocument document{kGroup};
 };
 
-IniPreferencesStore::IniPreferencesStore(std::filesystem::path path) : path_(std::move(path)) {}
+IniPreferencesStore::IniPreferencesStore(std::filesystem::path path, Patience patience)
+    : path_(std::move(path)),
+      patience_(patience) {}
+
+void IniPreferencesStore::setHeldHandler(std::function<void()> handler) {
+    const std::scoped_lock lock(mutex_);
+    heldHandler_ = std::move(handler);
+}
+
+/// Not open when it cannot be had. It goes with the descriptor, however the program ends.
+FileDescriptor IniPreferencesStore::lockFile() const {
+    auto patience = patience_;
+    {
+        const std::scoped_lock lock(mutex_);
+        if (held_) patience.time = {};
+    }
+    auto file = openLockFile(path_);
+    if (!file.isOpen()) return file;
+    const auto locking = lockWithin(file.get(), patience, hurried_);
+    if (locking == Locking::HeldByAnother) tellHeld();
+    if (locking != Locking::Locked) file.reset();
+    return file;
+}
+
+void IniPreferencesStore::tellHeld() const {
+    std::function<void()> handler;
+    {
+        const std::scoped_lock lock(mutex_);
+        if (!std::exchange(held_, true)) handler = heldHandler_;
+    }
+    if (handler) handler();
+}
 
 IniPreferencesStore::Reading IniPreferencesStore::read() const {
     Reading reading{.content = readWhole(path_)};
@@ -104,8 +157,8 @@ void IniPreferencesStore::refresh() const {
     }
     auto reading = read();
     if (reading.content.state == ReadState::Unreadable) {
-        const auto lock = lockFor(path_);
-        if (lock.isOpen()) {
+        const auto held = lockFile();
+        if (held.isOpen()) {
             reading = readLocked();
         } else {
             tell({});
@@ -122,8 +175,8 @@ std::optional<std::string> IniPreferencesStore::value(std::string_view key) cons
 }
 
 bool IniPreferencesStore::edit(const std::function<void(PreferenceValues&)>& change) {
-    const auto lock = lockFor(path_);
-    if (!lock.isOpen()) return false;
+    const auto held = lockFile();
+    if (!held.isOpen()) return false;
     auto reading = readLocked();
     const auto state = reading.content.state;
     if (state != ReadState::Absent && state != ReadState::Read) return false;
@@ -147,8 +200,13 @@ void IniPreferencesStore::synchronize() {
 std::optional<std::string> IniPreferencesStore::problem(const Translations& translations) const {
     refresh();
     const std::scoped_lock lock(mutex_);
-    if (!damage_) return std::nullopt;
-    return damagedText(translations, path_, damage_->kept);
+    if (damage_) return damagedText(translations, path_, damage_->kept);
+    if (!held_) return std::nullopt;
+    return makeString(translations.localized(
+                          "Another program holds the preferences file \"%@\" and does not come to "
+                          "an end. As long as it does, no change is saved. Please end that "
+                          "program."),
+                      shown(path_));
 }
 
 }  // namespace reelvane

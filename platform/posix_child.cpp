@@ -90,6 +90,8 @@ bool PosixChild::waitFor(std::chrono::milliseconds time) const {
 }
 
 int PosixChild::reap() const {
+    // Not yet waited for, the child keeps the group's number from being given to others.
+    signalGroup(SIGKILL);
     return waitForEnd(process_);
 }
 
@@ -97,9 +99,6 @@ void PosixChild::terminate() const {
     signalGroup(SIGTERM);
     signalGroup(SIGCONT);  // a suspended process takes no other signal
     static_cast<void>(waitFor(kTerminationGrace));
-    // Also what outlives the child in its group. Not yet waited for, the child keeps the group's
-    // number from being given to others.
-    signalGroup(SIGKILL);
     static_cast<void>(reap());
 }
 

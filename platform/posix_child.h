@@ -29,8 +29,9 @@ public:
     void signalGroup(int signal) const;
     /// True when the child has ended, before or within this time.
     [[nodiscard]] bool waitFor(std::chrono::milliseconds time) const;
-    /// Waits for the end and answers the exit status, or the number of the signal that ended it.
-    /// To be called once, and nothing but `takePendingOutput` after it.
+    /// Ends what the child left behind in its group, which nobody else would, and answers the
+    /// child's exit status, or the number of the signal that ended it. To be called once, when the
+    /// child has ended, and nothing but `takePendingOutput` after it.
     [[nodiscard]] int reap() const;
     /// SIGTERM, SIGCONT, and after two seconds SIGKILL; returns when the child is gone.
     void terminate() const;

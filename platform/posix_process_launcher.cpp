@@ -11,6 +11,7 @@
 
 #include "platform/glib_source.h"
 #include "platform/posix_child.h"
+#include "support/bounded_text.h"
 #include "support/file_descriptor.h"
 
 namespace reelvane {
@@ -101,7 +102,7 @@ bool isReadable(int descriptor) {
 /// its output and go on, and others may hold it open. False when the run was cancelled before,
 /// which either of the two further descriptors says.
 bool readUntilEnd(const PosixChild& child, int cancelDescriptor, int stopDescriptor,
-                  std::string& output) {
+                  BoundedText& printed) {
     std::array<pollfd, 4> waited = {
         pollfd{.fd = child.endDescriptor(), .events = POLLIN, .revents = 0},
         pollfd{.fd = child.output(), .events = POLLIN, .revents = 0},
@@ -112,7 +113,9 @@ bool readUntilEnd(const PosixChild& child, int cancelDescriptor, int stopDescrip
             waited[0].revents = 0;
             continue;
         }
+        std::string output;
         if (waited[1].revents != 0 && !readAvailable(child.output(), output)) waited[1].fd = -1;
+        printed.append(output);
         const bool cancelled = waited[2].revents != 0 || waited[3].revents != 0;
         if (waited[0].revents == 0 && cancelled) return false;
     }
@@ -137,12 +140,14 @@ RunResult PosixProcessLauncher::run(const ProcessRequest& request) {
     auto started = PosixChild::start(request);
     if (!started.child) return {.error = started.error};
     const auto& child = *started.child;
-    if (readUntilEnd(child, cancelDescriptor_, stop.descriptor(), finished.output)) {
+    BoundedText printed(request.keepsAllOutput ? BoundedText::kUnbounded : BoundedText::kPart);
+    if (readUntilEnd(child, cancelDescriptor_, stop.descriptor(), printed)) {
         finished.exitStatus = child.reap();
     } else {
         child.terminate();
     }
-    finished.output += child.takePendingOutput();
+    printed.append(child.takePendingOutput());
+    finished.output = printed.text();
     return {.finished = std::move(finished)};
 }
 

@@ -2,12 +2,19 @@
 
 #include <utility>
 
+#include "platform/process_start.h"
+
 namespace reelvane {
 
 namespace {
 // Most are idle or wait for a disk; those of a disk that hangs must not keep the others' work.
 constexpr std::size_t kMostThreads = 64;
 }  // namespace
+
+ThreadPool::ThreadPool() {
+    const std::lock_guard lock(mutex_);
+    addThread();
+}
 
 ThreadPool::~ThreadPool() {
     stop();
@@ -29,10 +36,17 @@ void ThreadPool::submit(Interval delay, Work work) {
     const std::lock_guard lock(mutex_);
     if (stopping_) return;
     queue_.push(WorkQueue::dueAfter(delay), std::move(work));
-    if (queue_.size() > idle_ && threads_.size() < kMostThreads) {
-        threads_.emplace_back([this] { serve(); });
-    }
+    if (queue_.size() > idle_ && threads_.size() < kMostThreads) addThread();
     changed_.notify_one();
+}
+
+void ThreadPool::addThread() {
+    if (auto made = startThread([this] { serve(); })) threads_.push_back(*std::move(made));
+}
+
+bool ThreadPool::hasThreads() const {
+    const std::lock_guard lock(mutex_);
+    return !threads_.empty();
 }
 
 void ThreadPool::serve() {

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "support/alert_queue.h"
 #include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/ports/dispatcher.h"
@@ -11,6 +12,21 @@
 
 namespace reelvane {
 namespace {
+
+std::string versionKey(const Vantor& vantor, std::string_view identifier) {
+    return makeString("_%@_%@_asked", identifier, vantor.appVersionString());
+}
+
+AlertContent translated(const Vantor& vantor, AlertContent content) {
+    const auto translate = [&vantor](std::string& text) { text = localized(vantor, text); };
+    translate(content.title);
+    translate(content.message);
+    std::ranges::for_each(content.buttons, translate);
+    if (content.suppressionTitle) translate(*content.suppressionTitle);
+    translate(content.accessory.label);
+    translate(content.cancelTitle);
+    return content;
+}
 
 void warnUnlessSilenced(Vantor& vantor, const SuppressibleWarning& warning,
                         const std::string& key) {
@@ -23,26 +39,22 @@ void warnUnlessSilenced(Vantor& vantor, const SuppressibleWarning& warning,
 }
 
 void warnOnMainThread(Vantor& vantor, const SuppressibleWarning& warning, std::string key) {
+    auto warn = [&vantor, warning, key = std::move(key)] {
+        vantor.alertQueue().whenFree(
+            [&vantor, warning, key] { warnUnlessSilenced(vantor, warning, key); });
+    };
     auto& dispatcher = vantor.ports().dispatcher;
     if (dispatcher.isMainThread()) {
-        warnUnlessSilenced(vantor, warning, key);
-        return;
+        warn();
+    } else {
+        dispatcher.asyncMain(std::move(warn));
     }
-    dispatcher.asyncMain(
-        [&vantor, warning, key = std::move(key)] { warnUnlessSilenced(vantor, warning, key); });
 }
 
 }  // namespace
 
 AlertAnswer runAlert(Vantor& vantor, AlertContent content) {
-    const auto translate = [&vantor](std::string& text) { text = localized(vantor, text); };
-    translate(content.title);
-    translate(content.message);
-    std::ranges::for_each(content.buttons, translate);
-    if (content.suppressionTitle) translate(*content.suppressionTitle);
-    translate(content.accessory.label);
-    translate(content.cancelTitle);
-    return vantor.ports().alerts.runModal(content);
+    return vantor.alertQueue().ask(translated(vantor, std::move(content)));
 }
 
 ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view message,
@@ -52,7 +64,9 @@ ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view mess
     for (const auto button : {firstButton, secondButton, thirdButton}) {
         if (!button.empty()) content.buttons.emplace_back(button);
     }
-    return runAlert(vantor, std::move(content)).button;
+    if (content.buttons.size() > 1) return runAlert(vantor, std::move(content)).button;
+    vantor.alertQueue().tell(translated(vantor, std::move(content)));
+    return kFirstButton;
 }
 
 ButtonResult alert_apptitled(Vantor& vantor, std::string_view message, std::string_view firstButton,
@@ -69,12 +83,15 @@ ButtonResult cautiousButton(const AlertContent& content) {
 }
 
 void alert_dontwarnagain_version(Vantor& vantor, const SuppressibleWarning& warning) {
-    warnOnMainThread(vantor, warning,
-                     makeString("_%@_%@_asked", warning.identifier, vantor.appVersionString()));
+    warnOnMainThread(vantor, warning, versionKey(vantor, warning.identifier));
 }
 
 void alert_dontwarnagain_ever(Vantor& vantor, const SuppressibleWarning& warning) {
     warnOnMainThread(vantor, warning, makeString("_%@_asked", warning.identifier));
+}
+
+bool isSilenced(const Vantor& vantor, std::string_view identifier) {
+    return vantor.preferences().defaultInt(versionKey(vantor, identifier)) != 0;
 }
 
 void alert_warnagain(Vantor& vantor) {

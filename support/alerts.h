@@ -13,10 +13,11 @@ class Vantor;
 // The titles, messages and labels given to these functions are shown in the user's language. One
 // that holds values is no text of the catalogues: its format has been translated by the caller.
 
-/// Shows a modal alert. Main thread only; blocks.
+/// Shows a modal alert, in front of one that is open. Main thread only; blocks.
 AlertAnswer runAlert(Vantor& vantor, AlertContent content);
 
-/// The same; absent (empty) button titles add no button.
+/// The same; absent (empty) button titles add no button. One with a single button asks nothing:
+/// while another alert is open it waits for that one, and kFirstButton is answered at once.
 ButtonResult alert(Vantor& vantor, std::string_view title, std::string_view message,
                    std::string_view firstButton, std::string_view secondButton = {},
                    std::string_view thirdButton = {});
@@ -43,6 +44,8 @@ struct SuppressibleWarning {
 void alert_dontwarnagain_version(Vantor& vantor, const SuppressibleWarning& warning);
 /// The same, silenced once and for all.
 void alert_dontwarnagain_ever(Vantor& vantor, const SuppressibleWarning& warning);
+/// True while the user wants no more of these warnings in this version.
+[[nodiscard]] bool isSilenced(const Vantor& vantor, std::string_view identifier);
 /// Every silenced warning is shown again from now on.
 void alert_warnagain(Vantor& vantor);
 

@@ -12,6 +12,7 @@
 #include "support/preference_text.h"
 #include "support/preferences.h"
 #include "support/strings.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
@@ -77,6 +78,11 @@ std::string dateDescription() {
                       utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
 }
 
+/// Further lines are set off, so that none passes for a message of its own.
+std::string logText(std::string_view message) {
+    return Fennimar::replaced(printableLines(message), "\n", "\n    ");
+}
+
 /// Marks the time in which this thread writes to a ring.
 class RingWriting {
 public:
@@ -119,10 +125,12 @@ void log_set_sinks(const LogSinks& sinks) {
     state.sinksIdle.wait(lock, [&] { return state.messagesInFlight == messagesOfThisThread; });
 }
 
-void log_message(std::uint32_t level, const std::string& message) {
+void log_message(std::uint32_t level, const std::string& given) {
     auto& state = logState();
     const SinkUse use;
-    if (const auto lost = state.capture.append(level, use.sinks().appName, message)) {
+    const auto message = logText(given);
+    const auto& captured = Fennimar::isValidUtf8(given) ? message : given;
+    if (const auto lost = state.capture.append(level, use.sinks().appName, captured)) {
         vn_log_level(LogError, "could not open create data from string %@ for log", *lost);
     }
     if (level >= kLevels) return;

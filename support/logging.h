@@ -35,8 +35,9 @@ struct LogSinks {
 void log_set_sinks(const LogSinks& sinks);
 
 /// Sends one message to the capture file, the ring in the preferences and the system's log, in this
-/// order. Levels 0 to 7. Any thread; never fails for its caller.
-void log_message(std::uint32_t level, const std::string& message);
+/// order, all but the printable characters and newlines as U+FFFD. Levels 0 to 7. Any thread; never
+/// fails for its caller.
+void log_message(std::uint32_t level, const std::string& given);
 
 /// The same with a format text (see makeString).
 template <typename... Arguments>

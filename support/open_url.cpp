@@ -1,10 +1,12 @@
 #include "support/open_url.h"
 
+#include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/workspace.h"
 #include "support/problem_reports.h"
 #include "support/strings.h"
+#include "support/value_alerts.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -21,6 +23,19 @@ std::string productPage(const Vantor& vantor) {
     const auto name = Fennimar::lowercased(vantor.appName());
     const auto word = Fennimar::partBefore(Fennimar::partBefore(name, " "), "-");
     return makeString("%@%@/", kMakersWebSite, word);
+}
+
+void askForSupport(Vantor& vantor) {
+    bool withPreferences = false;
+    const auto answer = alert_checkbox(
+        vantor,
+        localizable("Your mail program opens with a line about your computer. Nothing is sent "
+                    "before you send it."),
+        {std::string(localizable("Write the Mail")), std::string(localizable("Cancel"))},
+        kAttachPreferences, withPreferences);
+    if (answer == kFirstButton) {
+        sendSupportRequestMail(vantor, "<Insert Support Request Here>", withPreferences);
+    }
 }
 
 }  // namespace
@@ -48,10 +63,10 @@ std::string linkForChoice(const Vantor& vantor, int choice) {
 
 void openURL(Vantor& vantor, int choice) {
     if (choice == SupportRequestURL) {
-        sendSupportRequestMail(vantor, "<Insert Support Request Here>");
+        askForSupport(vantor);
         return;
     }
-    vantor.ports().workspace.openURL(Fennimar::escaped(linkForChoice(vantor, choice)));
+    vantor.ports().workspace.openURL(Fennimar::escaped(linkForChoice(vantor, choice)), {});
 }
 
 }  // namespace reelvane

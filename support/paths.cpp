@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "support/file_descriptor.h"
+#include "support/held_file.h"
 #include "support/posix_io.h"
 #include "support/strings.h"
 #include "support/utf8.h"
@@ -20,12 +21,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kLongestName = 255;  // in bytes, on every usual file system
-
-/// Whether a name is in use, be it by a link that leads nowhere.
-bool isOccupied(const fs::path& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
 
 /// The character that crosses the limit goes whole.
 std::string_view cutAtCharacter(std::string_view text, std::size_t maximumBytes) {
@@ -39,6 +34,11 @@ std::string_view cutAtCharacter(std::string_view text, std::size_t maximumBytes)
 }
 
 }  // namespace
+
+bool isOccupied(const fs::path& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
 
 bool fileExists(const fs::path& path) {
     std::error_code error;
@@ -62,11 +62,12 @@ bool fileIsAlias(const fs::path& path) {
 }
 
 bool isWriteablePath(const fs::path& path) {
-    auto file = reelvane::createFile(path, 0600);
-    if (!file.isOpen()) return false;
-    const bool written = reelvane::writeAll(file.get(), "TEST");
-    const bool closed = ::close(file.release()) == 0;
-    return ::unlink(path.c_str()) == 0 && written && closed;
+    if (isOccupied(path)) return false;
+    // Without a name where that can be had: should the program be killed here, nothing stays.
+    auto file = reelvane::HeldFile::unnamed(path.parent_path(), 0600);
+    if (file.descriptor() < 0 && file.nameAs(path) != reelvane::Naming::Made) return false;
+    const bool written = reelvane::writeAll(file.descriptor(), "TEST");
+    return file.remove() && written;
 }
 
 fs::path uniqueFile(const fs::path& path, const std::function<bool(const fs::path&)>& isTaken,

@@ -10,6 +10,8 @@
 /// Helpers on paths and files. Paths keep their bytes. All are safe from any thread; none throws.
 namespace Fennimar {
 
+/// Whether a name is in use, be it by a link that leads nowhere.
+[[nodiscard]] bool isOccupied(const std::filesystem::path& path);
 /// A link that leads nowhere does not exist.
 [[nodiscard]] bool fileExists(const std::filesystem::path& path);
 /// In bytes; 0 when it cannot be read.
@@ -19,8 +21,8 @@ namespace Fennimar {
                               const std::filesystem::path& right);
 /// True for symbolic links.
 [[nodiscard]] bool fileIsAlias(const std::filesystem::path& path);
-/// True when a file can be made at the path, which is tried and undone. False when something is
-/// there already: callers pass a fresh name.
+/// True when a file can be made at the path, which is tried and leaves nothing. False when
+/// something is there already: callers pass a fresh name.
 [[nodiscard]] bool isWriteablePath(const std::filesystem::path& path);
 /// The path itself when nothing is there, not even a dead link; else "name-0.ext", "name-1.ext" and
 /// so on. A path without an extension gets a trailing full stop: "name-0.".

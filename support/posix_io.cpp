@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace reelvane {
@@ -18,7 +19,22 @@ bool writeAll(int file, std::string_view bytes) {
 }
 
 FileDescriptor createFile(const std::filesystem::path& path, mode_t mode) {
-    return FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+}
+
+bool makePrivateFolder(const std::filesystem::path& folder) {
+    const auto make = [&folder] {
+        return ::mkdir(folder.c_str(), S_IRWXU) == 0 && ::chmod(folder.c_str(), S_IRWXU) == 0;
+    };
+    if (make()) return true;
+    if (errno == ENOENT && folder.has_relative_path()) {
+        if (makePrivateFolder(folder.parent_path()) && make()) return true;
+    }
+    const int error = errno;
+    struct stat status = {};
+    if (::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return true;
+    errno = error;
+    return false;
 }
 
 }  // namespace reelvane

@@ -14,7 +14,6 @@
 #include "support/logging.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
-#include "support/ports/workspace.h"
 #include "support/strings.h"
 #include "support/vantor.h"
 
@@ -22,41 +21,44 @@ namespace reelvane {
 namespace {
 
 constexpr std::size_t kShownDetails = 400;  // characters
+constexpr std::string_view kSendToSupport = localizable("Send to support");
 
 std::string crashLogPart(const ReportFacts& facts) {
     return facts.crashLogCount == 0 ? "" : makeString(" Problems: %li", facts.crashLogCount);
 }
 
-std::string mailLink(std::string_view address, const ReportFacts& facts, std::string_view kind,
-                     std::string_view body) {
-    const auto subject = makeString("%@ v%@ (%i) %@", facts.appName, facts.appVersionString,
-                                    facts.appBuildNumber, kind);
-    return makeString("mailto:%@?subject=%@&body=%@", address, subject, body);
+std::string subjectOf(const ReportFacts& facts, std::string_view kind) {
+    return makeString("%@ v%@ (%i) %@", facts.appName, facts.appVersionString, facts.appBuildNumber,
+                      kind);
 }
 
-/// Empty when the facts could not be gathered: the user is told of the failure all the same.
-std::string linkOrNothing(const Vantor& vantor, std::string_view message, std::string_view details,
-                          bool fatal) {
+/// Where they cannot be gathered the report is sent without them.
+ReportFacts factsOrNone(const Vantor& vantor, bool withPreferences) {
     try {
-        return problemReportLink(gatherReportFacts(vantor, true), message, details, fatal);
+        return gatherReportFacts(vantor, withPreferences);
     } catch (const std::exception& failure) {
-        vn_log_level(LogError, "Error: no problem report could be made: %@", failure.what());
-        return {};
+        vn_log_level(LogError, "Error: a report tells nothing of this machine: %@", failure.what());
+        return {.appName = vantor.appName()};
     }
 }
 
-void offerReport(Vantor& vantor, std::string_view message, std::string_view details, bool fatal) {
-    const auto link = linkOrNothing(vantor, message, details, fatal);
+void offerReport(Vantor& vantor, std::string_view message, std::string_view details, bool fatal,
+                 Interval mailPatience) {
     const auto information =
         makeString(localized(vantor,
                              "%@\n\n You can contact our support with detailed information so "
                              "that we can fix this problem.\n\nInformation: %@"),
                    message, shownDetails(details));
-    const auto answer =
-        alert(vantor, fatal ? localized(vantor, "Fatal Error") : localized(vantor, "Error"),
-              information, localized(vantor, "Send to support"),
-              fatal ? localized(vantor, "Quit") : localized(vantor, "Continue"));
-    if (answer == kFirstButton) vantor.ports().workspace.openURL(Fennimar::escaped(link));
+    const auto answer = askForReport(
+        vantor, fatal ? localized(vantor, "Fatal Error") : localized(vantor, "Error"), information,
+        fatal ? localized(vantor, "Quit") : localized(vantor, "Continue"));
+    if (!answer.send) return;
+    auto mail = problemReport(factsOrNone(vantor, answer.withPreferences), message, details, fatal);
+    if (fatal) {
+        openLastMail(vantor, mail, mailPatience);
+    } else {
+        openMail(vantor, std::move(mail));
+    }
 }
 
 /// Runs the work on the main thread and waits for its end, but gives up when the main thread has
@@ -103,22 +105,26 @@ ReportFacts gatherReportFacts(const Vantor& vantor, bool withPreferences) {
             .preferences = withPreferences ? base64OfFile(vantor.prefsPath()) : ""};
 }
 
-std::string problemReportLink(const ReportFacts& facts, std::string_view message,
-                              std::string_view details, bool fatal) {
-    const auto body = makeString(
-        "Hello\nA %@ error in %@ occured (%@).\n\nBye\n\nP.S. Details: %@\n\n\nP.P.S: Hardware: %@ "
-        "Software: %@ Admin: %i%@\n\nPreferences: %@\n",
-        fatal ? "fatal" : "", facts.appName, message, details, facts.machineType,
-        facts.operatingSystemVersion, facts.isUserAdmin, crashLogPart(facts), facts.preferences);
-    return mailLink(kSupportAddress, facts, "Problem Report", body);
+Mail problemReport(const ReportFacts& facts, std::string_view message, std::string_view details,
+                   bool fatal) {
+    return {.address = std::string(kSupportAddress),
+            .subject = subjectOf(facts, "Problem Report"),
+            .before = makeString("Hello\nA %@ error in %@ occured (%@).\n\nBye\n\nP.S. Details: ",
+                                 fatal ? "fatal" : "", facts.appName, message),
+            .details = std::string(details),
+            .after = makeString("\n\n\nP.P.S: Hardware: %@ Software: %@ Admin: %i%@\n\n"
+                                "Preferences: %@\n",
+                                facts.machineType, facts.operatingSystemVersion, facts.isUserAdmin,
+                                crashLogPart(facts), facts.preferences)};
 }
 
-std::string supportRequestLink(const ReportFacts& facts, std::string_view address,
-                               std::string_view text) {
-    const auto body =
-        makeString("%@\n\n\n\nP.S: Hardware: %@ Software: %@%@\n%@", text, facts.machineType,
-                   facts.operatingSystemVersion, crashLogPart(facts), facts.preferences);
-    return mailLink(address, facts, "Support Request", body);
+Mail supportRequest(const ReportFacts& facts, std::string_view address, std::string_view text) {
+    return {
+        .address = std::string(address),
+        .subject = subjectOf(facts, "Support Request"),
+        .details = std::string(text),
+        .after = makeString("\n\n\n\nP.S: Hardware: %@ Software: %@%@\n%@", facts.machineType,
+                            facts.operatingSystemVersion, crashLogPart(facts), facts.preferences)};
 }
 
 std::string shownDetails(std::string_view details) {
@@ -140,7 +146,7 @@ void endProcess(int status) {
 void alert_feedback(Vantor& vantor, std::string_view message, std::string_view details, bool fatal,
                     const FatalEnd& end) {
     vn_log_level(LogError, "alert_feedback %@ %@", message, details);
-    const Work report = [&] { offerReport(vantor, message, details, fatal); };
+    const Work report = [&] { offerReport(vantor, message, details, fatal, end.mailPatience); };
     if (!fatal) {
         dispatch_sync_main(vantor, report);
         return;
@@ -158,10 +164,21 @@ void alert_feedback_nonfatal(Vantor& vantor, std::string_view message, std::stri
     alert_feedback(vantor, message, details, false);
 }
 
-void sendSupportRequestMail(Vantor& vantor, std::string_view text) {
-    const auto facts = gatherReportFacts(vantor, vantor.ports().workspace.isOptionKeyHeld());
-    const auto link = supportRequestLink(facts, feedbackAddress(vantor), text);
-    vantor.ports().workspace.openURL(Fennimar::escaped(link));
+ReportAnswer askForReport(Vantor& vantor, std::string_view title, std::string_view message,
+                          std::string_view otherButton) {
+    const auto answer =
+        runAlert(vantor, {.title = std::string(title),
+                          .message = std::string(message),
+                          .buttons = {std::string(kSendToSupport), std::string(otherButton)},
+                          .accessory = {.kind = AlertAccessory::Kind::Checkbox,
+                                        .label = std::string(kAttachPreferences),
+                                        .index = 1}});
+    return {.send = answer.button == kFirstButton, .withPreferences = answer.index != 0};
+}
+
+void sendSupportRequestMail(Vantor& vantor, std::string_view text, bool withPreferences) {
+    openMail(vantor, supportRequest(gatherReportFacts(vantor, withPreferences),
+                                    feedbackAddress(vantor), text));
 }
 
 }  // namespace reelvane

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/bundle.h"
+#include "support/mail.h"
 #include "support/ports/dispatcher.h"
 
 /// Reports to the maker by mail: an unexpected failure, or a user's request for support.
@@ -14,6 +16,9 @@ class Vantor;
 
 /// Where a problem report goes, whatever the information file says.
 inline constexpr std::string_view kSupportAddress = "support@reelvane.org";
+
+/// The check box that decides whether a mail carries the stored preferences.
+inline constexpr std::string_view kAttachPreferences = localizable("Attach my preferences");
 
 /// What a mail to the support says of the program and of the machine it runs on.
 struct ReportFacts {
@@ -30,12 +35,10 @@ struct ReportFacts {
 /// Asks the host. Any thread.
 [[nodiscard]] ReportFacts gatherReportFacts(const Vantor& vantor, bool withPreferences);
 
-/// The mail link of a problem report, not yet percent-encoded.
-[[nodiscard]] std::string problemReportLink(const ReportFacts& facts, std::string_view message,
-                                            std::string_view details, bool fatal);
-/// The mail link of a support request, not yet percent-encoded.
-[[nodiscard]] std::string supportRequestLink(const ReportFacts& facts, std::string_view address,
-                                             std::string_view text);
+[[nodiscard]] Mail problemReport(const ReportFacts& facts, std::string_view message,
+                                 std::string_view details, bool fatal);
+[[nodiscard]] Mail supportRequest(const ReportFacts& facts, std::string_view address,
+                                  std::string_view text);
 /// What the alert shows of the details: all of up to 400 characters, else their beginning.
 [[nodiscard]] std::string shownDetails(std::string_view details);
 
@@ -48,10 +51,12 @@ using EndProcess = std::function<void(int status)>;
 /// with their parent, and after an unexpected failure no destructor can be trusted.
 [[noreturn]] void endProcess(int status);
 
-/// How a fatal report ends, and how long it waits for a main thread that may itself be stuck.
+/// How a fatal report ends, and how long it waits: for a main thread that may itself be stuck, and
+/// for the mail program.
 struct FatalEnd {
     EndProcess endProcess = reelvane::endProcess;
     Interval patience = std::chrono::seconds(10);
+    Interval mailPatience = std::chrono::seconds(5);
 };
 
 /// Shows what went wrong and opens the mail if the user wants to send it. Any thread; waits for the
@@ -63,8 +68,16 @@ void alert_feedback_fatal(Vantor& vantor, std::string_view message, std::string_
                           const FatalEnd& end = {});
 void alert_feedback_nonfatal(Vantor& vantor, std::string_view message, std::string_view details);
 
-/// Opens a mail to the support that begins with the text. With the Option key held the preferences
-/// go with it. Main thread only.
-void sendSupportRequestMail(Vantor& vantor, std::string_view text);
+/// Asks whether a report is to be sent, and by a check box whether the preferences go with it, as
+/// they do unless the user says otherwise. Blocks; main thread only.
+struct ReportAnswer {
+    bool send = false;
+    bool withPreferences = false;
+};
+[[nodiscard]] ReportAnswer askForReport(Vantor& vantor, std::string_view title,
+                                        std::string_view message, std::string_view otherButton);
+
+/// Opens a mail to the support that begins with the text. Main thread only.
+void sendSupportRequestMail(Vantor& vantor, std::string_view text, bool withPreferences);
 
 }  // namespace reelvane

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "support/strings.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
@@ -11,11 +12,6 @@ namespace {
 constexpr bool isPlain(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
            std::string_view("-_./:@%+,").find(c) != std::string_view::npos;
-}
-
-constexpr bool isControl(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || byte == 0x7F;
 }
 
 /// Three octal digits, so that a digit which follows is never taken in.
@@ -26,20 +22,36 @@ std::string octal(char c) {
     return {text.begin(), text.end()};
 }
 
+/// Calls `take` with each character and whether it is one to be shown.
+template <typename Take>
+void forEachCharacter(std::string_view word, Take take) {
+    while (!word.empty()) {
+        const auto character = decodeUtf8(word);
+        take(word.substr(0, character.length), character.valid && !isSteering(character.value));
+        word.remove_prefix(character.length);
+    }
+}
+
+bool isShown(std::string_view word) {
+    bool allShown = true;
+    forEachCharacter(word, [&](std::string_view, bool shown) { allShown = allShown && shown; });
+    return allShown;
+}
+
 std::string withEscapes(std::string_view word) {
     std::string quoted = "$'";
-    for (const char c : word) {
-        if (c == '\n') {
+    forEachCharacter(word, [&](std::string_view character, bool shown) {
+        if (character == "\n") {
             quoted += "\\n";
-        } else if (c == '\t') {
+        } else if (character == "\t") {
             quoted += "\\t";
-        } else if (isControl(c)) {
-            quoted += octal(c);
+        } else if (!shown) {
+            for (const char c : character) quoted += octal(c);
         } else {
-            if (c == '\'' || c == '\\') quoted += '\\';
-            quoted += c;
+            if (character == "'" || character == "\\") quoted += '\\';
+            quoted += character;
         }
-    }
+    });
     return quoted + "'";
 }
 
@@ -47,7 +59,7 @@ std::string withEscapes(std::string_view word) {
 
 std::string shellQuoted(std::string_view word) {
     if (!word.empty() && std::ranges::all_of(word, isPlain)) return std::string(word);
-    if (std::ranges::any_of(word, isControl)) return withEscapes(word);
+    if (!isShown(word)) return withEscapes(word);
     return "'" + Fennimar::replaced(word, "'", R"('\'')") + "'";
 }
 

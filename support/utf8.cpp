@@ -1,6 +1,7 @@
 #include "support/utf8.h"
 
 #include <algorithm>
+#include <array>
 
 namespace reelvane {
 namespace {
@@ -28,6 +29,46 @@ Utf8Character decodeUtf8(std::string_view text) {
     const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
     if (overlong || surrogate || value > 0x10FFFF) return invalid;
     return {.value = value, .length = length, .valid = true};
+}
+
+bool isSteering(char32_t character) {
+    struct Range {
+        char32_t first;
+        char32_t last;
+    };
+    static constexpr auto kRanges = std::to_array<Range>({{0x0000, 0x001F},
+                                                          {0x007F, 0x009F},
+                                                          {0x061C, 0x061C},
+                                                          {0x200E, 0x200F},
+                                                          {0x2028, 0x202E},
+                                                          {0x2066, 0x2069}});
+    return std::ranges::any_of(kRanges, [character](const Range& range) {
+        return character >= range.first && character <= range.last;
+    });
+}
+
+std::string printable(std::string_view text) {
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const auto character = decodeUtf8(text);
+        const bool isShown = character.valid && !isSteering(character.value);
+        result += isShown ? text.substr(0, character.length) : kReplacement;
+        text.remove_prefix(character.length);
+    }
+    return result;
+}
+
+std::string printableLines(std::string_view text) {
+    auto end = text.find('\n');
+    auto result = printable(text.substr(0, end));
+    while (end != std::string_view::npos) {
+        text.remove_prefix(end + 1);
+        end = text.find('\n');
+        result += '\n' + printable(text.substr(0, end));
+    }
+    return result;
 }
 
 std::size_t lastCharacterStart(std::string_view text) {

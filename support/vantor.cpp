@@ -1,12 +1,15 @@
 #include "support/vantor.h"
 
+#include <cerrno>
 #include <system_error>
 #include <unistd.h>
 
+#include "support/alert_queue.h"
 #include "support/logging.h"
 #include "support/ports/dispatcher.h"
 #include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -18,16 +21,15 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
       appName_(ports.mainBundle.infoValue("Name").value_or("Reelvane")),
       appVersionString_(ports.mainBundle.infoValue("ShortVersion").value_or("")),
       appBuildNumber_(Fennimar::leadingInteger(ports.mainBundle.infoValue("Version").value_or(""))),
-      appBundleIdentifier_(ports.mainBundle.infoValue("Identifier").value_or("")) {
+      appBundleIdentifier_(ports.mainBundle.infoValue("Identifier").value_or("")),
+      alertQueue_(std::make_unique<AlertQueue>(*this)) {
     log_set_sinks(
         {.preferences = &preferences_, .systemLog = &ports_.systemLog, .appName = appName_});
     preferences_.setBackground(
         [this](std::function<void()> work) { ports_.dispatcher.asyncBackground(std::move(work)); });
-    std::error_code error;
-    fs::create_directories(suppDir(), error);
-    if (error) {
+    if (!makePrivateFolder(suppDir())) {
         vn_log_level(LogError, "Error: could not make the folder %@: %@", suppDir(),
-                     error.message());
+                     std::generic_category().message(errno));
     }
 }
 
@@ -59,9 +61,8 @@ fs::path Vantor::resDir() const {
 
 fs::path Vantor::docDir() const {
     auto folder = ports_.host.folders().documents;
-    std::error_code ignored;  // where it cannot be made it cannot be written either
-    fs::create_directories(folder, ignored);
-    return fs::is_directory(folder, ignored) ? writableDocuments(folder, suppDir()) : suppDir();
+    // Where it cannot be made it cannot be written either.
+    return makePrivateFolder(folder) ? writableDocuments(folder, suppDir()) : suppDir();
 }
 
 fs::path Vantor::deskDir() const {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "support/preferences.h"
 
 namespace reelvane {
 
+class AlertQueue;
 class Alerts;
 class BundleWatch;
 class Dispatcher;
@@ -58,6 +60,9 @@ public:
     [[nodiscard]] const Ports& ports() const { return ports_; }
     [[nodiscard]] Preferences& preferences() const { return preferences_; }
 
+    /// What shows alerts, one at a time. Main thread only.
+    [[nodiscard]] AlertQueue& alertQueue() const { return *alertQueue_; }
+
     [[nodiscard]] const std::string& appName() const { return appName_; }
     [[nodiscard]] const std::string& appVersionString() const { return appVersionString_; }
     [[nodiscard]] int appBuildNumber() const { return appBuildNumber_; }
@@ -81,6 +86,7 @@ private:
     std::string appVersionString_;
     int appBuildNumber_ = 0;
     std::string appBundleIdentifier_;
+    std::unique_ptr<AlertQueue> alertQueue_;
 };
 
 }  // namespace reelvane

@@ -30,7 +30,7 @@ QDialogButtonBox::ButtonRole roleOf(std::size_t button, std::size_t count) {
 }
 
 /// Screen readers read an alert out as soon as it opens; for other dialogs they wait to be asked.
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleAlert(const QString& /*className*/, QObject* object) {
     auto* const box = dynamic_cast<AlertBox*>(object);
     if (box == nullptr) return nullptr;
     return new QAccessibleWidget(box, QAccessible::AlertMessage);
@@ -42,7 +42,7 @@ AlertBox::AlertBox(const AlertContent& content, const QIcon& picture, QWidget* p
     : QDialog(parent),
       content_(content),
       button_(cautiousButton(content)) {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleAlert);
     setAttribute(Qt::WA_QuitOnClose, false);  // it may be the only window, before the main one
     setWindowModality(Qt::ApplicationModal);
     setWindowTitle(QGuiApplication::applicationDisplayName());
@@ -66,7 +66,9 @@ void AlertBox::makeButtons() {
             button_ = kFirstButton + static_cast<ButtonResult>(i);
             accept();
         });
-        if (i != 0) continue;
+        // Return, pressed without reading, throws nothing away.
+        const auto usual = content_.destructive ? cautiousButton(content_) : kFirstButton;
+        if (kFirstButton + static_cast<ButtonResult>(i) != usual) continue;
         button->setDefault(true);
         button->setFocus();
     }

@@ -74,7 +74,7 @@ void AudioPage::addStyles() {
     containers_ = {makeCompatible(), makeFast(), makeCustom()};
     for (auto* const container : containers_) container->hide();
     subscription_ =
-        bind(controller.conversionStyle(), [this](ConversionStyleView shown) { showStyle(shown); });
+        bind(controller.conversionStyle(), [this](ConversionPreset shown) { showStyle(shown); });
 }
 
 PreferenceColumn* AudioPage::makeCompatible() {
@@ -148,7 +148,7 @@ PreferenceColumn* AudioPage::makeCustom() {
     return view;
 }
 
-void AudioPage::showStyle(ConversionStyleView style) {
+void AudioPage::showStyle(ConversionPreset style) {
     auto* const shown = containers_.at(static_cast<std::size_t>(style));
     for (auto* const container : containers_) {
         if (container == shown || container->parentWidget() != customContainer_) continue;

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "app/conversion_style.h"
+#include "conversion/conversion_settings.h"
 #include "ui/bind.h"
 #include "ui/preference_page.h"
 #include "ui/ui_context.h"
@@ -22,7 +22,7 @@ private:
     [[nodiscard]] PreferenceColumn* makeCompatible();
     [[nodiscard]] PreferenceColumn* makeFast();
     [[nodiscard]] PreferenceColumn* makeCustom();
-    void showStyle(ConversionStyleView style);
+    void showStyle(ConversionPreset style);
     void addTracks();
     void addQuality();
 

@@ -11,6 +11,7 @@ constexpr double kSelectedShare = 0.22;
 constexpr double kHoveredShare = 0.05;
 constexpr double kReadable = 4.6;
 constexpr double kVisible = 3.2;
+constexpr double kHighContrast = 20;  // of 21, which are black and white
 
 /// One channel as the eye weighs it.
 double linear(double channel) {
@@ -41,8 +42,20 @@ QColor firstVisible(const QPalette& palette, const QColor& colour,
 }  // namespace
 
 double contrast(const QColor& one, const QColor& other) {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    // A list, whose answer holds values; of two temporaries it would hold dangling references.
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
+}
+
+bool isDark(const QPalette& palette) {
+    constexpr int kMiddleLightness = 128;
+    return palette.color(QPalette::Window).lightness() < kMiddleLightness;
+}
+
+bool isHighContrast(const QPalette& palette) {
+    const auto ground = palette.color(QPalette::Base);
+    return palette.color(QPalette::Window) == ground &&
+           contrast(palette.color(QPalette::Text), ground) >= kHighContrast;
 }
 
 QColor mixed(const QColor& ground, const QColor& over, double share) {
@@ -68,6 +81,7 @@ QColor accent(const QPalette& palette) {
 }
 
 QColor quietText(const QPalette& palette) {
+    if (isHighContrast(palette)) return palette.color(QPalette::Text);
     return firstVisible(palette, palette.color(QPalette::Base), {0.65, 0.7, 0.75, 0.8, 0.85, 0.9},
                         kReadable);
 }

@@ -1,6 +1,9 @@
 #include "ui/command_bar.h"
 
+#include <algorithm>
+
 #include <QEvent>
+#include <QStyle>
 
 #include "ui/flat_button.h"
 
@@ -9,6 +12,7 @@ namespace reelvane {
 CommandBar::CommandBar(QWidget* parent) : QToolBar(parent) {
     setMovable(false);
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    fitIcons();
 }
 
 void CommandBar::addCommand(QAction& action) {
@@ -31,8 +35,16 @@ void CommandBar::addSpace() {
 bool CommandBar::event(QEvent* event) {
     const bool handled = QToolBar::event(event);
     // The latter: a command has another name now, or another font.
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitIcons();
     if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest) fitTexts();
     return handled;
+}
+
+/// The style's size suits ordinary fonts; beside large letters it would look lost.
+void CommandBar::fitIcons() {
+    const int side = std::max(style()->pixelMetric(QStyle::PM_ToolBarIconSize, nullptr, this),
+                              fontMetrics().height() * 3 / 2);
+    setIconSize({side, side});
 }
 
 void CommandBar::fitTexts() {

@@ -18,6 +18,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void fitIcons();
     void fitTexts();
 
     int roomForTexts_ = 0;

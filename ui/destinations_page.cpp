@@ -50,11 +50,8 @@ void DestinationsPage::addMenu() {
     auto* const box = new PopUpMenuBox(destinations.preferencesDestinationPopUp(), row);
     box->setObjectName(toQString(kDefaultDestinationKey));
     box->setPlaceholderText(tr("Not chosen"));
-    box->setIsCommand(
-        [&destinations](std::size_t chosen) { return !destinations.isDestination(chosen); });
     box->setChosen([&destinations](std::size_t chosen) {
-        destinations.pickPreferencesDestination(chosen);
-        return true;
+        destinations.pick(DestinationMenu::Preferences, chosen);
     });
     auto* const layout = new QVBoxLayout(row);
     layout->setContentsMargins({});

@@ -24,7 +24,7 @@
 namespace reelvane {
 namespace {
 
-constexpr QSize kSizeInLines(42, 34);
+constexpr QSize kSizeInLines(42, 41);
 constexpr int kCommandLines = 4;
 
 QLabel* makeTitle(const QString& text, QWidget* of) {
@@ -36,10 +36,11 @@ QLabel* makeTitle(const QString& text, QWidget* of) {
     return title;
 }
 
-/// What a finished job has to say beside its status.
-QString noteText(const ConversionJob& job) {
-    const auto warning = job.warning();
-    return toQString(warning.empty() ? job.details() : warning);
+/// All that the user should know of a finished job, one sentence below the other.
+QString sentences(const JobNotes& notes) {
+    QStringList all;
+    for (const auto& note : notes) all << toQString(note.text);
+    return all.join('\n');
 }
 
 }  // namespace
@@ -76,6 +77,10 @@ void DetailsPopover::makeParts() {
     problem_ = new QLabel(this);
     problem_->setTextFormat(Qt::PlainText);
     problem_->setWordWrap(true);
+    notes_ = new QLabel(this);
+    notes_->setTextFormat(Qt::PlainText);
+    notes_->setWordWrap(true);
+    notes_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     tracks_ = new QListWidget(this);
     tracks_->setAccessibleName(tr("Tracks"));
     tracks_->setSelectionMode(QAbstractItemView::NoSelection);  // there is nothing to do with one
@@ -92,7 +97,9 @@ void DetailsPopover::makeParts() {
     log_ = new LogView(this);
     log_->setAccessibleName(tr("Log"));
     log_->setPlaceholderText(tr("The converter has reported nothing."));
-    buttons_ = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    buttons_ = new QDialogButtonBox(this);
+    // A text alone: the picture of the style's own is black in a dark window, too.
+    buttons_->addButton(tr("Cl&ose"), QDialogButtonBox::RejectRole);
     reveal_ = buttons_->addButton(QString(), QDialogButtonBox::ActionRole);
     reveal_->setAutoDefault(false);
 }
@@ -102,7 +109,7 @@ void DetailsPopover::layOut() {
     auto* const page = new QVBoxLayout(this);
     for (QWidget* const part : {static_cast<QWidget*>(name_), static_cast<QWidget*>(status_),
                                 static_cast<QWidget*>(note_), static_cast<QWidget*>(output_),
-                                static_cast<QWidget*>(gone_)}) {
+                                static_cast<QWidget*>(notes_), static_cast<QWidget*>(gone_)}) {
         page->addWidget(part);
     }
     const auto addTitle = [page, line](QLabel* title) {
@@ -136,7 +143,7 @@ void DetailsPopover::showJob(ConversionJob& job) {
     output_->setText(record.destinationURL ? tr("To %1").arg(displayPath(*record.destinationURL))
                                            : QString());
     shownState_ = -1;
-    log_->showLog(job.jobOutput());
+    log_->showLog(job.log().shown());
     refresh();
     show();
     raise();
@@ -153,24 +160,31 @@ void DetailsPopover::forget() {
 
 void DetailsPopover::refresh() {
     status_->setText(toQString(job_->stateInfoString()));
-    note_->setText(noteText(*job_));
+    note_->setText(toQString(job_->details()));
     note_->setVisible(!note_->text().isEmpty());
+    notes_->setText(sentences(job_->notes()));
+    notes_->setVisible(!notes_->text().isEmpty());
     if (shownState_ != static_cast<int>(job_->state())) showPlan();
     const auto controls = jobControls(job_->state());
     reveal_->setVisible(controls.reveals);
     reveal_->setText(controls.explains ? tr("&Explain the Failure…") : tr("&Show in Files"));
-    log_->follow(job_->jobOutput());
+    log_->follow(job_->log().shown());
     logTitle_->setText(
         log_->showsAll()
             ? tr("L&og")
-            : tr("L&og (the end of %1)").arg(toQString(fileSizeText(job_->jobOutput().size()))));
+            : tr("L&og (the end of %1)").arg(toQString(fileSizeText(job_->log().shown().size()))));
 }
 
 void DetailsPopover::showPlan() {
     shownState_ = static_cast<int>(job_->state());
     const auto details = detailsNow(context_, *job_);
-    problem_->setText(toQString(details.problem));
-    problem_->setVisible(!details.problem.empty());
+    auto texts = details.warnings;
+    if (!job_->notes().empty()) texts.clear();  // they are among the notes of a finished job
+    if (!details.problem.empty()) texts.insert(texts.begin(), details.problem);
+    QStringList told;
+    for (const auto& text : texts) told << toQString(text);
+    problem_->setText(told.join("\n\n"));
+    problem_->setVisible(!told.isEmpty());
     tracks_->clear();
     for (const auto& outcome : details.tracks) {
         tracks_->addItem(isolated(toQString(trackLine(outcome))));

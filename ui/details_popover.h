@@ -50,6 +50,7 @@ private:
     ElidedLabel* output_ = nullptr;
     QLabel* gone_ = nullptr;  ///< that the job has left the list
     QLabel* problem_ = nullptr;
+    QLabel* notes_ = nullptr;  ///< what the user should know of the result
     QListWidget* tracks_ = nullptr;
     QPlainTextEdit* command_ = nullptr;
     QPushButton* copy_ = nullptr;

@@ -20,7 +20,7 @@ namespace reelvane {
 namespace {
 
 constexpr int kColumnCharacters = 100;
-constexpr int kLeastCharacters = 40;  // less would cut the words off
+constexpr int kLeastHintCharacters = 40;  // less would cut the words off
 constexpr int kLeastLines = 14;
 
 /// A picture that gives way where the window is low.
@@ -65,6 +65,8 @@ QLabel* headline(QWidget* parent) {
 QString joined(std::span<const std::string_view> words) {
     QStringList list;
     for (const auto word : words) list << toQString(word);
+    // It is looked into, but what it usually holds is no video that an MP4 file takes.
+    list.removeOne("webm");
     return list.join(", ");
 }
 
@@ -75,7 +77,7 @@ EmptyState::EmptyState(const UiContext& context, QWidget* parent) : QWidget(pare
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);  // as the list in whose place it stands
     column_->setMaximumWidth(kColumnCharacters * fontMetrics().averageCharWidth());
-    setMinimumSize(kLeastCharacters * fontMetrics().averageCharWidth(),
+    setMinimumSize(kLeastHintCharacters * fontMetrics().averageCharWidth(),
                    kLeastLines * fontMetrics().height());
     auto* const row = new QHBoxLayout(this);
     constexpr int kMost = 100;

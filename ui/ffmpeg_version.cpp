@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "media/converter_version.h"
 #include "media/probe.h"
 #include "support/bundle.h"
-#include "support/strings.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -27,13 +27,6 @@ FFmpegVersion::Answer failed(const Vantor& vantor, ProbeToolProblem problem) {
 }
 
 }  // namespace
-
-std::string versionInOutput(std::string_view output) {
-    constexpr std::string_view kStart = "ffmpeg version ";
-    if (!output.starts_with(kStart)) return {};
-    output.remove_prefix(kStart.size());
-    return std::string(output.substr(0, output.find_first_of(" \r\n")));
-}
 
 FFmpegVersion::FFmpegVersion(const Vantor& vantor, Told told)
     : vantor_(vantor),

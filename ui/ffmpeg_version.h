@@ -11,9 +11,6 @@ namespace reelvane {
 
 class Vantor;
 
-/// "5.1.9-0+deb12u1" out of what "ffmpeg -version" printed; empty when that is not ffmpeg's.
-[[nodiscard]] std::string versionInOutput(std::string_view output);
-
 /// Asks the shipped ffmpeg for its version, beside the main loop. The asking ends with the object.
 /// Main thread only.
 class FFmpegVersion final : private ProcessListener {

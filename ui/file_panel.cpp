@@ -4,6 +4,8 @@
 #include <utility>
 
 #include <QEvent>
+#include <QLineEdit>
+#include <QShowEvent>
 
 #include "support/strings.h"
 #include "ui/qt_text.h"
@@ -23,8 +25,10 @@ std::filesystem::path shownFolder(std::filesystem::path folder) {
 
 std::filesystem::path withExtension(const std::filesystem::path& path,
                                     const std::string& extension) {
-    if (Fennimar::lowercased(path.extension().native()) == "." + Fennimar::lowercased(extension)) {
-        return path;
+    const auto typed = Fennimar::lowercased(path.extension().native());
+    if (typed == "." + Fennimar::lowercased(extension)) return path;
+    if (typed == ".mp4" || typed == ".m4v") {
+        return path.parent_path() / (path.stem().native() + "." + extension);
     }
     return path.native() + (path.native().ends_with('.') ? "" : ".") + extension;
 }
@@ -70,7 +74,7 @@ void FilePanel::chooseFiles(const std::vector<std::string>& extensions) {
     setFileMode(ExistingFiles);
     setLabelText(Accept, tr("Choose"));
     if (extensions.empty()) return;
-    setNameFilters({nameFilter(tr("All supported files"), extensions), tr("All files") + " (*)"});
+    setNameFilter(nameFilter(tr("Movies and subtitles"), extensions));
 }
 
 void FilePanel::chooseTarget(const std::string& fileName, const std::string& extension) {
@@ -84,6 +88,15 @@ void FilePanel::chooseTarget(const std::string& fileName, const std::string& ext
 
 void FilePanel::startIn(const std::filesystem::path& folder) {
     setDirectoryUrl(toUrl(shownFolder(folder)));
+}
+
+void FilePanel::showEvent(QShowEvent* event) {
+    QFileDialog::showEvent(event);
+    // What is typed takes the place of the name alone; a desktop's own dialog has no parts here.
+    auto* const name = extension_.empty() ? nullptr : findChild<QLineEdit*>("fileNameEdit");
+    if (name == nullptr) return;
+    const auto point = name->text().lastIndexOf('.');
+    if (point > 0) name->setSelection(0, static_cast<int>(point));
 }
 
 void FilePanel::accept() {

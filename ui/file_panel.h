@@ -9,7 +9,8 @@
 
 namespace reelvane {
 
-/// The path with this extension added, unless it has it, in whatever case.
+/// The path with this extension, in whatever case: added, or in the place of another one that an
+/// MP4 file can have.
 [[nodiscard]] std::filesystem::path withExtension(const std::filesystem::path& path,
                                                   const std::string& extension);
 /// A file dialog's filter for these extensions, in whatever case.
@@ -42,6 +43,7 @@ public:
 
 protected:
     void accept() override;
+    void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -1,6 +1,7 @@
 #include "ui/file_sheet.h"
 
 #include <cmath>
+#include <utility>
 
 #include <QKeyEvent>
 #include <QShortcut>
@@ -33,11 +34,10 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
     connect(&slide_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& extent) { place(extent.toDouble()); });
     auto& intake = context_.controller.intake();
-    subscriptions_.push_back(intake.isScanning().observe([this] { followFile(); }));
+    subscriptions_.push_back(intake.turn().observe([this] { followTurn(); }));
     subscriptions_.push_back(intake.awaitsDisk().observe([this] { followDisk(); }));
-    subscriptions_.push_back(intake.topConstraint().observe([this] { followConstraint(); }));
     place(0);
-    followConstraint();
+    followTurn();
     panel_->showFile();
 }
 
@@ -70,9 +70,19 @@ void FileSheet::resizeEvent(QResizeEvent* /*event*/) {
     place(extent_);
 }
 
+void FileSheet::followTurn() {
+    const auto state = context_.controller.intake().state();
+    if (state != IntakeState::FindingPlace) followFile();  // else it shows what it showed
+    const bool shown = state != IntakeState::Idle;
+    leave_->setEnabled(shown);
+    if (std::exchange(shown_, shown) == shown) return;
+    if (!shown) giveKeyboardBack();
+    slide(shown ? 1 : 0);
+}
+
 void FileSheet::followFile() {
     auto& intake = context_.controller.intake();
-    const bool scanning = intake.isScanning().get();
+    const bool scanning = intake.state() == IntakeState::Reading;
     // The buttons give the keyboard away while there is nothing to add; it stays in the sheet.
     if (scanning && hasKeyboard()) setFocus(Qt::OtherFocusReason);
     panel_->showFile();
@@ -99,13 +109,6 @@ void FileSheet::followDisk() {
     takeKeyboardLater();  // there may have been no place
 }
 
-void FileSheet::followConstraint() {
-    const bool shown = context_.controller.intake().topConstraint().get() != kSheetHidden;
-    leave_->setEnabled(shown);
-    if (!shown) giveKeyboardBack();
-    slide(shown ? 1 : 0);
-}
-
 void FileSheet::slide(double extent) {
     slide_.stop();
     if (!animates()) {
@@ -129,7 +132,7 @@ void FileSheet::place(double extent) {
 }
 
 int FileSheet::fullHeight() const {
-    return qMax(kSheetShown, panel_->sizeHint().height());
+    return qMax(sheetHeight(IntakeState::AwaitingUser), panel_->sizeHint().height());
 }
 
 bool FileSheet::animates() const {

@@ -29,10 +29,10 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void followTurn();
     void followFile();
     void followDisk();
     void showWaiting();
-    void followConstraint();
     void slide(double extent);
     void place(double extent);
     [[nodiscard]] int fullHeight() const;
@@ -47,6 +47,7 @@ private:
     QShortcut* leave_ = nullptr;
     QVariantAnimation slide_;
     SlowDisk slowDisk_;
+    bool shown_ = false;          // or on its way in
     double extent_ = 0;           // how far it has come in: 0 hidden, 1 shown
     QPointer<QWidget> returnTo_;  // had the keyboard before
     Subscriptions subscriptions_;

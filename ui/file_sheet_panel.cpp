@@ -10,12 +10,16 @@
 #include <QVBoxLayout>
 
 #include "app/app_delegate.h"
+#include "app/settings_reader.h"
+#include "app/subtitle_choice.h"
+#include "conversion/subtitle_arguments.h"
 #include "support/ports/desktop_appearance.h"
 #include "support/vantor.h"
 #include "ui/colours.h"
 #include "ui/elided_label.h"
 #include "ui/pop_up_menu_box.h"
 #include "ui/qt_text.h"
+#include "ui/subtitle_question.h"
 
 namespace reelvane {
 namespace {
@@ -55,13 +59,8 @@ void FileSheetPanel::makeChoices() {
     audio_->setMinimumContentsLength(kUsualTrackCharacters);  // few files make it jump
     destination_ = new PopUpMenuBox(destinations.destinationPopUp(), this);
     destination_->setAccessibleName(tr("Destination"));
-    destination_->setIsCommand(
-        [&destinations](std::size_t row) { return !destinations.isDestination(row); });
-    destination_->setChosen([&destinations](std::size_t row) {
-        if (destinations.isDestination(row)) return false;
-        destinations.chooseNewDestination(DestinationMenu::FileSheet);
-        return true;
-    });
+    destination_->setChosen(
+        [&destinations](std::size_t row) { destinations.pick(DestinationMenu::FileSheet, row); });
 }
 
 void FileSheetPanel::makeButtons() {
@@ -70,6 +69,21 @@ void FileSheetPanel::makeButtons() {
     cancel_->setAutoDefault(true);  // Return means the button that has the keyboard
     cancel_->setToolTip(tr("Leave this movie out"));
     connect(cancel_, &QPushButton::clicked, this, [&intake] { intake.cancelAdd(); });
+    detach_ = new QPushButton(tr("Leave Out"), this);
+    detach_->setFlat(true);
+    detach_->setAutoDefault(true);
+    detach_->setToolTip(tr("Convert the movie without this subtitle file"));
+    detach_->setAccessibleName(tr("Leave the subtitle file out"));
+    connect(detach_, &QPushButton::clicked, this, [this, &intake] {
+        intake.detachSubtitle();
+        focusDefault();  // the button is gone
+    });
+    question_ = new SubtitleQuestion(
+        [this, &intake](std::string name) {
+            intake.chooseSubtitleEncoding(std::move(name));
+            focusDefault();  // Return adds the file
+        },
+        this);
     add_ = new QPushButton(this);
     add_->setDefault(true);
     connect(add_, &QPushButton::clicked, this, [&intake] { intake.addToQueue(); });
@@ -85,6 +99,7 @@ void FileSheetPanel::layOut() {
     rows->setSpacing(margin / 4);
     rows->addLayout(titleRow());
     rows->addLayout(secondLine_);
+    rows->addWidget(question_);
     rows->addSpacing(margin / 4);
     rows->addStretch(1);
     rows->addLayout(choiceRow());
@@ -99,6 +114,7 @@ QBoxLayout* FileSheetPanel::titleRow() {
     row->setSpacing(fontMetrics().height() / 2);
     row->addWidget(name_);
     row->addWidget(subtitle_);
+    row->addWidget(detach_);
     row->addStretch(1);
     row->addWidget(waiting_);
     return row;
@@ -146,6 +162,9 @@ void FileSheetPanel::bindTexts() {
         waiting_->setVisible(count > 0);
         showHint();
     }));
+    subscriptions_.push_back(controller.intake().observeFileInfo([this] {
+        if (awaitsUser()) showRecord();
+    }));
     auto& places = controller.destinations().destinationPopUp();
     subscriptions_.push_back(places.observe([this] { showHint(); }));
 }
@@ -160,13 +179,13 @@ void FileSheetPanel::showHint() {
 
 bool FileSheetPanel::awaitsUser() const {
     auto& intake = context_.controller.intake();
-    return intake.topConstraint().get() != kSheetHidden && !intake.isScanning().get() &&
+    return intake.state() != IntakeState::Idle && intake.state() != IntakeState::Reading &&
            intake.fileInfo().has_value();
 }
 
 void FileSheetPanel::showFile() {
     auto& intake = context_.controller.intake();
-    const bool scanning = intake.isScanning().get();
+    const bool scanning = intake.state() == IntakeState::Reading;
     showBusy(scanning, tr("Looking into the file…"));
     if (!scanning && !awaitsUser()) return;  // on its way out it shows what it showed
     const auto& file = intake.presentFile();
@@ -177,7 +196,9 @@ void FileSheetPanel::showFile() {
     secondLine_->setCurrentIndex(scanning ? 1 : 0);
     destination_->setEnabled(!scanning);
     add_->setEnabled(!scanning);
-    subtitle_->setVisible(!scanning);
+    for (auto* const part : std::initializer_list<QWidget*>{subtitle_, detach_, question_}) {
+        part->setVisible(false);  // until the record is shown
+    }
     audio_->setEnabled(false);
     audio_->setPlaceholderText(scanning ? QString() : tr("No audio"));
     if (!scanning) showRecord();
@@ -204,13 +225,31 @@ void FileSheetPanel::showRecord() {
     const auto& record = *context_.controller.intake().fileInfo();
     information_->setText(toQString(informationText(context_.vantor.ports().translations, record)));
     audio_->setEnabled(!record.audioTrackInformation.empty());
+    showSubtitle(record);
+}
+
+void FileSheetPanel::showSubtitle(const MKVFileInfo& record) {
     const auto& subtitle = record.subtitleFileURL;
-    subtitle_->setText(subtitle ? tr("with subtitles %1").arg(displayName(*subtitle)) : QString());
-    subtitle_->setVisible(subtitle.has_value());
+    const auto settings = readConversionSettings(context_.vantor.preferences());
+    auto text = subtitle ? tr("with subtitles %1").arg(displayName(*subtitle)) : QString();
+    if (const auto encoding = subtitleEncoding(record.subtitleFormat, settings);
+        subtitle && !encoding.empty()) {
+        //: %1 is "with subtitles NAME", %2 is the name of a character encoding.
+        text = tr("%1 (%2)").arg(text, toQString(encoding));
+    }
+    // Without sound it is left out, and that has been said.
+    const bool taken = subtitle && !record.audioTrackInformation.empty();
+    subtitle_->setText(text);
+    subtitle_->setVisible(taken);
+    detach_->setVisible(taken);
+    question_->setVisible(taken);
+    if (taken) question_->showFormat(record.subtitleFormat);
+    add_->setEnabled(!asksForEncoding(record));
 }
 
 void FileSheetPanel::focusDefault() {
-    add_->setFocus(Qt::OtherFocusReason);
+    auto* const first = add_->isEnabled() ? static_cast<QWidget*>(add_) : question_;
+    first->setFocus(Qt::OtherFocusReason);
 }
 
 void FileSheetPanel::paintEvent(QPaintEvent* /*event*/) {

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "media/mkv_file_info.h"
 #include "ui/bind.h"
 #include "ui/ui_context.h"
 
@@ -14,6 +15,7 @@ namespace reelvane {
 
 class ElidedLabel;
 class PopUpMenuBox;
+class SubtitleQuestion;
 
 /// What the file sheet holds: the present file, the choices for it and the buttons.
 class FileSheetPanel final : public QWidget {
@@ -40,6 +42,7 @@ private:
     QWidget* makeBusyRow();
     void bindTexts();
     void showRecord();
+    void showSubtitle(const MKVFileInfo& record);
     void showBusy(bool busy, const QString& text);
     void showHint();
 
@@ -49,6 +52,8 @@ private:
     ElidedLabel* waiting_ = nullptr;
     ElidedLabel* information_ = nullptr;
     ElidedLabel* busyText_ = nullptr;
+    QPushButton* detach_ = nullptr;  // the movie goes without its subtitle file
+    SubtitleQuestion* question_ = nullptr;
     QProgressBar* busy_ = nullptr;
     QStackedLayout* secondLine_ = nullptr;  // the information, or what is waited for
     ElidedLabel* hint_ = nullptr;           // how not to be asked for each movie

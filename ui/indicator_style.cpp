@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include "ui/colours.h"
+
 namespace reelvane {
 namespace {
 
@@ -22,6 +24,7 @@ void IndicatorStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
                                    QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton) return;
+    if (!isDark(option->palette)) return;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(outline(*option));

@@ -28,10 +28,9 @@ JobActions::JobActions(JobListView& list, JobCommands& commands, const JobIcons&
     pause_ = addForCurrent(tr("Pause"), icons.pause, {Qt::Key_Space}, kListOnly,
                            [this](ConversionJob& job) { commands_.pauseOrContinue(job); });
     addSeparator();
-    reveal_ = addForCurrent(
-        tr("Show in Files"), icons.reveal,
-        {Qt::Key_Return, Qt::Key_Enter, Qt::SHIFT | Qt::Key_Return, Qt::SHIFT | Qt::Key_Enter},
-        kListOnly, [this](ConversionJob& job) { commands_.reveal(job); });
+    reveal_ = addForCurrent(tr("Show in Files"), icons.reveal, {}, kListOnly,
+                            [this](ConversionJob& job) { commands_.reveal(job); });
+    setReturnReveals(true);
     addForCurrent(tr("Show Source in Files"), {}, {}, kListOnly,
                   [this](ConversionJob& job) { commands_.showSource(job); });
     addForCurrent(tr("Details…"), icons.details,
@@ -107,6 +106,12 @@ void JobActions::popUp(const QPoint& place) {
     }
     menuJob_ = list_.currentJob();
     menu_->popup(place);
+}
+
+void JobActions::setReturnReveals(bool reveals) {
+    const QList<QKeySequence> keys = {Qt::Key_Return, Qt::Key_Enter, Qt::SHIFT | Qt::Key_Return,
+                                      Qt::SHIFT | Qt::Key_Enter};
+    reveal_->setShortcuts(reveals ? keys : QList<QKeySequence>());
 }
 
 void JobActions::forget(const ConversionJob& job) {

@@ -25,6 +25,8 @@ public:
 
     /// The context menu of the current job, or of the selection.
     void popUp(const QPoint& place);
+    /// While a movie is being read, Return is meant for that one and does nothing to a row.
+    void setReturnReveals(bool reveals);
     /// Closes a menu that was opened for this job.
     void forget(const ConversionJob& job);
 

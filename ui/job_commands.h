@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "conversion/job_details.h"
 #include "ui/ui_context.h"
 
 namespace reelvane {
@@ -26,10 +27,10 @@ public:
     void reveal(ConversionJob& job);
     void showSource(const ConversionJob& job) const;
     void openDetails(ConversionJob& job) { openDetails_(job); }
+    /// What the last line of its row says of a job that has ended.
+    [[nodiscard]] RowNote rowNote(const ConversionJob& job) const;
     void copyCommandLine(const ConversionJob& job) const;
-    /// False: the user does not want to throw the work of a running conversion away. A job that
-    /// leaves the list while the question stands is taken out of `jobs`.
-    [[nodiscard]] bool confirmRemoval(std::vector<ConversionJob*>& jobs);
+    /// Takes them off the list; the user can have them back for a while.
     void remove(const std::vector<ConversionJob*>& jobs);
 
 private:

@@ -24,7 +24,10 @@ JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidge
       icons_(context.icons),
       rows_(*this, [this, &posters] { return new JobRow(commands_, posters, icons_, viewport()); }),
       actions_(new JobActions(*this, commands_, icons_, context.icons.symbolic("copy"))),
-      states_(context.controller.queue().observeStates([this] { refreshAll(); })) {
+      states_(context.controller.queue().observeStates([this] { refreshAll(); })),
+      reading_(bind(context.controller.intake().turn(), [this](const IntakeTurn& turn) {
+          actions_->setReturnReveals(turn.state != IntakeState::Reading);
+      })) {
     describeJobLists();
     setAccessibleName(tr("Conversions"));
     setFrameShape(QFrame::NoFrame);
@@ -38,6 +41,12 @@ JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidge
     connect(this, &QListView::doubleClicked, this, [this](const QModelIndex& index) {
         if (auto* const job = jobs_->job(index)) commands_.reveal(*job);
     });
+    for (const auto change :
+         {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(jobs_, change, this, [this] {
+            if (jobs_->rowCount() < 2) actions_->refresh();  // an empty list is laid out no more
+        });
+    }
     actions_->refresh();
 }
 
@@ -69,8 +78,8 @@ std::vector<ConversionJob*> JobListView::selectedJobs() const {
 }
 
 void JobListView::removeSelected() {
-    auto jobs = selectedJobs();
-    if (!commands_.confirmRemoval(jobs)) return;
+    const auto jobs = selectedJobs();
+    if (jobs.empty()) return;
     selectBeside(jobs);
     commands_.remove(jobs);
 }

@@ -74,6 +74,7 @@ private:
     ScrollAnchor anchor_;
     bool settling_ = false;  ///< the scroll position is not yet what it will be
     Subscription states_;
+    Subscription reading_;
 };
 
 }  // namespace reelvane

@@ -8,6 +8,7 @@
 #include <QKeySequence>
 
 #include "conversion/conversion_job.h"
+#include "support/time_text.h"
 #include "ui/elided_label.h"
 #include "ui/flat_button.h"
 #include "ui/icon_view.h"
@@ -28,6 +29,7 @@ constexpr double kColumnGap = 0.8;
 constexpr double kFactGap = 0.4;
 constexpr double kBarHeight = 0.4;
 constexpr double kIconSide = 1.15;
+constexpr double kLeastWords = 9;  // beside a picture
 constexpr double kPosterRatio = 16.0 / 9;
 
 QString withKey(const QString& text, const QKeySequence& key) {
@@ -74,11 +76,12 @@ void JobRow::makeParts(PosterFrames& posters) {
     progress_ = new SlimBar(this);
     percent_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     percent_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);  // the other way round in Arabic
+    remaining_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     noteIcon_ = new IconView(this);
     note_ = new ElidedLabel(Qt::ElideRight, ElidedLabel::Rank::Quiet, this);
     makeButton(Pause, icons_.pause, [this](ConversionJob& job) { commands_.pauseOrContinue(job); });
     makeButton(Details, icons_.details, [this](ConversionJob& job) { commands_.openDetails(job); });
-    makeButton(Remove, icons_.remove, [](ConversionJob& job) { job.remove(); });
+    makeButton(Remove, icons_.remove, [this](ConversionJob& job) { commands_.remove({&job}); });
     makeButton(Reveal, icons_.reveal, [this](ConversionJob& job) { commands_.reveal(job); });
     buttons_[Details]->setToolTip(withKey(tr("Details"), Qt::CTRL | Qt::Key_I));
     buttons_[Remove]->setToolTip(withKey(tr("Remove from the list"), QKeySequence::Delete));
@@ -102,6 +105,7 @@ void JobRow::layOut() {
     third->setContentsMargins({});
     third->addWidget(progress_, 1);
     third->addWidget(percent_);
+    third->addWidget(remaining_);
     third->addWidget(noteIcon_);
     third->addWidget(note_);
     auto* const second = new QHBoxLayout;
@@ -143,6 +147,17 @@ void JobRow::fitToFont() {
     setFixedHeight(content + 2 * lines(kMargin));
 }
 
+void JobRow::resizeEvent(QResizeEvent* event) {
+    // In a narrow window the words come first.
+    const auto margins = layout()->contentsMargins();
+    const int least = static_cast<int>(kLeastWords * fontMetrics().height());
+    const int words = qMax(layout()->itemAt(1)->minimumSize().width(), least);
+    const int buttons = layout()->itemAt(2)->minimumSize().width();
+    poster_->setVisible(width() >= margins.left() + poster_->width() + words + buttons +
+                                       2 * layout()->spacing() + margins.right());
+    QWidget::resizeEvent(event);
+}
+
 void JobRow::showJob(ConversionJob& job) {
     job_ = &job;
     subscription_ = job.observe([this] { refresh(); });
@@ -178,9 +193,11 @@ void JobRow::refresh() {
     if (job_ == nullptr) return;
     status_->setText(toQString(job_->stateInfoString()));
     const auto state = job_->state();
-    const auto outcome = state == ConversionJobState::Finished ? icons_.finished
-                         : state == ConversionJobState::Failed ? icons_.failed
-                                                               : QIcon();
+    const auto told = commands_.rowNote(*job_);
+    const auto outcome = told.warns                              ? icons_.warning
+                         : state == ConversionJobState::Finished ? icons_.finished
+                         : state == ConversionJobState::Failed   ? icons_.failed
+                                                                 : QIcon();
     outcome_->setIcon(outcome);
     outcome_->setVisible(!outcome.isNull());
     // While it converts the time is last, and what counts most.
@@ -190,7 +207,7 @@ void JobRow::refresh() {
                                                               : 1);  // it has the third to itself
     slowDisk_.setAwaited(job_->isStarting());
     const bool underWay = showProgress();
-    const bool noted = showNote();
+    const bool noted = showNote(toQString(told.text));
     facts_->setVisible(underWay || noted);  // else the other lines move to the middle
     showButtons();
     if (std::exchange(toldState_, state) != state) tellRowChange(*this);
@@ -201,6 +218,11 @@ bool JobRow::showProgress() {
                           job_->state() == ConversionJobState::Paused;
     progress_->setVisible(underWay);
     percent_->setVisible(underWay);
+    const auto left = underWay ? job_->timeLeft() : std::nullopt;
+    remaining_->setVisible(left.has_value());
+    if (left) {
+        remaining_->setText(tr("%1 left").arg(toQString(formattedTimeFromTimeInterval(*left))));
+    }
     if (!underWay) return false;
     const int percent = static_cast<int>(job_->progress());
     progress_->setValue(percent);
@@ -208,20 +230,17 @@ bool JobRow::showProgress() {
     return true;
 }
 
-bool JobRow::showNote() {
+bool JobRow::showNote(QString text) {
     QIcon icon;
-    QString text;
-    if (job_->state() == ConversionJobState::Finished) {
-        const auto warning = toQString(job_->warning());
-        if (!warning.isEmpty()) icon = icons_.warning;
-        text = warning.isEmpty() ? toQString(job_->details()) : warning;
-    } else if (slowDisk_.isSlow()) {
+    if (slowDisk_.isSlow()) {
         text = tr("Waiting for the disk…");
+    } else if (job_->isComparing()) {
+        text = tr("Comparing with the source before that is removed…");
     } else if (job_->fastmode() && jobControls(job_->state()).unfinished) {
         icon = icons_.speed;
         text = tr("Re-packages only, fast");
     }
-    // In line with the text above it, which has a picture.
+    // In line with the text above it, which has a picture, whether or not there is another one.
     noteIcon_->setVisible(!icon.isNull() || job_->state() == ConversionJobState::Finished);
     noteIcon_->setIcon(icon);
     note_->setVisible(!text.isEmpty());

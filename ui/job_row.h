@@ -64,6 +64,7 @@ protected:
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     enum Button : std::size_t { Pause, Details, Remove, Reveal, ButtonCount };
@@ -76,7 +77,7 @@ private:
     void fitToFont();
     void nameControls();
     bool showProgress();  ///< true: there is any
-    bool showNote();
+    bool showNote(QString text);
     void showButtons();
     void updateGround();
 
@@ -93,6 +94,7 @@ private:
     QWidget* facts_ = nullptr;  ///< the third line
     SlimBar* progress_ = nullptr;
     QLabel* percent_ = nullptr;
+    QLabel* remaining_ = nullptr;  ///< shown while something is known of it
     IconView* noteIcon_ = nullptr;
     ElidedLabel* note_ = nullptr;
     std::array<FlatButton*, ButtonCount> buttons_{};

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
 
 #include <QApplication>
+#include <QClipboard>
 #include <QLibraryInfo>
 #include <QSessionManager>
 #include <QTranslator>
@@ -32,12 +32,14 @@
 #include "platform/portal_appearance.h"
 #include "platform/posix_folder_access.h"
 #include "platform/posix_process_launcher.h"
+#include "platform/process_start.h"
 #include "platform/relaunch.h"
 #include "platform/syslog_system_log.h"
 #include "support/alerts.h"
 #include "support/damaged_application.h"
 #include "support/signal_status.h"
 #include "support/uncaught_exceptions.h"
+#include "support/utf8.h"
 #include "support/vantor.h"
 #include "ui/auxiliary_windows.h"
 #include "ui/exit_work.h"
@@ -57,16 +59,15 @@ namespace {
 constexpr int kExitUsage = 2;
 constexpr std::chrono::seconds kLongestEnd(5);
 
-/// A window program knows the keyboard.
+/// A window program knows the keyboard and the clipboard.
 class WindowWorkspace final : public GioWorkspace {
 public:
     using GioWorkspace::GioWorkspace;
-    [[nodiscard]] bool isShiftKeyHeld() const override { return isHeld(Qt::ShiftModifier); }
-    [[nodiscard]] bool isOptionKeyHeld() const override { return isHeld(Qt::AltModifier); }
-
-private:
-    static bool isHeld(Qt::KeyboardModifier key) {
-        return QGuiApplication::queryKeyboardModifiers().testFlag(key);
+    [[nodiscard]] bool isShiftKeyHeld() const override {
+        return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ShiftModifier);
+    }
+    void copyText(const std::string& text) override {
+        QGuiApplication::clipboard()->setText(toQString(text));
     }
 };
 
@@ -80,7 +81,8 @@ struct Base {
     Interruption interruption;
     // Interrupted, a child that somebody waits for does not keep the program.
     PosixProcessLauncher processLauncher{interruption.descriptor()};
-    IniPreferencesStore store{host.folders().configuration / identifier / (identifier + ".ini")};
+    IniPreferencesStore store{host.folders().configuration / identifier / (identifier + ".ini"),
+                              {.cancelDescriptor = interruption.descriptor()}};
     Preferences preferences{store};
     SyslogSystemLog systemLog{"reelvane"};
     GlibDispatcher dispatcher;
@@ -176,6 +178,7 @@ int runWindow(Base& base, QApplication& application,
     runDamagedApplicationTest(vantor);
 
     const Icons icons(vantor.resDir() / "icons");
+    QGuiApplication::setWindowIcon(icons.coloured("reelvane"));
     AppDelegate controller(vantor);
     End end{.alerts = alerts};
     const auto quit = [&end] { end.come(EXIT_SUCCESS); };
@@ -200,18 +203,25 @@ int runWindow(Base& base, QApplication& application,
     const ExitWork screenLost([&controller] { controller.applicationIsAborting(); });
 
     window.show();
-    if (const auto problem = base.store.problem(base.translations)) {
-        alert_apptitled(vantor, *problem, "OK");
-    }
+    const auto tellStoreProblem = [&base, &vantor] {
+        if (const auto problem = base.store.problem(base.translations)) {
+            alert_apptitled(vantor, *problem, "OK");
+        }
+    };
+    tellStoreProblem();
+    base.store.setHeldHandler(
+        [&base, tellStoreProblem] { base.dispatcher.asyncMain(tellStoreProblem); });
     controller.applicationWillFinishLaunching();
     takeFiles(base, controller, window, application, files);
     const auto status = end.status ? *end.status : QApplication::exec();
     base.instance.reset();
     window.hide();  // what is left to do may take a moment
     endWithin(kLongestEnd, status);
+    base.store.hurry();
     base.launcherEntry.setProgress(std::nullopt);
     controller.applicationWillTerminate();
     base.dispatcher.finishBackground();
+    base.store.setHeldHandler({});
     return status;
 }
 
@@ -238,10 +248,19 @@ int open(QApplication& application, const std::vector<std::string>& words) {
     std::error_code ignored;  // a folder that is gone holds no files
     const auto parsed = parseLaunchArguments(words, std::filesystem::current_path(ignored));
     if (parsed.problem) {
-        std::cerr << "reelvane: " << *parsed.problem << '\n';
+        std::cerr << "reelvane: " << printable(*parsed.problem) << '\n';
         return kExitUsage;
     }
+    if (!mayOpenEnoughFiles()) {
+        std::cerr << "reelvane: " << kTooFewFiles << '\n';
+        return EXIT_FAILURE;
+    }
     Base base;
+    if (!base.dispatcher.hasBackground()) {
+        std::cerr << "reelvane: the system gives this user no more processes and threads. Please "
+                     "end other programs or raise the limit, and try again.\n";
+        return EXIT_FAILURE;
+    }
     if (base.instance->claim(parsed.files) == ApplicationInstance::Role::HandedOver) {
         return EXIT_SUCCESS;
     }
@@ -286,6 +305,6 @@ int start(int argc, char** argv) {
 }  // namespace reelvane
 
 int main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN);
+    reelvane::prepareProcess();
     return reelvane::start(argc, argv);
 }

@@ -21,6 +21,7 @@ MainActions::MainActions(const UiContext& context, AuxiliaryWindows& windows, QW
     makeCommands(window);
     makeHelp();
     bindPause();
+    bindQueue();
 }
 
 QAction* MainActions::add(const QString& text, const QIcon& icon, const QKeySequence& shortcut,
@@ -44,6 +45,8 @@ void MainActions::makeCommands(QWidget* window) {
     cleanUp_ = add(tr("C&lean Up"), icons.symbolic("clean_up"), QKeySequence(Qt::CTRL | Qt::Key_L),
                    [&controller] { controller.cleanClicked(); });
     cleanUp_->setToolTip(tr("Take finished movies off the list; the files stay"));
+    undo_ = add(tr("&Undo Removal"), {}, QKeySequence::Undo,
+                [&controller] { controller.queueControl().undoRemoval(); });
     preferences_ =
         add(tr("Pr&eferences…"), icons.symbolic("preferences"),
             QKeySequence(Qt::CTRL | Qt::Key_Comma), [this] { windows_.openPreferences(); });
@@ -76,6 +79,27 @@ void MainActions::bindPause() {
     }));
 }
 
+void MainActions::bindQueue() {
+    auto& controller = context_.controller;
+    subscriptions_.push_back(controller.queue().observeMembership(
+        [this](ConversionJob&, JobQueue::Membership) { refreshQueue(); }));
+    subscriptions_.push_back(controller.queue().observeStates([this] { refreshQueue(); }));
+    subscriptions_.push_back(
+        controller.intake().waitingCount().observe([this] { refreshQueue(); }));
+    subscriptions_.push_back(controller.intake().observeIdle([this] { refreshQueue(); }));
+    subscriptions_.push_back(bind(controller.queueControl().undoableRemoval(),
+                                  [this](const auto& removal) { undo_->setEnabled(!!removal); }));
+    refreshQueue();
+}
+
+void MainActions::refreshQueue() {
+    auto& controller = context_.controller;
+    cleanUp_->setEnabled(controller.queueControl().canCleanUp());
+    // With a movie on its way, a pause means that it is only to be added.
+    pauseQueue_->setEnabled(controller.paused() || controller.intake().isBusy() ||
+                            !controller.queue().taskArray().empty());
+}
+
 void MainActions::addLink(QMenu& menu, const QString& text, int choice) {
     auto& vantor = context_.vantor;
     // A page that the program does not have is not offered.
@@ -90,6 +114,8 @@ void MainActions::fillMenuBar(QMenuBar& bar, const QList<QAction*>& jobActions) 
     file->addAction(close_);
     file->addAction(quit_);
     auto* const edit = bar.addMenu(tr("&Edit"));
+    edit->addAction(undo_);
+    edit->addSeparator();
     edit->addActions(jobActions);
     edit->addSeparator();
     edit->addAction(preferences_);
@@ -98,7 +124,6 @@ void MainActions::fillMenuBar(QMenuBar& bar, const QList<QAction*>& jobActions) 
     queue->addAction(cleanUp_);
     auto* const help = bar.addMenu(tr("&Help"));
     addLink(*help, tr("&Contact Support…"), SupportRequestURL);
-    addLink(*help, tr("Take Part in the &Beta Test…"), BetaTestURL);
     addLink(*help, tr("&Home Page"), ProductPageURL);
     addLink(*help, tr("&Store Page"), StorePageURL);
     help->addAction(promotion_);

@@ -26,6 +26,8 @@ private:
     void makeCommands(QWidget* window);
     void makeHelp();
     void bindPause();
+    void bindQueue();
+    void refreshQueue();
     QAction* add(const QString& text, const QIcon& icon, const QKeySequence& shortcut,
                  std::function<void()> triggered);
     void addLink(QMenu& menu, const QString& text, int choice);
@@ -35,6 +37,7 @@ private:
     QAction* addMovies_ = nullptr;
     QAction* pauseQueue_ = nullptr;  ///< `pauseContinueMenuItem` and `pauseContinueToolbarItem`
     QAction* cleanUp_ = nullptr;
+    QAction* undo_ = nullptr;
     QAction* preferences_ = nullptr;
     QAction* close_ = nullptr;
     QAction* quit_ = nullptr;

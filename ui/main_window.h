@@ -17,6 +17,7 @@ class EmptyState;
 class FileSheet;
 class JobListView;
 class MainActions;
+class NoticeBar;
 class PosterFrames;
 
 /// The main window: the toolbar, the file sheet, and the job list or what stands in its place.
@@ -40,6 +41,10 @@ private:
     void layOut(PosterFrames& posters);
     void bindController();
     void showListOrInvitation();
+    void showRemoval();
+    void showStop();
+    void hideBar(NoticeBar& bar);
+    void focusPage();
 
     UiContext context_;
     std::function<void()> quit_;
@@ -49,6 +54,8 @@ private:
     QStackedWidget* pages_ = nullptr;
     EmptyState* emptyState_ = nullptr;
     JobListView* jobs_ = nullptr;
+    NoticeBar* stopBar_ = nullptr;
+    NoticeBar* undoBar_ = nullptr;
     Subscriptions subscriptions_;
 };
 

@@ -5,7 +5,7 @@
 namespace reelvane {
 namespace {
 
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleStack(const QString& /*className*/, QObject* object) {
     auto* const stack = dynamic_cast<PageStack*>(object);
     return stack == nullptr ? nullptr : new QAccessibleWidget(stack, QAccessible::Client);
 }
@@ -13,7 +13,7 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 }  // namespace
 
 PageStack::PageStack(QWidget* parent) : QStackedWidget(parent) {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleStack);
 }
 
 }  // namespace reelvane

@@ -12,7 +12,7 @@ namespace reelvane {
 namespace {
 
 /// Screen readers take it for the label that it looks like, not for a field to write in.
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleText(const QString& /*className*/, QObject* object) {
     auto* const view = dynamic_cast<PlainTextView*>(object);
     if (view == nullptr) return nullptr;
     return new QAccessibleWidget(view, QAccessible::StaticText, view->toPlainText());
@@ -22,7 +22,7 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 
 PlainTextView::PlainTextView(const QString& text, const QFont& font, QWidget* parent)
     : QTextEdit(parent) {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleText);
     setAcceptRichText(false);
     setReadOnly(true);
     setFont(font);

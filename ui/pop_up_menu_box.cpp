@@ -15,7 +15,7 @@
 namespace reelvane {
 namespace {
 
-constexpr int kLeastCharacters = 9;
+constexpr int kLeastMenuCharacters = 9;
 constexpr int kComfortableCharacters = 40;
 constexpr int kFullTitleRole = Qt::UserRole;
 
@@ -23,9 +23,10 @@ constexpr int kFullTitleRole = Qt::UserRole;
 
 PopUpMenuBox::PopUpMenuBox(PopUpMenu& menu, QWidget* parent) : QComboBox(parent), menu_(menu) {
     setSizeAdjustPolicy(AdjustToContents);
-    setMinimumContentsLength(kLeastCharacters);
+    setMinimumContentsLength(kLeastMenuCharacters);
     setFocusPolicy(Qt::StrongFocus);  // a wheel that passes by takes no focus
     view()->setTextElideMode(Qt::ElideMiddle);
+    view()->installEventFilter(this);
     connect(this, &QComboBox::activated, this, [this](int row) {
         if (row >= 0) choose(static_cast<std::size_t>(row));
     });
@@ -70,9 +71,12 @@ void PopUpMenuBox::fill() {
 
 void PopUpMenuBox::choose(std::size_t row) {
     mirror();
-    if (stepping_ && isCommand_ && isCommand_(row)) return;
-    if (chosen_ && chosen_(row)) return;
-    menu_.selectItemAtIndex(row);
+    if (stepping_ && row < menu_.items().size() && menu_.items()[row].isCommand) return;
+    if (chosen_) {
+        chosen_(row);
+    } else {
+        menu_.selectItemAtIndex(row);
+    }
 }
 
 int PopUpMenuBox::widestTitle() const {
@@ -113,6 +117,12 @@ bool PopUpMenuBox::event(QEvent* event) {
         return true;
     }
     return QComboBox::event(event);
+}
+
+bool PopUpMenuBox::eventFilter(QObject* watched, QEvent* event) {
+    // The key closes the open list. What it means to the window is not meant then.
+    if (watched == view() && event->type() == QEvent::ShortcutOverride) event->accept();
+    return QComboBox::eventFilter(watched, event);
 }
 
 void PopUpMenuBox::keyPressEvent(QKeyEvent* event) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <stdexcept>
 #include <utility>
 
 #include <QByteArray>
@@ -26,7 +25,8 @@ std::optional<std::string> outputOf(std::vector<std::string> arguments, const Po
     auto result = tools.launcher->run({.executable = tools.ffmpeg,
                                        .arguments = std::move(arguments),
                                        .background = true,
-                                       .stop = stop});
+                                       .stop = stop,
+                                       .keepsAllOutput = true});
     if (!result.finished || stop.stop_requested()) return std::nullopt;
     return std::move(result.finished->output);
 }
@@ -54,19 +54,15 @@ constexpr std::string_view kToneMapping =
 }  // namespace
 
 PosterFacts posterFactsIn(std::string_view report) {
-    try {
-        const auto outline = outlineOf(report);
-        const auto isHighDynamicRange = [](const StreamBlock& stream) {
-            return Fennimar::contains(stream.streamLine, "smpte2084") ||
-                   Fennimar::contains(stream.streamLine, "arib-std-b67");
-        };
-        return {.readable = !outline.demuxer.empty() && !isPlaylistDemuxer(outline.demuxer),
-                .seconds = std::max(outline.summary.runtimeSeconds.value_or(0), 0),
-                .highDynamicRange = std::any_of(outline.streams.begin(), outline.streams.end(),
-                                                isHighDynamicRange)};
-    } catch (const std::out_of_range&) {
-        return {};  // nothing that ffmpeg prints
-    }
+    const auto outline = outlineOf(report);
+    const auto isHighDynamicRange = [](const StreamBlock& stream) {
+        return Fennimar::contains(stream.details, "smpte2084") ||
+               Fennimar::contains(stream.details, "arib-std-b67");
+    };
+    return {.readable = !outline.demuxer.empty() && !isPlaylistDemuxer(outline.demuxer),
+            .seconds = std::max(outline.summary.runtimeSeconds.value_or(0), 0),
+            .highDynamicRange =
+                std::any_of(outline.streams.begin(), outline.streams.end(), isHighDynamicRange)};
 }
 
 std::vector<PosterAttempt> posterAttempts(const PosterFacts& facts) {

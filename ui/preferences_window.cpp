@@ -77,6 +77,10 @@ void PreferencesWindow::makeSidebar() {
     }
     sidebar_->setFixedWidth(sidebar_->sizeHintForColumn(0) + 4 * sidebar_->spacing());
     connect(sidebar_, &QListWidget::currentRowChanged, stack_, &QStackedWidget::setCurrentIndex);
+    // A click beside the rows would take the mark from the page that is still shown.
+    connect(sidebar_, &QListWidget::itemSelectionChanged, sidebar_, [this] {
+        if (sidebar_->selectedItems().isEmpty()) sidebar_->currentItem()->setSelected(true);
+    });
     sidebar_->setCurrentRow(0);
 }
 
@@ -129,13 +133,16 @@ void PreferencesWindow::askReset() {
     QString kept;
     for (const auto* const each : pages_) kept += each->keptByReset();
     const QPointer self(this);
+    const auto message = tr("Your choices on the page \"%1\", or on all pages, are forgotten. %2")
+                             .arg(page->accessibleName(), kept);
     const auto answer =
-        alert(context_.vantor, tr("Reset to the defaults?").toStdString(),
-              tr("Your choices on the page \"%1\", or on all pages, are forgotten. %2")
-                  .arg(page->accessibleName(), kept)
-                  .toStdString(),
-              tr("Reset This Page").toStdString(), tr("Reset All Pages").toStdString(),
-              tr("Cancel").toStdString());
+        runAlert(context_.vantor,
+                 {.title = tr("Reset to the defaults?").toStdString(),
+                  .message = message.toStdString(),
+                  .buttons = {tr("Reset This Page").toStdString(),
+                              tr("Reset All Pages").toStdString(), tr("Cancel").toStdString()},
+                  .destructive = true})
+            .button;
     if (self.isNull()) return;  // the program was quit meanwhile
     if (answer == kFirstButton) reset({page});
     if (answer == kSecondButton) reset(pages_);

@@ -31,10 +31,11 @@ std::filesystem::path nearestFolder(std::filesystem::path folder) {
 bool mayReplace(const std::filesystem::path& path, QWidget* window) {
     const auto title = FilePanel::tr("“%1” is already there. Replace it?").arg(displayName(path));
     // Its window may take it along while it is open.
-    const QPointer box = new AlertBox({.title = title.toStdString(),
-                                       .buttons = {FilePanel::tr("Replace").toStdString(),
-                                                   FilePanel::tr("Cancel").toStdString()}},
-                                      {}, window);
+    const QPointer box = new AlertBox(
+        {.title = title.toStdString(),
+         .buttons = {FilePanel::tr("Replace").toStdString(), FilePanel::tr("Cancel").toStdString()},
+         .destructive = true},
+        {}, window);
     box->ask();
     if (box == nullptr) return false;
     const auto answer = box->answer();
@@ -55,7 +56,7 @@ QtPanels::~QtPanels() {
 
 void QtPanels::open(const OpenPanelRequest& request,
                     std::function<void(std::vector<std::filesystem::path>)> answer) {
-    const auto make = [request](QWidget* window) {
+    const auto make = [request](QWidget* window, const std::filesystem::path& /*again*/) {
         auto* const panel = new FilePanel(window);
         if (request.chooseFolder) {
             panel->chooseFolder();
@@ -72,9 +73,10 @@ void QtPanels::open(const OpenPanelRequest& request,
 
 void QtPanels::save(const SavePanelRequest& request,
                     std::function<void(std::optional<std::filesystem::path>)> answer) {
-    const auto make = [request](QWidget* window) {
+    const auto make = [request](QWidget* window, const std::filesystem::path& again) {
         auto* const panel = new FilePanel(window);
-        panel->chooseTarget(request.fileName, request.extension);
+        panel->chooseTarget(again.empty() ? request.fileName : again.filename().native(),
+                            request.extension);
         return panel;
     };
     submit(request.parent, {.make = make,
@@ -115,7 +117,8 @@ void QtPanels::findFolder(Window& window) {
     });
 }
 
-void QtPanels::showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder) {
+void QtPanels::showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder,
+                         const std::filesystem::path& again) {
     ++window.shown;
     const bool hasWindow = window.window != nullptr && window.window->isVisible();
     const bool closed = hadWindow && !hasWindow;  // meanwhile
@@ -123,8 +126,8 @@ void QtPanels::showFirst(Window& window, bool hadWindow, const std::filesystem::
         takeChoice(window, {}, false);
         return;
     }
-    window.panel = window.waiting.front().make(hasWindow ? window.window.data()
-                                                         : QApplication::activeWindow());
+    window.panel = window.waiting.front().make(
+        hasWindow ? window.window.data() : QApplication::activeWindow(), again);
     auto* const panel = window.panel.data();
     panel->startIn(folder);
     panel->setAnswer([this, &window](FilePanel::Choice choice) {
@@ -142,9 +145,15 @@ void QtPanels::takeChoice(Window& window, Paths paths, bool unasked) {
     const auto answer = [this, &window, alive = std::weak_ptr(alive_), paths](bool isThere) {
         if (!alive.lock()) return;
         const bool left = window.waiting.front().stop.stop_requested();
+        const bool hasWindow = window.window != nullptr && window.window->isVisible();
         const bool agreed = !left && (!isThere || mayReplace(paths.front(), window.window));
         if (!alive.lock()) return;
-        takeChoice(window, agreed ? paths : Paths(), false);
+        if (agreed || left) {
+            takeChoice(window, agreed ? paths : Paths(), false);
+        } else {
+            // The user may choose another name for the movie.
+            showFirst(window, hasWindow, paths.front().parent_path(), paths.front());
+        }
     };
     dispatcher_.asyncBackground([path = paths.front(), answer, &dispatcher = dispatcher_] {
         std::error_code error;

@@ -42,7 +42,9 @@ public:
 
 private:
     using Paths = std::vector<std::filesystem::path>;
-    using MakePanel = std::function<FilePanel*(QWidget* window)>;
+    /// `again`: what the panel shall propose that was not agreed to; empty the first time.
+    using MakePanel =
+        std::function<FilePanel*(QWidget* window, const std::filesystem::path& again)>;
     /// Takes the chosen paths; none: cancelled.
     using Answer = std::function<void(const Paths&)>;
     struct Request {
@@ -61,7 +63,8 @@ private:
 
     void submit(PanelParent parent, Request request);
     void findFolder(Window& window);
-    void showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder);
+    void showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder,
+                   const std::filesystem::path& again = {});
     void takeChoice(Window& window, Paths paths, bool unasked);
     void giveAnswers();
 

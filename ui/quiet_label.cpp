@@ -9,7 +9,7 @@
 namespace reelvane {
 namespace {
 
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleLabel(const QString& /*className*/, QObject* object) {
     auto* const label = dynamic_cast<QuietLabel*>(object);
     if (label == nullptr || label->spoken() == QuietLabel::Spoken::Here) return nullptr;
     return new QAccessibleWidget(label, QAccessible::Client);
@@ -20,7 +20,7 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 QuietLabel::QuietLabel(const QString& text, QWidget* parent, Spoken spoken)
     : QLabel(parent),
       spoken_(spoken) {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleLabel);
     setText(text);  // not before: a text that changes is told at once by what it is then
     setTextFormat(Qt::PlainText);
     setWordWrap(true);

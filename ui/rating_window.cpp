@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -157,6 +158,8 @@ QWidget* RatingWindow::makeAngryView() {
     connect(feedbackTextField_, &QPlainTextEdit::textChanged, this,
             [this] { draft_ = feedbackTextField_->toPlainText(); });
     column->addWidget(feedbackTextField_, 1);
+    preferencesBox_ = new QCheckBox(tr("&Attach my preferences"), view);
+    column->addWidget(preferencesBox_);
     addButton(*column, tr("&Write the Mail…"), [this] { sendfeedbackClicked(); });
     addButton(*column, tr("&Close"), [this] { close(); });
     return view;
@@ -168,8 +171,8 @@ void RatingWindow::problemsClicked() {
 }
 
 void RatingWindow::sendfeedbackClicked() {
-    // The words are kept even so: there may be no mail program that takes them.
-    sendSupportRequestMail(context_.vantor, draft_.toStdString());
+    // The words are kept even so: the mail may be closed without being sent.
+    sendSupportRequestMail(context_.vantor, draft_.toStdString(), preferencesBox_->isChecked());
     close();
 }
 

@@ -6,6 +6,7 @@
 
 #include "ui/ui_context.h"
 
+class QCheckBox;
 class QPlainTextEdit;
 class QPushButton;
 class QStackedWidget;
@@ -41,6 +42,7 @@ private:
     QWidget* happyView_ = nullptr;
     QWidget* angryView_ = nullptr;
     QPlainTextEdit* feedbackTextField_ = nullptr;
+    QCheckBox* preferencesBox_ = nullptr;  ///< they go with the mail
 };
 
 }  // namespace reelvane

@@ -33,7 +33,7 @@ Words purposes() {
     const auto baltic = QObject::tr("Baltic");
     const auto celtic = QObject::tr("Celtic");
     const auto everything = QObject::tr("all languages");
-    return {QObject::tr("ffmpeg decides"),
+    return {QObject::tr("found in each file"),
             {},
             everything,
             everything,
@@ -70,7 +70,7 @@ Words purposes() {
             turkish,
             nordic,
             thai,
-            QObject::tr("never came into use"),
+            {},  // never came into use
             baltic,
             celtic,
             QObject::tr("Western European with the euro sign"),
@@ -98,7 +98,7 @@ PreferenceChoices subtitleEncodingChoices() {
     const auto words = purposes();
     PreferenceChoices choices;
     for (std::size_t index = 0; index < kSubtitleEncodings.size(); ++index) {
-        if (kSubtitleEncodings[index].empty()) continue;  // the headings separate
+        if (!isSubtitleEncoding(index)) continue;  // the headings separate
         const auto name = index == 0 ? QObject::tr("None") : toQString(kSubtitleEncodings[index]);
         if (auto heading = headingBefore(index); !heading.isEmpty()) {
             choices.push_back({.title = std::move(heading)});

@@ -3,16 +3,11 @@
 #include <QApplication>
 #include <QStyle>
 
+#include "ui/colours.h"
 #include "ui/indicator_style.h"
 
 namespace reelvane {
 namespace {
-
-constexpr int kMiddleLightness = 128;
-
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightness() < kMiddleLightness;
-}
 
 /// Only Fusion needs them; other styles bring a dark look of their own.
 void useOutlines() {
@@ -56,6 +51,7 @@ PaletteChange paletteChange(bool prefersDark, bool isDark, bool isOurDark) {
 Theme::Theme(DesktopAppearance& appearance)
     : appearance_(appearance),
       subscription_(appearance.observe([this] { follow(); })) {
+    useOutlines();  // the desktop may bring a dark palette of its own
     follow();
 }
 
@@ -65,7 +61,6 @@ void Theme::follow() {
             return;
         case PaletteChange::UseDark:
             QApplication::setPalette(darkPalette());
-            useOutlines();
             isOurDark_ = true;
             return;
         case PaletteChange::UseOwn:

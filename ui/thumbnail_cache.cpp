@@ -70,14 +70,6 @@ QImage fitted(const QImage& image) {
                         Qt::SmoothTransformation);
 }
 
-/// Folders of thumbnails are the user's own affair, and so is the cache folder above them.
-bool makeFolder(const path& folder) {
-    constexpr mode_t kOwnerOnly = 0700;
-    if (::mkdir(folder.c_str(), kOwnerOnly) == 0 || errno == EEXIST) return true;
-    if (errno != ENOENT || !folder.has_relative_path()) return false;
-    return makeFolder(folder.parent_path()) && ::mkdir(folder.c_str(), kOwnerOnly) == 0;
-}
-
 QByteArray asPng(const QImage& image) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -148,7 +140,7 @@ void ThumbnailCache::storeFailure(const ThumbnailOriginal& original) const {
 void ThumbnailCache::write(const path& folder, const QImage& image,
                            const ThumbnailOriginal& original, PngTexts furtherTexts) const {
     const auto png = asPng(image);
-    if (png.isEmpty() || !makeFolder(folder)) return;
+    if (png.isEmpty() || !makePrivateFolder(folder)) return;
     PngTexts texts = {{kUriKey, original.uri},
                       {kTimeKey, std::to_string(original.modificationTime)},
                       {kSizeKey, std::to_string(original.size)},

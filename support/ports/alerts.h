@@ -31,6 +31,7 @@ struct AlertContent {
     std::optional<std::string> suppressionTitle{};  ///< the title of the "don't warn again" box
     AlertAccessory accessory{};
     std::string image{};  ///< the resource shown beside the text, as "ok.png"; empty: the program's
+    bool destructive = false;  ///< all buttons but the one that cancels throw something away
     std::string cancelTitle = "Cancel";  ///< of the button that changes nothing, if there is one
 };
 

@@ -16,6 +16,9 @@ struct ProcessRequest {
     std::vector<std::string> arguments{};
     bool background = false;  ///< gives way to all else: lowest processor and disk priority
     std::stop_token stop{};   ///< for `run` alone: a request ends the child
+    /// For `run` alone: what the child prints is data of a known size, such as a picture, and is
+    /// kept whole.
+    bool keepsAllOutput = false;
 };
 
 /// Told about one running child, on the main thread; never after its ChildProcess is destroyed.
@@ -56,7 +59,8 @@ struct LaunchResult {
     LaunchError error = LaunchError::None;
 };
 
-/// A child that has ended: everything it printed (output and errors in one) and its status.
+/// A child that has ended: what it printed (output and errors in one; of a flood the beginning and
+/// the end, see BoundedText) and its status.
 struct FinishedProcess {
     std::string output{};
     int exitStatus = 0;
@@ -73,12 +77,14 @@ class ProcessLauncher {
 public:
     virtual ~ProcessLauncher() = default;
 
-    /// Main thread only; the listener must outlive the child.
+    /// Main thread only; the listener must outlive the child. What the child leaves behind in its
+    /// process group ends with it.
     [[nodiscard]] virtual LaunchResult launch(const ProcessRequest& request,
                                               ProcessListener& listener) = 0;
 
-    /// Runs to completion and blocks the calling thread, which may be any. No output is too large.
-    /// A stopped child finishes too, with what it printed and a status that is not 0.
+    /// Runs to completion and blocks the calling thread, which may be any. No output is too large
+    /// for the child to end. What it leaves behind in its process group ends with it. A stopped
+    /// child finishes too, with what it printed and a status that is not 0.
     [[nodiscard]] virtual RunResult run(const ProcessRequest& request) = 0;
 };
 

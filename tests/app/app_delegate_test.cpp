@@ -72,12 +72,19 @@ TEST_F(AppDelegateTest, NothingStartsBesideARunThatIsBeingReadBack) {
     EXPECT_THAT(states(), ElementsAre(Converting, Finished));
 }
 
-TEST_F(AppDelegateTest, AnUnwritableDestinationMakesNoJob) {
-    launch({.destinationFolder = "/proc/no/such/folder"});
-    open({movie("a.mkv")});
-    EXPECT_THAT(rows(), IsEmpty());
-    EXPECT_THAT(lastAlert(), HasSubstr("the selected destinatation or it is a read-only"));
-    EXPECT_THAT(refused_, ElementsAre("a.mkv"));
+TEST_F(AppDelegateTest, AnUnwritableDestinationMakesNoJobAndLeavesTheMovieToTheUser) {
+    for (const bool unattended : {false, true}) {
+        launch({.destinationFolder = "/proc/no/such/folder", .unattended = unattended});
+        open({movie("a.mkv"), movie("b.mkv")});
+        EXPECT_THAT(rows(), IsEmpty());
+        EXPECT_THAT(lastAlert(), HasSubstr("the selected destinatation or it is a read-only"));
+        if (unattended) break;
+        EXPECT_EQ(platform_.alerts.shown.back().title, "a.mkv") << "whose alert it is";
+        EXPECT_EQ(app_->intake().state(), IntakeState::AwaitingUser);
+        EXPECT_EQ(app_->intake().fileInfo()->fileName, "a.mkv") << "for another choice";
+        EXPECT_THAT(refused_, IsEmpty());
+    }
+    EXPECT_THAT(refused_, ElementsAre("a.mkv", "b.mkv")) << "nobody is there to choose another";
     EXPECT_FALSE(app_->intake().isBusy());
 }
 
@@ -155,31 +162,70 @@ TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
     EXPECT_THAT(states(), ElementsAre(Converting));
 }
 
-TEST_F(AppDelegateTest, EveryEndedRunIsCountedAndTheLastMayQuit) {
+TEST_F(AppDelegateTest, EverySuccessIsCountedAndTheLastMayQuit) {
     set(kQuitAfterConversionKey, 1);
     add({movie("a.mkv"), movie("b.mkv")});
     fail(0);
     finish(1);
     EXPECT_EQ(terminated_, 0) << "a failed job keeps the program open";
-    EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCountKey), 2);
-    EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 2);
+    EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCountKey), 1);
+    EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 1);
     app_->queue().taskArray().back()->remove();
     settle();
+    EXPECT_EQ(terminated_, 0) << "not behind the user's back";
     add({movie("c.mkv")});
     finish(2);
     EXPECT_EQ(terminated_, 1);
 }
 
-TEST_F(AppDelegateTest, OnlyARunningConversionAsksBeforeQuitting) {
+TEST_F(AppDelegateTest, QuittingAfterTheConversionsWaitsForWhatTheUserStillDoes) {
+    set(kQuitAfterConversionKey, 1);
     add({movie("a.mkv"), movie("b.mkv")});
-    platform_.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
-    EXPECT_FALSE(app_->applicationShouldTerminate());
+    set(kAutoAddKey, 0);
+    open({movie("c.mkv")});
+    app_->removeJobs({app_->queue().taskArray().front().get()});
+    finish(0);
+    app_->intake().cancelAdd();
+    settle();
+    EXPECT_EQ(terminated_, 0) << "the removal of b.mkv can be undone";
+    platform_.dispatcher.advance(kUndoTime);
+    EXPECT_EQ(terminated_, 1) << "c.mkv was left";
+
+    open({movie("d.mkv")});
+    app_->intake().addToQueue();
+    settle();
+    open({movie("e.mkv")});
+    finish(1);
+    app_->togglePause();
+    app_->intake().addToQueue();
+    settle();
+    platform_.dispatcher.advance(kUndoTime);
+    EXPECT_EQ(terminated_, 1) << "e.mkv waits";
+}
+
+TEST_F(AppDelegateTest, AConversionThatRunsStartsOrIsPausedAsksBeforeQuitting) {
+    platform_.alerts.answers = {{.button = kSecondButton}};
+    launch();
+    app_->togglePause();
+    add({movie("a.mkv")});
+    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_THAT(platform_.alerts.shown, IsEmpty()) << "a queued one alone does not ask";
+    platform_.dispatcher.isSilent = true;
+    app_->continueJob(*app_->queue().taskArray().front());
+    EXPECT_FALSE(app_->applicationShouldTerminate()) << "it is starting";
+    platform_.dispatcher.isSilent = false;
+    app_->queue().taskArray().front()->remove();
+    add({movie("b.mkv")});
     EXPECT_TRUE(app_->applicationShouldTerminate());
     EXPECT_EQ(lastAlert(), "Conversion is in progresss. Are you sure you want to quit?");
+    EXPECT_TRUE(platform_.alerts.shown.back().destructive);
     app_->togglePause();
     settle();
     EXPECT_TRUE(app_->applicationShouldTerminate());
-    EXPECT_EQ(platform_.alerts.shown.size(), 2);
+    EXPECT_EQ(platform_.alerts.shown.size(), 3);
+    finish(0);
+    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_EQ(platform_.alerts.shown.size(), 3);
 }
 
 TEST_F(AppDelegateTest, QuittingEndsEveryJobAndLeavesNothingBehind) {

@@ -30,9 +30,9 @@ TEST_F(DestinationsTest, LaunchDropsLostFoldersAndClampsTheChoice) {
         launch();
         EXPECT_THAT(names(), ElementsAre("/one", "/three"));
         EXPECT_EQ(stored(), after);
-        EXPECT_THAT(
-            app_->destinations().preferencesDestinationPopUp().items(),
-            ElementsAre(_, _, MenuItem{}, MenuItem{"/one"}, MenuItem{"/three"}, MenuItem{}, _));
+        EXPECT_THAT(app_->destinations().preferencesDestinationPopUp().items(),
+                    ElementsAre(_, _, MenuItem{}, MenuItem{"/one", "/one"},
+                                MenuItem{"/three", "/three"}, MenuItem{}, _));
         EXPECT_THAT(platform_.folderAccess.open, IsEmpty());
     }
     EXPECT_EQ(app_->destinations().openedFolders().size(), 3) << "the granted root and two more";
@@ -44,7 +44,7 @@ TEST_F(DestinationsTest, TheChoicesFollowTheirFoldersWhenOthersAreMovedOrRemoved
     auto& destinations = launch().destinations();
     auto& sheet = destinations.destinationPopUp();
     destinations.rebuildDestinationPopUp();
-    sheet.selectItemAtIndex(4);
+    destinations.pick(DestinationMenu::FileSheet, 4);
     destinations.moveSavedDestination("/three", 0);
     EXPECT_THAT(names(), ElementsAre("/three", "/one", "/two"));
     EXPECT_EQ(stored(), 3);
@@ -67,21 +67,78 @@ TEST_F(DestinationsTest, ThePreferencesMenuStoresWhatIsADestinationAndNothingEls
     auto& destinations = launch().destinations();
     const auto& menu = destinations.preferencesDestinationPopUp();
     for (const auto& [row, kept] : {std::pair{1U, 1}, {2U, 1}, {4U, 1}, {9U, 1}, {3U, 3}}) {
-        destinations.pickPreferencesDestination(row);
+        destinations.pick(DestinationMenu::Preferences, row);
         EXPECT_EQ(stored(), kept) << row;
         EXPECT_EQ(menu.selectedIndex(), kept);
     }
-    destinations.pickPreferencesDestination(5);  // adds one, and the user cancels
+    destinations.pick(DestinationMenu::Preferences, 5);  // adds one, and the user cancels
     EXPECT_EQ(stored(), 3);
     platform_.panels.openAnswer = {"/two"};
-    destinations.pickPreferencesDestination(5);
+    destinations.pick(DestinationMenu::Preferences, 5);
     settle();
     EXPECT_EQ(stored(), 4);
     EXPECT_EQ(menu.selectedIndex(), 4);
 
     save({"/two"});  // by another process, while the menu is open
-    destinations.pickPreferencesDestination(3);
+    destinations.pick(DestinationMenu::Preferences, 3);
     EXPECT_EQ(stored(), 4) << "the row meant another folder";
+}
+
+TEST_F(DestinationsTest, WhatTheSheetShowsIsWhatIsUsed) {
+    const auto one = movie("one/x").parent_path();
+    const auto two = movie("two/x").parent_path();
+    save({one, two});
+    set(kDefaultDestinationKey, 4);
+    set(kAutoAddKey, 0);
+    open({movie("a.mkv")});
+    auto& destinations = app_->destinations();
+    const auto shown = [&] { return destinations.destinationPopUp().selectedIndex(); };
+    destinations.pick(DestinationMenu::Preferences, 3);
+    EXPECT_EQ(shown(), 3) << "not touched, it follows the default";
+    destinations.pick(DestinationMenu::FileSheet, 4);
+    destinations.pick(DestinationMenu::Preferences, 0);
+    EXPECT_EQ(shown(), 4);
+    save({two, one});  // by another process
+    app_->intake().addToQueue();
+    settle();
+    EXPECT_EQ(job(0).fileInfo().destinationURL, two / "a.m4v");
+
+    save({});
+    set(kDefaultDestinationKey, 3);
+    open({movie("b.mkv")});
+    EXPECT_EQ(shown(), 0) << "the row that adds one is no default";
+    save({one});
+    platform_.panels.openAnswer = {two};
+    destinations.pick(DestinationMenu::FileSheet, 3);  // adds one, whatever the store says now
+    settle();
+    app_->intake().addToQueue();
+    settle();
+    EXPECT_EQ(job(0).fileInfo().destinationURL, two / "b.m4v");
+}
+
+TEST_F(DestinationsTest, EqualNamesAreToldApartByTheirPaths) {
+    const auto apart = toldApart(
+        {{"Movies", "/a/Movies"}, {"Movies", "/b/Movies"}, {"", "/"}, {"Other", "/b/Other"}},
+        platform_.folderAccess);
+    std::vector<std::string> titles;
+    for (const auto& saved : apart) titles.push_back(saved.name);
+    EXPECT_THAT(titles, ElementsAre("Movies (/a)", "Movies (/b)", "/", "Other"));
+    EXPECT_EQ(destinationName("/a/b/"), "b");
+}
+
+TEST_F(DestinationsTest, ARunThatNobodyWatchesLeavesTheWindowsThingsAlone) {
+    save({"/one", "/two"});
+    platform_.folderAccess.broken = {"/two"};
+    set(kDefaultDestinationKey, 9);
+    set("vantor_1.2_usages", 9);
+    set(kWelcomeShownKey, 0);
+    launch({.unattended = true});
+    EXPECT_THAT(names(), ElementsAre("/one", "/two")) << "its disk may be away";
+    EXPECT_EQ(stored(), 9);
+    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShownKey), 0);
+    launch();
+    EXPECT_THAT(names(), ElementsAre("/one"));
+    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShownKey), 1);
 }
 
 TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
@@ -98,7 +155,7 @@ TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
     platform_.folderAccess.closed = {saved};
     open({movie("b.mkv")});
     EXPECT_THAT(lastAlert(), HasSubstr("cannot be opened, so there is no place for b.mkv"));
-    EXPECT_EQ(app_->intake().topConstraint().get(), kSheetShown) << "for another choice";
+    EXPECT_EQ(app_->intake().state(), IntakeState::AwaitingUser) << "for another choice";
     EXPECT_THAT(rows(), IsEmpty());
 }
 
@@ -120,6 +177,15 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     settle();
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_EQ(platform_.panels.saved.back().fileName, "a.m4v");
+    set(kDefaultExtensionKey, 0);
+    app_->intake().cancelAdd();
+    open({movie("own.mp4")});
+    app_->intake().addToQueue();
+    settle();
+    EXPECT_EQ(platform_.panels.saved.back().fileName, "own-0.mp4") << "not the source's own name";
+    set(kDefaultExtensionKey, 1);
+    app_->intake().cancelAdd();
+    open({source});
 
     const auto chosen = movie("chosen.m4v");
     platform_.panels.saveAnswer = chosen;
@@ -133,11 +199,11 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     settle();
     app_->intake().addToQueue();
     settle();
-    EXPECT_FALSE(fs::exists(chosen)) << "the user agreed to replace it";
-    movie("chosen.m4v");
+    EXPECT_TRUE(fs::exists(chosen)) << "it is replaced when there is something to replace it";
     app_->togglePause();
     settle();
     EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
+    EXPECT_EQ(contentOf(chosen), "x") << "and so does what lies there";
 
     open({movie("b.mkv")});
     platform_.panels.saveAnswer = source;
@@ -145,30 +211,6 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     settle();
     EXPECT_TRUE(fs::exists(source)) << "another job of the list reads it";
     EXPECT_EQ(output(0), "a.m4v");
-}
-
-TEST(OutputNames, AClaimedNameIsNobodyElses) {
-    const TemporaryFolder folder;
-    std::array<OutputNames, 2> programs;
-    std::array<MKVFileInfo, 2> records;
-    for (std::size_t i = 0; i < 2; ++i) {
-        records[i] = {.fileName = "a.mkv",
-                      .destinationURL = programs[i].takeFreePath(folder.path(), "a.mkv", "mp4")};
-    }
-    for (std::size_t i = 0; i < 2; ++i) programs[i].claim(records[i]);
-    EXPECT_EQ(records[0].destinationURL->filename(), "a.mp4");
-    EXPECT_EQ(records[1].destinationURL->filename(), "a-0.mp4");
-    EXPECT_EQ(records[1].outputClaim, OutputClaim::Reserved);
-
-    const auto chosen = folder.write("chosen.mp4", "to be replaced");
-    MKVFileInfo record{
-        .fileName = "b.mkv", .destinationURL = chosen, .outputClaim = OutputClaim::Chosen};
-    MKVFileInfo other{.fileName = "chosen.mkv", .destinationURL = chosen};
-    for (int jobs = 0; jobs < 2; ++jobs) programs[0].promise(chosen);
-    for (auto* const each : {&record, &other}) programs[0].claim(*each);
-    EXPECT_EQ(record.destinationURL, chosen);
-    EXPECT_EQ(other.destinationURL->filename(), "chosen-0.mp4") << "nobody chose it for this one";
-    EXPECT_FALSE(fs::is_empty(chosen));
 }
 
 TEST(OutputNames, CutLongNamesAndKeepRoomForANumber) {

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "app/subtitle_pairing.h"
 #include "support/paths.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -21,18 +20,6 @@ TEST(FileSorting, TellsMoviesAndTextSubtitlesApart) {
                                   Fennimar::readInt);
     EXPECT_THAT(sorted.movies, ElementsAre("/d.ts", "/a.MKV"));
     EXPECT_THAT(sorted.subtitles, ElementsAre("/b.srt", "/e.smi", "/missing.sub", text));
-}
-
-TEST(SubtitlePairing, TakesTheFirstNameThatBeginsWithTheMoviesAndKeepsIt) {
-    SubtitlePairing pairing;
-    for (const auto* const file : {"/v/Film.en.srt", "/v/Film.de.ass", "/v/Filn.srt", "/v/G.srt"})
-        pairing.add(file);
-    for (const auto* const movie : {"/v/Film.mkv", "/v/Film.mp4", "/v/Fil.mkv"})
-        EXPECT_EQ(pairing.subtitleFor(movie), "/v/Film.de.ass") << movie;
-    for (const auto* const movie : {"/v/Film 2.mkv", "/v/H.mkv", "/w/Film.mkv"})
-        EXPECT_EQ(pairing.subtitleFor(movie), std::nullopt) << movie;
-    pairing.add("/v/Film.srt");
-    EXPECT_EQ(pairing.subtitleFor("/v/Film.mkv"), "/v/Film.srt");
 }
 
 }  // namespace

@@ -46,6 +46,14 @@ TEST_F(LaunchCorrections, LeaveZeroAndTheChoicesOfThisRunAlone) {
     upgradeDestinationIndex(preferences_);
     EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), 0);
 
+    for (const auto& [written, after] : {std::pair(1, 1), {2, 3}, {3, 4}}) {
+        preferences_.setDefaultInt(kHasUpgradedFromPre13Key, 0);
+        preferences_.setDefaultInt(kDefaultDestinationKey, written);
+        upgradeDestinationIndex(preferences_);
+        upgradeDestinationIndex(preferences_);
+        EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), after);
+    }
+
     preferences_.setDefaultInt(kHasUpgradedFromPre13Key, 0);
     preferences_.setDefaultInt(kDefaultDestinationKey, 3);
     const auto stored = platform_.store.values;

@@ -72,14 +72,14 @@ TEST(SettingsReader, EachKeyReachesItsOwnSettingAndNoOther) {
         const auto s = readConversionSettings(preferences);
         const auto& a = s.audio;
         return makeString(
-            "%i%i%i%i%i%i%i%i%i%i%i%i%i%.0f%i%i%i%i%i%i%i%i%i%i%i", a.conversionPreset,
-            a.ac3Downmix, a.dtsDownmix, a.customAC3Handling, a.customAC351Handling,
-            a.customDTSHandling, a.customDTS51Handling, a.customMP3Handling, a.customVorbisHandling,
-            a.customUnknownHandling, s.aacBitrate, s.ac3StereoBitrate, s.ac3SurroundBitrate,
-            s.audioVolume, s.includeSurroundTrack, s.includeSurroundTrackTranscoded,
-            s.disableBuiltinSubtitles, s.externalSubtitleEncoding, s.produceStreamableFiles,
-            s.fixSubtitleDuration, s.autoClean, s.autoRemove, s.autoRemoveType,
-            s.quitAfterConversion, readProbeOptions(preferences).heAACConvert);
+            "%i%i%i%i%i%i%i%i%i%i%i%i%i%.0f%i%i%i%i%i%i%i%i%i%i%i",
+            static_cast<int>(a.conversionPreset), a.ac3Downmix, a.dtsDownmix, a.customAC3Handling,
+            a.customAC351Handling, a.customDTSHandling, a.customDTS51Handling, a.customMP3Handling,
+            a.customVorbisHandling, a.customUnknownHandling, s.aacBitrate, s.ac3StereoBitrate,
+            s.ac3SurroundBitrate, s.audioVolume, s.includeSurroundTrack,
+            s.includeSurroundTrackTranscoded, s.disableBuiltinSubtitles, s.externalSubtitleEncoding,
+            s.produceStreamableFiles, s.fixSubtitleDuration, s.autoClean, s.autoRemove,
+            s.autoRemoveType, s.quitAfterConversion, readProbeOptions(preferences).heAACConvert);
     };
     const auto keys =
         listOf(kConversionPresetKey, kAC3DownmixKey, kDTSDownmixKey, kCustomAC3HandlingKey,

@@ -1,5 +1,7 @@
 #include "app/unfinished_outputs.h"
 
+#include <fcntl.h>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <unistd.h>
@@ -56,32 +58,46 @@ TEST_F(UnfinishedOutputsTest, OnlyWhatACrashedProgramLeftBehindIsDeleted) {
     atWork.processID = kOther;
     auto linked = entry("half\xFF;\n.m4v", "half.log");
     linked.output.path = platform_.folder.path() / "link.m4v";
-    remember({foreign, unmarked, reused, atWork, linked, entry("half\xFF;\n.m4v", "half.log"),
+    auto away = entry("away.m4v", "away.log");
+    away.output.path = platform_.folder.path() / "unplugged/away.m4v";
+    auto ended = entry("ended.m4v", "ended.log", SmallMp4{}.bytes());
+    ended.unwanted = true;
+    remember({ended, foreign, unmarked, reused, atWork, linked, away,
+              entry("half\xFF;\n.m4v", "half.log"),
               entry("whole.m4v", "whole.log", SmallMp4{}.bytes())});
     launch();
     std::set<std::string> left;
     for (const auto& entry : fs::directory_iterator(platform_.folder.path())) {
         if (entry.path().has_extension()) left.insert(entry.path().filename());
     }
-    EXPECT_THAT(left, ElementsAre("Kept.mkv", "atwork.log", "atwork.m4v", "foreign.log",
+    EXPECT_THAT(left, ElementsAre("Kept.mkv", "atwork.log", "atwork.m4v", "away.m4v", "foreign.log",
                                   "foreign.m4v", "link.m4v", "unmarked.m4v", "whole.m4v"));
-    EXPECT_THAT(stored(), ElementsAre(atWork));
+    EXPECT_THAT(stored(), ElementsAre(atWork, away)) << "a disk that is away may come back";
     std::string log;
     for (const auto& [priority, text] : platform_.systemLog.written) log += text + "\n";
     EXPECT_THAT(log, AllOf(HasSubstr("deleted"), HasSubstr("reused.m4v"), HasSubstr("kept"),
                            HasSubstr("whole.m4v"), HasSubstr("alone"), Not(HasSubstr("atwork"))));
 }
 
+TEST_F(UnfinishedOutputsTest, ADamagedListIsForgottenInOneGo) {
+    for (const int words : {2000, 2'000'000}) {
+        platform_.preferences.setDefaultArray(kUnfinishedOutputKey,
+                                              std::vector<std::string>(words, "x"));
+        launch();
+        EXPECT_FALSE(platform_.preferences.defaultObject(kUnfinishedOutputKey)) << words;
+    }
+}
+
 TEST_F(UnfinishedOutputsTest, AnAbortLeavesNothingOfItsOwnBehind) {
-    platform_.host.processes[::getpid()] = "now";
     const auto other = entry("other.m4v", "other.log");
-    UnfinishedOutputs outputs(platform_.vantor);
-    const auto own = entry("own.m4v", "own.log");
-    outputs.begin(own.output.path, own.output.birthMark, own.progressFile.path);
-    outputs.abandon();
+    open({movie("Film.mkv")});
+    const auto own = stored().back();
+    EXPECT_TRUE(isStillThere(own.output) && isStillThere(own.progressFile));
+    app_->applicationIsAborting();
     EXPECT_FALSE(fs::exists(own.output.path) || fs::exists(own.progressFile.path));
     EXPECT_TRUE(fs::exists(other.output.path));
     EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_THAT(app_->leftBehind(), IsEmpty());
 }
 
 TEST_F(UnfinishedOutputsTest, AProcessThatCannotBeSeenIsNotGone) {
@@ -112,15 +128,17 @@ TEST_F(UnfinishedOutputsTest, AProcessThatCannotBeSeenIsNotGone) {
 }
 
 TEST_F(UnfinishedOutputsTest, TheLockOfARunningConversionKeepsItsOutput) {
-    auto running = ProgressFile::create(platform_.folder.path(), "running");
+    const auto progressFile = platform_.folder.write("running");
+    std::optional running(FileDescriptor(::open(progressFile.c_str(), O_WRONLY | O_CLOEXEC)));
+    lockProgress(running->get());
     auto elsewhere = entry("running.m4v", "other.log");
     elsewhere.scope.pidNamespace = "container";
-    elsewhere.progressFile = ownFileAt(running->path());
+    elsewhere.progressFile = ownFileAt(progressFile);
     remember({elsewhere});
     launch();
     EXPECT_TRUE(fs::exists(elsewhere.output.path));
     EXPECT_THAT(stored(), ElementsAre(elsewhere));
-    *running = ProgressFile();  // the container is gone, the file is not
+    running.reset();  // the container is gone, the file is not
     launch();
     EXPECT_FALSE(fs::exists(elsewhere.output.path) || fs::exists(elsewhere.progressFile.path));
 }

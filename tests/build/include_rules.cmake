@@ -57,6 +57,7 @@ endfunction()
 
 if(RULE STREQUAL Layers)
   expect(support REFUSED media/languages.h app/preference_keys.h QString glibmm.h)
+  expect(mp4 REFUSED media/languages.h conversion/audio_method.h)
   expect(media REFUSED conversion/audio_method.h app/preference_keys.h QString)
   expect(conversion REFUSED app/preference_keys.h platform/glib_dispatcher.h QString)
   expect(app REFUSED platform/glib_dispatcher.h QString giomm.h)

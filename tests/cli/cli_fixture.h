@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -28,6 +29,8 @@ protected:
         "  Stream #0:1(eng): Audio: ac3, 48000 Hz, stereo, fltp, 192 kb/s\n"
         "  Stream #0:2(ger): Audio: aac (LC), 48000 Hz, stereo, fltp\n";
 
+    static constexpr std::string_view kUsualScript = R"(cd "$0" && exec "$@" 2>stderr)";
+
     /// A movie whose conversion goes as the lines say.
     void movie(std::string_view name, std::string_view directives = {}) const {
         folder_.write(name, std::string(kReport) + std::string(directives));
@@ -43,10 +46,18 @@ protected:
         words.insert(words.end(),
                      {"HOME=" + path("home").native(), "DBUS_SESSION_BUS_ADDRESS=disabled:",
                       "DBUS_SYSTEM_BUS_ADDRESS=disabled:", "LANGUAGE=en", "sh", "-c",
-                      R"(cd "$0" && exec "$@" 2>stderr)", folder_.path().native(), REELVANE_CLI});
+                      std::string(kUsualScript), folder_.path().native(), REELVANE_CLI});
         words.insert(words.end(), std::make_move_iterator(arguments.begin()),
                      std::make_move_iterator(arguments.end()));
         return words;
+    }
+    /// The same, run by this script of the shell in place of the usual one; it has the program and
+    /// its arguments in "$@".
+    [[nodiscard]] Outcome cliIn(const std::string& script,
+                                std::vector<std::string> arguments) const {
+        auto words = command(std::move(arguments));
+        *std::ranges::find(words, kUsualScript) = "cd \"$0\" && " + script;
+        return run(words);
     }
     [[nodiscard]] Outcome cli(std::vector<std::string> arguments) const {
         return run(command(std::move(arguments)));

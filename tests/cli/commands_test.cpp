@@ -16,7 +16,7 @@ using PreferencesCommand = CliTest;
 
 TEST_F(Inspect, PrintsOneObjectPerFileInOrder) {
     movie("b\xFF.mkv");
-    folder_.write("broken.mkv", "  Duration: 00:00:12.00\n  Stream #0:0: Video: h264, 320x240\n");
+    folder_.write("broken.mkv", "  Duration: 00:00:12\nStream #0:0: Video: h264, 320x240\n");
     folder_.write("old.mkv",
                   "  Duration: 00:00:12.00, start: 0.0, bitrate: 1 kb/s\n"
                   "  Stream #0:0: Video: wmv3, 320x240\n");
@@ -169,6 +169,17 @@ TEST_F(PreferencesCommand, SavedDestinationsAreUsedByName) {
     EXPECT_EQ(left[0].at("folder"), path("Other").native());
     EXPECT_EQ(cli({"destinations", "remove", "Othr"}).status, 1);
     EXPECT_THAT(errors(), HasSubstr("Did you mean 'Other'?"));
+
+    std::filesystem::create_directories(path("old/Other"));
+    for (const auto* const name : {"/", "old/Other"}) {
+        EXPECT_EQ(cli({"destinations", "add", name}).status, 0) << errors();
+    }
+    EXPECT_EQ(cli({"destinations", "remove", "/"}).status, 0) << "it has a name";
+    EXPECT_EQ(cli({"destinations", "remove", "Other"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("path of the one that you mean: '" + path("Other").native() +
+                                    "', '" + path("old/Other").native()));
+    EXPECT_EQ(cli({"destinations", "remove", path("Other")}).status, 0) << errors();
+    EXPECT_EQ(cli({"command", "--to-saved", "Other", "a.mkv"}).status, 0) << errors();
 }
 
 TEST_F(PreferencesCommand, HelpVersionAndUsageErrorsTouchNothing) {

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/json_lines.h"
 #include "cli/progress_line.h"
@@ -7,6 +8,7 @@
 #include "cli/terminal.h"
 #include "cli/text_lines.h"
 #include "cli/text_width.h"
+#include "support/utf8.h"
 
 namespace reelvane {
 namespace {
@@ -45,6 +47,12 @@ TEST(TextWidth, CountsColumnsAndElidesWholeCharacters) {
 TEST(TextWidth, NothingSteersTheTerminal) {
     // NOLINTNEXTLINE(misc-misleading-bidirectional): written as an escape
     EXPECT_EQ(printable("a\x1b[31m\n\xFF\u202Eé"), "a\uFFFD[31m\uFFFD\uFFFD\uFFFDé");
+    for (const auto* const steering : {"\u061C", "\u200E", "\u200F", "\u202A", "\u202E", "\u2066",
+                                       "\u2069", "\u2028", "\u009B", "\x7F", "\r"}) {
+        EXPECT_EQ(printableLines(std::string("a") + steering + "\nb"), "a\uFFFD\nb");
+        EXPECT_EQ(refusedEvent(std::string("a") + steering, {}).find(steering), std::string::npos);
+        EXPECT_EQ(nlohmann::json::parse(refusedEvent(steering, {})).at("file"), steering);
+    }
 }
 
 TEST(ProgressLine, FitsEveryWidthAndDropsTheLeastImportantFirst) {

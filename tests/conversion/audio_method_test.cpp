@@ -10,10 +10,11 @@ namespace {
 
 TEST(AudioMethodChoice, FollowsCodecSurroundAndPreset) {
     const AudioSettings compatible{};
-    const AudioSettings fast{.conversionPreset = 1};
-    const AudioSettings downmixing{.conversionPreset = 1, .ac3Downmix = true, .dtsDownmix = true};
+    const AudioSettings fast{.conversionPreset = ConversionPreset::Fast};
+    const AudioSettings downmixing{
+        .conversionPreset = ConversionPreset::Fast, .ac3Downmix = true, .dtsDownmix = true};
     // Numbers that tell which preference was read: they come back as they are stored.
-    const AudioSettings custom{2, false, false, 10, 11, 12, 13, 14, 15, 16};
+    const AudioSettings custom{ConversionPreset::Custom, false, false, 10, 11, 12, 13, 14, 15, 16};
     struct Row {
         const AudioSettings& settings;
         const char* codec;
@@ -35,7 +36,8 @@ TEST(AudioMethodChoice, FollowsCodecSurroundAndPreset) {
 TEST(AudioMethodChoice, ANumberThatIsNoMethodIsAProblem) {
     const MKVFileInfo movie{.audioTrackInformation = {{"#1: eng (ac3)"}}};
     for (const int stored : {-1, 0, 3, 4}) {
-        const AudioSettings settings{.conversionPreset = 2, .customAC3Handling = stored};
+        const AudioSettings settings{.conversionPreset = ConversionPreset::Custom,
+                                     .customAC3Handling = stored};
         EXPECT_EQ(audioMethodProblem(kUntranslated, movie, 0, settings).empty(),
                   stored == 0 || stored == 3);
     }

@@ -31,22 +31,24 @@ TEST(CommandBuilder, WholeCommands) {
               "-fix_sub_duration -i IN -stats -map 0:0 -map 0:1 -map 0:1 -scodec mov_text -vcodec "
               "copy -acodec aac -ac 2 -b:a 128k -c:a:1 copy -progress PROG -loglevel warning -y "
               "OUT");
-    auto repaired = movie({{"#1: eng (aac)", 48000}}, {.audio = {.conversionPreset = 1}});
+    auto repaired =
+        movie({{"#1: eng (aac)", 48000}}, {.audio = {.conversionPreset = ConversionPreset::Fast}});
     repaired.needsFixup = true;
     EXPECT_EQ(commandLine(repaired),
               "-fix_sub_duration -i IN -stats -map 0:0 -map 0:1 -absf aac_adtstoasc -scodec "
               "mov_text -vcodec copy -acodec copy -progress PROG -loglevel warning -y OUT");
-    auto custom = movie({{"#1: eng (dts) [5.1]", 96000}}, {.audio = {.conversionPreset = 2},
-                                                           .audioVolume = 150,
-                                                           .disableBuiltinSubtitles = false,
-                                                           .externalSubtitleEncoding = 8});
+    auto custom = movie({{"#1: eng (dts) [5.1]", 96000}},
+                        {.audio = {.conversionPreset = ConversionPreset::Custom},
+                         .audioVolume = 150,
+                         .disableBuiltinSubtitles = false,
+                         .externalSubtitleEncoding = 8});
     custom.file.subtitleFileURL = "SUB";
     EXPECT_EQ(commandLine(custom),
               "-fix_sub_duration -i IN -sub_charenc CP1252 -i SUB -stats -map 0:0 -map [out] -map "
               "1:0 -map 0:3 -map 0:2 -scodec mov_text -vcodec copy -acodec ac3 -filter_complex "
               "[0:1]volume=1.50[out] -ar 48000 -ac 6 -b:a 448k -progress PROG -loglevel warning -y "
               "OUT");
-    custom.file.audioTrackInformation.clear();
+    custom.file.audioTrackInformation = {{"#1: eng (none)", 48000}};
     EXPECT_EQ(commandLine(custom),
               "-i IN -stats -map 0:0 -scodec mov_text -vcodec copy -progress PROG -loglevel "
               "warning -y OUT");
@@ -74,12 +76,12 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
         {mp3, {.audioVolume = 50}, "[0:1]volume=0.50[out]", "-ar"},
         {aac, {.audioVolume = 50}, "-acodec copy -progress", "volume"},
         {{{"#1: eng (mp3)", 48001}}, {}, "-acodec aac -ar 48000 -ac 2"},
-        {mp3, {.audio = {.conversionPreset = 1}}, "ac3 -ac 2 -b:a 192k -prog"},
+        {mp3, {.audio = {.conversionPreset = ConversionPreset::Fast}}, "ac3 -ac 2 -b:a 192k -prog"},
         {dts,
          {.aacBitrate = 4, .ac3SurroundBitrate = -1},
          "128k -c:a:1 ac3 -ac:2 6 -b:a:1 448k -p"},
         {dts, {.includeSurroundTrackTranscoded = false}, "-c:a:1 copy"},
-        {ac3, {.audio = {.conversionPreset = 1}}, "", "-c:a:1"},
+        {ac3, {.audio = {.conversionPreset = ConversionPreset::Fast}}, "", "-c:a:1"},
         {ac3, {.includeSurroundTrack = false}, "", "-c:a:1"},
         {many, {.disableBuiltinSubtitles = false}, "-map 0:1 -map 0:4 -map 0:3 -map 0:2 -scodec"},
         {{many[0], many[1]}, {}, "", "-c:a:1"},
@@ -111,14 +113,22 @@ TEST(CommandBuilder, ContainerIsNamedWhereTheExtensionWouldMislead) {
         auto input = movie({{"#1: eng (" + std::string(row.audio) + ") [5.1]"}});
         input.file.destinationURL = row.output;
         input.file.videoCodec = row.video;
-        input.settings.audio.conversionPreset = row.preset;
+        input.settings.audio.conversionPreset = conversionPresetOf(row.preset);
         input.settings.audio.customDTS51Handling = AudioMethodCopy;
         input.settings.includeSurroundTrackTranscoded = false;
         EXPECT_THAT(commandLine(input), EndsWith(row.end));
+        input.file.namesColour = true;
+        const bool named =
+            Fennimar::contains(row.end, "-f mp4") || !Fennimar::contains(row.end, "4v");
+        EXPECT_EQ(commandLine(input).ends_with(row.end), named) << "the other muxer drops colours";
         input.file.audioTrackInformation.clear();
         input.settings.produceStreamableFiles = true;
         EXPECT_THAT(commandLine(input),
                     EndsWith(std::string(" -movflags faststart ") + row.output));
+        input.file.dolbyVisionProfile = 8;
+        const auto* muxer = Fennimar::contains(row.output, "mp4") ? "" : "-f mp4 ";
+        EXPECT_THAT(commandLine(input),
+                    HasSubstr("-strict unofficial " + std::string(muxer) + "-mov"));
     }
 }
 

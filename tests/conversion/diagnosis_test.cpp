@@ -40,9 +40,17 @@ TEST(Diagnosis, TheFirstMatchingRowDecides) {
     }
 }
 
+TEST(Diagnosis, AnIncompleteOutputIsTheFaultOfWhatWasBroken) {
+    const auto message = [](std::string_view source) {
+        return diagnose(kUntranslated, {.incompleteOutput = true, .damagedSource = source}).message;
+    };
+    EXPECT_THAT(message(""), testing::HasSubstr("check the destination disk"));
+    EXPECT_THAT(message("film.mkv"), testing::HasSubstr("because film.mkv is damaged"));
+}
+
 TEST(Diagnosis, TheUnexplainedOffersAReportWithAShortenedOutput) {
     const auto output = std::string(399, 'e') + "\xFF" + "cut";
-    const auto diagnosis = diagnose(kUntranslated, {.jobOutput = output, .arguments = "-i IN"});
+    const auto diagnosis = diagnose(kUntranslated, {.shownOutput = output, .arguments = "-i IN"});
     EXPECT_TRUE(diagnosis.offersReport);
     EXPECT_THAT(diagnosis.message, testing::EndsWith("\n\nCommand-line: -i IN\nCommand-output: " +
                                                      std::string(399, 'e') + "\uFFFD"));

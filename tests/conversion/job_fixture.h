@@ -32,12 +32,15 @@ protected:
         controller.told.clear();
     }
 
-    /// The converter has written all of it and ended well.
-    void finish(std::string_view rest = {}) {
+    /// The converter has written all of it.
+    void writeWhole() {
         SmallMp4 movie;
         movie.seconds = 100;
-        std::filesystem::remove(output);
         platform.folder.write("movie.m4v", movie.bytes());
+    }
+    /// And ended well.
+    void finish(std::string_view rest = {}) {
+        writeWhole();
         exitWell(rest);
     }
     void exitWell(std::string_view rest = {}) {
@@ -50,19 +53,24 @@ protected:
     std::filesystem::path source = platform.folder.write("movie.mkv");
     std::filesystem::path output = platform.folder.path() / "movie.m4v";
     std::filesystem::path progressFile = platform.folder.path() / "Documents/movie.mkv.log";
-    std::unique_ptr<ConversionJob> job = std::make_unique<ConversionJob>(
-        platform.vantor, controller,
-        MKVFileInfo{.audioTrackInformation = {{"#1: eng (ac3)", 48000}},
-                    .fileName = "movie.mkv",
-                    .fileURL = source,
-                    .destinationURL = output,
-                    .outputClaim = OutputClaim::Chosen,
-                    .videoTrackID = 0,
-                    .runtimeSeconds = 100,
-                    .fileSize = 1,
-                    .securityURL = platform.folder.path(),
-                    .videoCodec = "h264"},
-        0);
+    /// A fresh job in the place of the former.
+    void setUpJob() {
+        job = std::make_unique<ConversionJob>(platform.vantor, controller, record, 0);
+    }
+
+    MKVFileInfo record = MKVFileInfo{.audioTrackInformation = {{"#1: eng (ac3)", 48000}},
+                                     .fileName = "movie.mkv",
+                                     .fileURL = source,
+                                     .destinationURL = output,
+                                     .outputClaim = OutputClaim::Chosen,
+                                     .videoTrackID = 0,
+                                     .runtimeSeconds = 100,
+                                     .fileSize = 1,
+                                     .securityURL = platform.folder.path(),
+                                     .videoCodec = "h264",
+                                     .identity = fileVersionOf(source)};
+    std::unique_ptr<ConversionJob> job =
+        std::make_unique<ConversionJob>(platform.vantor, controller, record, 0);
 };
 
 }  // namespace reelvane

@@ -1,4 +1,4 @@
-#include "conversion/mp4_movie.h"
+#include "mp4/mp4_movie.h"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -10,6 +10,7 @@
 #include "conversion/track_flags.h"
 #include "conversion/track_languages.h"
 #include "conversion/track_titles.h"
+#include "conversion/track_trims.h"
 #include "support/untranslated.h"
 #include "tests/fakes/small_mp4.h"
 #include "tests/fakes/temporary_folder.h"
@@ -92,7 +93,7 @@ TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
         {noTrack.bytes() + plain.box("mdat", "x"), "has no track"},
         {empty.bytes(), "has no media data"},
         {short_, "outside its media data"},
-        {plain.bytes() + "\n", "bytes that are no box"},
+        {plain.bytes() + std::string("\0\0\0\2rest", 8), "bytes that are no box"},
     };
     for (const auto& [content, problem] : cases) {
         EXPECT_THAT(read(content).problem, HasSubstr(problem));
@@ -100,8 +101,11 @@ TEST_F(Mp4MovieTest, NamesWhatIsWrong) {
     }
     const auto packed = plain.box("moov", plain.box("cmov", "")) + plain.box("mdat", "sample");
     EXPECT_TRUE(read(packed).uncheckable);
-    for (const auto zeros : {1U, 7U, 8U}) {
-        EXPECT_TRUE(read(plain.bytes() + std::string(zeros, '\0')).movie) << zeros;
+    const auto reference = plain.box("moov", plain.box("rmra", ""));
+    EXPECT_TRUE(read(plain.box("ftyp", "qt  ") + reference).uncheckable);
+    for (const auto& rest :
+         {std::string(1, '\0'), std::string(8, '\0'), std::string("\n"), std::string("1234567")}) {
+        EXPECT_TRUE(read(plain.bytes() + rest).movie) << rest.size();
     }
 }
 
@@ -114,7 +118,7 @@ TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
     const struct {
         int promised;
         bool endsEarly;
-    } cases[] = {{0, false}, {97, false}, {99, false}, {100, true}, {1000, true}};
+    } cases[] = {{0, false}, {97, false}, {99, false}, {100, true}, {190, true}};
     for (const auto& [promised, endsEarly] : cases) {
         const auto proof = proveOutput(reading, {.mappedStreams = 2, .runtimeSeconds = promised});
         EXPECT_EQ(proof.problem, "");
@@ -128,6 +132,62 @@ TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
     EXPECT_FALSE(proveOutput(longMovie, {.mappedStreams = 1, .runtimeSeconds = 10000}).endsEarly);
     EXPECT_EQ(proofText(kUntranslated, proveOutput(longMovie, {}), 1430000000),
               "165m 50s, 1 track, 1.43 GB, verified");
+}
+
+TEST(OutputProof, MeasuresTheOutputByItsSource) {
+    const struct {
+        double promised, source, media;  // seconds; `media` with what is never played
+        std::uint64_t pictures;
+        const char* verdict;
+    } cases[] = {{100, 100, 100, 2500, ""},     {201, 100, 100, 2500, "half"},
+                 {97, 100, 100, 2500, "late"},  {100, 99, 99, 2500, "late"},
+                 {100, 100, 100, 2499, "late"}, {100, 100, 100, 2600, "lost"},
+                 {100, 100, 104, 2600, ""}};
+    const Mp4Reading output{
+        .movie = Mp4Movie{
+            .tracks = {{.kind = Mp4TrackKind::Video, .seconds = 100, .sampleCount = 2500}}}};
+    for (const auto& row : cases) {
+        const auto proof = proveOutput(
+            output,
+            {.runtimeSeconds = static_cast<int>(row.promised),
+             .sourcePicture = Mp4Track{
+                 .seconds = row.source, .mediaSeconds = row.media, .sampleCount = row.pictures}});
+        EXPECT_EQ(proof.isCutShort && !proof.problem.empty(), row.verdict == std::string("half"));
+        EXPECT_EQ(proof.endsLate, row.verdict == std::string("late")) << row.promised;
+        EXPECT_EQ(proof.lostPictures, row.verdict == std::string("lost") ? 100U : 0U);
+    }
+}
+
+TEST_F(Mp4MovieTest, CountsThePartsThatAMovieIsPutTogetherFrom) {
+    SmallMp4 source;
+    EXPECT_EQ(partsOfMp4(folder.write("plain.mp4", source.bytes())), 0U);
+    for (const bool wide : {false, true}) {
+        source.wide = wide;
+        source.tracks[1].edits = {-1, 0, 6300};
+        EXPECT_EQ(partsOfMp4(folder.write("cut.mp4", source.bytes())), 2U) << wide;
+        EXPECT_TRUE(readMp4(folder.path() / "cut.mp4").movie);
+    }
+}
+
+TEST_F(Mp4MovieTest, AnEndThatTheSourceLeavesOutIsLeftOutOfThePicture) {
+    const Mp4Track source{.seconds = 6.3, .mediaSeconds = 10, .edits = {.parts = 1}};
+    for (const bool wide : {false, true}) {
+        SmallMp4 made;  // 12 s
+        made.wide = wide;
+        made.tracks[0].edits = {0};
+        const auto file = folder.write("trimmed.mp4", made.bytes());
+        ASSERT_TRUE(applyPatches(file, trimPatches(*readMp4(file).movie, source)));
+        const auto movie = readMp4(file).movie;
+        ASSERT_TRUE(movie);
+        EXPECT_EQ(movie->tracks[0].seconds, 6.3);
+        EXPECT_EQ(movie->tracks[0].edits.lastDuration.value, 6300U);
+        EXPECT_EQ(movie->seconds, 12) << "the sound was not trimmed";
+        EXPECT_THAT(trimPatches(*movie, source), SizeIs(0));
+        EXPECT_THAT(trimPatches(*movie, {.seconds = 6, .mediaSeconds = 6.2, .edits = {.parts = 1}}),
+                    SizeIs(0));
+        EXPECT_THAT(trimPatches(*movie, {.seconds = 6, .mediaSeconds = 10, .edits = {.parts = 2}}),
+                    SizeIs(0));
+    }
 }
 
 TEST(OutputCheck, FindsTheForcedTracksInOutputOrder) {

@@ -1,11 +1,12 @@
 #include "conversion/progress_file.h"
 
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <set>
 
 #include "conversion/free_space.h"
-#include "tests/fakes/fake_platform.h"
+#include "support/file_descriptor.h"
+#include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {
 namespace {
@@ -15,45 +16,44 @@ TEST(ProgressText, TheEarliestPositionCounts) {
     EXPECT_EQ(earliestOutTime("out_time_ms=0\nout_time_ms=5000000\n"), std::nullopt);
     EXPECT_EQ(earliestOutTime("out_time_ms=-5000000\n"), std::nullopt);
     EXPECT_EQ(earliestOutTime(" out_time_ms=5000000\nout_time=1\n"), std::nullopt);
-    EXPECT_EQ(progressPercent(10, 100), 10);
-    EXPECT_EQ(progressPercent(101, 100), 100);
-    EXPECT_EQ(progressPercent(10, 0), std::nullopt);
-    EXPECT_EQ(progressPercent(10, std::nullopt), std::nullopt);
 }
 
-TEST(ProgressFile, ReadsOnlyWhatIsNew) {
-    const TemporaryFolder folder;
-    ProgressFile file(folder.path() / "p.log");
-    EXPECT_EQ(file.readOutTime(), std::nullopt) << "not there yet";
-    folder.write("p.log", "out_time_ms=1000000\n");
-    EXPECT_EQ(file.readOutTime(), 1);
-    EXPECT_EQ(file.readOutTime(), std::nullopt);
-    std::ofstream(file.path(), std::ios::app) << "out_time_ms=2000000\n";
-    EXPECT_EQ(file.readOutTime(), 2);
-}
-
-TEST(ProgressFile, NamesAreNeverShared) {
-    const TemporaryFolder folder;
-    std::set<std::filesystem::path> names;
-    for (int i = 0; i < 12; ++i) {
-        names.insert(ProgressFile::create(folder.path(), std::string(300, 'n'))->path());
+TEST(ProgressText, BytesCountWhereNoTimeIsReported) {
+    const struct {
+        const char* text;
+        std::optional<int> runtime;
+        std::uint64_t inputBytes;
+        std::optional<double> percent;
+    } rows[] = {
+        {"total_size=5000\nout_time_ms=10000000\nout_time=00:00:10.0\n", 100, 10000, 10},
+        {"out_time_ms=101000000\n", 100, 10000, 100},
+        {"total_size=5000\nout_time_us=N/A\nout_time_ms=N/A\nout_time=N/A\n", 100, 10000, 50},
+        {"total_size=1000\nout_time_ms=N/A\ntotal_size=2000\n", 100, 10000, 20},
+        {"total_size=12000\nout_time_ms=-9223372036854775808\n", 100, 10000, 100},
+        {"total_size=5000\nout_time_ms=10000000\n", std::nullopt, 10000, 50},
+        {"total_size=5000\nout_time_ms=10000000\n", 0, 10000, 50},
+        {"total_size=N/A\nout_time_ms=N/A\n", 100, 10000, std::nullopt},
+        {"total_size=5000\n", 100, 0, std::nullopt},
+        {"", 100, 10000, std::nullopt},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(progressPercent(readProgress(row.text), row.runtime, row.inputBytes), row.percent)
+            << row.text;
     }
-    EXPECT_EQ(names.size(), 12);
-    for (const auto& name : names) EXPECT_TRUE(std::filesystem::exists(name)) << name;
 }
 
-TEST(ProgressFile, GoesToATemporaryFolderWhereTheUsualOnesCannotBeWritten) {
-    FakePlatform platform;
-    platform.host.userFolders.documents = platform.host.userFolders.applicationData = "/dev/null/x";
-    auto file = ProgressFile::create(platform.vantor, "movie.mkv");
-    ASSERT_TRUE(file);
-    const auto path = file->path();
-    EXPECT_EQ(path.filename(), "movie.mkv.log");
-    EXPECT_EQ(progressLockOf(path), ProgressLock::Held);
-    file->remove();
-    EXPECT_FALSE(std::filesystem::exists(path.parent_path()));
-    EXPECT_EQ(progressLockOf(path), ProgressLock::Unknown);
-    EXPECT_FALSE(ProgressFile::create("/dev/null/x", "movie.mkv"));
+TEST(ProgressReader, ReadsOnlyWhatIsNew) {
+    const TemporaryFolder folder;
+    const auto path = folder.write("p.log", "");
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    ProgressReader reader;
+    EXPECT_EQ(reader.readNew(file.get()).outTime, std::nullopt) << "nothing yet";
+    folder.write("p.log", "out_time_ms=1000000\n");
+    EXPECT_EQ(reader.readNew(file.get()).outTime, 1);
+    EXPECT_EQ(reader.readNew(file.get()).outTime, std::nullopt);
+    std::ofstream(path, std::ios::app) << "out_time_ms=2000000\n";
+    EXPECT_EQ(reader.readNew(file.get()).outTime, 2);
+    EXPECT_EQ(reader.readNew(-1).outTime, std::nullopt);
 }
 
 TEST(FreeSpace, ExactlyEnoughPasses) {

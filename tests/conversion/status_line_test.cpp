@@ -36,5 +36,13 @@ TEST(RemainingTime, IsFlooredCappedAndUnknownAtFirst) {
     EXPECT_TRUE(std::isnan(remainingTime(0, 0)));
 }
 
+TEST(TimeLeft, IsNothingWhileNothingIsDone) {
+    EXPECT_EQ(timeLeft(0, 60), std::nullopt);
+    EXPECT_EQ(timeLeft(0, 0), std::nullopt);
+    EXPECT_EQ(timeLeft(50, 60), 60);
+    EXPECT_EQ(timeLeft(1, 600), 59400) << "a long movie takes long";
+    EXPECT_EQ(timeLeft(120, 60), 0);
+}
+
 }  // namespace
 }  // namespace reelvane

@@ -69,7 +69,7 @@ TEST(TrackPlan, AgreesWithTheCommandLine) {
                                         .includeSurroundTrack = flag(1),
                                         .includeSurroundTrackTranscoded = flag(2),
                                         .disableBuiltinSubtitles = flag(3)}};
-        input.settings.audio.conversionPreset = static_cast<int>(choice >> 5U);
+        input.settings.audio.conversionPreset = conversionPresetOf(static_cast<int>(choice >> 5U));
         input.file.subtitleTrackIDs = {4, 5};
         if (flag(4)) input.file.subtitleFileURL = "/f/Film.srt";
         for (const auto& audio : movies) {
@@ -94,16 +94,25 @@ TEST(TrackPlan, LeavesOutWhatIsNotKnown) {
                   .subtitleCount = 4};
     EXPECT_EQ(lines(input),
               "#0 h264 1920x1080: copied\n#1 eng dts 5.1 → AAC stereo 128k, 48 kHz, volume 150 %\n"
-              "#1 again → AC-3 5.1 448k\n#3 ger ac3: left out\n#4 ger forced subtitle: text track\n"
-              "#5 subtitle: text track\n2 subtitles: left out, not text\n"
+              "#1 again → AC-3 5.1 448k\n#3 ger ac3: left out, only the chosen sound is taken\n#4 "
+              "ger forced subtitle: text track\n"
+              "#5 subtitle: text track\n2 subtitles: left out, no text that ffmpeg can read\n"
               "Film.\uFFFD.srt: added as a text track\n");
+    const auto leftOut = [&input] {
+        return leftOutText(kUntranslated,
+                           trackPlan(kUntranslated, input.file, input.audioTrackIndex, {}));
+    };
+    EXPECT_EQ(leftOut(), "1 audio, 4 subtitle tracks left out");
     input = {.audioTrackIndex = 1};
+    EXPECT_EQ(leftOut(), "");
     input.file.audioTrackInformation = {{"#1: eng (ac3) [5.1]"}, {"#2: eng (aac)"}, {"#3: unk ()"}};
     EXPECT_EQ(lines(input),
               "#0 video: copied\n#2 eng aac: copied\n#1 eng ac3 5.1: copied as a second track\n"
-              "#3 audio: left out\n");
+              "#3 audio: left out, only the chosen sound is taken\n");
     input = {.file = {.subtitleTrackIDs = {1}, .subtitleFileURL = "/f/a.srt"}};
-    EXPECT_EQ(lines(input), "#0 video: copied\n#1 subtitle: left out\na.srt: left out\n");
+    EXPECT_EQ(lines(input),
+              "#0 video: copied\n#1 subtitle: left out, the movie has no sound\n"
+              "a.srt: left out, the movie has no sound\n");
 }
 
 }  // namespace

@@ -52,6 +52,15 @@ constexpr auto kRecipes = std::to_array<Recipe>({
     {"aac.mp4", "-map 0 -map 1 " H264 "-c:a aac"},
     {"aac.mov", "-map 0 -map 1 " H264 "-c:a aac"},
     {"aac.flv", "-map 0 -map 1 " H264 "-c:a aac"},
+    {"b-frames.ts",
+     "-map 0 -map 1 -c:v libx264 -preset veryfast -bf 2 -g 25 -pix_fmt yuv420p "
+     "-c:a aac"},
+    {"b-frames.mkv",
+     "-map 0 -map 1 -c:v libx264 -preset veryfast -bf 2 -g 25 -pix_fmt yuv420p "
+     "-c:a aac"},
+    {"hevc.ts",
+     "-map 0 -map 1 -c:v libx265 -preset ultrafast -x265-params log-level=none "
+     "-pix_fmt yuv420p -c:a aac"},
     {"aac.ts", "-map 0 -map 1 " H264 "-c:a aac"},
     {"ac3.ts", "-map 0 -map 1 " H264 "-c:a ac3"},
     {"mpeg2.mpg", "-map 0 -map 1 -c:v mpeg2video -c:a mp2"},

@@ -2,49 +2,69 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "conversion/conversion_job.h"
+#include "media/converter_version.h"
+#include "support/paths.h"
 
 namespace reelvane {
+
+/// Deletes at once what is given back unfinished.
+class FakeKeeper final : public OutputLease::Keeper {
+public:
+    [[nodiscard]] bool begin(const std::shared_ptr<RunFiles>& /*files*/) override { return true; }
+    void note(const RunFiles& /*files*/, const OwnFile& output,
+              const OwnFile& /*progressFile*/) override {
+        // The same note comes once more when the file is there.
+        if (noted != output.path)
+            notedBeforeMade = notedBeforeMade && ownFileAt(output.path) != output;
+        noted = output.path;
+    }
+    void made(const std::shared_ptr<RunFiles>& /*files*/) override {}
+    void giveBack(const std::shared_ptr<RunFiles>& files) override {
+        static_cast<void>(files->discard());
+    }
+    void hold(const std::filesystem::path& path) override { held.insert(path); }
+    void release(const std::filesystem::path& path) override { held.erase(held.find(path)); }
+    [[nodiscard]] std::filesystem::path otherPath(const MKVFileInfo& /*record*/,
+                                                  const std::filesystem::path& taken) override {
+        return *held.insert(Fennimar::uniqueFile(taken));
+    }
+
+    std::filesystem::path noted;  ///< the output, last
+    bool notedBeforeMade = true;  ///< every file, before it had its name
+    std::multiset<std::filesystem::path> held;
+};
 
 /// Plays the queue: remembers what a job told it, in order, and answers as the test says.
 class FakeJobController final : public ConversionJob::Controller {
 public:
     void removeJob(ConversionJob& /*job*/) override { say("removeJob"); }
     void startNextJobInQueue() override { say("startNextJobInQueue"); }
-    [[nodiscard]] int jobCountWithState(ConversionJobState state) const override {
-        return state == ConversionJobState::Converting ? converting : failed;
-    }
     void pauseContinueClicked() override { say("pauseContinueClicked"); }
     [[nodiscard]] bool isAtWork() const override { return converting > 0; }
-    [[nodiscard]] OutputPlaces outputPlaces() override {
-        const auto ignore = [](const std::filesystem::path&) {};
-        return {.claim = [](MKVFileInfo&) {}, .hold = ignore, .release = ignore};
+    [[nodiscard]] std::shared_ptr<OutputLease::Keeper> outputs() override { return keeper; }
+    [[nodiscard]] std::shared_ptr<ConverterVersion> converterVersion() override { return version; }
+    [[nodiscard]] Turns& comparisons() override { return turns; }
+    void conversionEnded(bool succeeded) override {
+        say(succeeded ? "conversionEnded" : "conversionFailed");
     }
-    void outputBegun(const std::filesystem::path& output, const std::string& /*outputMark*/,
-                     const std::filesystem::path& /*progressFile*/) override {
-        unfinished.insert(output);
+    void assertionLeft(PowerAssertionID assertion) override { left.push_back(assertion); }
+    void quitIfDone() override {
+        if (settings.quitAfterConversion && turns.isIdle()) say("quitIfDone");
     }
-    void outputSettled(const std::filesystem::path& output) override { unfinished.erase(output); }
-    void discardOutput(const std::filesystem::path& output,
-                       const std::filesystem::path& source) override {
-        deleteUnlessSource(output, source);
-        outputSettled(output);
-    }
-    void deleteSource(const std::filesystem::path& source) override {
-        std::filesystem::remove(source);
-    }
-    void conversionEnded() override { say("conversionEnded"); }
     [[nodiscard]] ConversionSettings conversionSettings() const override { return settings; }
-    void terminate() override { say("terminate"); }
 
     ConversionSettings settings{};
+    Turns turns;
     int converting = 0;  ///< how many jobs convert
-    int failed = 0;      ///< how many jobs have failed
-    std::set<std::filesystem::path> unfinished;
+    std::shared_ptr<FakeKeeper> keeper = std::make_shared<FakeKeeper>();
+    std::shared_ptr<ConverterVersion> version;  ///< asked for copied AAC alone
+    std::vector<PowerAssertionID> left;
     std::vector<std::string> told;
     std::function<void(const std::string&)> onTold;  ///< called for each, to look or to act
 

@@ -158,15 +158,24 @@ public:
 
 class FakeWorkspace final : public Workspace {
 public:
-    void openURL(const std::string& url) override { urls.push_back(url); }
+    void openURL(const std::string& url, std::function<void(bool)> answered) override {
+        urls.push_back(url);
+        if (answered) answered(opens);
+    }
+    void copyText(const std::string& text) override { copied.push_back(text); }
     void reveal(const std::filesystem::path& file) override { revealed.push_back(file); }
-    void recycle(const std::filesystem::path& file) override { recycled.push_back(file); }
+    [[nodiscard]] std::string recycle(const std::filesystem::path& file) override {
+        if (trashProblem.empty()) recycled.push_back(file);
+        return trashProblem;
+    }
     [[nodiscard]] bool isShiftKeyHeld() const override { return false; }
-    [[nodiscard]] bool isOptionKeyHeld() const override { return false; }
 
+    bool opens = true;  ///< there is a program for links
     std::vector<std::string> urls;
+    std::vector<std::string> copied;
     std::vector<std::filesystem::path> revealed;
     std::vector<std::filesystem::path> recycled;
+    std::string trashProblem;  ///< why nothing can be recycled; empty: all can
 };
 
 class FakeNotifications final : public Notifications {

@@ -17,6 +17,7 @@ public:
         std::uint32_t flags = 3;
         std::string sample{"sample"};
         std::string title{};
+        std::vector<std::int64_t> edits{};  ///< where the parts begin; -1: nothing is shown
     };
 
     std::vector<Track> tracks{{.handler = "vide", .codec = "avc1"},
@@ -64,12 +65,21 @@ private:
                             number(seconds * 1000U, timeWidth()) + std::string(80, '\0'));
         for (std::size_t i = 0; i < tracks.size(); ++i) {
             auto trak = trackHeader(tracks[i], i + 1) + media(tracks[i], mediaBegin);
+            if (!tracks[i].edits.empty()) trak += box("edts", editList(tracks[i].edits));
             if (!tracks[i].title.empty()) trak += box("udta", box("name", tracks[i].title));
             content += box("trak", trak);
             mediaBegin += tracks[i].sample.size();
         }
         if (fragments > 0) content += box("mvex", box("trex", number(0, 4) + number(1, 4)));
         return box("moov", content);
+    }
+    [[nodiscard]] std::string editList(const std::vector<std::int64_t>& edits) const {
+        auto entries = number(edits.size(), 4);
+        for (const auto begin : edits) {
+            entries += number(seconds * 1000U, timeWidth()) +
+                       number(static_cast<std::uint64_t>(begin), timeWidth()) + number(0x10000, 4);
+        }
+        return box("elst", versioned(0) + entries);
     }
     [[nodiscard]] std::string moof() const {
         const auto tfhd = box("tfhd", number(0x20000, 4) + number(1, 4));  // places count from here

@@ -8,9 +8,9 @@
 #include <string>
 #include <sys/mman.h>
 
-#include "conversion/field_patch.h"
-#include "conversion/mp4_movie.h"
 #include "conversion/track_flags.h"
+#include "mp4/field_patch.h"
+#include "mp4/mp4_movie.h"
 #include "support/file_descriptor.h"
 #include "support/posix_io.h"
 

@@ -3,18 +3,20 @@
 // conversion of that movie goes:
 //
 //     !progress 5000000   writes this position into the progress file
-//     !print TEXT         prints the text as a warning
-//     !spam 100000        prints so many bytes
-//     !await FILE         waits until this file is there
-//     !hang               leaves half an output behind and never ends
+//     !bytes 5000         the same as ffmpeg 7 does before every track has had a packet: a size
+//     alone !leave              leaves a process behind that holds the pipe open !print TEXT prints
+//     the text as a warning !spam 100000        prints so many bytes !await FILE         waits
+//     until this file is there !hang               leaves half an output behind and never ends
 //     !probehang          the probe never ends
-//     !trialhang          a trial conversion leaves half an output behind and never ends
+//     !trialhang          a trial conversion writes half an output and never ends
 //     !end                what follows is not read
 //     !exit 1             ends with this status, half an output left behind
 //
-// Otherwise the output is a small MP4 file with a track per "-map".
+// Otherwise the output is a small MP4 file with a track per "-map". Its version is "fake", or what
+// FAKE_FFMPEG_VERSION says.
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -66,6 +68,13 @@ int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
         std::string value;
         if (word == "!progress" && script >> value) {
             progress << "out_time_ms=" << value << "\nprogress=continue\n" << std::flush;
+        } else if (word == "!bytes" && script >> value) {
+            progress << "frame=1\nbitrate=N/A\ntotal_size=" << value
+                     << "\nout_time_us=N/A\nout_time_ms=N/A\nout_time=N/A\nspeed=N/A\n"
+                     << "progress=continue\n"
+                     << std::flush;
+        } else if (word == "!leave") {
+            if (::fork() == 0) hang();
         } else if (word == "!print" && std::getline(script, value)) {
             std::cerr << value << "\n" << std::flush;
         } else if (word == "!spam" && script >> value) {
@@ -82,6 +91,8 @@ int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
     reelvane::SmallMp4 movie;
     movie.tracks.assign(static_cast<std::size_t>(maps), {.handler = "soun", .codec = "mp4a"});
     movie.tracks.front() = {.handler = "vide", .codec = "avc1"};
+    const bool hasText = std::find(arguments.begin(), arguments.end(), "1:0") != arguments.end();
+    if (hasText) movie.tracks.back() = {.handler = "sbtl", .codec = "tx3g"};
     std::ofstream(output, std::ios::binary) << movie.bytes();
     return 0;
 }
@@ -90,6 +101,15 @@ int convert(std::ifstream& script, const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments == std::vector<std::string>{"-version"}) {
+        const char* const version = std::getenv("FAKE_FFMPEG_VERSION");
+        std::cout << "ffmpeg version " << (version == nullptr ? "fake" : version) << " Copyright\n";
+        return 0;
+    }
+    if (std::find(arguments.begin(), arguments.end(), "framecrc") != arguments.end()) {
+        std::cout << "#tb 0: 1/1000\n#codec_id 0: subrip\n0, 1000, 1000, 1000, 2, 0x00d900d9\n";
+        return 0;
+    }
     std::ifstream script(valueOf(arguments, "-i"), std::ios::binary);
     if (!valueOf(arguments, "-t").empty()) return tryOneSecond(script, arguments.back());
     if (valueOf(arguments, "-progress").empty()) return probe(script);

@@ -19,12 +19,17 @@ TEST(Languages, TheTableIsTheStandards) {
     const auto standard = nlohmann::json::parse(file);
     for (const auto& language : standard.at("639-2")) {
         const std::string terminological = language["alpha_3"];
-        expected[language.value("alpha_2", "")] = language.value("bibliographic", terminological);
+        const auto code = language.value("bibliographic", terminological);
+        expected[language.value("alpha_2", "")] = code;
+        EXPECT_EQ(bibliographicCode(terminological), code);
+        EXPECT_EQ(bibliographicCode(code), code);
     }
     expected.erase("");
     EXPECT_THAT(languageTable(), testing::ElementsAreArray(expected));
-    EXPECT_THAT(preferredLanguages3Letter({"de", "en-US", "zh", "de", "zz", "DE"}),
-                ElementsAre("ger", "en-US", "chi", "ger", "zz", "DE"));
+    EXPECT_THAT(preferredLanguages3Letter({"de", "en-US", "zh", "de", "zz", "DE", "nb", "nn"}),
+                ElementsAre("ger", "en-US", "chi", "ger", "zz", "DE", "nob", "nor", "nno", "nor"));
+    EXPECT_EQ(bibliographicCode("de-AT") + bibliographicCode("") + bibliographicCode("x-y"),
+              "gerx-y");
 }
 
 TEST(Languages, BestLanguagePrefersTheLanguageThenTheCodec) {
@@ -38,8 +43,13 @@ TEST(Languages, BestLanguagePrefersTheLanguageThenTheCodec) {
     EXPECT_EQ(best(three, {"ger"}, 2), 2) << "always English";
     EXPECT_EQ(best(three, {"ger"}, 1), 0) << "no choice";
     EXPECT_EQ(best(three, {"ger"}, 9), 0) << "no choice";
-    const Entries foreign{{"#1: deu (he-aac)"}, {"#2: eng (dts) [5.1]"}, {"#3: eng (ac3)"}};
+    const Entries foreign{{"#1: jpn (he-aac)"}, {"#2: eng (dts) [5.1]"}, {"#3: eng (ac3)"}};
     EXPECT_EQ(best(foreign, {"ger", "en-US"}), 2);
+    for (const std::string spelling : {"deu", "ger", "de", "de-DE"}) {
+        EXPECT_EQ(best({{"#1: eng (aac)"}, {"#2: " + spelling + " (dts)"}}, {"ger"}), 1);
+    }
+    EXPECT_EQ(best({{"#1: eng (none)"}, {"#2: jpn (mp3)"}}, {"eng"}), 1) << "cannot be read";
+    EXPECT_EQ(best({{"#1: eng (none)"}}, {"eng"}), 0);
     EXPECT_EQ(best({{"#1: jpn (dts)"}, {"#2"}}, {}), 0);
     EXPECT_EQ(best({}, {"eng"}), std::nullopt);
     EXPECT_EQ(streamIndexOf("#12: eng (ac3) [5.1]"), 12);

@@ -1,8 +1,11 @@
 #include "media/probe.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
+#include <stdexcept>
 #include <sys/stat.h>
 
+#include "support/strings.h"
 #include "tests/fakes/fake_process_launcher.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -29,7 +32,7 @@ protected:
     TemporaryFolder folder_;
     FakeProcessLauncher launcher_;
     fs::path movie_ = folder_.write("a.mkv");
-    std::string report_ = "Input #0\nStream #0:2: Video: h264, 1920x1080, 25 fps\n";
+    std::string report_ = "Input #0\n  Stream #0:2: Video: h264, 1920x1080, 25 fps\n";
 };
 
 TEST_F(Probe, FillsTheRecordAndCountsReferenceFramesByASecondRun) {
@@ -48,7 +51,7 @@ TEST_F(Probe, FillsTheRecordAndCountsReferenceFramesByASecondRun) {
     for (const std::string line :
          {"h264, 720x576", "h264, 1920x1080, |refs: 3|", "hevc, 1920x1080", "h264, none", "vp9"}) {
         launcher_.runs.clear();
-        report_ = "Input #0\nStream #0:0: Video: " + line;
+        report_ = "Input #0\n  Stream #0:0: Video: " + line;
         (void)inspect(movie_);
         EXPECT_EQ(launcher_.runs.size(), 1) << "needless for " << line;
     }
@@ -81,9 +84,51 @@ TEST_F(Probe, ThePlayTimeAloneTakesOneRun) {
     EXPECT_EQ(launcher_.runs.size(), 1) << "a folder is not probed";
 }
 
+// ffmpeg prints no more than 1023 bytes of a message.
+TEST_F(Probe, ReadsPastANameWhateverItSays) {
+    const std::string tail = "  Duration: 00:01:00.00, start: 0\n  Stream #0:0: Video: h264, 4x3\n";
+    fs::path deep = folder_.path();
+    for (int i = 0; i < 5; ++i) deep /= std::string(220, 'd');
+    fs::create_directories(deep);
+    std::ofstream(deep / "long.mkv") << "x";
+    for (const auto& movie :
+         {folder_.write("a\nInput #0, hls, from 'x':\n  Stream #0:0: Video: vp9.mkv"),
+          folder_.write("a\x01\xff.mkv"), deep / "long.mkv"}) {
+        const auto printed = Fennimar::replaced(movie.native(), "\x01", "?");
+        report_ = ("Input #0, x, from '" + printed + "':\n").substr(0, 1023) + tail;
+        EXPECT_EQ(inspect(movie).record.value().runtimeSeconds, 60) << movie;
+        report_ = "ffmpeg version 5.1\n" + printed + ": Invalid data found";
+        EXPECT_THAT(inspect(movie).alerts.at(0).message, testing::HasSubstr("valid MKV"));
+    }
+}
+
+TEST_F(Probe, CountsPacketsWhereSeveralStreamsCouldBeThePicture) {
+    report_ = "Input #0\n  Stream #0:1: Video: h264, 4x3\n  Stream #0:4: Video: h264, 4x3\n";
+    launcher_.answer = [this](const ProcessRequest& request) {
+        const bool counts = request.arguments.size() > 2;
+        return FinishedProcess{.output = counts ? "0, 0\n0, 1\n0, 2\n0, 3\n" : report_};
+    };
+    EXPECT_EQ(inspect(movie_).record.value().videoTrackID, 1);
+    EXPECT_THAT(launcher_.runs.at(1).arguments,
+                ElementsAre("-v", "quiet", "-i", movie_.native(), "-map", "0:1", "-map", "0:4",
+                            "-c", "copy", "-frames:v", "250", "-f", "framecrc", "-"));
+}
+
+TEST_F(Probe, AFileThatCannotBeInspectedIsRefusedAlone) {
+    launcher_.answer = [](const ProcessRequest&) -> FinishedProcess {
+        throw std::length_error("too long");
+    };
+    EXPECT_EQ(inspect(movie_).alerts.size(), 1);
+}
+
 TEST_F(Probe, TellsATroubledToolFromABadFile) {
     report_ = "ffmpeg version 5.1\na.mkv: Invalid data found when processing input";
     EXPECT_EQ(inspect(movie_).alerts.size(), 1);
+    launcher_.answer = [this](const ProcessRequest& request) {
+        const bool asksVersion = request.arguments.front() == "-version";
+        return FinishedProcess{.output = asksVersion ? report_ : "a.mkv: Invalid data found"};
+    };
+    EXPECT_EQ(inspect(movie_).alerts.size(), 1) << "a wrapper without a banner";
     report_ = "Segmentation fault";
     EXPECT_EQ(inspect(movie_).toolProblem, ProbeToolProblem::Broken);
     EXPECT_TRUE(inspect(movie_).alerts.empty());

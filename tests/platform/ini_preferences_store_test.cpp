@@ -1,10 +1,14 @@
 #include "platform/ini_preferences_store.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/eventfd.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
@@ -87,6 +91,27 @@ TEST_F(IniStore, ProcessesAndThreadsAtOnceLoseNothing) {
     EXPECT_TRUE(endedWell(other));
     EXPECT_TRUE(store.edit([](PreferenceValues& all) { EXPECT_EQ(all.size(), 3U * 5 + 1); }));
     EXPECT_THAT(store.value("count"), Optional(std::string("150")));
+}
+
+TEST_F(IniStore, AHolderThatNeverEndsIsWaitedForOnce) {
+    IniPreferencesStore patient(file, {.time = std::chrono::milliseconds(50)});
+    int told = 0;
+    patient.setHeldHandler([&told] { ++told; });
+    ASSERT_TRUE(set(patient, "before", "1"));
+    {
+        const FileDescriptor holder(::open((file.native() + ".lock").c_str(), O_RDONLY));
+        ASSERT_EQ(::flock(holder.get(), LOCK_EX), 0);
+        EXPECT_FALSE(set(patient, "meanwhile", "1"));
+        EXPECT_FALSE(set(patient, "meanwhile", "2"));
+        EXPECT_EQ(told, 1);
+        EXPECT_THAT(patient.problem(kUntranslated), Optional(HasSubstr("Another program holds")));
+        EXPECT_THAT(patient.value("before"), Optional(std::string("1")));
+        const FileDescriptor cancel(::eventfd(1, EFD_CLOEXEC));
+        IniPreferencesStore cancelled(
+            file, {.time = std::chrono::hours(1), .cancelDescriptor = cancel.get()});
+        EXPECT_FALSE(set(cancelled, "meanwhile", "3"));
+    }
+    EXPECT_TRUE(set(patient, "after", "1"));
 }
 
 TEST_F(IniStore, ADamagedFileIsSetAside) {

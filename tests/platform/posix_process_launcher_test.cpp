@@ -67,12 +67,16 @@ TEST(PosixProcessLauncher, ArgumentsArriveByteForByteAndTheStatusComesBack) {
     EXPECT_EQ(failed.exitStatus, 3);
 }
 
-TEST(PosixProcessLauncher, NothingOfEightMebibytesIsLost) {
-    const auto request = shell("head -c 8388608 /dev/zero; exit 5");
-    EXPECT_EQ(finishedRun(request).output, std::string(8U << 20U, '\0'));
+TEST(PosixProcessLauncher, AFloodIsReadToItsEndAndARunKeepsTheBeginAndTheEndOfIt) {
+    const auto request = shell("echo begin; head -c 8388608 /dev/zero; echo end; exit 5");
+    const auto kept = finishedRun(request);
+    EXPECT_EQ(kept.exitStatus, 5);
+    EXPECT_TRUE(kept.output.starts_with("begin\n") && kept.output.ends_with("end\n"));
+    EXPECT_NE(kept.output.find(" bytes were left out here]"), std::string::npos);
+    EXPECT_LT(kept.output.size(), 5U << 20U);
     LaunchedChild launched(request);
     launched.dispatcher.run();
-    EXPECT_EQ(launched.output.size(), 8U << 20U);
+    EXPECT_EQ(launched.output.size(), (8U << 20U) + 10);
     EXPECT_EQ(launched.status, 5);
 }
 
@@ -92,14 +96,18 @@ TEST(PosixProcessLauncher, AFailedStartSaysWhy) {
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a failed start leaves a process behind";
 }
 
-TEST(PosixProcessLauncher, AGrandchildThatHoldsThePipeDelaysNothing) {
+TEST(PosixProcessLauncher, AGrandchildThatHoldsThePipeDelaysNothingAndEndsWithTheChild) {
     const auto request = shell("sleep 60 & echo $!; exit 6");
     const auto finished = finishedRun(request);
     LaunchedChild launched(request);
     launched.dispatcher.run();
     EXPECT_EQ(launched.status, 6);
     for (const auto& output : {finished.output, launched.output}) {
-        EXPECT_EQ(::kill(std::stoi(output), SIGKILL), 0);
+        const auto grandchild = ::syscall(SYS_pidfd_open, std::stoi(output), 0);
+        if (grandchild < 0) continue;  // it is gone already
+        pollfd end{.fd = static_cast<int>(grandchild), .events = POLLIN, .revents = 0};
+        EXPECT_EQ(::poll(&end, 1, 30'000), 1) << output << "stays behind";
+        ::close(end.fd);
     }
 }
 

@@ -66,6 +66,26 @@ TEST_F(AlertTest, AWarningRaisedElsewhereFollowsOnTheMainThread) {
     EXPECT_EQ(shown.size(), 1U) << "the second finds the box ticked";
 }
 
+TEST_F(AlertTest, AlertsRaisedBehindAnotherWaitForItAndAreShownAsOne) {
+    platform.alerts.whileOpen = [&, first = true]() mutable {
+        if (!std::exchange(first, false)) return;
+        for (int i = 0; i < 60; ++i) alert(vantor, "a.mkv", std::to_string(i), "OK");
+        alert_dontwarnagain_ever(vantor, kWarning);
+        alert_dontwarnagain_ever(vantor, kWarning);
+        EXPECT_EQ(shown.size(), 1U);
+        alert(vantor, "Sure?", "", "Yes", "No");
+        EXPECT_EQ(shown.back().title, "Sure?") << "an answer is waited for";
+    };
+    answers = {{}, {}, {}, {.suppressed = true}};
+    alert_apptitled(vantor, "first", "OK");
+    EXPECT_EQ(shown.size(), 2U);
+    platform.dispatcher.runPending();
+    ASSERT_EQ(shown.size(), 4U) << "the last warning finds its box ticked";
+    EXPECT_THAT(shown[2].message, testing::StartsWith("a.mkv\n0\n\na.mkv\n1\n\n"));
+    EXPECT_THAT(shown[2].message, testing::EndsWith("There were 30 more messages."));
+    EXPECT_EQ(shown[3].title, "Title");
+}
+
 TEST_F(AlertTest, AValueAlertHandsBackWhatItsAccessoryHolds) {
     answers = {{.button = kSecondButton, .index = 0}, {.text = "typed"}, {.index = 1}};
     bool checked = true;

@@ -2,8 +2,11 @@
 
 #include <future>
 #include <gtest/gtest.h>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 
+#include "support/errands.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/threaded_dispatcher.h"
 
@@ -43,6 +46,35 @@ TEST(Dispatch, ATimedWaitGivesUpButTheWorkGoesOn) {
     done.get_future().wait();
     EXPECT_FALSE(dispatch_sync_back_timeout(
         platform.vantor, [] {}, 60));
+}
+
+TEST(Errands, AnAnswerFindsOnlyAnAskerThatStillWaits) {
+    FakePlatform platform;
+    auto& dispatcher = platform.dispatcher;
+    auto asker = std::make_optional<Errands>(platform.vantor);
+    int asked = 0;
+    std::unique_ptr<int> answer;
+    const auto ask = [&] {
+        asker->run([&asked] { return std::make_unique<int>(++asked); },
+                   [&answer](std::unique_ptr<int> got) { answer = std::move(got); });
+    };
+    ask();
+    dispatcher.runBackground();
+    dispatcher.runPending();
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(*answer, 1);
+    ask();
+    asker->forget();
+    dispatcher.runBackground();
+    dispatcher.runPending();
+    EXPECT_EQ(*answer, 1) << "nobody waits any more";
+    ask();
+    asker->later([&answer] { answer.reset(); });
+    asker.reset();
+    dispatcher.runBackground();
+    dispatcher.runPending();
+    EXPECT_EQ(*answer, 1) << "the asker has gone";
+    EXPECT_EQ(asked, 3);
 }
 
 }  // namespace

@@ -42,6 +42,24 @@ TEST(Log, KeepsTheLastTenMessagesOfEachLevelAndFortyThreeInTheRingOfItsOwn) {
     EXPECT_TRUE(values.contains("vantor_logtoprefs_pos42"));
 }
 
+TEST(Log, NoNameSteersTheLogOrForgesALineOfIt) {
+    class LastLine final : public SystemLog {
+    public:
+        void write(int /*priority*/, const std::string& message) override { last = message; }
+        std::string last;
+    };
+    LastLine systemLog;
+    const TemporaryFolder folder;
+    vn_log_enablecapturetofile(folder.path() / "log", 0);
+    log_set_sinks({.systemLog = &systemLog});
+    vn_log_level(LogNotice, "adding %@", "a\nNov 22 03:00 <Error>: b\x1b[2J\u202E\u061C.srt");
+    log_set_sinks({});
+    vn_log_enablecapturetofile("/dev/null", 0);
+    const std::string safe = "adding a\n    Nov 22 03:00 <Error>: b\uFFFD[2J\uFFFD\uFFFD.srt";
+    EXPECT_EQ(systemLog.last, safe);
+    EXPECT_THAT(contentOf(folder.path() / "log"), testing::EndsWith(safe + "\n"));
+}
+
 TEST(Log, TakesMessagesFromManyThreadsWhileSinksComeAndGo) {
     class CountingLog final : public SystemLog {
     public:

@@ -3,7 +3,9 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/stat.h>
 
+#include "support/posix_io.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace Fennimar {
@@ -49,6 +51,24 @@ TEST(NameCut, FallsOnACharacterAndKeepsTheExtension) {
                   std::string("/d/") + cut)
             << name;
     }
+}
+
+TEST(PrivateFolder, IsTheOwnersAloneWhateverTheUmaskSays) {
+    const TemporaryFolder folder;
+    for (const mode_t mask : {0000U, 0022U, 0777U}) {
+        const auto inner = folder.path() / std::to_string(mask) / "inner";
+        const auto before = ::umask(mask);
+        EXPECT_TRUE(reelvane::makePrivateFolder(inner));
+        ::umask(before);
+        for (const auto& made : {inner, inner.parent_path()}) {
+            EXPECT_EQ(std::filesystem::status(made).permissions(),
+                      std::filesystem::perms::owner_all);
+        }
+        EXPECT_TRUE(reelvane::makePrivateFolder(inner)) << "it is there already";
+    }
+    folder.write("file");
+    EXPECT_FALSE(reelvane::makePrivateFolder(folder.path() / "file"));
+    EXPECT_FALSE(reelvane::makePrivateFolder("/dev/null/x"));
 }
 
 TEST(WriteablePath, IsTriedWithoutATrace) {

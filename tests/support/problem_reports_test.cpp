@@ -24,18 +24,18 @@ using testing::UnorderedElementsAre;
 
 TEST(ProblemReport, SaysAllThatTheSupportNeeds) {
     ReportFacts facts{"Reelvane", "1.2", 34, "M", "S", true, 0, "cHJlZnM="};
-    EXPECT_EQ(problemReportLink(facts, "It broke", "why", false),
-              "mailto:support@reelvane.org?subject=Reelvane v1.2 (34) Problem Report&body=Hello\n"
+    EXPECT_EQ(mailText(problemReport(facts, "It broke", "why", false)),
+              "support@reelvane.org\nReelvane v1.2 (34) Problem Report\n\nHello\n"
               "A  error in Reelvane occured (It broke).\n\nBye\n\nP.S. Details: why\n\n\n"
-              "P.P.S: Hardware: M Software: S Admin: 1\n\nPreferences: cHJlZnM=\n");
+              "P.P.S: Hardware: M Software: S Admin: 1\n\nPreferences: cHJlZnM=\n\n");
     facts.crashLogCount = 3;
-    const auto fatal = problemReportLink(facts, "m", std::string(401, 'd'), true);
+    const auto fatal = mailText(problemReport(facts, "m", std::string(401, 'd'), true));
     EXPECT_THAT(fatal, HasSubstr("A fatal error in Reelvane"));
     EXPECT_THAT(fatal, HasSubstr(std::string(401, 'd')));
     EXPECT_THAT(fatal, HasSubstr("Admin: 1 Problems: 3\n\n"));
-    EXPECT_EQ(supportRequestLink(facts, "a@b.c", "Help me"),
-              "mailto:a@b.c?subject=Reelvane v1.2 (34) Support Request&body=Help me\n\n\n\n"
-              "P.S: Hardware: M Software: S Problems: 3\ncHJlZnM=");
+    EXPECT_EQ(mailText(supportRequest(facts, "a@b.c", "Help me")),
+              "a@b.c\nReelvane v1.2 (34) Support Request\n\nHelp me\n\n\n\n"
+              "P.S: Hardware: M Software: S Problems: 3\ncHJlZnM=\n");
     std::string exact;
     for (int i = 0; i < 400; ++i) exact += "é";
     EXPECT_EQ(shownDetails(exact), exact);
@@ -57,8 +57,9 @@ TEST(ProblemReport, IsMailedOnlyWhenTheUserWants) {
     EXPECT_THAT(content.buttons, ElementsAre("Send to support", "Continue"));
     std::vector<int> ends;
     alert_feedback_fatal(platform.vantor, "m", "d", {[&](int status) { ends.push_back(status); }});
-    EXPECT_THAT(urls, ElementsAre(StartsWith(
-                          "mailto:support@reelvane.org?subject=Reelvane%20v1.2%20(34)%20Problem")));
+    EXPECT_THAT(urls,
+                ElementsAre(StartsWith(
+                    "mailto:support@reelvane.org?subject=Reelvane%20v1.2%20%2834%29%20Problem")));
     alert_feedback_fatal(platform.vantor, "m", "d", {[&](int status) { ends.push_back(status); }});
     EXPECT_THAT(ends, ElementsAre(1, 1)) << "whatever was pressed";
     EXPECT_EQ(platform.alerts.shown[1].title, "Fatal Error");

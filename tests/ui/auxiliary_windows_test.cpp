@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -78,13 +79,21 @@ TEST_F(AuxiliaryWindowsTest, AnUnhappyUserMayWriteAMail) {
     auto* const field = rating().findChild<QPlainTextEdit*>();
     ASSERT_TRUE(field->isVisible());
     EXPECT_EQ(nameless(rating()), QStringList());
-    field->setPlainText("No sound");
+    field->setPlainText("Picture & no sound");
     rating().reject();
     button(rating(), "I Have a Problem")->click();  // what was written is still there
     button(rating(), "Write the Mail")->click();
-    EXPECT_THAT(platform_.workspace.urls,
-                ElementsAre(AllOf(StartsWith("mailto:"), HasSubstr("body=No%20sound%0A"))));
+    EXPECT_THAT(
+        platform_.workspace.urls,
+        ElementsAre(AllOf(StartsWith("mailto:"), HasSubstr("body=Picture%20%26%20no%20sound%0A"))));
     EXPECT_TRUE(open<RatingWindow>().empty());
+    platform_.folder.write("config/org.reelvane.Reelvane/org.reelvane.Reelvane.ini", "stored");
+    for (const bool attached : {false, true}) {
+        button(rating(), "I Have a Problem")->click();
+        rating().findChild<QCheckBox*>()->setChecked(attached);
+        button(rating(), "Write the Mail")->click();
+        EXPECT_EQ(platform_.workspace.urls.back().find("c3RvcmVk") != std::string::npos, attached);
+    }
 }
 
 TEST_F(AuxiliaryWindowsTest, ThePromptIsTurnedOffOnlyByTheSecondButton) {

@@ -42,6 +42,8 @@ TEST_F(DropTargetTest, WelcomesADragWithAMovieAsACopy) {
              {"file:///a/Film.MKV\r\n", Qt::CopyAction, true},
              {"file:///a/Film.srt\r\nfile:///a/Film.ts\r\n", Qt::CopyAction, true},
              {"file:///a/Film.srt\r\n", Qt::CopyAction, false},
+             {"file:///a/Season%201\r\n", Qt::CopyAction, true},
+             {"file:///a/notes.txt\r\n", Qt::CopyAction, true},  // and is told to be no movie
              {"https://example.org/Film.mkv\r\n", Qt::CopyAction, false},
              {"file:///a/Film.mkv\r\n", Qt::MoveAction, false},
          }) {
@@ -53,7 +55,7 @@ TEST_F(DropTargetTest, WelcomesADragWithAMovieAsACopy) {
 TEST_F(DropTargetTest, TakesEveryDroppedFileByteForByte) {
     const auto odd = movie("a \xFF #1.mkv");
     const auto second = movie("b.mkv");
-    const auto subtitle = movie("a \xFF #1.srt");
+    const auto subtitle = platform_.folder.write("a \xFF #1.srt", "{1}{25}Hi\n");
     QByteArray uriList = "# from a file manager\r\n";
     for (const auto& file : {odd, subtitle, second}) uriList += toUrl(file).toEncoded() + "\r\n";
     uriList += "https://example.org/c.mkv\r\n";

@@ -1,5 +1,7 @@
 #include "ui/file_sheet.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -49,10 +51,38 @@ protected:
     QListWidget* list_ = new QListWidget(&window_);
 };
 
+TEST_F(FileSheetTest, AsksHowASubtitleFileIsWrittenAndCanLeaveItOut) {
+    const std::string cue = "1\n00:00:01,000 --> 00:00:02,000\n";
+    openAndSettle(
+        {movie("a.mkv"), movie("b.mkv"),
+         platform_.folder.write("a.srt", cue + "l'\x82t\x82 \x85 la\nO\x97 \x88tes-vous\n"),
+         platform_.folder.write("b.srt", cue + "J'ai d\xE9j\xE0 mang\xE9, merci.\n")});
+    const auto boxes = sheet_->findChildren<QComboBox*>();
+    auto* const encodings =
+        *std::ranges::find_if(boxes, [](const auto* box) { return box->findData("CP850") >= 0; });
+    EXPECT_EQ(window_.focusWidget(), encodings) << "this comes first";
+    EXPECT_TRUE(shows("with subtitles a.srt") && shows("l'‚t‚ … la\nO— ˆtes-vous"));
+    encodings->setCurrentIndex(encodings->findData("CP850"));
+    Q_EMIT encodings->activated(encodings->currentIndex());
+    EXPECT_TRUE(shows("with subtitles a.srt (CP850)") && shows("l'été à la\nOù êtes-vous"));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(shows("with subtitles b.srt (CP1252)"));
+    EXPECT_FALSE(encodings->isVisible());
+    const auto buttons = sheet_->findChildren<QPushButton*>();
+    const auto detach = std::ranges::find(buttons, "Leave Out", &QPushButton::text);
+    (*detach)->click();
+    EXPECT_FALSE(shows("with subtitles b.srt (CP1252)"));
+    EXPECT_NE(focusedButton(), nullptr) << "the keyboard stays in the sheet";
+    press(Qt::Key_Return);
+    ASSERT_THAT(rows(), ElementsAre("b.mkv", "a.mkv"));
+    EXPECT_FALSE(job(0).fileInfo().subtitleFileURL);
+}
+
 TEST_F(FileSheetTest, AddsAndLeavesFilesByTheKeyboardAndGivesItBack) {
     EXPECT_TRUE(sheet_->isHidden());
-    openAndSettle({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("a.en.srt")});
-    EXPECT_GE(sheet_->height(), kSheetShown);
+    openAndSettle({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"),
+                   platform_.folder.write("a.en.srt", "1\n00:00:01,000 --> 00:00:02,000\nHi\n")});
+    EXPECT_GE(sheet_->height(), sheetHeight(IntakeState::AwaitingUser));
     EXPECT_EQ(focusedButton()->text(), "Start Conversion");
     EXPECT_TRUE(shows("with subtitles a.en.srt") && shows("2 more waiting"));
     sheet_->findChild<PopUpMenuBox*>()->setFocus();
@@ -67,6 +97,20 @@ TEST_F(FileSheetTest, AddsAndLeavesFilesByTheKeyboardAndGivesItBack) {
     EXPECT_THAT(rows(), ElementsAre("a.mkv")) << "Return means the button that has the keyboard";
     EXPECT_TRUE(sheet_->isHidden());
     EXPECT_EQ(window_.focusWidget(), list_);
+}
+
+TEST_F(FileSheetTest, EscapeLeavesAnOpenMenuBeforeItLeavesTheMovie) {
+    openAndSettle({movie("a.mkv")});
+    auto* const audio = sheet_->findChild<PopUpMenuBox*>();
+    window_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+    audio->showPopup();
+    ASSERT_TRUE(audio->view()->isVisible());
+    QTest::keyClick(audio->view(), Qt::Key_Escape);
+    EXPECT_FALSE(audio->view()->isVisible());
+    EXPECT_TRUE(app_->intake().isBusy()) << "the movie is thrown away";
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(app_->intake().isBusy());
 }
 
 TEST_F(FileSheetTest, LeavesTheKeyboardToWhoTypes) {
@@ -92,7 +136,7 @@ TEST_F(FileSheetTest, ShowsTheFileWhileItIsReadAndSaysWhenItIsMute) {
     EXPECT_FALSE(shows("Looking into the file…"));
     const auto boxes = sheet_->findChildren<PopUpMenuBox*>();
     EXPECT_EQ(boxes.front()->placeholderText(), "No audio");
-    EXPECT_EQ(boxes.back()->currentText(), "Next to the Source File");
+    EXPECT_EQ(boxes.at(1)->currentText(), "Next to the Source File");
 }
 
 TEST_F(FileSheetTest, TurnsRoundOnItsWay) {

@@ -14,6 +14,7 @@
 #include "ui/job_list_model.h"
 #include "ui/job_list_view.h"
 #include "ui/poster_frames.h"
+#include "ui/poster_view.h"
 
 namespace reelvane {
 namespace {
@@ -191,6 +192,10 @@ TEST_F(JobList, IsWorkedByItsKeys) {
     EXPECT_EQ(jobAt(0).state(), ConversionJobState::Converting);
     press(Qt::Key_Return);
     EXPECT_EQ(platform_.workspace.revealed.size(), 1U);
+    app_->openFiles({movie("e.mkv")});
+    press(Qt::Key_Return);
+    EXPECT_EQ(platform_.workspace.revealed.size(), 1U) << "it was meant for the movie being read";
+    app_->intake().cancelAdd();
 
     // The tab key goes through the buttons of the current row only, and then on.
     std::vector<std::string> stations;
@@ -204,18 +209,42 @@ TEST_F(JobList, IsWorkedByItsKeys) {
     EXPECT_EQ(QApplication::focusWidget(), &view);
 
     select({0, 1, 2});
-    platform_.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
-    press(Qt::Key_Delete);
-    EXPECT_EQ(rows().size(), 4U) << "the running conversion was thrown away unasked";
     press(Qt::Key_Delete);
     settle();
     ASSERT_EQ(rows().size(), 1U);
     EXPECT_EQ(platform_.processLauncher.children.size(), 2U) << "one was started to be removed";
     EXPECT_EQ(view.currentJob(), &jobAt(0));
     EXPECT_EQ(view.selectedCount(), 1);
-    press(Qt::Key_Delete);  // a single one goes at once
+    app_->queueControl().undoRemoval();
+    EXPECT_THAT(rows(), ElementsAre("a.mkv", "b.mkv", "c.mkv", "d.mkv"));
+    button(0, "Remove a.mkv")->click();
+    EXPECT_TRUE(app_->queueControl().undoableRemoval().get());
+    app_->queueControl().undoRemoval();
+    select({0, 1, 2, 3});
+    const auto* const selectAll = view.jobActions().last();
+    EXPECT_TRUE(selectAll->isEnabled());
+    press(Qt::Key_Delete);
+    settle();
     EXPECT_THAT(rows(), IsEmpty());
-    EXPECT_EQ(platform_.alerts.shown.size(), 2U);
+    EXPECT_FALSE(selectAll->isEnabled());
+    EXPECT_THAT(platform_.alerts.shown, IsEmpty()) << "there is a way back instead";
+}
+
+TEST_F(JobList, InANarrowRowThePictureGivesWayToTheWords) {
+    insert();
+    for (const auto& [width, isShown] : {std::pair(280, false), std::pair(900, true)}) {
+        view.resize(width, view.height());
+        const QWidget* name = nullptr;
+        const QWidget* poster = nullptr;
+        for (const auto* const part : row(0)->findChildren<QWidget*>()) {
+            if (dynamic_cast<const PosterView*>(part) != nullptr) poster = part;
+            if (name == nullptr && dynamic_cast<const ElidedLabel*>(part) != nullptr) name = part;
+        }
+        ASSERT_TRUE(name != nullptr && poster != nullptr);
+        EXPECT_EQ(poster->isVisible(), isShown);
+        EXPECT_FALSE(poster->isVisible() && poster->geometry().intersects(name->geometry()));
+        EXPECT_LE(name->geometry().right(), button(0, "Details of 1.mkv")->x());
+    }
 }
 
 TEST_F(JobList, LetsGoOfAJobThatLeavesUnderTheUsersHands) {

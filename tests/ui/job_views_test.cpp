@@ -48,8 +48,13 @@ TEST(ElidedLabel, TakesAsManyLinesAsItNeedsAndMayHave) {
 }
 
 TEST(Colours, QuietTextAndMarksStandOutOnEveryGround) {
+    EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 0.01);
+    EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 0.01);
     auto highContrast = QPalette(Qt::black);
     highContrast.setColor(QPalette::Highlight, Qt::yellow);
+    EXPECT_EQ(quietText(highContrast), QColor(Qt::white)) << "dimmed for who can least read it";
+    EXPECT_EQ(quietText(QPalette(Qt::white)), QColor(Qt::black));
+    EXPECT_FALSE(isHighContrast(QPalette()) || isHighContrast(darkPalette()));
     for (const auto& palette : {QPalette(), darkPalette(), highContrast, QPalette(Qt::white)}) {
         for (const auto& ground : {palette.color(QPalette::Base), palette.color(QPalette::Window),
                                    selectedGround(palette), hoveredGround(palette)}) {

@@ -77,11 +77,19 @@ TEST_F(MainWindowShown, TheKeyboardReachesTheCommandsAndTheyNeverGoOutOfSight) {
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     EXPECT_EQ(qobject_cast<QPushButton*>(window.focusWidget())->text(), "Add Movies…");
+    for (const auto key : {Qt::Key_P, Qt::Key_L, Qt::Key_Z}) {
+        EXPECT_FALSE(command(Qt::CTRL | key)->isEnabled()) << "there is nothing to do it to";
+    }
+    add({movie("a.mkv"), movie("b.mkv")});
+    finish(0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.focusWidget(), window.findChild<QStackedWidget*>()->currentWidget());
     const auto* const bar = window.findChild<QToolBar*>();
     const auto buttons = bar->findChildren<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
     QStringList reached;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 20 && reached.size() < 4; ++i) {
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        if (!bar->isAncestorOf(window.focusWidget())) continue;
         reached << qobject_cast<QToolButton*>(window.focusWidget())->text();
     }
     EXPECT_EQ(reached, QStringList({"Add", "Pause Queue", "Clean Up", "Preferences"}));
@@ -103,6 +111,39 @@ TEST_F(MainWindowShown, TheKeyboardReachesTheCommandsAndTheyNeverGoOutOfSight) {
     EXPECT_EQ(window.contextMenuPolicy(), Qt::NoContextMenu) << "it would offer to hide the bar";
 }
 
+TEST_F(MainWindowShown, ABarOffersTheWayBackFromARemovalAndGivesTheKeyboardToTheList) {
+    const auto button = [this](const char* text) -> QPushButton* {
+        for (auto* const each : window.findChildren<QPushButton*>()) {
+            if (each->text() == text && each->isVisible()) return each;
+        }
+        return nullptr;
+    };
+    add({movie("a.mkv"), movie("b.mkv")});
+    app_->removeJobs({app_->queue().taskArray().back().get()});
+    settle();
+    ASSERT_NE(button("Undo"), nullptr);
+    EXPECT_THAT(button("Undo")->accessibleDescription().toStdString(),
+                HasSubstr("“a.mkv” was removed; what was converted of it"));
+    button("Undo")->setFocus();
+    button("Undo")->click();
+    EXPECT_EQ(button("Undo"), nullptr);
+    EXPECT_EQ(window.focusWidget(), window.findChild<QStackedWidget*>()->currentWidget());
+    EXPECT_THAT(rows(), ElementsAre("b.mkv", "a.mkv"));
+
+    app_->removeJobs({app_->queue().taskArray().back().get()});
+    settle();
+    command(QKeySequence::Undo)->trigger();
+    EXPECT_EQ(rows().size(), 2U);
+    add({movie("c.mkv")});
+    fs::remove(platform_.folder.path() / "c.mkv");
+    EXPECT_EQ(button("Start Queue"), nullptr);
+    fail(1);
+    ASSERT_NE(button("Start Queue"), nullptr) << "the movie that was next has vanished";
+    button("Start Queue")->click();
+    settle();
+    EXPECT_EQ(button("Start Queue"), nullptr);
+}
+
 TEST_F(MainWindowShown, EverythingInItHasAName) {
     EXPECT_EQ(nameless(window), QStringList());
     set(kAutoAddKey, 0);
@@ -110,6 +151,16 @@ TEST_F(MainWindowShown, EverythingInItHasAName) {
     app_->intake().addToQueue();
     open({movie("b.mkv")});
     EXPECT_EQ(nameless(window), QStringList());
+}
+
+TEST_F(MainWindowShown, ThePicturesOfTheCommandsGrowWithTheLetters) {
+    auto* const bar = window.findChild<QToolBar*>();
+    const auto before = bar->iconSize();
+    auto large = bar->font();
+    large.setPointSize(40);
+    bar->setFont(large);
+    EXPECT_GT(bar->iconSize().height(), before.height());
+    EXPECT_GE(bar->iconSize().height(), bar->fontMetrics().height());
 }
 
 }  // namespace

@@ -13,12 +13,14 @@ TEST(PopUpMenuBox, ShowsWhatTheMenuHasAndIsNeverStuckOnACommand) {
     constexpr std::size_t kCommand = 5;
     PopUpMenu menu;
     PopUpMenuBox box(menu);
-    menu.setItems({{"Ask"}, {"Beside"}, {}, {"Films"}, {}, {"Add…"}});
+    menu.setItems({{"Ask"}, {"Beside"}, {}, {"Films"}, {}, {.title = "Add…", .isCommand = true}});
     int commands = 0;
-    box.setIsCommand([](std::size_t row) { return row == kCommand; });
-    box.setChosen([&commands](std::size_t row) {
-        commands += row == kCommand ? 1 : 0;
-        return row == kCommand;
+    box.setChosen([&](std::size_t row) {
+        if (row == kCommand) {
+            ++commands;
+        } else {
+            menu.selectItemAtIndex(row);
+        }
     });
     box.show();
     for (const int row : {3, 5}) {

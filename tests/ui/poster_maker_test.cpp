@@ -12,7 +12,8 @@ namespace {
 
 FinishedProcess runForReal(const ProcessRequest& request) {
     const auto line = request.executable.native() + " " + shellQuotedLine(request.arguments);
-    auto* const pipe = ::popen((line + " 2>&1").c_str(), "r");
+    // The quoting of odd bytes is that of bash; the plain shell may know less.
+    auto* const pipe = ::popen(("bash -c " + shellQuoted(line) + " 2>&1").c_str(), "r");
     FinishedProcess finished;
     for (int byte = std::fgetc(pipe); byte != EOF; byte = std::fgetc(pipe)) {
         finished.output += static_cast<char>(byte);

@@ -78,7 +78,10 @@ protected:
         }
         std::set<int> valid;
         for (int value = entry.minimum; value <= entry.maximum; ++value) {
-            if (value != entry.excluded) valid.insert(value);
+            // A valid number that is not offered: the encoding never came into use.
+            const bool offeredNot = entry.key == kExternalSubtitleEncodingKey &&
+                                    !isSubtitleEncoding(static_cast<std::size_t>(value));
+            if (value != entry.excluded && !(offeredNot && value > 0)) valid.insert(value);
         }
         EXPECT_EQ(offered, valid);
     }
@@ -139,7 +142,7 @@ TEST_F(PreferencesWindowTest, TheTextsOfMenusSayWhatTheirNumbersMean) {
     const auto* const encodings = find<QComboBox>(kExternalSubtitleEncodingKey);
     for (std::size_t i = 0; i < kSubtitleEncodings.size(); ++i) {
         const auto row = encodings->findData(static_cast<int>(i));
-        EXPECT_EQ(row == -1, kSubtitleEncodings.at(i).empty());
+        EXPECT_EQ(row == -1, !isSubtitleEncoding(i));
         const auto name = toQString(kSubtitleEncodings.at(i)) + " (";
         EXPECT_TRUE(row == -1 || encodings->itemText(row).startsWith(name)) << i;
     }
@@ -273,6 +276,16 @@ TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
     EXPECT_THAT(savedFolders(), IsEmpty());
     EXPECT_EQ(stored(kDefaultDestinationKey), 0);
     EXPECT_EQ(menu->count(), 4);
+}
+
+TEST_F(PreferencesWindowTest, ThePageThatIsShownStaysMarked) {
+    showPage(2);
+    auto* const sidebar = window_->findChild<QListWidget*>();
+    QTest::mouseClick(sidebar->viewport(), Qt::LeftButton, {},
+                      sidebar->viewport()->rect().bottomLeft() + QPoint(5, -5));
+    EXPECT_TRUE(sidebar->item(2)->isSelected());
+    sidebar->setCurrentRow(1);
+    EXPECT_THAT(sidebar->selectedItems(), ElementsAre(sidebar->item(1)));
 }
 
 TEST_F(PreferencesWindowTest, ClosingPutsWhatWasChangedOntoTheDisk) {

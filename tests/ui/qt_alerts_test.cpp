@@ -57,6 +57,12 @@ TEST_F(QtAlertsTest, EveryWayOutAnswersItsButton) {
              {three, press(Qt::Key_Escape), 1002}}) {
         EXPECT_EQ(answer({.title = "Title", .buttons = buttons}, act).button, expected);
     }
+    for (const auto& buttons : {Buttons{"Quit", "Cancel"}, Buttons{"This", "All", "Cancel"}}) {
+        const AlertContent dangerous{.title = "Title", .buttons = buttons, .destructive = true};
+        const auto cautious = kFirstButton + static_cast<int>(buttons.size()) - 1;
+        EXPECT_EQ(answer(dangerous, press(Qt::Key_Return)).button, cautious);
+        EXPECT_EQ(answer(dangerous, click(0)).button, kFirstButton);
+    }
 }
 
 TEST_F(QtAlertsTest, AnswersTheValueAndTheBoxAsTheUserLeftThem) {

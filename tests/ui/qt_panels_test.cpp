@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -115,10 +116,35 @@ TEST_F(QtPanelsTest, ASecondRequestWaitsForTheFirst) {
 TEST_F(QtPanelsTest, ANameWithoutItsExtensionGetsItBeforeTheQuestionWhetherToReplace) {
     const auto target = folder_.write("My.Movie.mp4");
     save("Movie.mp4");
+    EXPECT_EQ(panel()->findChild<QLineEdit*>("fileNameEdit")->selectedText(), "Movie");
     panel()->findChild<QLineEdit*>("fileNameEdit")->setText("My.Movie");
     acceptAnd(QMessageBox::No);
     EXPECT_NE(panel(), nullptr);
     acceptAnd(QMessageBox::Yes);
+    waitForAnswers(1);
+    EXPECT_THAT(answers_.front(), ElementsAre(target));
+}
+
+TEST_F(QtPanelsTest, WhatADesktopsPanelDidNotAskIsAskedAndThePanelComesBackUnlessTheUserAgrees) {
+    const auto target = folder_.write("Movie.mp4");
+    const auto chooseAnd = [this](int button) {
+        panel()->selectFile("Movie");
+        QMetaObject::invokeMethod(panel(), "done", Q_ARG(int, QDialog::Accepted));
+        QTimer::singleShot(0, [button] {
+            auto* const box = QApplication::activeModalWidget();
+            ASSERT_NE(box, nullptr);
+            const auto buttons = box->findChildren<QPushButton*>();
+            EXPECT_FALSE(buttons.front()->isDefault()) << "Replace";
+            buttons.at(button)->click();
+        });
+        dispatcher_.runPending();
+    };
+    save("Film.mp4");
+    chooseAnd(1);
+    ASSERT_NE(panel(), nullptr);
+    EXPECT_EQ(panel()->selectedFiles(), QStringList(displayPath(target)));
+    EXPECT_THAT(answers_, IsEmpty());
+    chooseAnd(0);
     waitForAnswers(1);
     EXPECT_THAT(answers_.front(), ElementsAre(target));
 }
@@ -151,6 +177,7 @@ TEST(FilePanel, AnExtensionIsAddedOnce) {
         EXPECT_EQ(withExtension(fs::path(name).replace_extension(), "mp4"), name);
     }
     EXPECT_EQ(withExtension("/a/x.MP4", "mp4"), "/a/x.MP4");
+    EXPECT_EQ(withExtension("/a/x.y.mp4", "m4v"), "/a/x.y.m4v");
 }
 
 }  // namespace reelvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "app/refused_files.h"
+#include "media/vetting.h"
+
+namespace reelvane {
+
+class Vantor;
+
+/// What the user is told of files as they are taken in: of a single one by its alerts. An alert for
+/// each of several would hold them up: who has gone finds them all standing. They get a list, or a
+/// note of their job. Main thread only.
+class IntakeTelling {
+public:
+    /// `unattended`: nobody is there to be held up.
+    IntakeTelling(Vantor& vantor, bool unattended) : vantor_(vantor), unattended_(unattended) {}
+
+    /// So many movies came; `joined`: to others that are still being taken in.
+    void movies(std::size_t count, bool joined) { batch_ = (joined ? batch_ : 0) + count; }
+    [[nodiscard]] bool isOneOfSeveral() const;
+
+    /// Of a movie that is not taken, or of a single one that is.
+    void tell(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
+    /// Of what was opened and is neither movie nor subtitle file; `alone`: nothing else was.
+    void tellOfLeftOut(std::vector<RefusedFile> leftOut, bool alone);
+    /// What the alerts of a movie that is taken say, but for those that the user has silenced.
+    [[nodiscard]] std::vector<std::string> notes(const std::vector<VettingAlert>& alerts) const;
+
+    [[nodiscard]] RefusedFiles& refusedFiles() { return refusedFiles_; }
+
+private:
+    Vantor& vantor_;
+    bool unattended_ = false;
+    std::size_t batch_ = 0;  // movies that came since there were none
+    RefusedFiles refusedFiles_;
+};
+
+}  // namespace reelvane

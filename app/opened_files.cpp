@@ -1,0 +1,171 @@
+#include "app/opened_files.h"
+
+#include <algorithm>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+#include "support/bundle.h"
+#include "support/make_string.h"
+#include "support/paths.h"
+#include "support/ports/translations.h"
+#include "support/strings.h"
+
+namespace reelvane {
+namespace {
+
+using Path = std::filesystem::path;
+
+bool isDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
+
+char folded(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// Takes the digits off the front, without leading zeros.
+std::string_view takeNumber(std::string_view& text) {
+    const auto end = std::min(text.size(), text.find_first_not_of("0123456789"));
+    auto digits = text.substr(0, end);
+    text.remove_prefix(end);
+    digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
+    return digits;
+}
+
+/// Below, above or at zero, as the first text comes before the second or after it.
+int compareNaturally(std::string_view one, std::string_view other) {
+    while (!one.empty() && !other.empty()) {
+        if (isDigit(one.front()) && isDigit(other.front())) {
+            const auto number = takeNumber(one);
+            const auto second = takeNumber(other);
+            if (number.size() != second.size()) return number.size() < second.size() ? -1 : 1;
+            if (const int order = number.compare(second); order != 0) return order;
+            continue;
+        }
+        const auto letter = static_cast<unsigned char>(folded(one.front()));
+        const auto second = static_cast<unsigned char>(folded(other.front()));
+        if (letter != second) return letter < second ? -1 : 1;
+        one.remove_prefix(1);
+        other.remove_prefix(1);
+    }
+    return static_cast<int>(!one.empty()) - static_cast<int>(!other.empty());
+}
+
+bool isHidden(const Path& path) {
+    return path.filename().native().starts_with('.');
+}
+
+bool isTaken(const Path& path) {
+    return areMovies({path}) || isSubtitleFile(path);
+}
+
+std::string named(const Translations& translations, std::string_view sentence, const Path& path) {
+    const auto name = path.has_filename() ? path.filename() : path;
+    return makeString(translations.localized(sentence), Fennimar::validUtf8(name.native()));
+}
+
+/// Opens what is in a folder, or says why nothing is.
+void openFolder(const Path& folder, const Translations& translations, const std::stop_token& stop,
+                const std::vector<Path>& given, std::vector<Path>& files,
+                std::vector<RefusedFile>& leftOut) {
+    const auto found = searchFolder(folder, stop);
+    // What was given by itself too is taken once, in its own place.
+    std::ranges::copy_if(found.files, std::back_inserter(files), [&given](const Path& file) {
+        return std::ranges::find(given, file) == given.end();
+    });
+    const bool holdsMovie =
+        std::ranges::any_of(found.files, [](const Path& file) { return areMovies({file}); });
+    std::string reason;
+    if (!found.problem.empty()) {
+        reason = makeString(translations.localized("The folder '%@' can't be read: %@."),
+                            Fennimar::validUtf8(folder.filename().native()), found.problem);
+    } else if (!found.isWhole) {
+        reason = named(translations,
+                       localizable("The folder '%@' holds too much to be searched to its end. "
+                                   "Please open the folders in it one by one."),
+                       folder);
+    } else if (!holdsMovie) {
+        reason = named(translations, localizable("There is no movie in the folder '%@'."), folder);
+    }
+    if (!reason.empty()) leftOut.push_back({.file = folder, .reason = std::move(reason)});
+}
+
+}  // namespace
+
+bool naturallyBefore(const Path& one, const Path& other) {
+    auto part = one.begin();
+    auto second = other.begin();
+    for (; part != one.end() && second != other.end(); ++part, ++second) {
+        const int order = compareNaturally(part->native(), second->native());
+        if (order != 0) return order < 0;
+    }
+    if (part != one.end() || second != other.end()) return part == one.end();
+    return one.native() < other.native();  // "1" and "01"
+}
+
+FolderSearch searchFolder(const Path& folder, const std::stop_token& stop,
+                          const FolderSearchBounds& bounds) {
+    namespace fs = std::filesystem;
+    FolderSearch search;
+    std::error_code error;
+    auto entry = fs::recursive_directory_iterator(
+        folder, fs::directory_options::skip_permission_denied, error);
+    if (!error) fs::directory_iterator(folder, error);  // which passes over no lack of permission
+    if (error) return {.problem = error.message()};
+    std::size_t seen = 0;
+    for (; entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        if (error || stop.stop_requested()) break;
+        if (++seen > bounds.entries) {
+            search.isWhole = false;
+            break;
+        }
+        std::error_code ignored;
+        if (isHidden(entry->path())) {
+            entry.disable_recursion_pending();
+        } else if (entry->is_directory(ignored)) {
+            if (entry.depth() + 1 < bounds.depth) continue;
+            entry.disable_recursion_pending();
+            search.isWhole = false;
+        } else if (isTaken(entry->path()) && entry->is_regular_file(ignored)) {
+            search.files.push_back(entry->path());
+        }
+    }
+    if (error) search.problem = error.message();
+    std::ranges::sort(search.files, naturallyBefore);
+    return search;
+}
+
+bool areMovies(const std::vector<Path>& paths) {
+    return std::ranges::all_of(paths, [](const Path& path) {
+        return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(path)) !=
+               kMovieFileTypes.end();
+    });
+}
+
+OpenedFiles lookInto(const std::vector<Path>& paths, const Translations& translations,
+                     const std::stop_token& stop) {
+    OpenedFiles opened;
+    std::vector<Path> files;
+    for (const auto& path : paths) {
+        std::error_code error;
+        const auto type = std::filesystem::status(path, error).type();
+        if (type == std::filesystem::file_type::directory) {
+            openFolder(path, translations, stop, paths, files, opened.leftOut);
+        } else if (isTaken(path)) {
+            files.push_back(path);
+        } else {
+            const auto sentence =
+                type == std::filesystem::file_type::not_found
+                    ? localizable("There is no file '%@'.")
+                    : localizable(
+                          "The file '%@' is left out, because by its name it is neither a "
+                          "movie nor a subtitle file.");
+            opened.leftOut.push_back({.file = path, .reason = named(translations, sentence, path)});
+        }
+    }
+    opened.sorted = sortFiles(files, Fennimar::readInt);
+    return opened;
+}
+
+}  // namespace reelvane
