@@ -121,8 +121,9 @@ TEST_F(Convert, EveryStartHasItsEndAmongTheEvents) {
     awaitFile(path("a.m4v"));
     running.send(SIGTERM);
     const auto outcome = running.wait();
-    ASSERT_THAT(eventNames(outcome.output),
-                ElementsAre("queued", "started", "progress", "interrupted"));
+    auto names = eventNames(outcome.output);
+    std::erase(names, "progress");  // there may have been time for none
+    ASSERT_THAT(names, ElementsAre("queued", "started", "interrupted"));
     EXPECT_EQ(objects(outcome.output).back().at("file"), "a.mkv");
 }
 

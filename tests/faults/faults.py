@@ -11,6 +11,7 @@ import hashlib
 import os
 import random
 import resource
+import select
 import shutil
 import signal
 import subprocess
@@ -150,6 +151,29 @@ class Trial:
     def converter(self):
         return [each for each, words in self.processes().items() if b"-progress" in words
                 and os.path.basename(words[0]).startswith(b"ffmpeg")]
+
+    def await_opened(self, path, process):
+        """Until the converter holds the empty file that was made for it, or has held it."""
+        def is_held():
+            for each in self.converter():
+                with contextlib.suppress(OSError):
+                    folder = f"/proc/{each}/fd/"
+                    if path in [os.readlink(folder + name) for name in os.listdir(folder)]:
+                        return True
+            return False
+        with contextlib.suppress(FileNotFoundError):
+            while process.poll() is None and os.path.getsize(path) == 0 and not is_held():
+                time.sleep(0.005)
+
+    def stop_before_its_result(self, process):
+        """False: the result was told before it could be stopped."""
+        process.send_signal(signal.SIGSTOP)
+        while select.select([process.stdout], [], [], 0.02)[0]:
+            words = os.read(process.stdout.fileno(), 65536)
+            if not words:
+                return False
+            self.said += words.decode("utf-8", "replace")
+        return process.poll() is None and ".m4v (" not in self.said
 
     def output(self):
         return os.path.join(self.out, os.path.splitext(os.path.basename(self.source))[0] + ".m4v")
@@ -408,8 +432,12 @@ def meddles_with_the_output(trial):
     if made:
         path = os.path.join(trial.out, trial.chance.choice(made))
         way = trial.chance.choice(["replace", "delete", "truncate", "rename"])
+        # A converter opens its output by name: what is put there before is emptied by it.
+        trial.await_opened(path, process)
         with contextlib.suppress(FileNotFoundError):
-            if way == "replace":
+            if not trial.stop_before_its_result(process):
+                pass  # the file is the user's by now, who may do with it what he likes
+            elif way == "replace":
                 trial.put_foreign(path)
             elif way == "delete":
                 os.remove(path)
@@ -417,6 +445,7 @@ def meddles_with_the_output(trial):
                 os.truncate(path, 0)
             else:
                 os.rename(path, elsewhere)
+    process.send_signal(signal.SIGCONT)
     if trial.chance.random() < 0.3:
         trial.signalled = True
         process.terminate()
