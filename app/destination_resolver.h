@@ -15,11 +15,11 @@
 #include "media/vetting.h"
 #include "support/errands.h"
 #include "support/ports/folder_access.h"
+#include "support/vantor.h"
 
 namespace reelvane {
 
 class OutputNames;
-class Vantor;
 
 /// Where one output goes.
 struct ResolvedDestination {
@@ -81,7 +81,7 @@ private:
     std::shared_ptr<OutputNames> names_;  // shared with searches that may end after this
     const RunChoices& choices_;
     std::function<void(bool)> searching_ = [](bool) {};
-    Errands errands_{vantor_};
+    Errands errands_{vantor_.ports().dispatcher};
 };
 
 }  // namespace reelvane

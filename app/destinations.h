@@ -14,16 +14,9 @@
 #include "support/bundle.h"
 #include "support/errands.h"
 #include "support/ports/preferences_store.h"
+#include "support/vantor.h"
 
 namespace reelvane {
-
-class Vantor;
-
-/// The first items of a destination menu. Preferences store these numbers: never renumber.
-inline constexpr std::size_t kAskDestination = 0;
-inline constexpr std::size_t kNextToSourceDestination = 1;
-inline constexpr std::size_t kSeparatorDestination = 2;
-inline constexpr std::size_t kFirstFolderDestination = 3;  ///< plus the index of the saved folder
 
 /// What a user is told who adds a saved folder again.
 inline constexpr std::string_view kAlreadyBookmarked =
@@ -112,7 +105,7 @@ private:
     PopUpMenu preferencesPopUp_;
     bool touched_ = false;  // the user has chosen the present movie's destination
     std::vector<OpenedFolder> openedFolders_;
-    Errands errands_{vantor_};
+    Errands errands_{vantor_.ports().dispatcher};
 };
 
 }  // namespace reelvane

@@ -22,13 +22,13 @@
 #include "media/vetting.h"
 #include "support/errands.h"
 #include "support/observable.h"
+#include "support/vantor.h"
 
 namespace reelvane {
 
 class Destinations;
 class OutputNames;
 class Translations;
-class Vantor;
 
 /// What the intake is doing with the present file.
 enum class IntakeState {
@@ -180,7 +180,7 @@ private:
     Observers<> fileInfoObservers_;
     Observers<const std::filesystem::path&, const std::vector<VettingAlert>&> refusals_;
     Observers<> idle_;
-    Errands errands_{vantor_};
+    Errands errands_{vantor_.ports().dispatcher};
 };
 
 }  // namespace reelvane

@@ -29,7 +29,7 @@ JobRemover::JobRemover(Vantor& vantor, JobQueue& queue, std::function<void()> ta
           queue.observeMembership([this](ConversionJob& job, JobQueue::Membership membership) {
               if (membership == JobQueue::Membership::Ends) std::erase(waiting_, &job);
           })),
-      errands_(vantor) {}
+      errands_(vantor.ports().dispatcher) {}
 
 void JobRemover::remove(const std::vector<ConversionJob*>& jobs) {
     if (jobs.empty()) return;

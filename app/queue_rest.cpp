@@ -22,7 +22,7 @@ QueueRest::QueueRest(Vantor& vantor, JobQueue& queue, QueueControl& control, Fil
       control_(control),
       intake_(intake),
       terminate_(std::move(terminate)),
-      errands_(vantor) {
+      errands_(vantor.ports().dispatcher) {
     subscriptions_.push_back(queue.observeStates([this] { followStates(); }));
     subscriptions_.push_back(queue.observeMembership(
         [this](ConversionJob& /*job*/, JobQueue::Membership /*change*/) { followStates(); }));

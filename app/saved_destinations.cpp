@@ -4,7 +4,6 @@
 #include <map>
 #include <utility>
 
-#include "app/destinations.h"
 #include "app/preference_keys.h"
 #include "support/make_string.h"
 #include "support/preference_text.h"

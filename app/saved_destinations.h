@@ -14,6 +14,12 @@ namespace reelvane {
 
 class Preferences;
 
+/// The first items of a destination menu. Preferences store these numbers: never renumber.
+inline constexpr std::size_t kAskDestination = 0;
+inline constexpr std::size_t kNextToSourceDestination = 1;
+inline constexpr std::size_t kSeparatorDestination = 2;
+inline constexpr std::size_t kFirstFolderDestination = 3;  ///< plus the index of the saved folder
+
 /// One saved destination folder.
 struct SavedDestination {
     std::string name{};

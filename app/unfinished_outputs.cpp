@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "app/preference_keys.h"
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/host.h"

@@ -5,10 +5,9 @@
 
 #include "app/unfinished_output.h"
 #include "support/errands.h"
+#include "support/vantor.h"
 
 namespace reelvane {
-
-class Vantor;
 
 /// Deletes, as the program starts, what crashed ones have left behind: the partial outputs and the
 /// progress files of processes that are gone for sure (see isGone), as far as they are the very
@@ -18,7 +17,9 @@ class Vantor;
 /// that is away, or does not answer, is left for a later start.
 class UnfinishedOutputs {
 public:
-    explicit UnfinishedOutputs(Vantor& vantor) : vantor_(vantor), errands_(vantor) {}
+    explicit UnfinishedOutputs(Vantor& vantor)
+        : vantor_(vantor),
+          errands_(vantor.ports().dispatcher) {}
 
     void cleanUp();
 

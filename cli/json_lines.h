@@ -12,7 +12,7 @@
 #include "conversion/track_plan.h"
 #include "media/mkv_file_info.h"
 #include "media/vetting.h"
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 
 namespace reelvane {
 

@@ -5,7 +5,7 @@
 #include "cli/exit_status.h"
 #include "cli/json_lines.h"
 #include "conversion/output_proof.h"
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/untranslated.h"

@@ -15,7 +15,7 @@ ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo
       controller_(controller),
       fileInfo_(std::move(fileInfo)),
       audioTrackIndex_(audioTrackIndex),
-      errands_(vantor) {}
+      errands_(vantor.ports().dispatcher) {}
 
 ConversionJob::~ConversionJob() {
     leaving_.request_stop();

@@ -9,7 +9,7 @@
 #include "conversion/track_languages.h"
 #include "conversion/track_titles.h"
 #include "conversion/track_trims.h"
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"

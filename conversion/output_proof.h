@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 
 namespace reelvane {
 

@@ -89,7 +89,7 @@ SourceRemover::SourceRemover(Vantor& vantor, Turns& turns, SourceRemoval removal
     : vantor_(vantor),
       removal_(std::move(removal)),
       then_(std::move(then)),
-      errands_(vantor),
+      errands_(vantor.ports().dispatcher),
       turn_(turns.take([this] { begin(); })) {}
 
 void SourceRemover::begin() {

@@ -1,13 +1,26 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "media/probe_report.h"
-
 namespace reelvane {
+
+/// One video stream that is no cover art and whose codec was not refused.
+struct VideoStreamFact {
+    int index = 0;  ///< of the stream in the input
+    std::string codec{};
+    bool tenBit = false;                      ///< H.264 High 10
+    std::string resolution{};                 ///< "1920x1080"; empty: none found
+    std::optional<int> referenceFrames{};     ///< absent: the report has no count
+    bool isEmpty = false;                     ///< it has no picture that ffmpeg could find
+    bool isDefault = false;                   ///< the container says so
+    bool namesColour = false;                 ///< colours, a range, HDR or Dolby Vision are named
+    std::optional<int> dolbyVisionProfile{};  ///< of its configuration record, where it has one
+    std::optional<int> packets{};             ///< how many were found near the beginning
+};
 
 /// Which of a movie's video streams may be its picture: a cover that nobody marked as one, an empty
 /// track, a second small one must not win over the movie. The last of them is taken.

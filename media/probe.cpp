@@ -8,7 +8,7 @@
 
 #include "media/picture_choice.h"
 #include "media/report_outline.h"
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 #include "support/bundle.h"
 #include "support/logging.h"
 #include "support/make_string.h"

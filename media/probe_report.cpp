@@ -27,9 +27,6 @@ constexpr auto kFieldOrders =
 constexpr auto kColourSideData = std::to_array<std::string_view>(
     {"Mastering Display", "Content Light Level", "DOVI configuration record"});
 constexpr std::size_t kLongestLanguage = 35;  // RFC 5646, 4.4.1
-// Demuxers that read a text and then open whatever files or addresses it names.
-constexpr auto kPlaylistDemuxers = std::to_array<std::string_view>(
-    {"applehttp", "avisynth", "concat", "dash", "hls", "imf", "rtp", "rtsp", "sdp", "vapoursynth"});
 
 /// "h264" out of "h264 (High), yuv420p".
 std::string_view codecIn(std::string_view details) {
@@ -229,12 +226,6 @@ void choosePicture(ProbeReport& report) {
 
 bool isRefusedVideoCodec(std::string_view codec) {
     return std::ranges::find(kRefusedVideoCodecs, codec) != kRefusedVideoCodecs.end();
-}
-
-bool isPlaylistDemuxer(std::string_view demuxer) {
-    return std::ranges::any_of(Fennimar::split(demuxer, ","), [](auto name) {
-        return std::ranges::find(kPlaylistDemuxers, name) != kPlaylistDemuxers.end();
-    });
 }
 
 int referenceFramesInTrace(std::string_view text) {

@@ -9,11 +9,14 @@
 #include <string>
 #include <utility>
 
-#include "media/probe_report.h"
 #include "support/strings.h"
 
 namespace reelvane {
 namespace {
+
+// Demuxers that read a text and then open whatever files or addresses it names.
+constexpr auto kPlaylistDemuxers = std::to_array<std::string_view>(
+    {"applehttp", "avisynth", "concat", "dash", "hls", "imf", "rtp", "rtsp", "sdp", "vapoursynth"});
 
 constexpr std::size_t kDurationIndent = 2;
 constexpr std::size_t kStreamIndent = 2;
@@ -193,6 +196,12 @@ int durationInReport(std::string_view text) {
     const auto count =
         std::ranges::count_if(lines, [&](auto line) { return line.starts_with(marker); });
     return count == 1 ? outlineOf(text).summary.runtimeSeconds.value_or(-1) : -1;
+}
+
+bool isPlaylistDemuxer(std::string_view demuxer) {
+    return std::ranges::any_of(Fennimar::split(demuxer, ","), [](auto name) {
+        return std::ranges::find(kPlaylistDemuxers, name) != kPlaylistDemuxers.end();
+    });
 }
 
 }  // namespace reelvane

@@ -41,6 +41,10 @@ struct ReportOutline {
 /// Whether the text is one that only ffmpeg prints.
 [[nodiscard]] bool isFromFfmpeg(std::string_view text);
 
+/// Whether the demuxer ("hls", or a list of names with commas) reads a text that names other files
+/// and then opens those, so that a file dressed as a movie could reach anything on the machine.
+[[nodiscard]] bool isPlaylistDemuxer(std::string_view demuxer);
+
 /// The duration in whole seconds; -1 when the report holds none that can be read, or
 /// more than one.
 [[nodiscard]] int durationInReport(std::string_view text);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "media/picture_choice.h"
+#include "media/report_outline.h"
 #include "support/alerts.h"
 #include "support/bundle.h"
 #include "support/dispatch.h"

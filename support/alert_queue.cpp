@@ -4,9 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/bundle.h"
 #include "support/make_string.h"
-#include "support/vantor.h"
 
 namespace reelvane {
 namespace {
@@ -15,11 +13,16 @@ constexpr std::size_t kMostTold = 30;  // more are counted: nobody reads them
 
 }  // namespace
 
-AlertQueue::AlertQueue(Vantor& vantor) : vantor_(vantor) {}
+AlertQueue::AlertQueue(Alerts& alerts, Dispatcher& dispatcher, const Translations& translations,
+                       std::string title)
+    : alerts_(alerts),
+      translations_(translations),
+      title_(std::move(title)),
+      errands_(dispatcher) {}
 
 AlertAnswer AlertQueue::ask(const AlertContent& content) {
     ++open_;
-    auto answer = vantor_.ports().alerts.runModal(content);
+    auto answer = alerts_.runModal(content);
     --open_;
     showNextLater();
     return answer;
@@ -76,14 +79,14 @@ AlertContent AlertQueue::takeTold() {
     }
     std::erase_if(waiting_, [](const Waiting& waiting) { return !waiting.show; });
     if (told.size() == 1) return std::move(told.front());
-    AlertContent all{.title = vantor_.appName(), .buttons = {localized(vantor_, "OK")}};
+    AlertContent all{.title = title_, .buttons = {translations_.localized("OK")}};
     for (const auto& one : told) {
         if (!all.message.empty()) all.message += "\n\n";
         if (one.title != all.title) all.message += one.title + "\n";
         all.message += one.message;
     }
     if (more > 0) {
-        all.message += "\n\n" + makeString(localized(vantor_, "There were %li more messages."),
+        all.message += "\n\n" + makeString(translations_.localized("There were %li more messages."),
                                            static_cast<long>(more));
     }
     return all;

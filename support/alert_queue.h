@@ -2,19 +2,22 @@
 
 #include <deque>
 #include <functional>
+#include <string>
 
 #include "support/errands.h"
 #include "support/ports/alerts.h"
+#include "support/ports/dispatcher.h"
+#include "support/ports/translations.h"
 
 namespace reelvane {
-
-class Vantor;
 
 /// Shows one alert at a time, however many are raised while one is open. Only a question, whose
 /// answer somebody waits for, comes in front of the open one. Main thread only.
 class AlertQueue {
 public:
-    explicit AlertQueue(Vantor& vantor);
+    /// What several are shown under at once is called `title`.
+    AlertQueue(Alerts& alerts, Dispatcher& dispatcher, const Translations& translations,
+               std::string title);
 
     /// Shows the alert in front of all else and answers how it ended. Blocks.
     AlertAnswer ask(const AlertContent& content);
@@ -37,10 +40,12 @@ private:
     void showNext();
     [[nodiscard]] AlertContent takeTold();
 
-    Vantor& vantor_;
+    Alerts& alerts_;
+    const Translations& translations_;
+    std::string title_;
     int open_ = 0;
     std::deque<Waiting> waiting_;
-    Errands errands_{vantor_};
+    Errands errands_;
 };
 
 }  // namespace reelvane

@@ -5,33 +5,31 @@
 #include <type_traits>
 #include <utility>
 
-#include "support/dispatch.h"
+#include "support/ports/dispatcher.h"
 
 namespace reelvane {
-
-class Vantor;
 
 /// Asks something off the main thread and brings the answer back, unless the asker has gone
 /// meanwhile. A member of the asker, whose end drops every answer. Main thread only.
 class Errands {
 public:
-    explicit Errands(Vantor& vantor) : vantor_(vantor) {}
+    explicit Errands(Dispatcher& dispatcher) : dispatcher_(dispatcher) {}
 
     /// Runs `ask` on the background queue, then `then` on the main thread with what it answered.
     /// `ask` may run after the asker's end, so it owns what it needs; `then` never does.
     template <typename Ask, typename Then>
     void run(Ask ask, Then then) {
-        dispatch_async_back(vantor_, [&vantor = vantor_, alive = std::weak_ptr(alive_),
-                                      ask = std::move(ask), then = std::move(then)]() mutable {
+        dispatcher_.asyncBackground([&dispatcher = dispatcher_, alive = std::weak_ptr(alive_),
+                                     ask = std::move(ask), then = std::move(then)]() mutable {
             if constexpr (std::is_void_v<std::invoke_result_t<Ask&>>) {
                 ask();
-                dispatch_async_main(vantor, [alive, then = std::move(then)]() mutable {
+                dispatcher.asyncMain([alive, then = std::move(then)]() mutable {
                     if (alive.lock()) then();
                 });
             } else {
                 // Shared, because work can be copied and not every answer can.
                 auto answer = std::make_shared<std::invoke_result_t<Ask&>>(ask());
-                dispatch_async_main(vantor, [alive, answer, then = std::move(then)]() mutable {
+                dispatcher.asyncMain([alive, answer, then = std::move(then)]() mutable {
                     if (alive.lock()) then(std::move(*answer));
                 });
             }
@@ -41,10 +39,9 @@ public:
     /// Runs `work` in a later turn of the main loop.
     template <typename Later>
     void later(Later work) {
-        dispatch_async_main(vantor_,
-                            [alive = std::weak_ptr(alive_), work = std::move(work)]() mutable {
-                                if (alive.lock()) work();
-                            });
+        dispatcher_.asyncMain([alive = std::weak_ptr(alive_), work = std::move(work)]() mutable {
+            if (alive.lock()) work();
+        });
     }
 
     /// The call-back, which does nothing once the asker has gone.
@@ -59,7 +56,7 @@ public:
     void forget() { alive_ = std::make_shared<const bool>(true); }
 
 private:
-    Vantor& vantor_;
+    Dispatcher& dispatcher_;
     // Shared only to be watched by work that ends after the asker.
     std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };

@@ -22,7 +22,8 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
       appVersionString_(ports.mainBundle.infoValue("ShortVersion").value_or("")),
       appBuildNumber_(Fennimar::leadingInteger(ports.mainBundle.infoValue("Version").value_or(""))),
       appBundleIdentifier_(ports.mainBundle.infoValue("Identifier").value_or("")),
-      alertQueue_(std::make_unique<AlertQueue>(*this)) {
+      alertQueue_(std::make_unique<AlertQueue>(ports.alerts, ports.dispatcher, ports.translations,
+                                               appName_)) {
     log_set_sinks(
         {.preferences = &preferences_, .systemLog = &ports_.systemLog, .appName = appName_});
     preferences_.setBackground(

@@ -1,5 +1,3 @@
-#include "mp4/mp4_movie.h"
-
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
@@ -11,6 +9,7 @@
 #include "conversion/track_languages.h"
 #include "conversion/track_titles.h"
 #include "conversion/track_trims.h"
+#include "mp4/mp4_reader.h"
 #include "support/untranslated.h"
 #include "tests/fakes/small_mp4.h"
 #include "tests/fakes/temporary_folder.h"

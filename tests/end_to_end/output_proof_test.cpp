@@ -9,7 +9,7 @@
 #include <sys/mount.h>
 
 #include "mp4/mp4_box.h"
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 #include "tests/end_to_end/movies.h"
 #include "tests/end_to_end/sandbox.h"
 #include "tests/fakes/small_mp4.h"

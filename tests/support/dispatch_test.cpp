@@ -51,7 +51,7 @@ TEST(Dispatch, ATimedWaitGivesUpButTheWorkGoesOn) {
 TEST(Errands, AnAnswerFindsOnlyAnAskerThatStillWaits) {
     FakePlatform platform;
     auto& dispatcher = platform.dispatcher;
-    auto asker = std::make_optional<Errands>(platform.vantor);
+    auto asker = std::make_optional<Errands>(platform.vantor.ports().dispatcher);
     int asked = 0;
     std::unique_ptr<int> answer;
     const auto ask = [&] {

@@ -1,4 +1,4 @@
-#include "mp4/mp4_movie.h"
+#include "mp4/mp4_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -195,10 +195,6 @@ std::size_t partsOfMp4(const std::filesystem::path& file) {
         return false;
     });
     return most;
-}
-
-bool holdsStream(const Mp4Track& track) {
-    return track.kind != Mp4TrackKind::Other && track.codec != "text";
 }
 
 Mp4Reading readMp4(const std::filesystem::path& file) {
