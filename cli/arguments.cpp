@@ -2,143 +2,112 @@
 
 #include <algorithm>
 #include <charconv>
+#include <stdexcept>
 
 #include "app/file_sorting.h"
 #include "app/preference_table.h"
-#include "cli/argument_errors.h"
-#include "cli/argument_words.h"
+#include "cli/command_line.h"
+#include "cli/exit_status.h"
 #include "cli/help_text.h"
-#include "cli/preference_arguments.h"
-#include "cli/usage_error.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 
 namespace reelvane {
 namespace {
 
-constexpr int kManyFiles = 1 << 20;  // more than a command line holds
-
-/// Where the parser leaves what it read, before it is checked.
-struct Raw {
-    std::vector<std::string> overrides{};
-    std::vector<std::string> files{};
-    std::string toFolder{};
-    std::string toSaved{};
-    std::string audio{};
-    std::string subtitle{};
-    std::string key{};
-    std::string value{};
-    std::string folder{};
-    bool json = false;
-    bool markdown = false;
-    bool quiet = false;
+/// The command line is wrong; the text is the one sentence for the user. It never leaves this file.
+class UsageError final : public std::runtime_error {
+public:
+    explicit UsageError(const std::string& sentence) : std::runtime_error(sentence) {}
 };
 
-CLI::App* command(CLI::App& parent, const char* name) {
-    auto* const app = parent.add_subcommand(name);
-    app->fallthrough();  // --set and --help may stand behind the command
-    app->set_help_flag();
-    return app;
+const std::vector<CommandRule>& commandRules() {
+    static const OptionRule json{.name = "--json"};
+    static const OptionRule markdown{.name = "--markdown", .excludes = "--json"};
+    static const std::vector<OptionRule> conversion{
+        {.name = "--to", .takesValue = true},
+        {.name = "--to-saved", .takesValue = true, .excludes = "--to"},
+        {.name = "--audio", .takesValue = true},
+        {.name = "--subtitle", .takesValue = true},
+        json};
+    static const auto conversionAndQuiet = [] {
+        auto options = conversion;
+        options.push_back({.name = "--quiet"});
+        return options;
+    }();
+    static const std::vector<CommandRule> rules{
+        {.name = "", .options = {{.name = "--set", .takesValue = true}}},
+        {.name = "convert", .operands = {"FILE..."}, .options = conversionAndQuiet},
+        {.name = "inspect", .operands = {"FILE..."}, .options = {json}},
+        {.name = "verify", .operands = {"FILE..."}, .options = {json}},
+        {.name = "command", .operands = {"FILE"}, .options = conversion},
+        {.name = "preferences", .options = {json, markdown}},
+        {.name = "preferences list", .options = {json, markdown}},
+        {.name = "preferences get", .operands = {"KEY"}},
+        {.name = "preferences set", .operands = {"KEY", "VALUE"}},
+        {.name = "preferences reset", .operands = {"KEY"}},
+        {.name = "destinations", .options = {json}},
+        {.name = "destinations list", .options = {json}},
+        {.name = "destinations add", .operands = {"DIR"}},
+        {.name = "destinations remove", .operands = {"NAME"}}};
+    return rules;
 }
 
-void addFiles(CLI::App& app, std::vector<std::string>& files, int most) {
-    app.add_option("FILE", files)->required()->expected(1, most)->allow_extra_args(most > 1);
+bool isGiven(const CommandLine& line, std::string_view option) {
+    return line.options.contains(option);
 }
 
-CLI::Option* addValue(CLI::App& app, const char* name, std::string& value) {
-    auto* const option = app.add_option(name, value);
-    return option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-}
-
-void addConversionOptions(CLI::App& app, Raw& raw) {
-    auto* const folder = addValue(app, "--to", raw.toFolder);
-    addValue(app, "--to-saved", raw.toSaved)->excludes(folder);
-    addValue(app, "--audio", raw.audio);
-    addValue(app, "--subtitle", raw.subtitle);
-    app.add_flag("--json", raw.json);
-}
-
-void addPreferences(CLI::App& program, Raw& raw) {
-    auto* const preferences = command(program, "preferences");
-    preferences->require_subcommand(0, 1);
-    auto* const list = command(*preferences, "list");
-    for (auto* const app : {preferences, list}) {
-        auto* const json = app->add_flag("--json", raw.json);
-        app->add_flag("--markdown", raw.markdown)->excludes(json);
+/// The last value of several.
+std::optional<std::string> valueOf(const CommandLine& line, std::string_view option) {
+    const auto found = line.options.find(option);
+    if (found == line.options.end()) return std::nullopt;
+    if (found->second.back().empty()) {
+        throw UsageError(makeString("The option '%@' needs a value.", option));
     }
-    command(*preferences, "get")->add_option("KEY", raw.key)->required();
-    auto* const set = command(*preferences, "set");
-    set->add_option("KEY", raw.key)->required();
-    set->add_option("VALUE", raw.value)->required();
-    command(*preferences, "reset")->add_option("KEY", raw.key)->required();
+    return found->second.back();
 }
 
-void addDestinations(CLI::App& program, Raw& raw) {
-    auto* const destinations = command(program, "destinations");
-    destinations->require_subcommand(0, 1);
-    destinations->add_flag("--json", raw.json);
-    command(*destinations, "list")->add_flag("--json", raw.json);
-    command(*destinations, "add")->add_option("DIR", raw.folder)->required();
-    command(*destinations, "remove")->add_option("NAME", raw.folder)->required();
+const PreferenceEntry& preferenceNamed(std::string_view key) {
+    const auto* const entry = findPreference(key);
+    if (entry != nullptr) return *entry;
+    std::vector<std::string> keys;
+    for (const auto& known : preferenceTable()) keys.emplace_back(known.key);
+    throw UsageError(
+        makeString("There is no preference named '%@'.%@", key, suggestion(key, keys)));
 }
 
-void describe(CLI::App& program, Raw& raw) {
-    program.require_subcommand(1);
-    program.set_help_flag("-h,--help");
-    program.set_version_flag("-V,--version", std::string());
-    program.add_option("--set", raw.overrides)->allow_extra_args(false);
+std::string preferenceValue(const PreferenceEntry& entry, std::string_view typed) {
+    auto text = storedText(entry, typed);
+    if (text) return *std::move(text);
+    throw UsageError(makeString("'%@' is no value for the preference %@, which takes: %@.", typed,
+                                entry.key, typeText(entry)));
+}
 
-    for (const char* const name : {"inspect", "verify"}) {
-        auto* const reading = command(program, name);
-        reading->add_flag("--json", raw.json);
-        addFiles(*reading, raw.files, kManyFiles);
+PreferenceOverride preferenceOverride(std::string_view text) {
+    const auto equals = text.find('=');
+    if (equals == std::string_view::npos) {
+        throw UsageError(makeString("'%@' is not of the form KEY=VALUE.", text));
     }
-
-    auto* const print = command(program, "command");
-    addConversionOptions(*print, raw);
-    addFiles(*print, raw.files, 1);
-
-    auto* const convert = command(program, "convert");
-    addConversionOptions(*convert, raw);
-    convert->add_flag("--quiet", raw.quiet);
-    addFiles(*convert, raw.files, kManyFiles);
-
-    addPreferences(program, raw);
-    addDestinations(program, raw);
+    const auto& entry = preferenceNamed(text.substr(0, equals));
+    return {.key = std::string(entry.key), .text = preferenceValue(entry, text.substr(equals + 1))};
 }
 
-void unmarkAll(Raw& raw) {
-    for (auto* const words : {&raw.overrides, &raw.files}) {
-        for (auto& word : *words) unmark(word);
-    }
-    for (auto* const word : {&raw.toFolder, &raw.toSaved, &raw.audio, &raw.subtitle, &raw.key,
-                             &raw.value, &raw.folder}) {
-        unmark(*word);
-    }
-}
-
-std::optional<std::string> whenGiven(const CLI::App& app, const char* option,
-                                     const std::string& value) {
-    if (app.count(option) == 0) return std::nullopt;
-    if (value.empty()) throw UsageError(makeString("The option '%@' needs a value.", option));
-    return value;
-}
-
-ConversionOptions conversionOptions(const CLI::App& app, const Raw& raw) {
-    ConversionOptions options{.toFolder = whenGiven(app, "--to", raw.toFolder),
-                              .toSaved = whenGiven(app, "--to-saved", raw.toSaved),
-                              .subtitleFile = whenGiven(app, "--subtitle", raw.subtitle)};
-    if (app.count("--audio") == 0) return options;
-    const auto* const end = raw.audio.data() + raw.audio.size();
+std::optional<std::size_t> audioTrackIndex(const CommandLine& line) {
+    const auto text = valueOf(line, "--audio");
+    if (!text) return std::nullopt;
+    const auto* const end = text->data() + text->size();
     std::size_t index = 0;
-    const auto [stop, error] = std::from_chars(raw.audio.data(), end, index);
-    if (error != std::errc{} || stop != end) {
-        throw UsageError(makeString(
-            "'%@' is no index of an audio track: those count from 0 as 'inspect' shows them.",
-            raw.audio));
-    }
-    options.audioTrackIndex = index;
-    return options;
+    const auto [stop, error] = std::from_chars(text->data(), end, index);
+    if (error == std::errc{} && stop == end) return index;
+    throw UsageError(makeString(
+        "'%@' is no index of an audio track: those count from 0 as 'inspect' shows them.", *text));
+}
+
+ConversionOptions conversionOptions(const CommandLine& line) {
+    return {.toFolder = valueOf(line, "--to"),
+            .toSaved = valueOf(line, "--to-saved"),
+            .audioTrackIndex = audioTrackIndex(line),
+            .subtitleFile = valueOf(line, "--subtitle")};
 }
 
 /// One subtitle file goes with one movie.
@@ -154,89 +123,85 @@ void checkSubtitle(const ConvertRequest& request) {
         "the movies: each goes with the movie whose name it begins with.");
 }
 
-DestinationsRequest destinationsRequest(const std::string& command, const Raw& raw) {
-    DestinationsRequest request{.name = raw.folder, .json = raw.json};
-    if (command == "destinations add") {
-        request.action = DestinationsRequest::Action::Add;
-    } else if (command == "destinations remove") {
-        request.action = DestinationsRequest::Action::Remove;
-    } else {
-        return request;
-    }
-    if (raw.folder.empty()) throw UsageError("A destination folder has a name.");
+DestinationsRequest destinationsRequest(const CommandLine& line) {
+    using Action = DestinationsRequest::Action;
+    DestinationsRequest request{.json = isGiven(line, "--json")};
+    if (line.operands.empty()) return request;
+    request.action = line.command == "destinations add" ? Action::Add : Action::Remove;
+    request.name = line.operands.front();
+    if (request.name.empty()) throw UsageError("A destination folder has a name.");
     return request;
 }
 
-PreferencesRequest preferencesRequest(const std::string& command, const Raw& raw) {
+PreferencesRequest preferencesRequest(const CommandLine& line) {
     using Action = PreferencesRequest::Action;
     using Form = PreferencesRequest::Form;
     PreferencesRequest request;
-    if (raw.json) request.form = Form::Json;
-    if (raw.markdown) request.form = Form::Markdown;
-    if (command == "preferences" || command == "preferences list") return request;
+    if (isGiven(line, "--json")) request.form = Form::Json;
+    if (isGiven(line, "--markdown")) request.form = Form::Markdown;
+    if (line.operands.empty()) return request;
 
-    const auto& entry = preferenceNamed(raw.key);
+    const auto& entry = preferenceNamed(line.operands.front());
     request.key = entry.key;
     request.action = Action::Get;
-    if (command == "preferences reset") request.action = Action::Reset;
-    if (command == "preferences set") {
+    if (line.command == "preferences reset") request.action = Action::Reset;
+    if (line.command == "preferences set") {
         request.action = Action::Set;
-        request.value = preferenceValue(entry, raw.value);
+        request.value = preferenceValue(entry, line.operands.back());
     }
     return request;
 }
 
-Request request(const std::vector<CLI::App*>& path, Raw& raw) {
+Request requestOf(CommandLine& line) {
     Request result;
-    for (const auto& text : raw.overrides) result.overrides.push_back(preferenceOverride(text));
-    const auto name = commandName(path);
-    const auto& app = *path.back();
-    if (name == "inspect") {
-        result.action = InspectRequest{.files = std::move(raw.files), .json = raw.json};
-    } else if (name == "verify") {
-        result.action = VerifyRequest{.files = std::move(raw.files), .json = raw.json};
-    } else if (name == "command") {
-        result.action = CommandRequest{.file = std::move(raw.files.front()),
-                                       .options = conversionOptions(app, raw),
-                                       .json = raw.json};
-    } else if (name == "convert") {
-        ConvertRequest convert{.files = std::move(raw.files),
-                               .options = conversionOptions(app, raw),
-                               .json = raw.json,
-                               .quiet = raw.quiet};
+    if (const auto set = line.options.find("--set"); set != line.options.end()) {
+        for (const auto& text : set->second) result.overrides.push_back(preferenceOverride(text));
+    }
+    const bool json = isGiven(line, "--json");
+    if (line.command == "inspect") {
+        result.action = InspectRequest{.files = std::move(line.operands), .json = json};
+    } else if (line.command == "verify") {
+        result.action = VerifyRequest{.files = std::move(line.operands), .json = json};
+    } else if (line.command == "command") {
+        result.action = CommandRequest{.file = std::move(line.operands.front()),
+                                       .options = conversionOptions(line),
+                                       .json = json};
+    } else if (line.command == "convert") {
+        ConvertRequest convert{.files = std::move(line.operands),
+                               .options = conversionOptions(line),
+                               .json = json,
+                               .quiet = isGiven(line, "--quiet")};
         checkSubtitle(convert);
         result.action = std::move(convert);
-    } else if (name.starts_with("destinations")) {
-        result.action = destinationsRequest(name, raw);
+    } else if (line.command.starts_with("destinations")) {
+        result.action = destinationsRequest(line);
     } else {
-        result.action = preferencesRequest(name, raw);
+        result.action = preferencesRequest(line);
     }
     return result;
 }
 
+/// The sentence, and where to read how it is done.
+EarlyExit usageError(std::string_view sentence, std::string_view command) {
+    return {.text = makeString("%@: %@ See '%@%@%@ --help'.\n", kProgramName, sentence,
+                               kProgramName, command.empty() ? "" : " ", command),
+            .exitStatus = kExitUsage};
+}
+
 }  // namespace
 
-std::variant<Request, Farewell> parseArguments(const std::vector<std::string>& arguments) {
-    Raw raw;
-    CLI::App program{std::string(), std::string(kProgramName)};
-    describe(program, raw);
+std::variant<Request, EarlyExit> parseArguments(const std::vector<std::string>& arguments) {
+    auto read = readCommandLine(arguments, commandRules());
+    if (const auto* const error = std::get_if<CommandLineError>(&read)) {
+        return usageError(error->sentence, error->command);
+    }
+    auto& line = std::get<CommandLine>(read);
+    if (line.wantsHelp) return EarlyExit{.text = helpText(line.command)};
+    if (line.wantsVersion) return EarlyExit{.text = versionText()};
     try {
-        program.parse(wordsForParser(arguments));
-        unmarkAll(raw);
-        return request(chosen(program), raw);
-    } catch (const CLI::CallForHelp&) {
-        const auto path = chosen(program);
-        const auto unread = program.remaining();
-        if (path.size() == 1 && !unread.empty()) {
-            return usageError(unexpectedWord(unread.front(), path), "");
-        }
-        return Farewell{.text = helpText(commandName(path))};
-    } catch (const CLI::CallForVersion&) {
-        return Farewell{.text = versionText()};
-    } catch (const CLI::ParseError& error) {
-        return usageError(sentence(error, program), commandName(chosen(program)));
+        return requestOf(line);
     } catch (const UsageError& error) {
-        return usageError(error.what(), commandName(chosen(program)));
+        return usageError(error.what(), line.command);
     }
 }
 

@@ -71,13 +71,13 @@ struct Request {
 
 /// A text that ends the run at once: help and version on standard output with status 0, a usage
 /// error on standard error with status 2.
-struct Farewell {
+struct EarlyExit {
     std::string text{};
     int exitStatus = 0;
 };
 
 /// Reads the command line (without the program's name). Pure.
-[[nodiscard]] std::variant<Request, Farewell> parseArguments(
+[[nodiscard]] std::variant<Request, EarlyExit> parseArguments(
     const std::vector<std::string>& arguments);
 
 }  // namespace reelvane

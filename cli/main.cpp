@@ -190,14 +190,14 @@ int start(const Request& request) {
     }
 }
 
-int bidFarewell(const Farewell& farewell) {
+int endEarly(const EarlyExit& early) {
     Console console;
-    if (farewell.exitStatus != kExitSuccess) {
+    if (early.exitStatus != kExitSuccess) {
         console.error(
-            std::string_view(farewell.text).substr(0, farewell.text.find_last_not_of('\n') + 1));
-        return farewell.exitStatus;
+            std::string_view(early.text).substr(0, early.text.find_last_not_of('\n') + 1));
+        return early.exitStatus;
     }
-    console.write(farewell.text);
+    console.write(early.text);
     if (!console.isClosed()) return kExitSuccess;
     if (console.closedBy() != EPIPE) console.error(outputLostText(console.closedBy()));
     return kExitFailure;
@@ -211,8 +211,8 @@ int bidFarewell(const Farewell& farewell) {
 int main(int argc, char** argv) {
     reelvane::prepareProcess();
     const auto parsed = reelvane::parseArguments({argv + std::min(argc, 1), argv + argc});
-    if (const auto* const farewell = std::get_if<reelvane::Farewell>(&parsed)) {
-        return reelvane::bidFarewell(*farewell);
+    if (const auto* const early = std::get_if<reelvane::EarlyExit>(&parsed)) {
+        return reelvane::endEarly(*early);
     }
     return reelvane::start(std::get<reelvane::Request>(parsed));
 }

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "cli/suggestion.h"
+#include "cli/command_line.h"
 #include "support/make_string.h"
 #include "support/strings.h"
 

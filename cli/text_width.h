@@ -7,8 +7,7 @@
 namespace reelvane {
 
 /// The columns that a printable text takes: East Asian wide characters and emoji take two, marks
-/// that join the character before them none (after Unicode 15, EastAsianWidth W and F; the common
-/// ranges).
+/// that join the character before them none (Unicode, EastAsianWidth W and F, as GLib has it).
 [[nodiscard]] std::size_t displayWidth(std::string_view text);
 
 /// The text with its middle left out ("A long…e.mkv") so that it takes at most this many columns.

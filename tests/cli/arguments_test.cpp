@@ -12,22 +12,22 @@ using testing::HasSubstr;
 template <typename T>
 T parsed(const std::vector<std::string>& arguments) {
     const auto result = parseArguments(arguments);
-    if (const auto* const farewell = std::get_if<Farewell>(&result)) {
-        ADD_FAILURE() << farewell->text;
+    if (const auto* const early = std::get_if<EarlyExit>(&result)) {
+        ADD_FAILURE() << early->text;
         return {};
     }
     return std::get<T>(std::get<Request>(result).action);
 }
 
-Farewell farewell(const std::vector<std::string>& arguments) {
+EarlyExit earlyExit(const std::vector<std::string>& arguments) {
     const auto result = parseArguments(arguments);
-    const auto* const found = std::get_if<Farewell>(&result);
-    return found != nullptr ? *found : Farewell{.text = "it was understood", .exitStatus = -1};
+    const auto* const found = std::get_if<EarlyExit>(&result);
+    return found != nullptr ? *found : EarlyExit{.text = "it was understood", .exitStatus = -1};
 }
 
 void expectHelpNames(const std::vector<std::string>& arguments,
                      const std::vector<std::string>& parts) {
-    const auto help = farewell(arguments);
+    const auto help = earlyExit(arguments);
     EXPECT_EQ(help.exitStatus, 0);
     for (const auto& part : parts) EXPECT_THAT(help.text, HasSubstr(part)) << arguments.front();
 }
@@ -41,6 +41,9 @@ TEST(Arguments, EveryFileNameComesThroughAsItIs) {
     EXPECT_FALSE(convert.options.toFolder);
     EXPECT_THAT(parsed<InspectRequest>({"inspect", "--", "-h"}).files, ElementsAre("-h"));
     EXPECT_EQ(parsed<CommandRequest>({"command", "--to", "[d]", "\xFF.mkv"}).file, "\xFF.mkv");
+    const auto twice = parsed<CommandRequest>({"command", "--to", "a", "--to=--b=c", "-"});
+    EXPECT_EQ(twice.options.toFolder, "--b=c");
+    EXPECT_EQ(twice.file, "-");
 }
 
 TEST(Arguments, OverridesStandBeforeAndAfterTheCommand) {
@@ -71,6 +74,9 @@ TEST(Arguments, UsageErrorsAreOneSentenceThatHelps) {
         {{"convert", "--jsn", "a"}, "There is no option '--jsn'. Did you mean '--json'?"},
         {{"convert", "--to"}, "The option '--to' needs a value."},
         {{"convert", "--to", "", "a"}, "The option '--to' needs a value."},
+        {{"convert", "--to=", "a"}, "The option '--to' needs a value."},
+        {{"convert", "--to", "--json", "a"}, "The option '--to' needs a value."},
+        {{"convert", "--json=1", "a"}, "The option '--json' takes no value."},
         {{"convert", "--to", "x", "--to-saved", "y", "a"}, "exclude each other."},
         {{"convert", "--audio", "1x", "a"}, "'1x' is no index of an audio track"},
         {{"convert", "--subtitle", "s.srt", "a.mkv", "t.srt", "b.MKV"}, "for one movie only."},
@@ -83,7 +89,7 @@ TEST(Arguments, UsageErrorsAreOneSentenceThatHelps) {
         {{"preferences", "get", "Unheard"}, "There is no preference named 'Unheard'. See"},
         {{"destinations", "ad"}, "Did you mean 'add'?"}};
     for (const auto& [arguments, sentence] : cases) {
-        const auto error = farewell(arguments);
+        const auto error = earlyExit(arguments);
         EXPECT_EQ(error.exitStatus, 2);
         EXPECT_THAT(error.text, HasSubstr(sentence));
         EXPECT_EQ(std::ranges::count(error.text, '\n'), 1) << error.text;
@@ -96,8 +102,8 @@ TEST(Arguments, HelpNamesEveryOptionOfItsCommand) {
     expectHelpNames({"convert", "--help"}, options);
     expectHelpNames({"command", "--help"}, options);
     expectHelpNames({"help", "convert"}, options);
-    EXPECT_EQ(farewell({"convert", "-h"}).text, farewell({"help", "convert"}).text);
-    EXPECT_EQ(farewell({"-V"}).text, farewell({"--version"}).text);
+    EXPECT_EQ(earlyExit({"convert", "-h"}).text, earlyExit({"help", "convert"}).text);
+    EXPECT_EQ(earlyExit({"-V"}).text, earlyExit({"--version"}).text);
     expectHelpNames({"help"}, {"Exit status"});
     expectHelpNames({"-h"}, {"Exit status", "XDG_CONFIG_HOME", "convert FILE"});
 }

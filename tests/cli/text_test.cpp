@@ -2,9 +2,9 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "cli/command_line.h"
 #include "cli/json_lines.h"
 #include "cli/progress_line.h"
-#include "cli/suggestion.h"
 #include "cli/terminal.h"
 #include "cli/text_lines.h"
 #include "cli/text_width.h"
@@ -34,6 +34,7 @@ TEST(Suggestion, NamesTheNearestThatIsNearEnough) {
 TEST(TextWidth, CountsColumnsAndElidesWholeCharacters) {
     EXPECT_EQ(displayWidth("a第é"), 4U);
     EXPECT_EQ(displayWidth("e\u0301"), 1U);
+    EXPECT_EQ(displayWidth("\u2705\uFE0F"), 2U);
     EXPECT_EQ(elidedMiddle("short", 5), "short");
     EXPECT_EQ(elidedMiddle("abcdefghij", 7), "abc…hij");
     for (const auto* const text :
