@@ -1,6 +1,9 @@
 #include "ui/theme.h"
 
+#include <utility>
+
 #include <QApplication>
+#include <QFont>
 #include <QStyle>
 
 #include "ui/colours.h"
@@ -9,11 +12,20 @@
 namespace reelvane {
 namespace {
 
+constexpr double kDisabledContrast = 1.5;  // a little less than Qt's own light palette has
+constexpr double kDisabledShare = 0.5;
+
 /// Only Fusion needs them; other styles bring a dark look of their own.
 void useOutlines() {
     if (QApplication::style()->name() != "fusion") return;
     QApplication::setStyle(new IndicatorStyle);
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): Qt has taken it over
+}
+
+/// Qt 6.4 takes emoji from the first font that has any, which is mostly one with outlines. It asks
+/// a substitute before those; one that is not installed is passed over.
+void useColourEmoji() {
+    QFont::insertSubstitution(QApplication::font().family(), QStringLiteral("Noto Color Emoji"));
 }
 
 }  // namespace
@@ -42,6 +54,20 @@ QPalette darkPalette() {
     return palette;
 }
 
+QPalette withVisibleDisabled(QPalette palette) {
+    for (const auto& [role, ground] : {std::pair(QPalette::WindowText, QPalette::Window),
+                                       std::pair(QPalette::Text, QPalette::Base),
+                                       std::pair(QPalette::ButtonText, QPalette::Button)}) {
+        const auto behind = palette.color(QPalette::Disabled, ground);
+        if (contrast(palette.color(QPalette::Disabled, role), behind) >= kDisabledContrast) {
+            continue;
+        }
+        const auto text = palette.color(QPalette::Active, role);
+        palette.setColor(QPalette::Disabled, role, mixed(behind, text, kDisabledShare));
+    }
+    return palette;
+}
+
 PaletteChange paletteChange(bool prefersDark, bool isDark, bool isOurDark) {
     if (prefersDark && !isDark) return PaletteChange::UseDark;
     if (!prefersDark && isOurDark) return PaletteChange::UseOwn;
@@ -52,10 +78,19 @@ Theme::Theme(DesktopAppearance& appearance)
     : appearance_(appearance),
       subscription_(appearance.observe([this] { follow(); })) {
     useOutlines();  // the desktop may bring a dark palette of its own
+    useColourEmoji();
     follow();
 }
 
 void Theme::follow() {
+    takePalette();
+    if (isOurDark_) return;
+    const auto palette = QApplication::palette();
+    const auto visible = withVisibleDisabled(palette);
+    if (visible != palette) QApplication::setPalette(visible);
+}
+
+void Theme::takePalette() {
     switch (paletteChange(appearance_.prefersDark(), isDark(QApplication::palette()), isOurDark_)) {
         case PaletteChange::None:
             return;

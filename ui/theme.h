@@ -10,6 +10,10 @@ namespace reelvane {
 /// The palette of the dark theme, for desktops that bring none of their own.
 [[nodiscard]] QPalette darkPalette();
 
+/// A palette like it in which disabled texts and marks can be seen: what Qt makes of a black or a
+/// high-contrast scheme has them in the colour of their ground.
+[[nodiscard]] QPalette withVisibleDisabled(QPalette palette);
+
 /// What a desktop that wants dark (or light) programs needs, given a palette that is one or the
 /// other already.
 enum class PaletteChange { None, UseDark, UseOwn };
@@ -23,6 +27,7 @@ public:
 
 private:
     void follow();
+    void takePalette();
 
     DesktopAppearance& appearance_;
     bool isOurDark_ = false;

@@ -55,6 +55,13 @@ TEST(Colours, QuietTextAndMarksStandOutOnEveryGround) {
     EXPECT_EQ(quietText(highContrast), QColor(Qt::white)) << "dimmed for who can least read it";
     EXPECT_EQ(quietText(QPalette(Qt::white)), QColor(Qt::black));
     EXPECT_FALSE(isHighContrast(QPalette()) || isHighContrast(darkPalette()));
+    auto vanished = highContrast;
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        vanished.setColor(QPalette::Disabled, role, Qt::black);
+        EXPECT_GE(
+            contrast(withVisibleDisabled(vanished).color(QPalette::Disabled, role), Qt::black), 3);
+    }
+    EXPECT_EQ(withVisibleDisabled(darkPalette()), darkPalette());
     for (const auto& palette : {QPalette(), darkPalette(), highContrast, QPalette(Qt::white)}) {
         for (const auto& ground : {palette.color(QPalette::Base), palette.color(QPalette::Window),
                                    selectedGround(palette), hoveredGround(palette)}) {
