@@ -5,6 +5,7 @@
 #include <QMenuBar>
 
 #include "app/app_delegate.h"
+#include "conversion/conversion_job.h"
 #include "support/open_url.h"
 #include "support/vantor.h"
 #include "ui/auxiliary_windows.h"
@@ -84,6 +85,10 @@ void MainActions::bindQueue() {
     subscriptions_.push_back(controller.queue().observeMembership(
         [this](ConversionJob&, JobQueue::Membership) { refreshQueue(); }));
     subscriptions_.push_back(controller.queue().observeStates([this] { refreshQueue(); }));
+    // A finished movie may be compared with its source, or be given a warning, later.
+    subscriptions_.push_back(controller.queue().observeJobs([this](const ConversionJob& job) {
+        if (job.state() == ConversionJobState::Finished) refreshQueue();
+    }));
     subscriptions_.push_back(
         controller.intake().waitingCount().observe([this] { refreshQueue(); }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { refreshQueue(); }));
