@@ -73,7 +73,8 @@ void QueueRest::quitIfDone() {
     const bool isDone = !queue_.isAtWork() &&
                         queue_.jobCountWithState(ConversionJobState::Queued) == 0 &&
                         queue_.jobCountWithState(ConversionJobState::Paused) == 0 &&
-                        queue_.jobCountWithState(ConversionJobState::Failed) == 0;
+                        queue_.jobCountWithState(ConversionJobState::Failed) == 0 &&
+                        intake_.refusedFiles().list().empty();
     if (!isDone) return;
     quitDue_ = intake_.isBusy() || control_.undoableRemoval().get().has_value();
     if (!quitDue_) terminate_();

@@ -27,8 +27,8 @@ public:
     [[nodiscard]] Observable<bool>& hasStopped() { return hasStopped_; }
 
     /// A run has ended, and the user wants to quit after the conversions. It waits as long as a
-    /// movie is being taken in or could come back; with a failure or a waiting job to be seen the
-    /// program stays.
+    /// movie is being taken in or could come back; with a failure, a refused file or a waiting job
+    /// to be seen the program stays.
     void quitIfDone();
 
     /// Takes over what a job holds no more. It is given back once nothing has converted or started

@@ -30,12 +30,16 @@ std::string placeText(const Translations& translations, const MKVFileInfo& file)
 }  // namespace
 
 RowNote rowNote(const Translations& translations, const ConversionJob& job) {
+    const auto warned = job.fileInfo().warnings.empty()
+                            ? std::string()
+                            : translations.localized("See the warning in the details");
+    if (job.state() == ConversionJobState::Queued) return {.text = warned};
     if (job.state() != ConversionJobState::Finished) return {};
     for (const auto& note : job.notes()) {
         if (note.kind != JobNote::Kind::Remark) return {.text = note.text, .warns = true};
     }
     RowNote told;
-    for (const auto& part : {leftOutText(translations, tracksOfRun(translations, job)),
+    for (const auto& part : {warned, leftOutText(translations, tracksOfRun(translations, job)),
                              placeText(translations, job.fileInfo()), job.details()}) {
         if (!told.text.empty() && !part.empty()) told.text += " · ";
         told.text += part;

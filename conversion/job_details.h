@@ -18,9 +18,10 @@ struct RowNote {
     bool warns = false;  ///< it is told in amber
 };
 
-/// Of a Finished job: the first of its warnings, else what was left out, where the result lies and
-/// what it is called unless that is beside its source and by its name, and what it holds. Else
-/// nothing.
+/// Of a queued job: that a warning is to be read which was not told when the movie was taken in.
+/// Of a Finished job: the first of its own warnings, else that as well, what was left out, where
+/// the result lies and what it is called unless that is beside its source and by its name, and
+/// what it holds. Else nothing.
 [[nodiscard]] RowNote rowNote(const Translations& translations, const ConversionJob& job);
 
 /// What became of each track of a job that has been started; of another nothing.

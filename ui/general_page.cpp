@@ -67,7 +67,8 @@ void GeneralPage::addEnd() {
     column().add<PreferenceCheckBox>(
         {.key = kQuitAfterConversionKey,
          .label = tr("Quit when the queue is done"),
-         .help = tr("The program stays open when a conversion has failed, so that you see it.")});
+         .help = tr("The program stays open when a conversion has failed or a file was not added, "
+                    "so that you see it.")});
 }
 
 void GeneralPage::addWarnings() {

@@ -238,7 +238,8 @@ bool JobRow::showNote(QString text) {
         text = tr("Comparing with the source before that is removed…");
     } else if (job_->fastmode() && jobControls(job_->state()).unfinished) {
         icon = icons_.speed;
-        text = tr("Re-packages only, fast");
+        const auto fast = tr("Re-packages only, fast");
+        text = text.isEmpty() ? fast : fast + QStringLiteral(" · ") + text;
     }
     // In line with the text above it, which has a picture, whether or not there is another one.
     noteIcon_->setVisible(!icon.isNull() || job_->state() == ConversionJobState::Finished);

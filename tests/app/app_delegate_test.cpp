@@ -173,8 +173,14 @@ TEST_F(AppDelegateTest, EverySuccessIsCountedAndTheLastMayQuit) {
     app_->queue().taskArray().back()->remove();
     settle();
     EXPECT_EQ(terminated_, 0) << "not behind the user's back";
+    app_->intake().refusedFiles().add({.file = "z.webm", .reason = "not a movie"});
     add({movie("c.mkv")});
     finish(2);
+    app_->intake().refusedFiles().clear();
+    settle();
+    EXPECT_EQ(terminated_, 0) << "a refusal is to be read like a failure";
+    add({movie("d.mkv")});
+    finish(3);
     EXPECT_EQ(terminated_, 1);
 }
 

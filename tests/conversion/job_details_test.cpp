@@ -32,6 +32,9 @@ TEST_F(JobTest, DetailsFollowThePreferencesUntilTheStartAndNoFurther) {
 TEST_F(JobTest, TheRowSaysWhatWasLeftOutAndWhereTheResultLiesUnlessThatIsPlain) {
     const auto note = [this] { return rowNote(kUntranslated, *job); };
     EXPECT_EQ(note().text, "") << "there is no result yet";
+    job->fileInfo().warnings = {"No TV plays it."};
+    EXPECT_EQ(note().text, "See the warning in the details");
+    job->fileInfo().warnings.clear();
     startAndWrite();
     finish();
     EXPECT_EQ(note().text, job->details());
@@ -47,6 +50,8 @@ TEST_F(JobTest, TheRowSaysWhatWasLeftOutAndWhereTheResultLiesUnlessThatIsPlain) 
     EXPECT_EQ(note().text, "3 subtitle tracks left out · as movie-0.m4v in Movies · " + whole);
     job->fileInfo().destinationURL = "/movie.mp4";
     EXPECT_THAT(note().text, testing::HasSubstr(" · in / · "));
+    job->fileInfo().warnings = {"No TV plays it."};
+    EXPECT_THAT(note().text, testing::StartsWith("See the warning in the details · 3 subtitle"));
     EXPECT_FALSE(note().warns);
 }
 
