@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontInfo>
 #include <QStyle>
 
 #include "ui/colours.h"
@@ -23,9 +24,12 @@ void useOutlines() {
 }
 
 /// Qt 6.4 takes emoji from the first font that has any, which is mostly one with outlines. It asks
-/// a substitute before those; one that is not installed is passed over.
+/// substitutes before those, and passes over one that is not installed. The first is the font that
+/// stands for a family such as "Sans Serif", else the emoji's digits and blanks would be taken.
 void useColourEmoji() {
-    QFont::insertSubstitution(QApplication::font().family(), QStringLiteral("Noto Color Emoji"));
+    const auto font = QApplication::font();
+    QFont::insertSubstitutions(font.family(),
+                               {QFontInfo(font).family(), QStringLiteral("Noto Color Emoji")});
 }
 
 }  // namespace
