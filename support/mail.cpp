@@ -25,28 +25,12 @@ constexpr std::string_view kClose = localizable("Close");
 constexpr double kMailWidth = 460;
 constexpr double kMailHeight = 220;
 
-/// True for what RFC 3986 leaves unreserved; all else has, or may get, a meaning in a link.
-bool isUnreserved(char character) {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-           Fennimar::isDigit(character) || Fennimar::contains("-._~", {&character, 1});
-}
+/// What RFC 3986 leaves unreserved beside letters and digits; all else has, or may get, a meaning
+/// in a link.
+constexpr std::string_view kUnreserved = "-._~";
 
-std::string encoded(std::string_view text, std::string_view alsoKept = {}) {
-    static constexpr std::string_view kDigits = "0123456789ABCDEF";
-    const auto valid = Fennimar::validUtf8(text);
-    std::string result;
-    result.reserve(valid.size() * 3 / 2);
-    for (const char character : valid) {
-        if (isUnreserved(character) || Fennimar::contains(alsoKept, {&character, 1})) {
-            result += character;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(character);
-        result += '%';
-        result += kDigits[byte >> 4U];
-        result += kDigits[byte & 0xFU];
-    }
-    return result;
+std::string encoded(std::string_view text, std::string_view kept = kUnreserved) {
+    return Fennimar::escaped(Fennimar::validUtf8(text), kept);
 }
 
 bool continuesCharacter(char byte) {
@@ -58,7 +42,7 @@ template <typename Iterator>
 std::size_t fitting(Iterator begin, Iterator end, std::size_t room) {
     std::size_t taken = 0;
     for (auto byte = begin; byte != end; ++byte, ++taken) {
-        const std::size_t size = isUnreserved(*byte) ? 1 : 3;
+        const auto size = Fennimar::escaped({&*byte, 1}, kUnreserved).size();
         if (size > room) break;
         room -= size;
     }
@@ -142,7 +126,7 @@ void openLink(Vantor& vantor, Mail mail, const std::string& link) {
 }  // namespace
 
 std::string mailLink(const Mail& mail) {
-    return makeString("mailto:%@?subject=%@&body=%@", encoded(mail.address, "@"),
+    return makeString("mailto:%@?subject=%@&body=%@", encoded(mail.address, "-._~@"),
                       encoded(mail.subject), encoded(body(mail)));
 }
 

@@ -126,14 +126,14 @@ std::size_t characterCount(std::string_view text) {
     return count;
 }
 
-std::string escaped(std::string_view text) {
-    static constexpr std::string_view kAllowed =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/?";
+std::string escaped(std::string_view text, std::string_view kept) {
+    static constexpr std::string_view kAlwaysKept =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
     static constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string result;
     result.reserve(text.size());
     for (const char character : text) {
-        if (contains(kAllowed, {&character, 1})) {
+        if (contains(kAlwaysKept, {&character, 1}) || contains(kept, {&character, 1})) {
             result += character;
             continue;
         }

@@ -32,8 +32,10 @@ namespace Fennimar {
 [[nodiscard]] std::string clamp(std::string_view text, std::size_t count);
 /// The number of characters (code points); bytes that are not UTF-8 count as one each.
 [[nodiscard]] std::size_t characterCount(std::string_view text);
-/// Percent-encoded for a URL's query: letters, digits and -._~!$&'()*+,;=:@/? stay.
-[[nodiscard]] std::string escaped(std::string_view text);
+/// What a URL's query may hold beside letters and digits.
+inline constexpr std::string_view kQueryMarks = "-._~!$&'()*+,;=:@/?";
+/// Percent-encoded but for ASCII letters, digits and the `kept` characters.
+[[nodiscard]] std::string escaped(std::string_view text, std::string_view kept = kQueryMarks);
 /// ASCII digits only.
 [[nodiscard]] constexpr bool isDigit(char character) {
     return character >= '0' && character <= '9';
