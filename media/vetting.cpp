@@ -36,10 +36,14 @@ PictureSize sizeOf(std::string_view resolution) {
                 Fennimar::partAfter(resolution, "x").value_or(std::string_view{}))};
 }
 
-VettingAlert warning(std::string_view key, std::string message, bool delayed) {
+/// Fills the file's name, and what follows it, into the sentence.
+VettingAlert warning(const Translations& translations, std::string_view key, bool delayed,
+                     std::string_view sentence, std::string_view fileName,
+                     std::string_view more = {}) {
     return {.key = std::string(key),
             .title = std::string(localizable("Warning")),
-            .message = std::move(message),
+            .message =
+                makeString(translations.localized(sentence), Fennimar::validUtf8(fileName), more),
             .button = "OK",
             .delayed = delayed};
 }
@@ -63,22 +67,18 @@ void warnOfStream(const Translations& translations, const VideoStreamFact& strea
                   std::string_view fileName, std::vector<VettingAlert>& alerts) {
     if (std::ranges::find(kExpectedVideoCodecs, stream.codec) == kExpectedVideoCodecs.end()) {
         alerts.push_back(warning(
-            "wrongvideowarning",
-            makeString(
-                translations.localized("The file '%@' doesn't contain a H264/MPEG4 video track "
-                                       "(videocodec: %@) so the result may not be playable."),
-                fileName, stream.codec),
-            kAtOnce));
+            translations, "wrongvideowarning", kAtOnce,
+            localizable("The file '%@' doesn't contain a H264/MPEG4 video track (videocodec: %@) "
+                        "so the result may not be playable."),
+            fileName, stream.codec));
     }
     if (stream.tenBit) {
         alerts.push_back(warning(
-            "10bitvideowarning",
-            makeString(
-                translations.localized("The file '%@' contains a 10-bit video track so the result "
-                                       "will not be playable on the Apple TV. It should still play "
-                                       "with other players (VLC/Mplayer)."),
-                fileName),
-            kAtOnce));
+            translations, "10bitvideowarning", kAtOnce,
+            localizable("The file '%@' contains a 10-bit video track so the result will not be "
+                        "playable on the Apple TV. It should still play with other players "
+                        "(VLC/Mplayer)."),
+            fileName));
     }
 }
 
@@ -103,13 +103,10 @@ void warnOfDolbyVision(const Translations& translations, const MKVFileInfo& reco
     constexpr int kWithoutBaseLayer = 5;  // the profile whose picture only Dolby Vision can show
     if (record.dolbyVisionProfile != kWithoutBaseLayer) return;
     alerts.push_back(warning(
-        "dolbyvisionwarning",
-        makeString(
-            translations.localized("The picture of the file '%@' is in Dolby Vision profile 5. "
-                                   "Only devices with Dolby Vision show its right colours; on "
-                                   "others it is green and purple."),
-            fileName),
-        kDelayed));
+        translations, "dolbyvisionwarning", kDelayed,
+        localizable("The picture of the file '%@' is in Dolby Vision profile 5. Only devices with "
+                    "Dolby Vision show its right colours; on others it is green and purple."),
+        fileName));
 }
 
 void warnOfPicture(const Translations& translations, const MKVFileInfo& record,
@@ -117,26 +114,22 @@ void warnOfPicture(const Translations& translations, const MKVFileInfo& record,
     if (record.resolution.empty()) return;
     if (sizeOf(record.resolution).width >= kTooWide) {
         alerts.push_back(warning(
-            "warningtoohighres",
-            makeString(
-                translations.localized(
-                    "The file '%@' will probably not play back fine on the Apple TV  as it has a "
-                    "too large resolution. You can try converting the produced MP4 file using "
-                    "'QuickTime Player' to a 1080p M4V file to view this video on the Apple TV."),
-                fileName),
-            kDelayed));
+            translations, "warningtoohighres", kDelayed,
+            localizable(
+                "The file '%@' will probably not play back fine on the Apple TV  as it has a "
+                "too large resolution. You can try converting the produced MP4 file using "
+                "'QuickTime Player' to a 1080p M4V file to view this video on the Apple TV."),
+            fileName));
     }
     const auto budget = referenceFrameBudget(record.resolution);
     if (budget && record.referenceFrames.value_or(0) > *budget) {
         alerts.push_back(warning(
-            "warningtoomanyrefframes",
-            makeString(translations.localized(
-                           "The file '%@' will probably not play back fine on the 'Playstation 3' "
-                           "or other devices as it contains more 'reference frames' than the PS3 "
-                           "supports. You can try converting the produced MP4 file using "
-                           "'QuickTime Player' to a 720p M4V file to view this video on the PS3."),
-                       fileName),
-            kDelayed));
+            translations, "warningtoomanyrefframes", kDelayed,
+            localizable("The file '%@' will probably not play back fine on the 'Playstation 3' "
+                        "or other devices as it contains more 'reference frames' than the PS3 "
+                        "supports. You can try converting the produced MP4 file using "
+                        "'QuickTime Player' to a 720p M4V file to view this video on the PS3."),
+            fileName));
     }
 }
 
@@ -171,25 +164,20 @@ Verdict vet(const Translations& translations, const ProbeReport& report, std::st
 
 VettingAlert aliasAlert(const Translations& translations, std::string_view fileName) {
     return warning(
-        "warningalias",
-        makeString(translations.localized(
-                       "The file '%@' is an alias. We can't open the target of the alias because "
-                       "of limitations in Apple's 'sandbox'. Please complaint to Apple if you want "
-                       "Aliases to work in sandboxed apps."),
-                   Fennimar::validUtf8(fileName)),
-        kDelayed);
+        translations, "warningalias", kDelayed,
+        localizable("The file '%@' is an alias. We can't open the target of the alias because of "
+                    "limitations in Apple's 'sandbox'. Please complaint to Apple if you want "
+                    "Aliases to work in sandboxed apps."),
+        fileName);
 }
 
 VettingAlert cutMovieAlert(const Translations& translations, std::string_view fileName) {
-    return warning(
-        "warningcutmovie",
-        makeString(translations.localized(
-                       "The movie '%@' was cut, and its cuts can't be carried over: what "
-                       "was cut out may be seen again, and the sound may not fit the "
-                       "picture. Please export it first with the program that it was cut "
-                       "with, and convert what that makes."),
-                   Fennimar::validUtf8(fileName)),
-        kDelayed);
+    return warning(translations, "warningcutmovie", kDelayed,
+                   localizable("The movie '%@' was cut, and its cuts can't be carried over: what "
+                               "was cut out may be seen again, and the sound may not fit the "
+                               "picture. Please export it first with the program that it was cut "
+                               "with, and convert what that makes."),
+                   fileName);
 }
 
 VettingAlert invalidFileAlert(const Translations& translations, std::string_view fileName,
