@@ -1,8 +1,12 @@
 #include "platform/ini_document.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <glib.h>
+#include <iterator>
+#include <map>
 #include <utility>
+#include <vector>
 
 #include "platform/ini_escapes.h"
 
@@ -17,15 +21,23 @@ struct GlibFree {
 using GlibText = std::unique_ptr<char, GlibFree>;
 using GlibTexts = std::unique_ptr<char*, GlibFree>;
 
-/// Keys as they stand in the file, which need not be as we would write them.
-std::map<std::string, std::string, std::less<>> writtenKeys(GKeyFile* file,
-                                                            const std::string& group) {
-    std::map<std::string, std::string, std::less<>> written;
+/// Tells of each key as it stands in the file, which need not be as we would write it.
+template <typename Told>
+void forEachKey(GKeyFile* file, const std::string& group, Told told) {
     const GlibTexts keys(g_key_file_get_keys(file, group.c_str(), nullptr, nullptr));
     for (char* const* key = keys.get(); key != nullptr && *key != nullptr; ++key) {
-        written.insert_or_assign(unescapedIniKey(*key), *key);
+        told(unescapedIniKey(*key), *key);
     }
-    return written;
+}
+
+/// The keys that only one of both has, or that have another value in each.
+std::vector<std::string> differences(const PreferenceValues& before,
+                                     const PreferenceValues& after) {
+    PreferenceValues changes;
+    std::ranges::set_symmetric_difference(before, after, std::inserter(changes, changes.end()));
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : changes) keys.push_back(key);
+    return keys;
 }
 
 }  // namespace
@@ -51,28 +63,30 @@ std::optional<IniDocument> IniDocument::parse(const std::string& text, std::stri
 
 PreferenceValues IniDocument::values() const {
     PreferenceValues values;
-    for (const auto& [key, written] : writtenKeys(file_.get(), group_)) {
-        const GlibText value(
-            g_key_file_get_value(file_.get(), group_.c_str(), written.c_str(), nullptr));
-        if (value) values.emplace(key, unescapedIniValue(value.get()));
-    }
+    forEachKey(file_.get(), group_, [&](std::string key, const char* written) {
+        const GlibText value(g_key_file_get_value(file_.get(), group_.c_str(), written, nullptr));
+        if (value) values.insert_or_assign(std::move(key), unescapedIniValue(value.get()));
+    });
     return values;
 }
 
-void IniDocument::setValues(const PreferenceValues& values) {
-    const auto before = this->values();
-    const auto written = writtenKeys(file_.get(), group_);
+void IniDocument::change(const PreferenceValues& before, const PreferenceValues& after) {
+    // Of all the keys only these are looked at twice: there may be very many.
+    std::map<std::string, std::string, std::less<>> written;
+    for (auto& key : differences(before, after)) written.emplace(key, escapedIniKey(key));
+    forEachKey(file_.get(), group_, [&](const std::string& key, const char* name) {
+        if (const auto changed = written.find(key); changed != written.end()) {
+            changed->second = name;
+        }
+    });
     for (const auto& [key, name] : written) {
-        if (values.contains(key)) continue;
-        g_key_file_remove_key(file_.get(), group_.c_str(), name.c_str(), nullptr);
-    }
-    for (const auto& [key, value] : values) {
-        const auto old = before.find(key);
-        if (old != before.end() && old->second == value) continue;
-        const auto known = written.find(key);
-        const auto name = known != written.end() ? known->second : escapedIniKey(key);
-        g_key_file_set_value(file_.get(), group_.c_str(), name.c_str(),
-                             escapedIniValue(value).c_str());
+        const auto value = after.find(key);
+        if (value == after.end()) {
+            g_key_file_remove_key(file_.get(), group_.c_str(), name.c_str(), nullptr);
+        } else {
+            g_key_file_set_value(file_.get(), group_.c_str(), name.c_str(),
+                                 escapedIniValue(value->second).c_str());
+        }
     }
 }
 

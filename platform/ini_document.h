@@ -26,8 +26,8 @@ public:
                                                           std::string group);
 
     [[nodiscard]] PreferenceValues values() const;
-    /// Writes what differs from `values()`, and forgets what is missing.
-    void setValues(const PreferenceValues& values);
+    /// Writes what is another one than `before`, which are `values()`, and forgets what is missing.
+    void change(const PreferenceValues& before, const PreferenceValues& after);
     [[nodiscard]] std::string text() const;
 
 private:

@@ -58,6 +58,7 @@ std::string escapedIniKey(std::string_view key) {
 }
 
 std::string unescapedIniKey(std::string_view text) {
+    if (text.find('%') == std::string_view::npos) return std::string(text);
     if (text == "%") return {};
     std::string key;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -79,6 +79,7 @@ std::string damagedText(const Translations& translations, const std::filesystem:
 struct IniPreferencesStore::Reading {
     FileContent content{};
     IniDocument document{kGroup};
+    PreferenceValues values{};  ///< of the document
 };
 
 IniPreferencesStore::IniPreferencesStore(std::filesystem::path path, Patience patience)
@@ -119,6 +120,7 @@ IniPreferencesStore::Reading IniPreferencesStore::read() const {
     if (reading.content.state != ReadState::Read) return reading;
     if (auto document = IniDocument::parse(reading.content.text, kGroup)) {
         reading.document = *std::move(document);
+        reading.values = reading.document.values();
     } else {
         reading.content.state = ReadState::Unreadable;
     }
@@ -143,7 +145,7 @@ void IniPreferencesStore::tell(Damage damage) const {
 void IniPreferencesStore::remember(Reading reading) const {
     const std::scoped_lock lock(mutex_);
     if (reading.content.state == ReadState::NotNow) return;
-    values_ = reading.document.values();
+    values_ = std::move(reading.values);
     identity_ = reading.content.identity;
     file_ = std::move(reading.content.file);
     known_ = true;
@@ -180,11 +182,11 @@ bool IniPreferencesStore::edit(const std::function<void(PreferenceValues&)>& cha
     auto reading = readLocked();
     const auto state = reading.content.state;
     if (state != ReadState::Absent && state != ReadState::Read) return false;
-    const auto before = reading.document.values();
-    auto after = before;
+    auto after = reading.values;
     change(after);
-    if (after == before) return true;
-    reading.document.setValues(after);
+    if (after == reading.values) return true;
+    reading.document.change(reading.values, after);
+    reading.values = std::move(after);
     auto replaced = replaceFile(path_, reading.document.text());
     if (!replaced) return false;
     reading.content = *std::move(replaced);
