@@ -49,6 +49,8 @@ public:
     /// A conversion that had started was ended before its time, with the run.
     virtual void interrupted(const EventSubject& subject) = 0;
     virtual void refused(std::string_view file, std::span<const VettingAlert> alerts) = 0;
+    /// Of a file that is no reason for the run to fail.
+    virtual void warned(std::string_view file, std::string_view warning) = 0;
     virtual void alerted(std::string_view title, std::string_view message) = 0;
     /// The run is over; `interrupted`: before its time.
     virtual void ended(const ConvertSummary& summary, bool interrupted) = 0;

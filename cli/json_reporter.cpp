@@ -30,6 +30,9 @@ public:
     void refused(std::string_view file, std::span<const VettingAlert> alerts) override {
         console_.line(refusedEvent(file, alerts));
     }
+    void warned(std::string_view file, std::string_view warning) override {
+        alerted(file, warning);
+    }
     void alerted(std::string_view title, std::string_view message) override {
         console_.line(alertEvent(title, message));
     }

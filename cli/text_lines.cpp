@@ -10,6 +10,24 @@
 #include "support/utf8.h"
 
 namespace reelvane {
+namespace {
+
+/// Where a message speaks of this very file, and not of "Film.mkv.srt".
+std::size_t placeOfName(std::string_view message, std::string_view name) {
+    const auto isOneOf = [](std::string_view characters, char character) {
+        return characters.find(character) != std::string_view::npos;
+    };
+    auto at = name.empty() ? std::string_view::npos : message.find(name);
+    for (; at != std::string_view::npos; at = message.find(name, at + 1)) {
+        auto behind = message.substr(at + name.size());
+        if (behind.starts_with('.')) behind.remove_prefix(1);
+        const bool begins = at == 0 || isOneOf(" '", message[at - 1]);
+        if (begins && (behind.empty() || isOneOf(" ':,", behind.front()))) break;
+    }
+    return at;
+}
+
+}  // namespace
 
 std::string errorText(std::string_view name, std::string_view what, std::string_view message) {
     std::string text(name);
@@ -26,6 +44,15 @@ std::string errorText(std::string_view name, std::string_view what, std::string_
         first = false;
     }
     return text;
+}
+
+std::string warningLine(std::string_view name, std::string_view message) {
+    const auto text = printable(message);
+    if (placeOfName(text, name) != std::string::npos) return "Warning: " + text;
+    const auto fileName = name.substr(name.rfind('/') + 1);
+    const auto at = placeOfName(text, fileName);
+    if (at == std::string::npos) return errorText(name, "warning", message);
+    return "Warning: " + std::string(text).replace(at, fileName.size(), name);
 }
 
 std::string outputLostText(int error) {

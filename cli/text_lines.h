@@ -12,6 +12,10 @@ namespace reelvane {
 [[nodiscard]] std::string errorText(std::string_view name, std::string_view what,
                                     std::string_view message);
 
+/// "Warning: Movies/Film.mkv ended after ...", "Film.mkv: warning: ..." where the message does not
+/// say of which file it speaks. One line; `name` is printable.
+[[nodiscard]] std::string warningLine(std::string_view name, std::string_view message);
+
 /// Why standard output takes nothing any more, by the errno of the write.
 [[nodiscard]] std::string outputLostText(int error);
 

@@ -70,7 +70,7 @@ public:
     void finished(const EventSubject& subject, const ConvertResult& result) override {
         for (const auto& note : result.notes) {
             if (note.kind == JobNote::Kind::Remark) continue;
-            console_.error(errorText(nameOf(subject), "warning", note.text));
+            warned(subject.file, note.text);
         }
         if (quiet_) return;
         auto details = result.details;
@@ -101,6 +101,10 @@ public:
         console_.error(repeated ? printable(file) + ": refused for the same reason"
                                 : errorText(printable(file), "refused", text));
         lastRefusal_ = std::move(text);
+    }
+
+    void warned(std::string_view file, std::string_view warning) override {
+        console_.error(warningLine(printable(file), warning));
     }
 
     void alerted(std::string_view title, std::string_view message) override {

@@ -105,6 +105,11 @@ TEST(Terminal, LiveLinesAndColoursNeedATerminalThatCan) {
 TEST(TextLines, MessagesAndSummariesNameWhatThereIs) {
     EXPECT_EQ(errorText("a", "failed", "x\n\ny\x1b"), "a: failed: x\n    y\uFFFD");
     EXPECT_EQ(errorText("a", "failed", ""), "a: failed");
+    EXPECT_EQ(warningLine("v/a.mkv", "a.mkv was kept."), "Warning: v/a.mkv was kept.");
+    EXPECT_EQ(warningLine("./a.mkv", "The file 'a.mkv' is odd."),
+              "Warning: The file './a.mkv' is odd.");
+    EXPECT_EQ(warningLine("a.mkv", "See /v/a.mkv."), "a.mkv: warning: See /v/a.mkv.");
+    EXPECT_EQ(warningLine("a.mkv", "'a.mkv.srt' is odd."), "a.mkv: warning: 'a.mkv.srt' is odd.");
     EXPECT_EQ(summaryText({.finished = 1, .refused = 2, .seconds = 63, .bytes = 1430000000}),
               "1 file converted, 2 refused (1m 3s, 1.43 GB)");
     EXPECT_EQ(summaryText({.failed = 2}), "0 files converted, 2 failed");
