@@ -1,5 +1,3 @@
-#include <string_view>
-
 #include "app/audio_choice.h"
 #include "app/destinations.h"
 #include "app/launch_corrections.h"
@@ -50,13 +48,13 @@ FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& 
     return {.problem = "No destination could be chosen. Please name one with --to."};
 }
 
-/// As the launch that precedes a conversion does, but the store is left as it is.
+/// As the launch does that precedes a conversion of the command line, but the store is left as it
+/// is.
 void correctForThisRun(Preferences& preferences) {
     for (const auto key : {kExternalSubtitleEncodingKey, kCustomUnknownHandlingKey}) {
         preferences.setForThisRun(key, preferenceText(preferences.defaultInt(key)));
     }
     correctMenuValues(preferences);
-    clampDefaultDestination(preferences, savedDestinations(preferences).size());
 }
 
 PlannedCommand commandFor(const CommandContext& context, const RunChoices& choices,
@@ -96,9 +94,10 @@ int runCommand(const CommandContext& context, const CommandRequest& request) {
     }
     const auto inspection = inspectFile(context, request.file);
     // Warnings, too, go where they do not mix with the list.
-    const std::string_view what = inspection.record ? "" : "refused";
+    const auto name = printable(request.file);
     for (const auto& alert : inspection.alerts) {
-        console.error(errorText(printable(request.file), what, alert.message));
+        console.error(inspection.record ? warningLine(name, alert.message)
+                                        : errorText(name, "refused", alert.message));
     }
     if (!inspection.record) return kExitFailure;
     const auto answer = commandFor(context, chosen.choices, *inspection.record);

@@ -82,6 +82,8 @@ TEST_F(Verify, TellsWholeFromBrokenFromNotChecked) {
 
 TEST_F(Command, IsTheListOfTheConversionAndMakesNothing) {
     movie("it's.mkv");
+    auto report = std::string(kReport);
+    folder_.write("odd.mkv", report.replace(report.find("ac3"), 3, "opus"));
     folder_.write("it's.m4v");
     const auto line = cli({"command", "--audio", "1", "--set", "ConversionPreset=1", "it's.mkv"});
     EXPECT_EQ(line.status, 0);
@@ -89,16 +91,19 @@ TEST_F(Command, IsTheListOfTheConversionAndMakesNothing) {
     EXPECT_THAT(line.output, HasSubstr(R"(it'\''s-0.m4v')"));
     EXPECT_FALSE(std::filesystem::exists(path("home")));
 
+    // As a hand may write it: a launch corrects that for the run.
+    folder_.write("home/.config/org.reelvane.Reelvane/org.reelvane.Reelvane.ini",
+                  "[Preferences]\nCustomUnknownHandling=7\n");
     std::filesystem::create_directories(path("Movies"));
     EXPECT_EQ(cli({"destinations", "add", "Movies"}).status, 0) << errors();
     const std::vector<std::vector<std::string>> choices{
-        {},
-        {"--audio", "1", "--set", "DefaultExtension=0"},
-        {"--set", "DefaultDestination=3"},
-        {"--to", "Movies", "--set", "ConversionPreset=1"}};
+        {"odd.mkv", "--set", "ConversionPreset=2"},
+        {"it's.mkv"},
+        {"it's.mkv", "--audio", "1", "--set", "DefaultExtension=0"},
+        {"it's.mkv", "--set", "DefaultDestination=3"},
+        {"it's.mkv", "--to", "Movies", "--set", "ConversionPreset=1"}};
     for (auto options : choices) {
         options.insert(options.begin(), {"command", "--json"});
-        options.emplace_back("it's.mkv");
         const auto list = cli(options);
         options.front() = "convert";
         const auto events = objects(cli(options).output);
@@ -114,7 +119,8 @@ TEST_F(Command, ExplainsWhatCannotBeFollowed) {
         {{"--to", "none"}, "There is no folder 'none'"},
         {{"--to-saved", "none"}, "There is no saved destination named 'none'"},
         {{"--subtitle", "none.srt"}, "There is no subtitle file 'none.srt'"},
-        {{"--set", "DefaultDestination=0"}, "Please name one with --to."}};
+        {{"--set", "DefaultDestination=0"}, "Please name one with --to."},
+        {{"--set", "DefaultDestination=9"}, "Please name one with --to."}};
     for (const auto& [options, sentence] : cases) {
         std::vector<std::string> arguments{"command", "a.mkv"};
         arguments.insert(arguments.end(), options.begin(), options.end());
