@@ -95,7 +95,7 @@ TEST_F(Limits, NothingThatAConverterLeavesBehindStays) {
     await([this] { return !isUsed(path("a.mkv")); });
 }
 
-TEST_F(Limits, AProgramThatIsMovedSaysSoAndIsNotInterrupted) {
+TEST_F(Limits, AProgramThatIsMovedOrDamagedSaysSoAndIsNotInterrupted) {
     const auto home = std::filesystem::path(REELVANE_CLI).parent_path();
     std::filesystem::create_directories(path("before/bundle"));
     std::filesystem::copy(
@@ -113,6 +113,13 @@ TEST_F(Limits, AProgramThatIsMovedSaysSoAndIsNotInterrupted) {
     EXPECT_THAT(errors(), HasSubstr("has been moved"));
     EXPECT_THAT(errors(), Not(HasSubstr("Interrupted")));
     EXPECT_FALSE(std::filesystem::exists(path("a.m4v")));
+
+    // What an unpacking program has made of a link.
+    folder_.write("before/bundle/Frameworks/a.framework/a");
+    std::filesystem::rename(path("after/bundle/resources"), path("before/bundle/resources"));
+    std::filesystem::rename(path("after/bundle/reelvane-cli"), path("before/bundle/reelvane-cli"));
+    EXPECT_EQ(run(words).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("This application is damaged."));
 }
 
 }  // namespace

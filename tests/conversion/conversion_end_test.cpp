@@ -130,15 +130,22 @@ TEST_F(RemovalTest, TheSourceGoesOnceItsPictureHasBeenCompared) {
 }
 
 TEST_F(RemovalTest, NoSourceGoesWhileItsJobIsSetAside) {
-    whileComparing = [this](const ProcessRequest& /*request*/) {
-        if (!std::exchange(isAside, true)) job->setAside();
+    whileComparing = [this](const ProcessRequest& request) {
+        if (std::exchange(isAside, true)) return;
+        job->setAside();
+        EXPECT_TRUE(request.stop.stop_requested() && controller.turns.isIdle());
     };
-    startAndWrite();
-    finish();
-    EXPECT_THAT(platform.workspace.recycled, IsEmpty());
-    job->bringBack();
-    platform.dispatcher.runPending();
-    EXPECT_THAT(platform.workspace.recycled, ElementsAre(source));
+    for (const bool comesBack : {false, true}) {
+        isAside = false;
+        startAndWrite();
+        finish();
+        EXPECT_THAT(platform.workspace.recycled, IsEmpty());
+        comesBack ? job->bringBack() : job->remove();
+        platform.dispatcher.runPending();
+        EXPECT_EQ(platform.workspace.recycled.size(), comesBack ? 1U : 0U) << "compared anew";
+        std::filesystem::remove(output);
+        if (!comesBack) setUpJob();
+    }
 }
 
 TEST_F(RemovalTest, ASourceIsDeletedForGoodOnlyWhereTheUserSaidSo) {
