@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <span>
+#include <utility>
 
 #include "support/bundle.h"
 #include "support/make_string.h"
@@ -39,6 +41,65 @@ constexpr auto kLogRows = std::to_array<LogRow>({
                                 "and sound may not fit together. Please watch the result.")},
 });
 
+/// A stream of one of the converter's inputs.
+struct InputStream {
+    int input = 0;
+    int index = 0;
+};
+
+/// The "0:2" that a text begins with.
+std::optional<InputStream> streamAtBegin(std::string_view text) {
+    InputStream stream;
+    const auto* const end = text.data() + text.size();
+    const auto input = std::from_chars(text.data(), end, stream.input);
+    if (input.ec != std::errc{} || input.ptr == end || *input.ptr != ':') return std::nullopt;
+    const auto index = std::from_chars(input.ptr + 1, end, stream.index);
+    return index.ec == std::errc{} ? std::optional(stream) : std::nullopt;
+}
+
+bool isSubtitle(const MKVFileInfo& record, const InputStream& stream) {
+    return stream.input != 0 || std::ranges::count(record.subtitleTrackIDs, stream.index) > 0;
+}
+
+/// Takes the messages on subtitles that could not be decoded out of a log, whose lines may follow
+/// each other without an end, and answers which subtitles these are.
+std::vector<InputStream> takeFaultySubtitles(const MKVFileInfo& record, std::string& log) {
+    // Of ffmpeg 5.1 and of 7; other streams than subtitles have other words in place of the second.
+    constexpr auto kBegins =
+        std::to_array<std::string_view>({"Error while decoding stream #", "[sist#"});
+    constexpr std::string_view kEnd = "Invalid data found when processing input";
+    constexpr std::size_t kLongest = 300;
+    std::vector<InputStream> faulty;
+    for (const auto begin : kBegins) {
+        std::size_t at = 0;
+        while ((at = log.find(begin, at)) != std::string::npos) {
+            const auto message = std::string_view(log).substr(at, kLongest);
+            const auto stream = streamAtBegin(message.substr(begin.size()));
+            const auto end = message.find(kEnd);
+            if (!stream || !isSubtitle(record, *stream) || end == std::string_view::npos) {
+                at += begin.size();
+                continue;
+            }
+            faulty.push_back(*stream);
+            log.erase(at, end + kEnd.size());
+        }
+    }
+    return faulty;
+}
+
+std::string faultySubtitleText(const Translations& translations, const MKVFileInfo& record,
+                               const InputStream& stream) {
+    if (stream.input != 0 && record.subtitleFileURL) {
+        const auto file = record.subtitleFileURL->filename().native();
+        return makeString(translations.localized("Parts of the subtitle file %@ could not be read, "
+                                                 "so some of its lines may be missing."),
+                          Fennimar::validUtf8(file));
+    }
+    return makeString(translations.localized("Parts of the subtitle track #%i of %@ could not be "
+                                             "read, so some of its lines may be missing."),
+                      stream.index, Fennimar::validUtf8(record.fileName));
+}
+
 }  // namespace
 
 void addNotes(JobNotes& notes, JobNotes more) {
@@ -63,12 +124,17 @@ std::string warningText(const JobNotes& notes) {
     return text;
 }
 
-JobNotes doubtsOfLog(const Translations& translations, std::string_view fileName,
+JobNotes doubtsOfLog(const Translations& translations, const MKVFileInfo& record,
                      std::string_view jobOutput) {
     JobNotes doubts;
+    std::string log(jobOutput);
+    for (const auto& stream : takeFaultySubtitles(record, log)) {
+        addNotes(doubts, {{.text = faultySubtitleText(translations, record, stream)}});
+    }
+    const auto name = Fennimar::validUtf8(record.fileName);
     for (const auto& row : kLogRows) {
-        if (!Fennimar::containsAny(jobOutput, row.words)) continue;
-        doubts.push_back({.text = makeString(translations.localized(row.sentence), fileName)});
+        if (!Fennimar::containsAny(log, row.words)) continue;
+        doubts.push_back({.text = makeString(translations.localized(row.sentence), name)});
     }
     return doubts;
 }

@@ -36,8 +36,8 @@ void addNotes(JobNotes& notes, JobNotes more);
 [[nodiscard]] std::string warningText(const JobNotes& notes);
 
 /// What the converter's log of a run that ended with status 0 says against its output: errors of
-/// reading, damage of the source, times that were altered.
-[[nodiscard]] JobNotes doubtsOfLog(const Translations& translations, std::string_view fileName,
+/// reading, damage of the source or of its subtitles alone, times that were altered.
+[[nodiscard]] JobNotes doubtsOfLog(const Translations& translations, const MKVFileInfo& record,
                                    std::string_view jobOutput);
 
 /// Whether a run that left no whole output failed because of what it read.

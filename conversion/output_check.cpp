@@ -10,6 +10,7 @@
 #include "conversion/track_titles.h"
 #include "conversion/track_trims.h"
 #include "mp4/mp4_reader.h"
+#include "support/bundle.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"
@@ -48,9 +49,6 @@ Mp4Reading withTrackFields(const std::filesystem::path& output,
     const auto trims =
         sourcePicture ? trimPatches(*reading.movie, *sourcePicture) : std::vector<FieldPatch>();
     patches.insert(patches.end(), trims.begin(), trims.end());
-    for (const auto& loss : lostLanguages(languages)) {
-        vn_log_level(LogWarning, "Warning: %@ (%@)", loss, output);
-    }
     if (patches.empty()) return reading;
     if (!applyPatches(heldPath, patches)) {
         vn_log_level(LogError, "Error: the track flags of %@ could not be set", output);
@@ -91,14 +89,15 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
     auto reading = readMp4(heldPath);
     OutputCheck check{.proof = proveOutput(reading, expectation)};
     if (!check.proof.problem.empty()) return check;
+    const auto languages = sourceLanguages(record, arguments);
     reading = withTrackFields(output, heldPath, std::move(reading), forcedSubtitles(record, mapped),
-                              sourceLanguages(record, arguments), expectation.sourcePicture);
+                              languages, expectation.sourcePicture);
     check.proof = proveOutput(reading, expectation);
     if (!check.proof.problem.empty()) return check;
     check.details = proofText(translations, check.proof, Fennimar::fileSize(heldPath));
     const auto name = Fennimar::validUtf8(record.fileName);
     check.notes = doubtsOfProof(translations, name, check.proof, record.runtimeSeconds);
-    addNotes(check.notes, doubtsOfLog(translations, name, jobOutput));
+    addNotes(check.notes, doubtsOfLog(translations, record, jobOutput));
     addNotes(check.notes, doubtsOfSound(translations, name, record.audioTrackInformation));
     check.textCounts = textCounts(*reading.movie);
     if (readsEdits(record.demuxer) && partsOfMp4(record.fileURL) > 1) {
@@ -107,16 +106,18 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
     for (const auto& warning : record.warnings) {
         addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = warning}});
     }
-    const auto titles = lostTitles(record, arguments, *reading.movie);
-    if (!titles.empty()) {
-        const auto all = Fennimar::joined(titles, ", ");
-        vn_log_level(LogNotice, "Info: %@ does not carry the titles of its tracks: %@", output,
-                     all);
-        const auto format = translations.localized(
-            "The titles of its tracks are not in the result: %@. Movies with the extension mp4 "
-            "carry them.");
-        addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = makeString(format, all)}});
-    }
+    const auto remarkOnLost = [&](const std::vector<std::string>& lost, std::string_view format) {
+        if (lost.empty()) return;
+        auto text = makeString(translations.localized(format), Fennimar::joined(lost, ", "));
+        vn_log_level(LogNotice, "Info: %@ (%@)", text, output);
+        addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = std::move(text)}});
+    };
+    remarkOnLost(lostTitles(record, arguments, *reading.movie),
+                 localizable("The titles of its tracks are not in the result: %@. Movies with the "
+                             "extension mp4 carry them."));
+    remarkOnLost(lostLanguages(languages),
+                 localizable("The languages of some tracks are not in the result, because MP4 "
+                             "files cannot name them: %@."));
     return check;
 }
 

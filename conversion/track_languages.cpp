@@ -4,7 +4,6 @@
 
 #include "conversion/mapped_streams.h"
 #include "media/languages.h"
-#include "support/make_string.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -71,7 +70,7 @@ std::vector<std::string> lostLanguages(const std::vector<std::string>& languages
     std::vector<std::string> lost;
     for (const auto& language : languages) {
         if (language.empty() || !mp4Language(language).empty()) continue;
-        lost.push_back(makeString("An MP4 file cannot say the language %@.", language));
+        if (std::ranges::find(lost, language) == lost.end()) lost.push_back(language);
     }
     return lost;
 }

@@ -24,7 +24,7 @@ namespace reelvane {
 [[nodiscard]] std::vector<FieldPatch> languagePatches(const Mp4Movie& movie,
                                                       const std::vector<std::string>& languages);
 
-/// One sentence per language that MP4 cannot say.
+/// The languages that MP4 cannot say, each once.
 [[nodiscard]] std::vector<std::string> lostLanguages(const std::vector<std::string>& languages);
 
 }  // namespace reelvane

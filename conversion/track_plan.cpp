@@ -4,9 +4,11 @@
 #include <cmath>
 #include <initializer_list>
 #include <string_view>
+#include <utility>
 
 #include "conversion/audio_method.h"
 #include "conversion/stream_plan.h"
+#include "conversion/subtitle_arguments.h"
 #include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
@@ -31,10 +33,12 @@ std::string trackText(int streamIndex, std::initializer_list<std::string_view> w
 /// Tells the plan of one movie. The texts are whole where a language may order the words anew.
 class PlanTeller {
 public:
-    PlanTeller(const Translations& translations, const MKVFileInfo& file, const StreamPlan& plan)
+    PlanTeller(const Translations& translations, const MKVFileInfo& file, const StreamPlan& plan,
+               std::string encoding)
         : translations_(translations),
           file_(file),
-          plan_(plan) {}
+          plan_(plan),
+          encoding_(std::move(encoding)) {}
 
     [[nodiscard]] std::vector<TrackOutcome> tracks() const {
         std::vector<TrackOutcome> tracks{video()};
@@ -42,11 +46,10 @@ public:
         addSubtitles(tracks);
         if (const auto& external = file_.subtitleFileURL) {
             const bool taken = plan_.externalSubtitle;
-            tracks.push_back(
-                {.kind = Kind::Subtitle,
-                 .fate = taken ? Fate::Added : Fate::LeftOut,
-                 .track = Fennimar::validUtf8(external->filename().native()),
-                 .outcome = taken ? localized("added as a text track") : leftOutOfSilentMovie()});
+            tracks.push_back({.kind = Kind::Subtitle,
+                              .fate = taken ? Fate::Added : Fate::LeftOut,
+                              .track = Fennimar::validUtf8(external->filename().native()),
+                              .outcome = taken ? addedText() : leftOutOfSilentMovie()});
         }
         return tracks;
     }
@@ -62,6 +65,10 @@ private:
     [[nodiscard]] std::string subtitleLeftOut() const {
         return plan_.mainAudio ? localized("left out, as the preferences say")
                                : leftOutOfSilentMovie();
+    }
+    [[nodiscard]] std::string addedText() const {
+        if (encoding_.empty()) return localized("added as a text track");
+        return makeString(localized("added as a text track, read as %@"), encoding_);
     }
     [[nodiscard]] std::string copied() const { return localized("copied"); }
 
@@ -168,6 +175,7 @@ private:
     const Translations& translations_;
     const MKVFileInfo& file_;
     const StreamPlan& plan_;
+    std::string encoding_;  // of the external file, where the converter has to be told it
 };
 
 }  // namespace
@@ -176,7 +184,8 @@ std::vector<TrackOutcome> trackPlan(const Translations& translations, const MKVF
                                     std::size_t audioTrackIndex,
                                     const ConversionSettings& settings) {
     const auto plan = planStreams(file, audioTrackIndex, settings);
-    return PlanTeller(translations, file, plan).tracks();
+    return PlanTeller(translations, file, plan, subtitleEncoding(file.subtitleFormat, settings))
+        .tracks();
 }
 
 std::string leftOutText(const Translations& translations, const std::vector<TrackOutcome>& tracks) {

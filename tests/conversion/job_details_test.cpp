@@ -15,6 +15,11 @@ TEST_F(JobTest, DetailsFollowThePreferencesUntilTheStartAndNoFurther) {
     const auto sound = [&details] { return trackLine(details().tracks.at(1)); };
     job->fileInfo().audioTrackInformation = {{"#1: eng (mp3)", 48000}};
     EXPECT_EQ(sound(), "#1 eng mp3 → AAC stereo 128k");
+    job->fileInfo().subtitleFileURL = "/v/a.srt";
+    job->fileInfo().subtitleFormat.encoding = {.kind = FoundEncoding::Kind::Named,
+                                               .name = "CP1252"};
+    EXPECT_EQ(trackLine(details().tracks.at(2)), "a.srt: added as a text track, read as CP1252");
+    job->fileInfo().subtitleFileURL.reset();
     controller.settings.audio = {.conversionPreset = ConversionPreset::Custom,
                                  .customMP3Handling = 7};
     EXPECT_THAT(details().problem, testing::HasSubstr("mp3 audio is not valid (7)"));

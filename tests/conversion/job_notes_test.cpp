@@ -8,6 +8,10 @@ namespace reelvane {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
+
+const MKVFileInfo kFilm{
+    .subtitleTrackIDs = {3}, .fileName = "film.mkv", .subtitleFileURL = "/v/film.srt"};
 
 TEST(JobNotes, TheLogSaysWhatIsWrongWithTheSource) {
     const struct {
@@ -27,15 +31,28 @@ TEST(JobNotes, TheLogSaysWhatIsWrongWithTheSource) {
         {"[NULL @ 0x1] Invalid NAL unit size (0 > 11071).", "is damaged"},
         {"Error while decoding stream #0:1: Invalid data found when processing input",
          "is damaged"},
+        {"Error while decoding stream #0:3: Invalid data found when processing input"
+         "Error while decoding stream #1:0: Invalid data found when processing input",
+         "subtitle track #3 of film.mkv could not be read, so some of its lines may be missing. "
+         "Parts of the subtitle file film.srt could"},
+        {"[sist#0:3/subrip @ 0x1] [dec:srt @ 0x2] Error submitting packet to decoder: Invalid data "
+         "found when processing input",
+         "subtitle track #3"},
+        {"Error while decoding stream #0:3: Invalid data found when processing input"
+         "[NULL @ 0x1] Invalid NAL unit size (0 > 11071).",
+         "is damaged"},
         {"[mp4 @ 0x1] Non-monotonous DTS in output stream 0:0; changing to 1.", "out of order"},
         {"[vost#0:0/copy @ 0x1] Non-monotonic DTS; previous: 2; changing to 3.", "out of order"},
         {"Invalid DTS: 7 PTS: 5 in output stream 0:0, replacing by guess", "out of order"},
         {"[mp4 @ 0x1] Timestamps are unset in a packet for stream 0.", "out of order"},
     };
     for (const auto& [log, doubt] : cases) {
-        const auto notes = doubtsOfLog(kUntranslated, "film.mkv", log);
+        const auto notes = doubtsOfLog(kUntranslated, kFilm, log);
         EXPECT_EQ(hasDoubt(notes), !doubt.empty()) << log;
         EXPECT_THAT(warningText(notes), HasSubstr(doubt)) << log;
+        if (doubt.starts_with("subtitle")) {
+            EXPECT_THAT(warningText(notes), Not(HasSubstr("is damaged"))) << log;
+        }
     }
 }
 
@@ -56,8 +73,8 @@ TEST(JobNotes, AFailureIsTheSourcesWhereTheRunSaysSo) {
 
 TEST(JobNotes, EverySentenceIsToldOnceAndRemarksAreNoWarning) {
     const std::string log = "Read errorPacket corruptInput/output error";
-    auto notes = doubtsOfLog(kUntranslated, "film.mkv", log);
-    addNotes(notes, doubtsOfLog(kUntranslated, "film.mkv", log));
+    auto notes = doubtsOfLog(kUntranslated, kFilm, log);
+    addNotes(notes, doubtsOfLog(kUntranslated, kFilm, log));
     EXPECT_THAT(notes, testing::SizeIs(2));
     JobNotes remarks{{.kind = JobNote::Kind::Remark, .text = "1 audio track left out."}};
     EXPECT_EQ(warningText(remarks), "");

@@ -206,7 +206,7 @@ TEST_F(Mp4MovieTest, LanguagesArriveWhereMp4CanSayThem) {
         sourceLanguages(record, {"-map", "0:0", "-map", "[out]", "-map", "1:0", "-map", "0:4",
                                  "-map", "0:2", "-filter_complex", "[0:1]volume=1.50[out]"});
     EXPECT_THAT(languages, testing::ElementsAre("", "pt-BR", "", "ger", "klingon"));
-    EXPECT_THAT(lostLanguages(languages), testing::ElementsAre(HasSubstr("klingon")));
+    EXPECT_THAT(lostLanguages(languages), testing::ElementsAre("klingon"));
 
     const auto file = folder.write("movie.mp4", SmallMp4().bytes());
     ASSERT_TRUE(applyPatches(file, languagePatches(*readMp4(file).movie, languages)));
