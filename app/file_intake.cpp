@@ -32,13 +32,6 @@ std::vector<std::filesystem::path> absolutePaths(const std::vector<std::filesyst
     return absolute;
 }
 
-/// The converter would wait for ever for what comes out of a pipe or a device.
-bool couldBlock(const std::filesystem::path& path) {
-    std::error_code ignored;
-    const auto status = std::filesystem::status(path, ignored);
-    return std::filesystem::is_other(status);
-}
-
 }  // namespace
 
 FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
@@ -77,17 +70,12 @@ void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
 
 void FileIntake::lookInBackground(std::vector<std::filesystem::path> paths) {
     ++looking_;
-    errands_.run(
-        [paths = std::move(paths), &translations = vantor_.ports().translations,
-         stop = search_.get_token()] {
-            auto opened = lookInto(paths, translations, stop);
-            std::erase_if(opened.sorted.subtitles, couldBlock);
-            return opened;
-        },
-        [this](OpenedFiles opened) {
-            --looking_;
-            take(std::move(opened));
-        });
+    errands_.run([paths = std::move(paths), &translations = vantor_.ports().translations,
+                  stop = search_.get_token()] { return lookInto(paths, translations, stop); },
+                 [this](OpenedFiles opened) {
+                     --looking_;
+                     take(std::move(opened));
+                 });
 }
 
 void FileIntake::take(OpenedFiles opened) {
@@ -98,9 +86,24 @@ void FileIntake::take(OpenedFiles opened) {
     for (const auto& movie : movies) pairing_.addMovie(movie);
     std::ranges::move(movies, std::back_inserter(importFiles_));
     waitingCount_.set(importFiles_.size());
+    for (const auto& subtitle : opened.sorted.subtitles) {
+        const auto isItsMovie = [&](const auto& movie) {
+            return pairing_.mayGoWith(subtitle, movie);
+        };
+        if (std::ranges::any_of(importFiles_, isItsMovie)) continue;
+        opened.leftOut.push_back({.file = subtitle, .reason = withoutMovieText(subtitle)});
+    }
     if (!handled) addNextFile();
     if (!isBusy()) idle_.notify();
     telling_.tellOfLeftOut(std::move(opened.leftOut), !isBusy());
+}
+
+std::string FileIntake::withoutMovieText(const std::filesystem::path& subtitle) const {
+    return makeString(
+        localized(vantor_,
+                  "There is no movie yet for the subtitle file '%@'. Please add the one "
+                  "whose name it begins with: the file goes with that."),
+        Fennimar::validUtf8(subtitle.filename().native()));
 }
 
 void FileIntake::addClicked() {

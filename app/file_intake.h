@@ -137,6 +137,7 @@ private:
 
     void lookInBackground(std::vector<std::filesystem::path> paths);
     void take(OpenedFiles opened);
+    [[nodiscard]] std::string withoutMovieText(const std::filesystem::path& subtitle) const;
     void addNextFile();
     void enter(IntakeState state);
     [[nodiscard]] ProbeTools tools() const;

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "media/subtitle_file.h"
 #include "support/bundle.h"
 #include "support/make_string.h"
 #include "support/paths.h"
@@ -65,30 +66,15 @@ std::string named(const Translations& translations, std::string_view sentence, c
     return makeString(translations.localized(sentence), Fennimar::validUtf8(name.native()));
 }
 
-/// Opens what is in a folder, or says why nothing is.
-void openFolder(const Path& folder, const Translations& translations, const std::stop_token& stop,
-                const std::vector<Path>& given, std::vector<Path>& files,
-                std::vector<RefusedFile>& leftOut) {
-    const auto found = searchFolder(folder, stop);
-    // What was given by itself too is taken once, in its own place.
-    std::ranges::copy_if(found.files, std::back_inserter(files), [&given](const Path& file) {
-        return std::ranges::find(given, file) == given.end();
-    });
-    const bool holdsMovie =
-        std::ranges::any_of(found.files, [](const Path& file) { return areMovies({file}); });
-    std::string reason;
-    if (!found.problem.empty()) {
-        reason = makeString(translations.localized("The folder '%@' can't be read: %@."),
-                            Fennimar::validUtf8(folder.filename().native()), found.problem);
-    } else if (!found.isWhole) {
-        reason = named(translations,
-                       localizable("The folder '%@' holds too much to be searched to its end. "
-                                   "Please open the folders in it one by one."),
-                       folder);
-    } else if (!holdsMovie) {
-        reason = named(translations, localizable("There is no movie in the folder '%@'."), folder);
+/// Why a subtitle file is left out that is no file, or whose subtitles are pictures; else empty.
+std::string problemOfSubtitle(const Path& path, const SortedFiles& sorted,
+                              const Translations& translations) {
+    std::error_code ignored;
+    if (std::filesystem::is_other(std::filesystem::status(path, ignored))) {
+        return subtitleProblemText(translations, path, SubtitleProblem::NoFile);
     }
-    if (!reason.empty()) leftOut.push_back({.file = folder, .reason = std::move(reason)});
+    if (std::ranges::find(sorted.subtitles, path) != sorted.subtitles.end()) return {};
+    return subtitleProblemText(translations, path, SubtitleProblem::Pictures);
 }
 
 }  // namespace
@@ -136,6 +122,32 @@ FolderSearch searchFolder(const Path& folder, const std::stop_token& stop,
     return search;
 }
 
+FolderContent openFolder(const Path& folder, const std::vector<Path>& given,
+                         const Translations& translations, const std::stop_token& stop) {
+    auto found = searchFolder(folder, stop);
+    const bool holdsMovie =
+        std::ranges::any_of(found.files, [](const Path& file) { return areMovies({file}); });
+    FolderContent opened;
+    if (!found.problem.empty()) {
+        opened.problem = makeString(translations.localized("The folder '%@' can't be read: %@."),
+                                    Fennimar::validUtf8(folder.filename().native()), found.problem);
+    } else if (!found.isWhole) {
+        opened.problem =
+            named(translations,
+                  localizable("The folder '%@' holds too much to be searched to its end. "
+                              "Please open the folders in it one by one."),
+                  folder);
+    } else if (!holdsMovie) {
+        opened.problem =
+            named(translations, localizable("There is no movie in the folder '%@'."), folder);
+    }
+    std::erase_if(found.files, [&given](const Path& file) {
+        return std::ranges::find(given, file) != given.end();
+    });
+    opened.files = std::move(found.files);
+    return opened;
+}
+
 bool areMovies(const std::vector<Path>& paths) {
     return std::ranges::all_of(paths, [](const Path& path) {
         return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(path)) !=
@@ -151,7 +163,11 @@ OpenedFiles lookInto(const std::vector<Path>& paths, const Translations& transla
         std::error_code error;
         const auto type = std::filesystem::status(path, error).type();
         if (type == std::filesystem::file_type::directory) {
-            openFolder(path, translations, stop, paths, files, opened.leftOut);
+            auto folder = openFolder(path, paths, translations, stop);
+            std::ranges::move(folder.files, std::back_inserter(files));
+            if (!folder.problem.empty()) {
+                opened.leftOut.push_back({.file = path, .reason = std::move(folder.problem)});
+            }
         } else if (isTaken(path)) {
             files.push_back(path);
         } else {
@@ -165,6 +181,13 @@ OpenedFiles lookInto(const std::vector<Path>& paths, const Translations& transla
         }
     }
     opened.sorted = sortFiles(files, Fennimar::readInt);
+    for (const auto& path : files) {
+        if (!isSubtitleFile(path)) continue;
+        auto problem = problemOfSubtitle(path, opened.sorted, translations);
+        if (problem.empty()) continue;
+        std::erase(opened.sorted.subtitles, path);
+        opened.leftOut.push_back({.file = path, .reason = std::move(problem)});
+    }
     return opened;
 }
 

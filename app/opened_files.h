@@ -44,6 +44,19 @@ struct OpenedFiles {
 /// True when all these are movies by their names: then nothing needs to be looked at.
 [[nodiscard]] bool areMovies(const std::vector<std::filesystem::path>& paths);
 
+/// What a search has put into the place of a folder.
+struct FolderContent {
+    std::vector<std::filesystem::path> files{};
+    std::string problem{};  ///< one sentence in the user's language on what is missing; or empty
+};
+
+/// Without the files that were `given` by themselves, which are taken in their own places. Asks the
+/// disk; any thread.
+[[nodiscard]] FolderContent openFolder(const std::filesystem::path& folder,
+                                       const std::vector<std::filesystem::path>& given,
+                                       const Translations& translations,
+                                       const std::stop_token& stop);
+
 /// Puts into the place of each folder what is in it, sorts all, and says of each other thing why it
 /// is left out, in the user's language. Asks the disk; any thread.
 [[nodiscard]] OpenedFiles lookInto(const std::vector<std::filesystem::path>& paths,

@@ -73,6 +73,11 @@ std::vector<std::filesystem::path> SubtitlePairing::subtitlesFor(
     return subtitles;
 }
 
+bool SubtitlePairing::mayGoWith(const std::filesystem::path& subtitle,
+                                const std::filesystem::path& movie) const {
+    return distance(movie, subtitle) && !isForAnother(subtitle, movie);
+}
+
 bool SubtitlePairing::isForAnother(const std::filesystem::path& subtitle,
                                    const std::filesystem::path& movie) const {
     const auto owner = owners_.find(subtitle);

@@ -24,6 +24,9 @@ public:
     [[nodiscard]] std::vector<std::filesystem::path> subtitlesFor(
         const std::filesystem::path& movie) const;
 
+    [[nodiscard]] bool mayGoWith(const std::filesystem::path& subtitle,
+                                 const std::filesystem::path& movie) const;
+
     /// The movie whose name is closest to the file's; absent when it has nothing of one.
     [[nodiscard]] std::optional<std::filesystem::path> movieNamedLike(
         const std::filesystem::path& subtitle) const;

@@ -118,9 +118,7 @@ void checkSubtitle(const ConvertRequest& request) {
                kMovieFileTypes.end();
     });
     if (movies < 2) return;
-    throw UsageError(
-        "The option '--subtitle' is for one movie only. For several, name the subtitle files among "
-        "the movies: each goes with the movie whose name it begins with.");
+    throw UsageError(std::string(kSubtitleForOneMovie));
 }
 
 DestinationsRequest destinationsRequest(const CommandLine& line) {

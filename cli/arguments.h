@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -13,6 +14,11 @@ struct PreferenceOverride {
     std::string key{};
     std::string text{};
 };
+
+/// A usage error, which may come to light only once a folder has been searched.
+inline constexpr std::string_view kSubtitleForOneMovie =
+    "The option '--subtitle' is for one movie only. For several, name the subtitle files among the "
+    "movies: each goes with the movie whose name it begins with.";
 
 /// What `command` and `convert` let the caller choose. Names are as given.
 struct ConversionOptions {

@@ -1,9 +1,11 @@
 #include "cli/convert_command.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
 #include "app/app_delegate.h"
+#include "app/opened_files.h"
 #include "app/settings_reader.h"
 #include "cli/console.h"
 #include "cli/conversion_choices.h"
@@ -43,6 +45,15 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
         console.error(chosen.problem);
         return kExitFailure;
     }
+    const auto inputs =
+        checkInputs(request.files, vantor.appName(),
+                    findsSubtitleEncoding(readConversionSettings(vantor.preferences())));
+    const auto movies = std::ranges::count_if(
+        inputs.files, [](const InputFile& file) { return areMovies({file.path}); });
+    if (request.options.subtitleFile && movies > 1) {
+        console.error(kSubtitleForOneMovie);
+        return kExitUsage;
+    }
     const auto reporter =
         request.json ? makeJsonReporter(console) : makeTextReporter(console, request.quiet);
     AppDelegate controller(vantor, std::move(chosen.choices));
@@ -56,8 +67,7 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
     controller.setTerminateHandler([&loop] { loop.quit(kExitFailure); });
 
     controller.applicationWillFinishLaunching();
-    run.start(checkInputs(request.files, vantor.appName(),
-                          findsSubtitleEncoding(readConversionSettings(vantor.preferences()))));
+    run.start(inputs);
     const auto status = loop.run();
 
     run.abandon();

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/app_delegate.h"
-#include "app/file_sorting.h"
+#include "app/opened_files.h"
 #include "app/settings_reader.h"
 #include "conversion/job_details.h"
 #include "conversion/stream_plan.h"
@@ -21,11 +21,6 @@ namespace {
 // Before that, speed and remaining time say nothing.
 constexpr double kTellingPercent = 1;
 constexpr double kTellingSeconds = 2;
-
-bool isMovie(const InputFile& file) {
-    return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(file.path)) !=
-           kMovieFileTypes.end();
-}
 
 }  // namespace
 
@@ -63,12 +58,18 @@ TimePoint ConvertRun::now() const {
 }
 
 void ConvertRun::start(const CheckedInputs& inputs) {
-    for (const auto& input : inputs.refused) refuse(input.given, std::span(&input.alert, 1));
+    for (const auto& input : inputs.refused) {
+        if (input.isFound) {
+            reporter_.warned(input.given, input.alert.message);
+        } else {
+            refuse(input.given, std::span(&input.alert, 1));
+        }
+    }
     std::vector<std::filesystem::path> paths;
     for (const auto& file : inputs.files) {
         given_.emplace(file.path, file.given);
         paths.push_back(file.path);
-        if (isMovie(file)) ++movies_;
+        if (areMovies({file.path})) ++movies_;
     }
     if (!paths.empty()) controller_.openFiles(paths);
     checkLater();
@@ -204,10 +205,10 @@ void ConvertRun::tellFinished(Followed& followed, const ConversionJob& job) {
 
 void ConvertRun::tellNotes(Followed& followed, const ConversionJob& job) {
     const auto& notes = job.notes();
-    const auto warning =
-        warningText({notes.begin() + std::ptrdiff_t(followed.toldNotes), notes.end()});
-    followed.toldNotes = notes.size();
-    if (!warning.empty()) reporter_.alerted(followed.subject.file, warning);
+    for (; followed.toldNotes < notes.size(); ++followed.toldNotes) {
+        const auto& note = notes[followed.toldNotes];
+        if (note.kind != JobNote::Kind::Remark) reporter_.warned(followed.subject.file, note.text);
+    }
 }
 
 void ConvertRun::tellFailed(Followed& followed, const std::string& title,

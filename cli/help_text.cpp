@@ -64,8 +64,9 @@ constexpr std::string_view kSetOption =
 
 constexpr std::string_view kConvertHelp =
     R"(Converts movies, one after another. Subtitle files (srt, ass, ssa, smi, sub) that are given
-too go with the movie whose name they begin with. No existing file is ever overwritten: a
-number is added to the name instead.
+too go with the movie whose name they begin with. A folder is searched for movies and subtitle
+files, also in the folders in it. No existing file is ever overwritten: a number is added to
+the name instead.
 
 Usage: reelvane-cli convert [OPTIONS] FILE...
 

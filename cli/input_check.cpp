@@ -1,9 +1,11 @@
 #include "cli/input_check.h"
 
 #include <algorithm>
+#include <functional>
 #include <system_error>
 
 #include "app/file_sorting.h"
+#include "app/opened_files.h"
 #include "app/subtitle_pairing.h"
 #include "media/subtitle_file.h"
 #include "support/make_string.h"
@@ -64,6 +66,33 @@ std::string sampleText(const std::vector<std::string>& lines) {
 
 bool isSubtitles(const InputFile& file) {
     return hasExtensionOf(file.path, kSubtitleFileTypes);
+}
+
+using Refuse = std::function<void(const InputFile&, std::string)>;
+
+/// The files that were named, and in the place of each folder what is in it.
+std::vector<InputFile> withFoldersOpened(const std::vector<std::string>& given,
+                                         const Refuse& refuse) {
+    std::vector<std::filesystem::path> paths;
+    paths.reserve(given.size());
+    for (const auto& name : given) paths.push_back(absolutePath(name));
+    std::vector<InputFile> files;
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        InputFile file{.given = given[i], .path = paths[i]};
+        std::error_code ignored;
+        if (!std::filesystem::is_directory(file.path, ignored)) {
+            files.push_back(std::move(file));
+            continue;
+        }
+        const auto folder = openFolder(file.path, paths, kUntranslated, {});
+        for (const auto& found : folder.files) {
+            const auto name =
+                std::filesystem::path(file.given) / found.lexically_relative(file.path);
+            files.push_back({.given = name, .path = found, .isFound = true});
+        }
+        if (!folder.problem.empty()) refuse(file, folder.problem);
+    }
+    return files;
 }
 
 /// The movies among the files with the subtitle files that they get, in the order in which the
@@ -141,18 +170,19 @@ std::string subtitleProblem(const InputFile& file, bool findsEncoding) {
 CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_view appName,
                           bool findsEncoding) {
     CheckedInputs checked;
-    const auto refuse = [&](const std::string& name, std::string problem) {
-        checked.refused.push_back({.given = name, .alert = refusal(appName, std::move(problem))});
+    const auto refuse = [&](const InputFile& file, std::string problem) {
+        checked.refused.push_back({.given = file.given,
+                                   .alert = refusal(appName, std::move(problem)),
+                                   .isFound = file.isFound});
     };
     std::vector<InputFile> candidates;
-    for (const auto& name : given) {
-        InputFile file{.given = name, .path = absolutePath(name)};
+    for (auto& file : withFoldersOpened(given, refuse)) {
         auto problem = fileProblem(file);
         if (problem.empty() && isSubtitles(file)) problem = subtitleProblem(file, findsEncoding);
         if (problem.empty()) {
             candidates.push_back(std::move(file));
         } else {
-            refuse(name, std::move(problem));
+            refuse(file, std::move(problem));
         }
     }
     const Pairs pairs(candidates);
@@ -161,7 +191,7 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
         if (problem.empty()) {
             checked.files.push_back(file);
         } else {
-            refuse(file.given, std::move(problem));
+            refuse(file, std::move(problem));
         }
     }
     return checked;

@@ -13,12 +13,14 @@ namespace reelvane {
 struct InputFile {
     std::string given{};           ///< as the user wrote it
     std::filesystem::path path{};  ///< absolute
+    bool isFound = false;          ///< in a folder that was named
 };
 
 /// A name that leads to no conversion, and why.
 struct RefusedInput {
     std::string given{};
     VettingAlert alert{};
+    bool isFound = false;  ///< in a folder: the user did not ask for this very file
 };
 
 struct CheckedInputs {
@@ -38,8 +40,8 @@ struct CheckedInputs {
 /// `findsEncoding`: no preference names the encoding of all files.
 [[nodiscard]] std::string subtitleProblem(const InputFile& file, bool findsEncoding);
 
-/// Sorts out what an open request would pass over in silence: names without a file, folders,
-/// unknown extensions, and subtitle files that go with none of the movies.
+/// Searches folders as an open request does, and sorts out what that would pass over: names without
+/// a file, unknown extensions, and subtitle files that go with none of the movies.
 [[nodiscard]] CheckedInputs checkInputs(const std::vector<std::string>& given,
                                         std::string_view appName, bool findsEncoding);
 

@@ -1,5 +1,7 @@
 #include "app/file_intake.h"
 
+#include <sys/stat.h>
+
 #include "tests/app/app_fixture.h"
 
 namespace reelvane {
@@ -175,6 +177,16 @@ TEST_F(FileIntakeTest, FoldersAreSearchedAndWhatIsNoMovieIsNamed) {
     EXPECT_THAT(rows(), ElementsAre("e1.mp4", "a.mkv", "Show 10.mkv", "Show 2.mkv"));
     EXPECT_TRUE(job(3).fileInfo().subtitleFileURL);
     EXPECT_THAT(platform_.alerts.shown, IsEmpty());
+
+    platform_.folder.write("tv/p.sub", std::string_view("\x00\x00\x01\xBA rest", 9));
+    ASSERT_EQ(::mkfifo((folder / "tv/pipe.srt").c_str(), 0600), 0);
+    open({folder / "tv/p.sub"});
+    EXPECT_THAT(lastAlert(), HasSubstr("'p.sub' is left out: its subtitles are pictures"));
+    open({folder / "tv/pipe.srt"});
+    EXPECT_THAT(lastAlert(), HasSubstr("'pipe.srt' is left out: it is no regular file"));
+    open({folder / "tv/Show 2.srt"});
+    EXPECT_THAT(lastAlert(), HasSubstr("There is no movie yet for the subtitle file 'Show 2.srt'"));
+    platform_.alerts.shown.clear();
 
     open({folder / "readme.txt"});
     EXPECT_THAT(lastAlert(), HasSubstr("'readme.txt' is left out, because"));

@@ -31,14 +31,36 @@ TEST_F(Convert, TellsWhatIsPassedOver) {
     movie("a.mkv");
     folder_.write("b.txt");
     folder_.write("z.srt", "1\n00:00:01,000 --> 00:00:02,000\nHi\n");
-    const auto outcome = cli({"convert", "--json", "--set", "QuitAfterConversion=1", ".", "b.txt",
-                              "none.mkv", "z.srt", "a.mkv"});
+    const auto outcome = cli({"convert", "--json", "--set", "QuitAfterConversion=1", "none",
+                              "b.txt", "none.mkv", "z.srt", "a.mkv"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(eventNames(outcome.output),
                 ElementsAre("refused", "refused", "refused", "refused", "queued", "started",
                             "progress", "finished"));
     EXPECT_EQ(cli({"convert", "z.srt"}).status, 1);
     EXPECT_THAT(errors(), HasSubstr("belongs to none of the movies"));
+}
+
+TEST_F(Convert, SearchesAFolderForItsMovies) {
+    for (const auto* const name : {"tv/Show 10.mkv", "tv/Show 2.mkv", "tv/s1/e1.mkv"}) movie(name);
+    for (const auto* const name : {"tv/Show 2.srt", "tv/other.srt"}) {
+        folder_.write(name, "1\n00:00:01,000 --> 00:00:02,000\nHi\n");
+    }
+    folder_.write("tv/notes.txt");
+    std::filesystem::create_directories(path("empty"));
+    const auto outcome = cli({"convert", "--json", "./tv", "tv/s1/e1.mkv"});
+    EXPECT_EQ(outcome.status, 0) << errors();
+    std::vector<std::string> queued;
+    for (const auto& event : objects(outcome.output)) {
+        if (event.at("event") == "queued") queued.push_back(event.at("file"));
+    }
+    EXPECT_THAT(queued, ElementsAre("./tv/Show 2.mkv", "./tv/Show 10.mkv", "tv/s1/e1.mkv"));
+    EXPECT_THAT(outcome.output, HasSubstr("'./tv/other.srt' belongs to none of the movies"));
+    EXPECT_THAT(outcome.output, HasSubstr(path("tv/Show 2.srt").native()));
+    EXPECT_EQ(cli({"convert", "empty", "tv/s1"}).status, 1);
+    EXPECT_THAT(errors(), HasSubstr("empty: refused: There is no movie in the folder 'empty'."));
+    EXPECT_EQ(cli({"convert", "--subtitle", "tv/other.srt", "tv"}).status, 2);
+    EXPECT_THAT(errors(), StartsWith("The option '--subtitle' is for one movie only."));
 }
 
 TEST_F(Convert, GoesOnAfterAFailureAndARefusal) {
