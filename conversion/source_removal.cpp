@@ -53,7 +53,7 @@ std::string_view formatOf(SourceKind kind, bool toTrash) {
         case SourceKind::Removed:
             break;
         case SourceKind::Doubtful:
-            return localizable("%@ was kept.");
+            return localizable("%@ was kept because the result may differ from it.");
         case SourceKind::NoLength:
             return localizable("%@ was kept because it does not say how long it is.");
         case SourceKind::NotOnDisk:
