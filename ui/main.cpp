@@ -251,10 +251,6 @@ int open(QApplication& application, const std::vector<std::string>& words) {
         std::cerr << "reelvane: " << printable(*parsed.problem) << '\n';
         return kExitUsage;
     }
-    if (!mayOpenEnoughFiles()) {
-        std::cerr << "reelvane: " << kTooFewFiles << '\n';
-        return EXIT_FAILURE;
-    }
     Base base;
     if (!base.dispatcher.hasBackground()) {
         std::cerr << "reelvane: the system gives this user no more processes and threads. Please "
@@ -293,6 +289,10 @@ int start(int argc, char** argv) {
     if (!hasScreen()) {
         std::cerr << "reelvane: there is no screen to open a window on. To convert movies without "
                      "one, use reelvane-cli.\n";
+        return EXIT_FAILURE;
+    }
+    if (!mayOpenEnoughFiles()) {  // Qt would end with a core dump, too
+        std::cerr << "reelvane: " << kTooFewFiles << '\n';
         return EXIT_FAILURE;
     }
     QApplication application(argc, argv);
