@@ -59,6 +59,16 @@ TEST_F(MainWindowShown, FollowsTheQueueFromTheInvitationToTheListAndBack) {
     EXPECT_FALSE(showsList());
 }
 
+TEST_F(MainWindowShown, AMovieCanBeAddedToAPausedQueueThatIsStillEmpty) {
+    launch();
+    set(kAutoAddKey, 0);
+    open({movie("a.mkv")});
+    const auto* const pause = command(Qt::CTRL | Qt::Key_P);
+    EXPECT_TRUE(pause->isEnabled());
+    app_->intake().cancelAdd();
+    EXPECT_FALSE(pause->isEnabled());
+}
+
 TEST_F(MainWindowShown, ClosingAsksWhileAConversionRunsAndRemembersTheFrame) {
     add({movie("a.mkv")});
     platform_.alerts.answers = {{.button = kSecondButton}, {.button = kFirstButton}};
