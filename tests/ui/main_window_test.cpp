@@ -60,7 +60,6 @@ TEST_F(MainWindowShown, FollowsTheQueueFromTheInvitationToTheListAndBack) {
 }
 
 TEST_F(MainWindowShown, AMovieCanBeAddedToAPausedQueueThatIsStillEmpty) {
-    launch();
     set(kAutoAddKey, 0);
     open({movie("a.mkv")});
     const auto* const pause = command(Qt::CTRL | Qt::Key_P);
