@@ -103,6 +103,7 @@ void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
 
 void AppDelegate::releaseNames(const ConversionJob& job) {
     names_->release(job.fileInfo().fileURL);
+    if (job.finishedOK() || job.finishedError()) return;  // it has given its output's name back
     if (const auto& destination = job.fileInfo().destinationURL) names_->release(*destination);
 }
 

@@ -44,27 +44,49 @@ void ConversionJob::checkRun(const ConversionSettings& settings) {
         [&translations = vantor_.ports().translations, files = lease_.files(), record = fileInfo_,
          arguments = arguments_, log = log_.searched(), autoRemove = settings.autoRemove,
          tools = cueTools()] {
+            if (!files->isOutputThere()) return OutputCheck{.isGone = true};
             auto check = checkOutput(translations, record, arguments, log, files->heldPath());
             if (!check.proof.problem.empty()) return check;
             addNotes(check.notes,
                      cueNotes(translations, record, arguments, check.textCounts, tools));
             // Where the source is to go, the output must not be in the system's memory only.
             check.onDisk = autoRemove && isOnDisk(files->heldPath());
-            check.keeping = files->keep();
-            if (check.onDisk) check.identity = fileVersionOf(files->keptPath());
             return check;
         },
         [this, settings](const OutputCheck& check) {
-            if (!std::exchange(checking_, false)) return;
             outputCheck_ = check;
-            const bool kept = check.keeping == RunFiles::Keeping::Kept;
-            if (kept) {
+            missedEnd_ = [this, settings] { keepOutput(settings); };
+            if (!aside_) followUpEnd();
+        });
+}
+
+void ConversionJob::keepOutput(const ConversionSettings& settings) {
+    if (outputCheck_.isGone) problem_ = placeProblem(RunFiles::Keeping::Gone);
+    if (outputCheck_.isGone || !outputCheck_.proof.problem.empty()) {
+        checking_ = false;
+        runEnded(settings, true);
+        return;
+    }
+    struct Kept {
+        RunFiles::Keeping keeping;
+        std::optional<FileVersion> identity;
+    };
+    errands_.run(
+        [files = lease_.files()] {
+            const auto keeping = files->keep();
+            return Kept{.keeping = keeping, .identity = fileVersionOf(files->keptPath())};
+        },
+        [this, settings](const Kept& kept) {
+            checking_ = false;
+            const bool isKept = kept.keeping == RunFiles::Keeping::Kept;
+            if (isKept) {
                 moveDestination(lease_.files()->keptPath());
-            } else if (check.proof.problem.empty()) {
-                problem_ = placeProblem(check.keeping);
+                outputCheck_.identity = kept.identity;
+            } else {
+                problem_ = placeProblem(kept.keeping);
                 outputCheck_.details.clear();
             }
-            missedEnd_ = [this, settings, kept] { runEnded(settings, !kept); };
+            missedEnd_ = [this, settings, isKept] { runEnded(settings, !isKept); };
             if (!aside_) followUpEnd();
         });
 }
@@ -130,6 +152,7 @@ void ConversionJob::decideOnSource(const ConversionSettings& settings) {
     const bool toTrash = settings.autoRemoveType == 0;
     const auto kind = hasDoubt(notes())                           ? SourceFate::Kind::Doubtful
                       : fileInfo_.runtimeSeconds.value_or(0) <= 0 ? SourceFate::Kind::NoLength
+                      : outputCheck_.proof.isShort                ? SourceFate::Kind::Short
                       : !outputCheck_.onDisk                      ? SourceFate::Kind::NotOnDisk
                                                                   : SourceFate::Kind::Removed;
     if (kind != SourceFate::Kind::Removed) {

@@ -53,6 +53,11 @@ Subscription ConversionJob::observe(std::function<void()> changed) {
 }
 
 void ConversionJob::setState(ConversionJobState state) {
+    const bool ends = state == ConversionJobState::Finished || state == ConversionJobState::Failed;
+    if (ends && fileInfo_.destinationURL) {
+        // What lies there is the user's, who may choose that place for another movie.
+        controller_.outputs()->release(*fileInfo_.destinationURL);
+    }
     state_ = state;
     observers_.notify();
 }

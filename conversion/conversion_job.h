@@ -146,6 +146,7 @@ private:
     // The steps of `taskFinished`.
     void closeRun(std::string_view remainingOutput);
     void checkRun(const ConversionSettings& settings);
+    void keepOutput(const ConversionSettings& settings);
     [[nodiscard]] CueTools cueTools() const;
     void followUpEnd();
     void runEnded(const ConversionSettings& settings, bool failed);

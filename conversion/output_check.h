@@ -21,6 +21,7 @@ class Translations;
 
 /// What reading a finished output back has shown.
 struct OutputCheck {
+    bool isGone = false;  ///< deleted, or another file was put in its place; nothing else is set
     OutputProof proof{};
     std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified", translated; or empty
     JobNotes notes{};       ///< of a whole output: doubts first, remarks last
@@ -28,7 +29,6 @@ struct OutputCheck {
     std::vector<std::uint64_t> textCounts{};
     std::optional<FileVersion> identity{};  ///< of the output as it was proven; or not asked for
     bool onDisk = false;  ///< the device has it for sure; not asked unless it matters
-    RunFiles::Keeping keeping = RunFiles::Keeping::Unwanted;  ///< whether it took its place
 };
 
 /// Reads the output of a run back that ended with status 0 and, when it is whole, sets its track

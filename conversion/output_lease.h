@@ -26,6 +26,9 @@ public:
     /// patched and proven.
     [[nodiscard]] std::filesystem::path heldPath() const { return output_.heldPath(); }
 
+    /// False: the output was deleted, or another file was put in its place. Asks the disk.
+    [[nodiscard]] bool isOutputThere() const { return output_.whereabouts().has_value(); }
+
     enum class Keeping {
         Kept,
         Gone,        ///< it was deleted, or another file was put in its place

@@ -16,6 +16,7 @@ namespace {
 constexpr double kToleratedSeconds = 2;
 constexpr double kToleratedShare = 0.01;
 constexpr double kToleratedBesideIndex = 0.5;  // seconds
+constexpr double kToleratedForRemoval = 0.5;   // seconds
 
 /// How long picture and sound last. Chapters and subtitles span the whole source even where the
 /// movie itself was cut short, so the movie's own duration counts only where no track has one.
@@ -37,6 +38,7 @@ const Mp4Track* pictureOf(const Mp4Movie& movie) {
 void compareLength(double promised, OutputProof& proof) {
     if (promised <= 0) return;
     const double tolerated = std::max(kToleratedSeconds, promised * kToleratedShare);
+    proof.isShort = promised - proof.seconds > kToleratedForRemoval;
     proof.endsEarly = promised - proof.seconds > tolerated;
     proof.endsLate = proof.seconds - promised > tolerated;
     proof.isCutShort = proof.endsEarly && proof.seconds < promised / 2;

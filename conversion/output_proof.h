@@ -25,9 +25,12 @@ struct OutputProof {
     std::string problem{};  ///< empty: the file is whole
     double seconds = 0;
     std::size_t tracks = 0;
-    bool endsEarly = false;        ///< whole, but clearly shorter than the source said it was
-    bool endsLate = false;         ///< longer than the source, or with more pictures than it has
-    bool isCutShort = false;       ///< less than half as long as the source, which is a `problem`
+    bool endsEarly = false;   ///< whole, but clearly shorter than the source said it was
+    bool endsLate = false;    ///< longer than the source, or with more pictures than it has
+    bool isCutShort = false;  ///< less than half as long as the source, which is a `problem`
+    /// Anything is missing of the length that the source names, if only what a container does not
+    /// notice. Enough to keep the source; a log of whole seconds or a late sound is no damage.
+    bool isShort = false;
     std::size_t lostPictures = 0;  ///< that the source's index has and the output has not
 };
 
@@ -35,7 +38,8 @@ struct OutputProof {
 [[nodiscard]] bool outputAdmitsFailure(std::string_view jobOutput);
 
 /// Judges what was read back. "Shorter" and "longer" are more than 2 s and more than 1 per cent;
-/// half a second where the source's index is there to be compared. Pure.
+/// half a second where the source's index is there to be compared; "short" is half a second too.
+/// Pure.
 [[nodiscard]] OutputProof proveOutput(const Mp4Reading& reading,
                                       const OutputExpectation& expectation);
 

@@ -56,6 +56,8 @@ std::string_view formatOf(SourceKind kind, bool toTrash) {
             return localizable("%@ was kept because the result may differ from it.");
         case SourceKind::NoLength:
             return localizable("%@ was kept because it does not say how long it is.");
+        case SourceKind::Short:
+            return localizable("%@ was kept because it says that it is longer than the new file.");
         case SourceKind::NotOnDisk:
             return localizable(
                 "%@ was kept because the disk of the new file did not confirm that it is stored.");

@@ -33,6 +33,7 @@ struct SourceFate {
         Removed,
         Doubtful,    ///< kept: something speaks against the output, and the notes say what
         NoLength,    ///< kept: how long it is nobody knows, so nobody knows whether it is all there
+        Short,       ///< kept: it says that it is longer, so it may have been cut
         NotOnDisk,   ///< kept: the output's disk does not confirm that it has the output
         Changed,     ///< kept: it is not the file any more that was looked into
         OutputGone,  ///< kept: the output is not the file any more that was proven

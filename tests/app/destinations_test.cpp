@@ -205,6 +205,14 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
     EXPECT_EQ(contentOf(chosen), "x") << "and so does what lies there";
 
+    finish(0);
+    app_->togglePause();
+    open({movie("again.mkv")});
+    platform_.panels.saveAnswer = chosen;
+    app_->intake().addToQueue();
+    settle();
+    EXPECT_EQ(output(0), "chosen.m4v") << "its job has ended, and the user agreed to replace it";
+
     open({movie("b.mkv")});
     platform_.panels.saveAnswer = source;
     app_->intake().addToQueue();

@@ -29,7 +29,9 @@ public:
         static_cast<void>(files->discard());
     }
     void hold(const std::filesystem::path& path) override { held.insert(path); }
-    void release(const std::filesystem::path& path) override { held.erase(held.find(path)); }
+    void release(const std::filesystem::path& path) override {
+        if (const auto found = held.find(path); found != held.end()) held.erase(found);
+    }
     [[nodiscard]] std::filesystem::path otherPath(const MKVFileInfo& /*record*/,
                                                   const std::filesystem::path& taken) override {
         return *held.insert(Fennimar::uniqueFile(taken));
