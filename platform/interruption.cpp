@@ -13,6 +13,10 @@
 namespace reelvane {
 namespace {
 
+// Then the main loop, which serves the signal, is taken for stuck. Longer than an orderly end
+// takes.
+constexpr unsigned kPatience = 12;  // seconds
+
 constexpr auto kEndingSignals = std::to_array<int>({SIGINT, SIGTERM, SIGHUP});
 
 // A signal handler takes no argument of ours, so it finds these here.
@@ -27,7 +31,12 @@ void interrupt(int number) {
     const std::uint64_t one = 1;
     // Fails only where the counter is full, and then the descriptor is readable.
     if (::write(eventDescriptor, &one, sizeof one) < 0) errno = 0;
+    ::alarm(kPatience);
     errno = error;
+}
+
+void endAtLast(int /*alarm*/) {
+    ::_exit(exitStatusOfSignal(firstSignal));
 }
 
 void setHandler(void (*handler)(int)) {
@@ -44,6 +53,7 @@ void setHandler(void (*handler)(int)) {
 
 Interruption::Interruption() : event_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     eventDescriptor = event_.get();
+    std::signal(SIGALRM, endAtLast);
     setHandler(interrupt);
 }
 

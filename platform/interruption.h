@@ -8,7 +8,8 @@ namespace reelvane {
 /// becomes readable when the signal comes and stays so, whatever the main thread is busy with. A
 /// main loop serves it by `makeReadableSource`. Signals that the caller wants to be ignored, as
 /// nohup does, are left alone. The handlers stay to the program's end, so that a second signal does
-/// not cut the cleaning short. One per program.
+/// not cut the cleaning short. A main loop that does not serve it for long is stuck, and the
+/// program ends where it is, with the signal's status. One per program.
 class Interruption {
 public:
     Interruption();

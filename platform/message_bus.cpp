@@ -2,10 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <future>
 #include <system_error>
-#include <thread>
-#include <vector>
 
 #include "platform/process_start.h"
 
@@ -35,20 +32,10 @@ GLibText addressOf(Bus bus, GCancellable* cancellable, GError** error) {
 }
 
 /// GLib ends the program where it cannot have the threads that serve its connections. It takes up
-/// to three, and others of ours may be connecting at this moment.
-bool areThreadsLeft(GError** error) {
-    constexpr std::size_t kWanted = 4;
-    std::promise<void> tried;
-    const auto until = tried.get_future().share();
-    std::vector<std::thread> threads;
-    while (threads.size() < kWanted) {
-        auto made = startThread([until] { until.wait(); });
-        if (!made) break;
-        threads.push_back(*std::move(made));
-    }
-    tried.set_value();
-    for (auto& thread : threads) thread.join();
-    if (threads.size() == kWanted) return true;
+/// to three; others of ours, and a converter, may be taking theirs at this moment.
+bool mayConnect(GError** error) {
+    constexpr std::size_t kWanted = 12;
+    if (areThreadsLeft(kWanted)) return true;
     g_set_error_literal(error, G_IO_ERROR, G_IO_ERROR_FAILED, "the system has no thread left");
     return false;
 }
@@ -57,7 +44,7 @@ bool areThreadsLeft(GError** error) {
 
 GObjectHandle<GDBusConnection> openBus(Bus bus, GCancellable* cancellable, GError** error) {
     const auto address = addressOf(bus, cancellable, error);
-    if (!address || !areThreadsLeft(error)) return nullptr;
+    if (!address || !mayConnect(error)) return nullptr;
     constexpr auto kFlags =
         static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
@@ -66,7 +53,7 @@ GObjectHandle<GDBusConnection> openBus(Bus bus, GCancellable* cancellable, GErro
 }
 
 GObjectHandle<GDBusConnection> harmlessSharedBus(GCancellable* cancellable) {
-    if (!sessionBusAddress(nullptr) || !areThreadsLeft(nullptr)) return nullptr;
+    if (!sessionBusAddress(nullptr) || !mayConnect(nullptr)) return nullptr;
     GObjectHandle<GDBusConnection> shared(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
     if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
     return shared;

@@ -4,10 +4,12 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <future>
 #include <sys/resource.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace reelvane {
 namespace {
@@ -35,6 +37,20 @@ bool mayOpenEnoughFiles() {
         static_cast<void>(::setrlimit(RLIMIT_NOFILE, &limit));
     }
     return limit.rlim_cur >= kFilesNeeded;
+}
+
+bool areThreadsLeft(std::size_t wanted) {
+    std::promise<void> tried;
+    const auto until = tried.get_future().share();
+    std::vector<std::thread> threads;
+    while (threads.size() < wanted) {
+        auto made = startThread([until] { until.wait(); });
+        if (!made) break;
+        threads.push_back(*std::move(made));
+    }
+    tried.set_value();
+    for (auto& thread : threads) thread.join();
+    return threads.size() == wanted;
 }
 
 std::optional<std::thread> startThread(Work work) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <thread>
 
@@ -25,5 +26,8 @@ inline constexpr auto kTooFewFiles =
 /// A thread that runs the work; absent when the system has none left (a limit for the user or the
 /// container). Any thread.
 [[nodiscard]] std::optional<std::thread> startThread(Work work);
+
+/// Whether the system has so many threads left for this user at this moment. Any thread.
+[[nodiscard]] bool areThreadsLeft(std::size_t wanted);
 
 }  // namespace reelvane

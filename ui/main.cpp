@@ -58,6 +58,7 @@ namespace {
 
 constexpr int kExitUsage = 2;
 constexpr std::chrono::seconds kLongestEnd(5);
+constexpr std::size_t kThreadsOfAWindow = 16;
 
 /// A window program knows the keyboard and the clipboard.
 class WindowWorkspace final : public GioWorkspace {
@@ -244,6 +245,12 @@ void loadQtTexts(QTranslator& texts, const std::string& language) {
     }
 }
 
+int tellNoThreads() {
+    std::cerr << "reelvane: the system gives this user no more processes and threads. Please end "
+                 "other programs or raise the limit, and try again.\n";
+    return EXIT_FAILURE;
+}
+
 int open(QApplication& application, const std::vector<std::string>& words) {
     std::error_code ignored;  // a folder that is gone holds no files
     const auto parsed = parseLaunchArguments(words, std::filesystem::current_path(ignored));
@@ -252,11 +259,7 @@ int open(QApplication& application, const std::vector<std::string>& words) {
         return kExitUsage;
     }
     Base base;
-    if (!base.dispatcher.hasBackground()) {
-        std::cerr << "reelvane: the system gives this user no more processes and threads. Please "
-                     "end other programs or raise the limit, and try again.\n";
-        return EXIT_FAILURE;
-    }
+    if (!base.dispatcher.hasBackground()) return tellNoThreads();
     if (base.instance->claim(parsed.files) == ApplicationInstance::Role::HandedOver) {
         return EXIT_SUCCESS;
     }
@@ -295,6 +298,8 @@ int start(int argc, char** argv) {
         std::cerr << "reelvane: " << kTooFewFiles << '\n';
         return EXIT_FAILURE;
     }
+    // Qt waits without end for threads of its own that it cannot have, and is deaf meanwhile.
+    if (!areThreadsLeft(kThreadsOfAWindow)) return tellNoThreads();
     QApplication application(argc, argv);
     // What Qt took for itself is gone from the arguments.
     words.assign(argv + std::min(argc, 1), argv + argc);
