@@ -59,12 +59,7 @@ void FileIntake::stop() {
 }
 
 void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
-    auto absolute = absolutePaths(paths);
-    if (areMovies(absolute)) {
-        take({.sorted = sortFiles(absolute, Fennimar::readInt)});
-    } else {
-        lookInBackground(std::move(absolute));
-    }
+    lookInBackground(absolutePaths(paths));
     owner_.bringToFront();
 }
 

@@ -8,9 +8,13 @@
 
 #include "app/preference_keys.h"
 #include "mp4/mp4_reader.h"
+#include "support/alerts.h"
 #include "support/logging.h"
+#include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/host.h"
+#include "support/ports/translations.h"
+#include "support/strings.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -79,6 +83,20 @@ void UnfinishedOutputs::log(const Cleaned& cleaned) {
     }
 }
 
+void UnfinishedOutputs::tellOfStuck(const UnfinishedOutput& unfinished) {
+    const auto& output = unfinished.output;
+    const auto& path = isStillThere(output) ? output.path : unfinished.progressFile.path;
+    alert_apptitled(vantor_, leftBehindText(vantor_.ports().translations, path), "OK");
+}
+
+std::string leftBehindText(const Translations& translations, const fs::path& file) {
+    return makeString(
+        translations.localized(
+            "%@ is unfinished and could not be deleted. The next start tries again; otherwise "
+            "please delete it yourself."),
+        Fennimar::validUtf8(file.native()));
+}
+
 void UnfinishedOutputs::cleanUp() {
     auto& preferences = vantor_.preferences();
     const auto& host = vantor_.ports().host;
@@ -117,6 +135,7 @@ void UnfinishedOutputs::forget(const std::vector<Cleaned>& cleaned) {
     std::ranges::for_each(cleaned, log);
     std::set<std::string> settled;
     for (const auto& [entry, unfinished, outcome] : cleaned) {
+        if (outcome == Outcome::Stuck) tellOfStuck(unfinished);
         const bool stays =
             outcome == Outcome::AtWork || outcome == Outcome::Stuck || outcome == Outcome::Away;
         if (!stays) settled.insert(entry);

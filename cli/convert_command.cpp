@@ -7,6 +7,7 @@
 #include "app/app_delegate.h"
 #include "app/opened_files.h"
 #include "app/settings_reader.h"
+#include "app/unfinished_outputs.h"
 #include "cli/console.h"
 #include "cli/conversion_choices.h"
 #include "cli/convert_run.h"
@@ -18,6 +19,7 @@
 #include "support/make_string.h"
 #include "support/signal_status.h"
 #include "support/strings.h"
+#include "support/untranslated.h"
 #include "support/vantor.h"
 
 namespace reelvane {
@@ -26,13 +28,6 @@ namespace {
 /// A reader that has gone ends the program as the signal for it would.
 int statusOfLostOutput(int error) {
     return error == EPIPE ? exitStatusOfSignal(SIGPIPE) : kExitFailure;
-}
-
-std::string leftBehindText(const std::filesystem::path& file) {
-    return makeString(
-        "%@ is unfinished and could not be deleted. The next start tries again; otherwise please "
-        "delete it yourself.",
-        Fennimar::validUtf8(file.native()));
 }
 
 }  // namespace
@@ -82,7 +77,7 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
     auto summary = run.summary();
     for (const auto& left : controller.leftBehind()) {
         summary.leftSomething = true;
-        reporter->alerted(vantor.appName(), leftBehindText(left));
+        reporter->alerted(vantor.appName(), leftBehindText(kUntranslated, left));
     }
     reporter->ended(summary, !outputLost && status > kExitFailure);
     console.setClosedHandler({});

@@ -15,6 +15,7 @@
 #include "app/app_delegate.h"
 #include "app/preference_table.h"
 #include "app/queue_progress.h"
+#include "app/unfinished_outputs.h"
 #include "platform/bounded_end.h"
 #include "platform/dbus_application.h"
 #include "platform/dbus_launcher_entry.h"
@@ -221,6 +222,9 @@ int runWindow(Base& base, QApplication& application,
     base.store.hurry();
     base.launcherEntry.setProgress(std::nullopt);
     controller.applicationWillTerminate();
+    for (const auto& left : controller.leftBehind()) {
+        std::cerr << "reelvane: " << printable(leftBehindText(base.translations, left)) << '\n';
+    }
     base.dispatcher.finishBackground();
     base.store.setHeldHandler({});
     return status;

@@ -50,8 +50,10 @@ TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
 
 TEST_F(FileIntakeTest, AFileThatIsLeftMeanwhileIsNeitherShownNorAdded) {
     set(kAutoAddKey, 0);
-    launch().openFiles({movie("slow.mkv"), movie("a.mkv")});
-    intake().cancelAdd();  // while it is probed
+    open({movie("first.mkv"), movie("slow.mkv"), movie("a.mkv")});
+    intake().cancelAdd();
+    ASSERT_EQ(intake().state(), IntakeState::Reading);
+    intake().cancelAdd();
     settle();
     EXPECT_EQ(intake().fileInfo()->fileName, "a.mkv");
     intake().addToQueue();
