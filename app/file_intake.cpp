@@ -59,7 +59,12 @@ void FileIntake::stop() {
 }
 
 void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
-    lookInBackground(absolutePaths(paths));
+    auto absolute = absolutePaths(paths);
+    if (areMovies(absolute)) {
+        take({.sorted = sortFiles(absolute, Fennimar::readInt)});
+    } else {
+        lookInBackground(std::move(absolute));
+    }
     owner_.bringToFront();
 }
 
