@@ -125,8 +125,8 @@ constexpr auto kTable = std::to_array<PreferenceEntry>({
     boolean(kDisableBuiltinSubtitlesKey, "1",
             "1 leaves subtitles inside the source out of the output, 0 carries them over."),
     boolean(kQuitAfterConversionKey, "0",
-            "1 quits when the queue has run empty, no job failed and no refused file is listed, 0 "
-            "stays open."),
+            "1 quits when the queue has run empty, no job failed or ended with a warning and no "
+            "refused file is listed, 0 stays open."),
     boolean(
         kDTSDownmixKey, "0",
         "With the high speed style, surround DTS audio: 1 mixes it down to stereo, 0 transcodes "

@@ -1,5 +1,6 @@
 #include "app/queue_rest.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -70,11 +71,13 @@ void QueueRest::look() {
 }
 
 void QueueRest::quitIfDone() {
-    const bool isDone = !queue_.isAtWork() &&
-                        queue_.jobCountWithState(ConversionJobState::Queued) == 0 &&
-                        queue_.jobCountWithState(ConversionJobState::Paused) == 0 &&
-                        queue_.jobCountWithState(ConversionJobState::Failed) == 0 &&
-                        intake_.refusedFiles().list().empty();
+    const bool isDone =
+        !queue_.isAtWork() && queue_.jobCountWithState(ConversionJobState::Queued) == 0 &&
+        queue_.jobCountWithState(ConversionJobState::Paused) == 0 &&
+        queue_.jobCountWithState(ConversionJobState::Failed) == 0 &&
+        !std::ranges::any_of(queue_.taskArray(),
+                             [](const auto& job) { return !job->warning().empty(); }) &&
+        intake_.refusedFiles().list().empty();
     if (!isDone) return;
     quitDue_ = intake_.isBusy() || control_.undoableRemoval().get().has_value();
     if (!quitDue_) terminate_();

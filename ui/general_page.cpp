@@ -67,8 +67,9 @@ void GeneralPage::addEnd() {
     column().add<PreferenceCheckBox>(
         {.key = kQuitAfterConversionKey,
          .label = tr("Quit when the queue is done"),
-         .help = tr("The program stays open when a conversion has failed or a file was not added, "
-                    "so that you see it.")});
+         .help =
+             tr("The program stays open when a conversion has failed or ended with a warning, or "
+                "a file was not added, so that you see it.")});
 }
 
 void GeneralPage::addWarnings() {

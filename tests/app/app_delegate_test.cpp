@@ -200,8 +200,12 @@ TEST_F(AppDelegateTest, QuittingAfterTheConversionsWaitsForWhatTheUserStillDoes)
     open({movie("d.mkv")});
     app_->intake().addToQueue();
     settle();
-    open({movie("e.mkv")});
+    platform_.processLauncher.children.at(1).print("f.mkv: Input/output error\n");
     finish(1);
+    EXPECT_EQ(terminated_, 1) << "d.mkv may be damaged";
+    app_->queue().taskArray().front()->remove();
+
+    open({movie("e.mkv")});
     app_->togglePause();
     app_->intake().addToQueue();
     settle();
