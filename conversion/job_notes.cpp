@@ -168,6 +168,12 @@ JobNotes doubtsOfProof(const Translations& translations, std::string_view fileNa
             localizable("%@ became longer than it was, so parts of it may be seen twice or too "
                         "late. Please watch the result."));
     }
+    if (proof.missedPicture > 0) {
+        tell(localizable("The picture of %@ ends after %@, but should last %@. Please watch the "
+                         "result."),
+             formattedTimeFromTimeInterval(proof.pictureSeconds),
+             formattedTimeFromTimeInterval(proof.missedPicture));
+    }
     if (proof.lostPictures > 0) {
         tell(localizable("%@ lost %lu of its pictures: the source may be damaged."),
              proof.lostPictures);

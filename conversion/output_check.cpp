@@ -85,7 +85,9 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
     const auto mapped = mappedStreams(arguments);
     const OutputExpectation expectation{.mappedStreams = mapped.size(),
                                         .runtimeSeconds = record.runtimeSeconds,
-                                        .sourcePicture = indexedPicture(record)};
+                                        .sourcePicture = indexedPicture(record),
+                                        .promisedPictures = record.promisedPictures,
+                                        .promisedSeconds = record.promisedSeconds};
     auto reading = readMp4(heldPath);
     OutputCheck check{.proof = proveOutput(reading, expectation)};
     if (!check.proof.problem.empty()) return check;

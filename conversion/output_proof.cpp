@@ -35,9 +35,13 @@ const Mp4Track* pictureOf(const Mp4Movie& movie) {
     return picture == movie.tracks.end() ? nullptr : &*picture;
 }
 
+double toleranceOf(double seconds) {
+    return std::max(kToleratedSeconds, seconds * kToleratedShare);
+}
+
 void compareLength(double promised, OutputProof& proof) {
     if (promised <= 0) return;
-    const double tolerated = std::max(kToleratedSeconds, promised * kToleratedShare);
+    const double tolerated = toleranceOf(promised);
     proof.isShort = promised - proof.seconds > kToleratedForRemoval;
     proof.endsEarly = promised - proof.seconds > tolerated;
     proof.endsLate = proof.seconds - promised > tolerated;
@@ -54,6 +58,21 @@ void comparePicture(const Mp4Track& source, const Mp4Track& output, OutputProof&
     proof.endsLate =
         proof.endsLate || output.sampleCount > source.sampleCount ||
         (source.seconds > 0 && output.seconds - source.seconds > kToleratedBesideIndex);
+}
+
+/// A picture lasts as long as the movie, unless its source says that it never did.
+void comparePictureLength(const Mp4Track& picture, const OutputExpectation& expectation,
+                          OutputProof& proof) {
+    proof.pictureSeconds = picture.seconds;
+    double promised = proof.seconds;
+    if (expectation.sourcePicture && expectation.sourcePicture->seconds > 0) {
+        promised = expectation.sourcePicture->seconds;
+    } else if (expectation.promisedSeconds) {
+        promised = std::min(promised, double(*expectation.promisedSeconds));
+    }
+    const bool endsEarly =
+        picture.seconds > 0 && promised - picture.seconds > toleranceOf(promised);
+    if (endsEarly) proof.missedPicture = promised;
 }
 
 }  // namespace
@@ -75,9 +94,13 @@ OutputProof proveOutput(const Mp4Reading& reading, const OutputExpectation& expe
     }
     compareLength(expectation.runtimeSeconds.value_or(0), proof);
     const auto* const picture = pictureOf(*reading.movie);
-    if (expectation.sourcePicture && picture != nullptr) {
+    if (picture == nullptr) return proof;
+    if (expectation.sourcePicture) {
         comparePicture(*expectation.sourcePicture, *picture, proof);
+    } else if (picture->sampleCount < expectation.promisedPictures.value_or(0)) {
+        proof.lostPictures = *expectation.promisedPictures - picture->sampleCount;
     }
+    comparePictureLength(*picture, expectation, proof);
     return proof;
 }
 

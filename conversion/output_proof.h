@@ -18,6 +18,9 @@ struct OutputExpectation {
     std::optional<int> runtimeSeconds{};  ///< of the source; absent or 0: unknown
     /// The source's own index of its picture, where it has one that can be read.
     std::optional<Mp4Track> sourcePicture{};
+    /// Else what the source's statistics say of it, which may be out of date.
+    std::optional<std::uint64_t> promisedPictures{};
+    std::optional<int> promisedSeconds{};
 };
 
 /// The answer of reading an output back.
@@ -32,6 +35,8 @@ struct OutputProof {
     /// notice. Enough to keep the source; a log of whole seconds or a late sound is no damage.
     bool isShort = false;
     std::size_t lostPictures = 0;  ///< that the source's index has and the output has not
+    double pictureSeconds = 0;
+    double missedPicture = 0;  ///< until when the picture should last that ends too early; 0: none
 };
 
 /// True when the converter's own words admit a failure that its exit status of 0 hides.

@@ -52,10 +52,13 @@ struct MKVFileInfo {
     std::optional<int> referenceFrames{};                    ///< absent: the report has no count
     bool namesColour = false;                 ///< colours, range, HDR: see VideoStreamFact
     std::optional<int> dolbyVisionProfile{};  ///< absent: no Dolby Vision record
-    int subtitleCount = 0;                    ///< streams of any subtitle kind
-    std::string demuxer{};                    ///< "matroska,webm"
-    std::optional<FileVersion> identity{};    ///< as it was before it was probed
-    std::vector<std::string> warnings{};      ///< what the user was not told when it was taken in
+    /// What Matroska's statistics say of the picture, where they can be read.
+    std::optional<std::uint64_t> promisedPictures{};
+    std::optional<int> promisedSeconds{};
+    int subtitleCount = 0;                  ///< streams of any subtitle kind
+    std::string demuxer{};                  ///< "matroska,webm"
+    std::optional<FileVersion> identity{};  ///< as it was before it was probed
+    std::vector<std::string> warnings{};    ///< what the user was not told when it was taken in
 };
 
 /// What informationString says, in the user's language; a subtitle file counts as "+1".

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include "support/make_string.h"
 #include "support/strings.h"
@@ -30,8 +31,18 @@ std::int64_t areaOf(const VideoStreamFact& stream) {
            Fennimar::leadingInteger(height);
 }
 
-bool isWhole(const VideoStreamFact& stream) {
-    return !stream.isEmpty;
+/// Those that are there wherever packets were counted.
+std::vector<VideoStreamFact> lastingStreams(std::vector<VideoStreamFact> streams) {
+    prefer(streams, [](const VideoStreamFact& each) { return !each.isEmpty; });
+    const auto places = streams.empty() ? 0 : streams.front().packets.size();
+    for (std::size_t place = 0; place < places; ++place) {
+        int most = 0;
+        for (const auto& each : streams) most = std::max(most, each.packets[place]);
+        prefer(streams, [=](const VideoStreamFact& each) {
+            return std::int64_t{each.packets[place]} * kFarShorter >= most;
+        });
+    }
+    return streams;
 }
 
 bool isImageCodec(std::string_view codec) {
@@ -41,12 +52,9 @@ bool isImageCodec(std::string_view codec) {
 }  // namespace
 
 std::vector<VideoStreamFact> likelyPictures(std::vector<VideoStreamFact> streams) {
-    prefer(streams, isWhole);
-    int mostPackets = 0;
-    for (const auto& each : streams) mostPackets = std::max(mostPackets, each.packets.value_or(0));
-    prefer(streams, [mostPackets](const VideoStreamFact& each) {
-        if (!each.packets) return !isImageCodec(each.codec);
-        return std::int64_t{*each.packets} * kFarShorter >= mostPackets;
+    streams = lastingStreams(std::move(streams));
+    prefer(streams, [](const VideoStreamFact& each) {
+        return !each.packets.empty() || !isImageCodec(each.codec);
     });
     prefer(streams, [](const VideoStreamFact& each) { return each.isDefault; });
     std::int64_t largest = 0;
@@ -57,17 +65,28 @@ std::vector<VideoStreamFact> likelyPictures(std::vector<VideoStreamFact> streams
 }
 
 bool areInDoubt(std::span<const VideoStreamFact> streams) {
-    return std::ranges::count_if(streams, isWhole) > 1;
+    return lastingStreams({streams.begin(), streams.end()}).size() > 1;
+}
+
+std::vector<int> placesToCount(std::optional<int> runtimeSeconds) {
+    const auto seconds = std::int64_t{std::max(runtimeSeconds.value_or(0), 0)};
+    if (seconds == 0) return {0};
+    return {0, static_cast<int>(seconds / 2), static_cast<int>(seconds * 9 / 10)};
 }
 
 std::vector<std::string> countArguments(const std::string& path,
-                                        std::span<const VideoStreamFact> streams) {
-    std::vector<std::string> arguments{"-v", "quiet", "-i", path};
+                                        std::span<const VideoStreamFact> streams, int fromSecond) {
+    std::vector<std::string> arguments{"-v", "quiet"};
+    if (fromSecond > 0) {
+        arguments.insert(arguments.end(), {"-ss", makeString("%i", fromSecond)});
+    }
+    arguments.insert(arguments.end(), {"-i", path});
     for (const auto& stream : streams) {
         arguments.insert(arguments.end(), {"-map", makeString("0:%i", stream.index)});
     }
-    arguments.insert(arguments.end(),
-                     {"-c", "copy", "-frames:v", kMostPackets, "-f", "framecrc", "-"});
+    // Neither the key picture before the place is wanted, nor one after it waited for.
+    arguments.insert(arguments.end(), {"-c", "copy", "-copyinkf", "-copypriorss", "0", "-frames:v",
+                                       kMostPackets, "-f", "framecrc", "-"});
     return arguments;
 }
 
@@ -79,7 +98,7 @@ void takeCounts(std::string_view printed, std::vector<VideoStreamFact>& streams)
         if (stream < counts.size()) ++counts[stream];
     }
     if (std::ranges::count(counts, 0) == std::ssize(counts)) return;
-    for (std::size_t i = 0; i < streams.size(); ++i) streams[i].packets = counts[i];
+    for (std::size_t i = 0; i < streams.size(); ++i) streams[i].packets.push_back(counts[i]);
 }
 
 }  // namespace reelvane

@@ -103,16 +103,20 @@ bool runsAsFfmpeg(const ProbeTools& tools) {
     return result.finished && isFromFfmpeg(result.finished->output);
 }
 
-/// Where several video streams could be the movie's picture, a second run looks at their beginning.
+/// Where several video streams could be the movie's picture, more runs look at some places of it.
 void settlePicture(const std::filesystem::path& path, const ProbeTools& tools,
                    ProbeReport& report) {
     auto& streams = report.videoStreams;
-    if (report.refusedVideoCodec || !areInDoubt(streams)) return;
-    const auto result = tools.launcher->run({.executable = tools.ffmpeg,
-                                             .arguments = countArguments(path.native(), streams),
-                                             .stop = tools.stop});
-    if (!result.finished) return;
-    takeCounts(result.finished->output, streams);
+    if (report.refusedVideoCodec) return;
+    for (const int place : placesToCount(report.record.runtimeSeconds)) {
+        if (!areInDoubt(streams)) break;
+        const auto result =
+            tools.launcher->run({.executable = tools.ffmpeg,
+                                 .arguments = countArguments(path.native(), streams, place),
+                                 .stop = tools.stop});
+        if (!result.finished) break;
+        takeCounts(result.finished->output, streams);
+    }
     choosePicture(report);
 }
 

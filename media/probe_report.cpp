@@ -96,6 +96,8 @@ VideoStreamFact videoFact(const StreamBlock& block) {
     fact.namesColour = fact.namesColour || std::ranges::any_of(block.sideData, [](auto line) {
                            return Fennimar::containsAny(line, kColourSideData);
                        });
+    fact.promisedPictures = block.promisedPictures;
+    fact.promisedSeconds = block.promisedSeconds;
     if (const auto references = Fennimar::partAfter(details, "|refs: ")) {
         fact.referenceFrames = Fennimar::leadingInteger(Fennimar::partBefore(*references, "|"));
     }
@@ -220,6 +222,10 @@ void choosePicture(ProbeReport& report) {
         record.referenceFrames = picture.referenceFrames;
         record.namesColour = picture.namesColour;
         record.dolbyVisionProfile = picture.dolbyVisionProfile;
+        if (Fennimar::contains(record.demuxer, "matroska")) {
+            record.promisedPictures = picture.promisedPictures;
+            record.promisedSeconds = picture.promisedSeconds;
+        }
     }
     record.informationString = informationText(kUntranslated, record);
 }

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <set>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "support/strings.h"
@@ -38,6 +40,14 @@ std::optional<int> secondsOf(std::string_view duration) {
     const auto seconds = part(0) * 3600 + part(1) * 60 + part(2);
     using Limits = std::numeric_limits<int>;
     return static_cast<int>(std::clamp<std::int64_t>(seconds, Limits::min(), Limits::max()));
+}
+
+/// Of the tag "NUMBER_OF_FRAMES"; absent for what is no number, or 0.
+std::optional<std::uint64_t> picturesIn(std::string_view text) {
+    std::uint64_t pictures = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), pictures);
+    const bool isWhole = failure == std::errc() && end == text.data() + text.size();
+    return isWhole && pictures > 0 ? std::optional(pictures) : std::nullopt;
 }
 
 ReportSummary readDurationLine(std::string_view body) {
@@ -169,6 +179,13 @@ private:
         const auto key = Fennimar::trimmedOf(Fennimar::partBefore(body, ":"), " ");
         const auto text = Fennimar::trimmedOfWhitespaceAndNewlines(*value);
         if (key == "title" && block.title.empty()) block.title = text;
+        // With a language ("DURATION-eng") they are an older writer's; the plain ones are newer.
+        if (key == "NUMBER_OF_FRAMES" || (key == "NUMBER_OF_FRAMES-eng" && !block.promisedPictures))
+            block.promisedPictures = picturesIn(text);
+        if (key == "DURATION" || (key == "DURATION-eng" && !block.promisedSeconds)) {
+            block.promisedSeconds = secondsOf(text);
+            if (block.promisedSeconds <= 0) block.promisedSeconds.reset();
+        }
         if (key == "mimetype" && text.starts_with(kImageType)) block.isImageAttachment = true;
     }
 

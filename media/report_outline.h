@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,9 @@ struct StreamBlock {
     std::string_view details{};      ///< "h264 (High), yuv420p, 1920x1080, 25 fps"
     bool isImageAttachment = false;  ///< its metadata names an image type
     std::string_view title{};        ///< its first line; empty when it has none
+    /// What Matroska's statistics say: tags that its writers add to each track.
+    std::optional<std::uint64_t> promisedPictures{};
+    std::optional<int> promisedSeconds{};
     std::vector<std::string_view> sideData{};  ///< "DOVI configuration record: version: 1.0, ..."
 };
 

@@ -129,6 +129,22 @@ TEST(OutputProof, AsksForEveryTrackAndForTheWholeLength) {
     EXPECT_TRUE(proveOutput(cut, {.runtimeSeconds = 100}).endsEarly) << "whatever chapters say";
     const Mp4Reading longMovie{.movie = Mp4Movie{.seconds = 9950, .tracks = {{}}}};
     EXPECT_FALSE(proveOutput(longMovie, {.mappedStreams = 1, .runtimeSeconds = 10000}).endsEarly);
+    const struct {
+        double picture;
+        std::optional<Mp4Track> indexed;
+        std::optional<int> promised;
+        double missed;
+    } pictures[] = {{98.5, {}, {}, 0},        {50, {}, {}, 100},
+                    {50, {}, 51, 0},          {10, {}, 50, 50},
+                    {10, {}, 999, 100},       {50, Mp4Track{.seconds = 50}, {}, 0},
+                    {50, Mp4Track{}, {}, 100}};
+    for (const auto& [picture, indexed, promised, missed] : pictures) {
+        cut.movie->tracks = {video, {.kind = Mp4TrackKind::Audio, .seconds = 100}};
+        cut.movie->tracks[0].seconds = picture;
+        const auto proof =
+            proveOutput(cut, {.sourcePicture = indexed, .promisedSeconds = promised});
+        EXPECT_EQ(proof.missedPicture, missed) << picture << " of " << promised.value_or(0);
+    }
     EXPECT_EQ(proofText(kUntranslated, proveOutput(longMovie, {}), 1430000000),
               "165m 50s, 1 track, 1.43 GB, verified");
 }

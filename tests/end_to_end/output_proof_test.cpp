@@ -168,6 +168,16 @@ open(sys.argv[1], "wb").write(all[:end])' "$i")";
         {"b-frames.ts", zeroes, ""},
         {"aac.mp4", zeroes, ""},
         {"mpeg2.mpg", "", ""},  // not every picture has a time
+        // Fewer pictures than its statistics count, and a picture that ends before its sound.
+        {"aac.mkv",
+         "ffmpeg -v error -y -i \"$i\" -map 0 -c copy -metadata:s:v NUMBER_OF_FRAMES=80 "
+         "\"$i.mkv\"; "
+         "mv \"$i.mkv\" \"$i\"",
+         ""},
+        {"aac.ts",
+         "ffmpeg -v error -y -i \"$i\" -c copy -bsf:v 'noise=drop=gt(n\\,9)' \"$i.ts\"; "
+         "mv \"$i.ts\" \"$i\"",
+         ""},
         {"aac.mkv", "", "echo 'film.mkv: Input/output error'"},
         {"aac.mkv", "", "echo '[matroska,webm @ 0x1] Read error'"},
         {"aac.mkv", "", "echo 'Non-monotonous DTS in output stream 0:0; changing to 7.'"},

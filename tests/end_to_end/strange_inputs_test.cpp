@@ -117,6 +117,7 @@ TEST_F(StrangeInputs, NoWordOfAMovieKeepsItOrItsBatchFromBeingConverted) {
 TEST_F(StrangeInputs, ThePictureIsTheMovies) {
     const auto still = (sandbox_.root() / "still.mov").native();
     const auto small = (sandbox_.root() / "small.mp4").native();
+    const auto brief = (sandbox_.root() / "brief.mp4").native();
     const auto make = [](const std::string& source, const Words& more, const std::string& output) {
         Words words{"ffmpeg", "-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i", source};
         words.insert(words.end(), more.begin(), more.end());
@@ -125,6 +126,7 @@ TEST_F(StrangeInputs, ThePictureIsTheMovies) {
     };
     make("testsrc2=s=640x640:d=1", {"-c:v", "mjpeg", "-frames:v", "1"}, still);
     make("testsrc2=s=96x64:d=3:r=25", {"-c:v", "libx264", "-pix_fmt", "yuv420p"}, small);
+    make("testsrc2=s=640x480:d=1.2:r=25", {"-c:v", "libx264", "-pix_fmt", "yuv420p"}, brief);
     const Words copy{"-c", "copy"};
     const auto with = [&](Words inputs, const Words& more) {
         inputs.insert(inputs.end(), more.begin(), more.end());
@@ -143,6 +145,9 @@ TEST_F(StrangeInputs, ThePictureIsTheMovies) {
          with(coverFirst, {"-disposition:v:0", "default", "-disposition:v:1", "0"})},
         {"small-last.mp4", with(smallLast, defaults)},
         {"small-first.mkv", with({"-i", small, "-i", plain_, "-map", "0", "-map", "1"}, defaults)},
+        {"brief-last.mp4", with({"-i", plain_, "-i", brief, "-map", "0", "-map", "1"}, defaults)},
+        {"brief-first.mkv", with({"-i", brief, "-i", plain_, "-map", "0", "-map", "1"}, defaults)},
+        {"brief-last.mkv", with({"-i", plain_, "-i", brief, "-map", "0", "-map", "1"}, defaults)},
         {"empty-last.mkv", with(smallLast, {"-bsf:v:1", "noise=drop=1"})},
         {"one-frame.mp4",
          with({"-i", plain_, "-map", "0", "-map", "0:v"}, {"-bsf:v:1", "noise=drop=gt(n\\,0)"})},

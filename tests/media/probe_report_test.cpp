@@ -197,26 +197,59 @@ TEST(ProbeReport, KnowsWhatOnlySomeMuxersWrite) {
     EXPECT_EQ(record.dolbyVisionProfile, 5);
 }
 
+TEST(ProbeReport, TakesMatroskasStatisticsAsAPromise) {
+    const struct {
+        std::string demuxer, tags;
+        std::uint64_t pictures;
+        int seconds;
+    } cases[] = {
+        {"matroska,webm", "NUMBER_OF_FRAMES: 500@DURATION        : 00:01:20.023", 500, 80},
+        {"matroska,webm", "NUMBER_OF_FRAMES-eng: 500@DURATION-eng    : 00:00:20", 500, 20},
+        {"matroska,webm", "DURATION        : 00:00:04.1@DURATION-eng    : 00:00:20", 0, 4},
+        {"matroska,webm", "DURATION-eng    : 00:00:20@DURATION        : 00:00:04.1", 0, 4},
+        {"matroska,webm", "NUMBER_OF_FRAMES: -5@DURATION        : long", 0, 0},
+        {"matroska,webm", "NUMBER_OF_FRAMES: 5 or 6@DURATION        : 0:0:0", 0, 0},
+        {"mov,mp4,m4a", "NUMBER_OF_FRAMES: 500@DURATION        : 00:00:20", 0, 0},
+    };
+    for (const auto& [demuxer, tags, pictures, seconds] : cases) {
+        const auto record =
+            parseProbeReport("Input #0, " + demuxer + ", from 'x':\n  Stream #0:0: Video: h264, " +
+                                 "yuv420p, 4x3\n    Metadata:\n      " +
+                                 Fennimar::replaced(tags, "@", "\n      "),
+                             {})
+                .record;
+        EXPECT_EQ(record.promisedPictures.value_or(0), pictures) << tags;
+        EXPECT_EQ(record.promisedSeconds.value_or(0), seconds) << tags;
+    }
+}
+
 // A stream as "codec size" with marks, and how many packets it had where they were counted.
 TEST(PictureChoice, ThePictureIsTheMovies) {
-    using Counts = std::vector<std::optional<int>>;
+    using Counts = std::vector<std::vector<int>>;
     struct Row {
         std::vector<std::string> streams;
         int chosen;
         Counts packets = Counts(3);
     };
-    for (const auto& [streams, chosen, packets] :
-         std::vector<Row>{{{"h264, yuv420p, 2x2", "h264, yuv420p, 2x2"}, 1},
-                          {{"h264, yuv420p, 2x2 (default)", "h264, yuv420p, 2x2"}, 0},
-                          {{"h264, yuv420p, 200x200", "h264, yuv420p, 99x100"}, 0},
-                          {{"h264, yuv420p, 2x2", "h264, none, 9x9 (default)", "h264"}, 0},
-                          {{"h264, yuv420p, 2x2", "mjpeg, yuvj420p, 9x9 (default)"}, 0},
-                          {{"mjpeg, yuvj420p, 9x9", "png, rgb, 9x9"}, 1},
-                          {{"mjpeg, yuvj420p, 9x9", "h264, none, 9x9"}, 0},
-                          {{"h264, yuv420p, 2x2", "mjpeg, yuvj420p, 2x2"}, 1, {120, 250}},
-                          {{"h264, yuv420p, 2x2", "h264, yuv420p, 2x2"}, 0, {250, 24}},
-                          {{"mjpeg, yuvj420p, 9x9 (default)", "h264, yuv420p, 2x2"}, 1, {1, 250}},
-                          {{"vp6, x", "none"}, 1}}) {
+    for (const auto& [streams, chosen, packets] : std::vector<Row>{
+             {{"h264, yuv420p, 2x2", "h264, yuv420p, 2x2"}, 1},
+             {{"h264, yuv420p, 2x2 (default)", "h264, yuv420p, 2x2"}, 0},
+             {{"h264, yuv420p, 200x200", "h264, yuv420p, 99x100"}, 0},
+             {{"h264, yuv420p, 2x2", "h264, none, 9x9 (default)", "h264"}, 0},
+             {{"h264, yuv420p, 2x2", "mjpeg, yuvj420p, 9x9 (default)"}, 0},
+             {{"mjpeg, yuvj420p, 9x9", "png, rgb, 9x9"}, 1},
+             {{"mjpeg, yuvj420p, 9x9", "h264, none, 9x9"}, 0},
+             {{"h264, yuv420p, 2x2", "mjpeg, yuvj420p, 2x2"}, 1, {{120}, {250}}},
+             {{"h264, yuv420p, 2x2", "h264, yuv420p, 2x2"}, 0, {{250}, {24}}},
+             // Short ones that the beginning does not give away.
+             {{"h264, yuv420p, 2x2 (default)", "h264, yuv420p, 2x2 (default)"},
+              0,
+              {{250, 250, 50}, {100, 0, 0}}},
+             {{"h264, yuv420p, 2x2 (default)", "h264, yuv420p, 2x2"},
+              1,
+              {{250, 250, 4}, {250, 250, 50}}},
+             {{"mjpeg, yuvj420p, 9x9 (default)", "h264, yuv420p, 2x2"}, 1, {{1}, {250}}},
+             {{"vp6, x", "none"}, 1}}) {
         std::string text;
         for (std::size_t i = 0; i < streams.size(); ++i) {
             text += "  Stream #0:" + std::to_string(i) + ": Video: " + streams[i] + "\n";
@@ -229,8 +262,12 @@ TEST(PictureChoice, ThePictureIsTheMovies) {
     }
     std::vector<VideoStreamFact> counted(2);
     takeCounts("#tb 0: 1/25\n0, 0, 0, 1, 5, 0x1\n1, 0, 0\n1, 5, 5\n7, 0\n", counted);
-    EXPECT_EQ(counted[0].packets, 1);
-    EXPECT_EQ(counted[1].packets, 2);
+    takeCounts("#tb 0: 1/25\n1, 0, 0\n", counted);
+    takeCounts("#tb 0: 1/25\n", counted);
+    EXPECT_THAT(counted[0].packets, testing::ElementsAre(1, 0));
+    EXPECT_THAT(counted[1].packets, testing::ElementsAre(2, 1));
+    EXPECT_THAT(placesToCount(7200), testing::ElementsAre(0, 3600, 6480));
+    EXPECT_THAT(placesToCount({}), testing::ElementsAre(0));
 }
 
 }  // namespace

@@ -103,15 +103,23 @@ TEST_F(Probe, ReadsPastANameWhateverItSays) {
 }
 
 TEST_F(Probe, CountsPacketsWhereSeveralStreamsCouldBeThePicture) {
-    report_ = "Input #0\n  Stream #0:1: Video: h264, 4x3\n  Stream #0:4: Video: h264, 4x3\n";
+    report_ =
+        "Input #0\n  Duration: 00:01:00.00, start: 0\n  Stream #0:1: Video: h264, 4x3\n"
+        "  Stream #0:4: Video: h264, 4x3\n";
     launcher_.answer = [this](const ProcessRequest& request) {
         const bool counts = request.arguments.size() > 2;
-        return FinishedProcess{.output = counts ? "0, 0\n0, 1\n0, 2\n0, 3\n" : report_};
+        const bool isLater = counts && request.arguments[2] == "-ss";
+        return FinishedProcess{.output = isLater  ? "0, 0\n0, 1\n"
+                                         : counts ? "0, 0\n1, 1\n"
+                                                  : report_};
     };
     EXPECT_EQ(inspect(movie_).record.value().videoTrackID, 1);
     EXPECT_THAT(launcher_.runs.at(1).arguments,
                 ElementsAre("-v", "quiet", "-i", movie_.native(), "-map", "0:1", "-map", "0:4",
-                            "-c", "copy", "-frames:v", "250", "-f", "framecrc", "-"));
+                            "-c", "copy", "-copyinkf", "-copypriorss", "0", "-frames:v", "250",
+                            "-f", "framecrc", "-"));
+    EXPECT_THAT(launcher_.runs.at(2).arguments[3], "30");
+    EXPECT_EQ(launcher_.runs.size(), 3) << "no longer in doubt";
 }
 
 TEST_F(Probe, AFileThatCannotBeInspectedIsRefusedAlone) {
