@@ -2,13 +2,12 @@
 
 #include <utility>
 
-#include "app/launch_corrections.h"
-#include "app/preference_keys.h"
+#include "app/preference_table.h"
 #include "app/settings_reader.h"
 #include "media/languages.h"
 #include "support/alerts.h"
-#include "support/bundle.h"
 #include "support/dispatch.h"
+#include "support/localization.h"
 #include "support/paths.h"
 #include "support/ports/folder_access.h"
 #include "support/ports/host.h"

@@ -11,17 +11,14 @@
 #include "app/file_intake.h"
 #include "app/job_queue.h"
 #include "app/lifecycle.h"
-#include "app/output_names.h"
 #include "app/outputs.h"
 #include "app/queue_control.h"
-#include "app/queue_rest.h"
-#include "app/retired_jobs.h"
-#include "app/run_choices.h"
+#include "app/settings_reader.h"
 #include "app/unfinished_outputs.h"
 #include "conversion/conversion_job.h"
 #include "media/converter_version.h"
+#include "support/dispatch.h"
 #include "support/observable.h"
-#include "support/turns.h"
 
 namespace reelvane {
 

@@ -2,13 +2,13 @@
 
 #include <utility>
 
-#include "app/bookmark_problem.h"
 #include "app/destinations.h"
-#include "app/output_names.h"
+#include "app/outputs.h"
+#include "app/saved_destinations.h"
 #include "app/settings_reader.h"
 #include "support/alerts.h"
-#include "support/bundle.h"
 #include "support/dispatch.h"
+#include "support/localization.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"

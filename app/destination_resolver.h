@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "app/destinations.h"
-#include "app/run_choices.h"
+#include "app/settings_reader.h"
 #include "media/mkv_file_info.h"
 #include "media/vetting.h"
 #include "support/errands.h"

@@ -4,9 +4,9 @@
 #include <iterator>
 #include <utility>
 
-#include "app/bookmark_problem.h"
-#include "app/launch_corrections.h"
-#include "app/preference_keys.h"
+#include "app/preference_table.h"
+#include "app/saved_destinations.h"
+#include "app/settings_reader.h"
 #include "support/alerts.h"
 #include "support/logging.h"
 #include "support/ports/panels.h"

@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "app/pop_up_menu.h"
 #include "app/saved_destinations.h"
-#include "support/bundle.h"
+#include "app/track_choices.h"
 #include "support/errands.h"
+#include "support/localization.h"
 #include "support/ports/preferences_store.h"
 #include "support/vantor.h"
 

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/audio_choice.h"
 #include "app/destinations.h"
-#include "app/preference_keys.h"
-#include "app/probe_tools.h"
+#include "app/preference_table.h"
 #include "app/settings_reader.h"
+#include "app/track_choices.h"
 #include "conversion/subtitle_arguments.h"
 #include "media/languages.h"
 #include "support/alerts.h"
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/ports/main_bundle.h"

@@ -6,14 +6,91 @@
 #include <unistd.h>
 #include <utility>
 
-#include "app/preference_keys.h"
-#include "app/unfinished_output.h"
+#include "app/preference_table.h"
+#include "app/unfinished_outputs.h"
+#include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/host.h"
 #include "support/vantor.h"
 
 namespace reelvane {
+std::string OutputNames::keyOf(const std::filesystem::path& path) {
+    return path.lexically_normal().native();
+}
+
+std::uint64_t OutputNames::firstNumberFor(const std::string& key) const {
+    const std::lock_guard lock(mutex_);
+    const auto known = numbers_.find(key);
+    return known == numbers_.end() ? 0 : known->second;
+}
+
+std::filesystem::path OutputNames::takeFreePath(const std::filesystem::path& folder,
+                                                std::string_view inputName,
+                                                std::string_view extension) {
+    auto name = std::filesystem::path(inputName).stem();
+    name += ".";
+    name += extension;
+    const auto wished = folder / name;
+    const auto key = keyOf(wished);
+    auto number = firstNumberFor(key);
+    // Asked only of a place where nothing lies, and promised with the asking.
+    auto path = Fennimar::uniqueFile(
+        wished,
+        [this](const std::filesystem::path& candidate) { return !promiseIfFree(candidate); },
+        &number);
+    const std::lock_guard lock(mutex_);
+    if (number > 0) numbers_[key] = number;
+    return path;
+}
+
+void OutputNames::promise(const std::filesystem::path& path) {
+    const std::lock_guard lock(mutex_);
+    ++promises_[keyOf(path)];
+}
+
+bool OutputNames::promiseIfFree(const std::filesystem::path& path) {
+    const std::lock_guard lock(mutex_);
+    return promises_.emplace(keyOf(path), 1).second;
+}
+
+void OutputNames::release(const std::filesystem::path& path) {
+    const std::lock_guard lock(mutex_);
+    const auto found = promises_.find(keyOf(path));
+    if (found != promises_.end() && --found->second <= 0) promises_.erase(found);
+    numbers_.clear();
+}
+
+void FileRemovals::remove(Work deletion, Work then) {
+    if (finishing_) {
+        deletion();
+        then();
+        return;
+    }
+    const auto number = ++last_;
+    underWay_.emplace(number, Removal{.deletion = deletion, .then = std::move(then)});
+    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
+                                  deletion = std::move(deletion), number] {
+        deletion();
+        dispatch_async_main(vantor, [this, alive, number] {
+            if (alive.lock()) deleted(number);
+        });
+    });
+}
+
+void FileRemovals::deleted(std::uint64_t number) {
+    const auto removal = underWay_.extract(number);
+    if (!removal.empty()) removal.mapped().then();
+}
+
+void FileRemovals::finish() {
+    finishing_ = true;
+    for (const auto& [number, removal] : std::exchange(underWay_, {})) {
+        removal.deletion();
+        removal.then();
+    }
+}
+
 namespace {
 
 // At the program's end, for files that are just being made.

@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "app/preference_keys.h"
 #include "support/make_string.h"
 #include "support/strings.h"
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "app/preference_keys.h"
+#include "app/preference_table.h"
 #include "support/make_string.h"
 #include "support/preference_text.h"
 #include "support/preferences.h"

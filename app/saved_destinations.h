@@ -9,6 +9,7 @@
 
 #include "support/ports/folder_access.h"
 #include "support/ports/preferences_store.h"
+#include "support/uncaught_exceptions.h"
 
 namespace reelvane {
 
@@ -55,5 +56,10 @@ bool removeDestination(PreferenceValues& values, const BookmarkData& bookmark);
 void dropLostDestinations(PreferenceValues& values, const std::vector<BookmarkData>& lost);
 /// Puts the folder at this place among the folders, or at the end; false when there is none.
 bool moveDestination(PreferenceValues& values, const BookmarkData& bookmark, std::size_t place);
+
+/// A saved destination folder that could not be used when a job needed it.
+class BookmarkProblem final : public NamedException {
+    using NamedException::NamedException;
+};
 
 }  // namespace reelvane

@@ -4,10 +4,9 @@
 #include <charconv>
 #include <stdexcept>
 
-#include "app/file_sorting.h"
+#include "app/opened_files.h"
 #include "app/preference_table.h"
 #include "cli/command_line.h"
-#include "cli/exit_status.h"
 #include "cli/help_text.h"
 #include "support/make_string.h"
 #include "support/paths.h"

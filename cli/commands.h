@@ -1,9 +1,28 @@
 #pragma once
 
 #include "cli/arguments.h"
-#include "cli/command_context.h"
 
 namespace reelvane {
+
+class Console;
+class FolderAccess;
+class Host;
+class MainBundle;
+class Preferences;
+class PreferencesStore;
+class ProcessLauncher;
+
+/// What the commands that need no main loop work with. They make nothing on disk but what they are
+/// asked to.
+struct CommandContext {
+    Console& console;
+    PreferencesStore& store;
+    Preferences& preferences;
+    FolderAccess& folderAccess;
+    Host& host;
+    MainBundle& mainBundle;
+    ProcessLauncher& processLauncher;
+};
 
 /// The commands that run to their end without a main loop. Each answers the exit status.
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -55,5 +56,32 @@ private:
     int closedBy_ = 0;
     bool isLive_ = false;
 };
+
+/// What decides how output is shown.
+struct TerminalFacts {
+    bool isTerminal = false;               ///< of the stream in question
+    std::optional<std::string> term{};     ///< $TERM
+    std::optional<std::string> noColor{};  ///< $NO_COLOR
+};
+
+/// A live line needs a terminal that can go back to the line's start and erase it.
+[[nodiscard]] bool canShowLiveLine(const TerminalFacts& facts);
+/// Colours as well, unless NO_COLOR is set to anything (https://no-color.org).
+[[nodiscard]] bool canShowColours(const TerminalFacts& facts);
+
+/// Reads the facts of an open file descriptor and of the environment.
+[[nodiscard]] TerminalFacts terminalFacts(int descriptor);
+/// The terminal's columns as they are now; 80 where it has none.
+[[nodiscard]] std::size_t terminalColumns(int descriptor);
+
+/// The columns that a printable text takes: East Asian wide characters and emoji take two, marks
+/// that join the character before them none (Unicode, EastAsianWidth W and F, as GLib has it).
+[[nodiscard]] std::size_t displayWidth(std::string_view text);
+
+/// The text with its middle left out ("A long…e.mkv") so that it takes at most this many columns.
+[[nodiscard]] std::string elidedMiddle(std::string_view text, std::size_t columns);
+
+/// The text with spaces behind it up to this many columns.
+[[nodiscard]] std::string padded(std::string text, std::size_t columns);
 
 }  // namespace reelvane

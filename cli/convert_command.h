@@ -1,7 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
+#include "app/settings_reader.h"
 #include "cli/arguments.h"
 
 namespace reelvane {
@@ -21,5 +23,23 @@ struct ConvertLoop {
 /// preferences of an unattended run have to be set before.
 [[nodiscard]] int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts,
                              const ConvertLoop& loop, const ConvertRequest& request);
+
+class FolderAccess;
+class Preferences;
+
+/// What the options say to the core, or the one sentence on why they cannot be followed.
+struct ConversionChoices {
+    RunChoices choices{};
+    std::string problem{};  ///< empty: none
+};
+
+/// Looks up what the options name: folders and files have to be there.
+[[nodiscard]] ConversionChoices conversionChoices(const ConversionOptions& options,
+                                                  const Preferences& preferences,
+                                                  FolderAccess& folderAccess);
+
+/// What holds for a conversion that nobody watches, unless it was set for this run: files are
+/// queued at once, and the results go next to the sources.
+void setUnattendedPreferences(Preferences& preferences);
 
 }  // namespace reelvane

@@ -11,8 +11,8 @@
 #include "conversion/stream_plan.h"
 #include "conversion/subtitle_arguments.h"
 #include "support/dispatch.h"
+#include "support/make_string.h"
 #include "support/paths.h"
-#include "support/time_text.h"
 #include "support/vantor.h"
 
 namespace reelvane {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "cli/convert_reporter.h"
-#include "cli/held_alerts.h"
 #include "cli/input_check.h"
+#include "cli/terminal_alerts.h"
 #include "support/observable.h"
 #include "support/ports/alerts.h"
 #include "support/ports/dispatcher.h"

@@ -4,14 +4,12 @@
 #include <functional>
 #include <system_error>
 
-#include "app/file_sorting.h"
 #include "app/opened_files.h"
-#include "app/subtitle_pairing.h"
 #include "media/subtitle_file.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/strings.h"
-#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {

@@ -1,11 +1,26 @@
+#include "cli/inspect_command.h"
+
+#include <array>
+#include <utility>
+
+#include "app/preference_table.h"
+#include "app/settings_reader.h"
+#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "cli/exit_status.h"
-#include "cli/inspection.h"
+#include "cli/input_check.h"
 #include "cli/json_lines.h"
-#include "cli/text_lines.h"
+#include "cli/text_reporter.h"
+#include "conversion/output_proof.h"
+#include "media/languages.h"
+#include "mp4/mp4_reader.h"
+#include "support/localization.h"
 #include "support/make_string.h"
-#include "support/utf8.h"
+#include "support/paths.h"
+#include "support/ports/host.h"
+#include "support/ports/main_bundle.h"
+#include "support/preferences.h"
+#include "support/strings.h"
 
 namespace reelvane {
 namespace {
@@ -73,6 +88,82 @@ int runInspect(const CommandContext& context, const InspectRequest& request) {
             console.line(request.json ? refusedLine(file, alerts)
                                       : refusedText(file, alerts, columns));
         }
+        if (console.isClosed()) return kExitFailure;
+    }
+    return status;
+}
+
+namespace {
+
+VettingAlert plainAlert(const std::string& title, std::string message) {
+    return {.title = title, .message = std::move(message), .button = "OK"};
+}
+
+}  // namespace
+
+std::string appName(const MainBundle& mainBundle) {
+    return mainBundle.infoValue("Name").value_or("Reelvane");
+}
+
+Inspection inspectFile(const CommandContext& context, const std::string& given) {
+    const auto tools = probeTools(context.processLauncher, context.mainBundle, context.folderAccess,
+                                  appName(context.mainBundle), kUntranslated);
+    const InputFile file{.given = given, .path = absolutePath(given)};
+    if (auto problem = movieProblem(file)) {
+        return {.alerts = {plainAlert(tools.appName, *std::move(problem))}};
+    }
+    auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
+    if (inspection.toolProblem != ProbeToolProblem::None) {
+        inspection.alerts = {
+            plainAlert(tools.appName,
+                       toolProblemText(kUntranslated, inspection.toolProblem, context.mainBundle))};
+    }
+    return inspection;
+}
+
+std::optional<std::size_t> bestAudioOf(const CommandContext& context, const MKVFileInfo& record) {
+    return bestLanguage(record.audioTrackInformation,
+                        context.preferences.defaultInt(kDefaultAudioKey),
+                        preferredLanguages3Letter(context.host.preferredLanguages()));
+}
+
+namespace {
+
+constexpr auto kKindWords = std::to_array<std::string_view>({"Video", "Audio", "Text", "Other"});
+
+std::string trackText(const Mp4Track& track) {
+    auto text = makeString("\n    %-5s #%u: %@, %@, %.0f s",
+                           kKindWords.at(static_cast<std::size_t>(track.kind)), track.trackID,
+                           printable(track.codec), track.language, track.seconds);
+    if (!track.enabled) text += ", off";
+    if (track.alternateGroup != 0) text += makeString(", group %u", track.alternateGroup);
+    return text;
+}
+
+std::string verifiedText(const std::string& file, const Mp4Reading& reading, std::uint64_t bytes) {
+    const auto name = printable(file);
+    if (!reading.movie) {
+        return makeString("%@: %@: it %@", name, reading.uncheckable ? "not checked" : "broken",
+                          reading.problem);
+    }
+    const auto& movie = *reading.movie;
+    auto text = makeString("%@: whole: %@", name,
+                           contentText(kUntranslated, movie.seconds, movie.tracks.size(), bytes));
+    for (const auto& track : movie.tracks) text += trackText(track);
+    return text;
+}
+
+}  // namespace
+
+int runVerify(const CommandContext& context, const VerifyRequest& request) {
+    auto& console = context.console;
+    int status = kExitSuccess;
+    for (const auto& file : request.files) {
+        const auto reading = readMp4(file);
+        if (!reading.movie) status = kExitFailure;
+        const auto bytes = Fennimar::fileSize(file);
+        console.line(request.json ? verifiedLine(file, reading, bytes)
+                                  : verifiedText(file, reading, bytes));
         if (console.isClosed()) return kExitFailure;
     }
     return status;

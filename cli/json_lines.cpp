@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/make_string.h"
-#include "support/utf8.h"
+#include "support/strings.h"
 
 namespace reelvane {
 namespace {

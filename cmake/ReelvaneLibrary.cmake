@@ -11,7 +11,7 @@ function(reelvane_library folder)
   add_library(reelvane_${folder} STATIC ${arg_SOURCES})
   target_include_directories(reelvane_${folder} PUBLIC ${root})
   if(NOT CMAKE_AUTOMOC)  # moc would meet each header twice, by both of its paths
-    file(GLOB headers CONFIGURE_DEPENDS ${root}/${folder}/*.h ${root}/${folder}/ports/*.h)
+    file(GLOB headers CONFIGURE_DEPENDS ${root}/${folder}/*.h ${root}/${folder}/*/*.h)
     target_sources(reelvane_${folder} PUBLIC FILE_SET HEADERS BASE_DIRS ${root} FILES ${headers})
   endif()
   list(TRANSFORM arg_DEPENDS PREPEND reelvane_)
@@ -20,7 +20,7 @@ endfunction()
 
 # A path that climbs out of its folder would go round the include roots.
 function(reelvane_refuse_parent_includes)
-  file(GLOB files CONFIGURE_DEPENDS *.h *.cpp ports/*.h)
+  file(GLOB files CONFIGURE_DEPENDS *.h *.cpp */*.h */*.cpp)
   foreach(file IN LISTS files)
     file(STRINGS ${file} climbing REGEX "^[ \t]*#[ \t]*include[ \t]*[\"<][^\">]*\\.\\./")
     if(climbing)

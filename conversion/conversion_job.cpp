@@ -4,7 +4,7 @@
 
 #include "conversion/audio_method.h"
 #include "conversion/status_line.h"
-#include "support/time_text.h"
+#include "support/make_string.h"
 #include "support/vantor.h"
 
 namespace reelvane {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "support/bundle.h"
+#include "support/localization.h"
 
 namespace reelvane {
 

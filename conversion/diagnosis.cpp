@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "conversion/free_space.h"
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"

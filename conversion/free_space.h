@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "support/bundle.h"
+#include "support/localization.h"
 
 namespace reelvane {
 

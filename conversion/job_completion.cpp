@@ -3,9 +3,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "support/file_descriptor.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
+#include "support/posix_io.h"
 #include "support/vantor.h"
 
 namespace reelvane {

@@ -6,11 +6,10 @@
 #include <span>
 #include <utility>
 
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"
-#include "support/time_text.h"
 
 namespace reelvane {
 namespace {

@@ -10,7 +10,7 @@
 #include "conversion/track_titles.h"
 #include "conversion/track_trims.h"
 #include "mp4/mp4_reader.h"
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"

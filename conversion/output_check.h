@@ -13,7 +13,7 @@
 #include "conversion/output_lease.h"
 #include "conversion/output_proof.h"
 #include "media/mkv_file_info.h"
-#include "support/file_version.h"
+#include "support/held_file.h"
 
 namespace reelvane {
 

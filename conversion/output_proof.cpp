@@ -6,9 +6,7 @@
 #include "conversion/track_trims.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
-#include "support/size_text.h"
 #include "support/strings.h"
-#include "support/time_text.h"
 
 namespace reelvane {
 namespace {

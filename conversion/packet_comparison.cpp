@@ -1,9 +1,9 @@
 #include "conversion/packet_comparison.h"
 
 #include "conversion/job_notes.h"
+#include "support/localization.h"
 #include "support/ports/child_process.h"
 #include "support/strings.h"
-#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {

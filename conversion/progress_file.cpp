@@ -8,8 +8,8 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "support/file_descriptor.h"
 #include "support/paths.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 
 namespace reelvane {

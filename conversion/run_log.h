@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "support/bounded_text.h"
+#include "support/logging.h"
 
 namespace reelvane {
 

@@ -3,7 +3,7 @@
 #include <system_error>
 #include <utility>
 
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/translations.h"

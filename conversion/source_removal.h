@@ -8,10 +8,10 @@
 #include <string_view>
 
 #include "conversion/packet_comparison.h"
+#include "support/dispatch.h"
 #include "support/errands.h"
-#include "support/file_version.h"
+#include "support/held_file.h"
 #include "support/observable.h"
-#include "support/turns.h"
 
 namespace reelvane {
 

@@ -6,7 +6,6 @@
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"
-#include "support/time_text.h"
 
 namespace reelvane {
 

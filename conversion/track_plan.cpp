@@ -9,7 +9,7 @@
 #include "conversion/audio_method.h"
 #include "conversion/stream_plan.h"
 #include "conversion/subtitle_arguments.h"
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "media/subtitle_file.h"
-#include "support/file_version.h"
+#include "support/held_file.h"
 
 namespace reelvane {
 

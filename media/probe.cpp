@@ -9,7 +9,7 @@
 #include "media/picture_choice.h"
 #include "media/report_outline.h"
 #include "mp4/mp4_reader.h"
-#include "support/bundle.h"
+#include "support/localization.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"

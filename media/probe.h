@@ -10,7 +10,7 @@
 #include "media/mkv_file_info.h"
 #include "media/probe_report.h"
 #include "media/vetting.h"
-#include "support/untranslated.h"
+#include "support/localization.h"
 
 namespace reelvane {
 

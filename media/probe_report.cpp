@@ -7,9 +7,9 @@
 
 #include "media/picture_choice.h"
 #include "media/report_outline.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/strings.h"
-#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {

@@ -9,10 +9,10 @@
 #include <unistd.h>
 #include <utility>
 
-#include "support/bundle.h"
-#include "support/file_descriptor.h"
+#include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 
 namespace reelvane {

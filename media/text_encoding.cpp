@@ -8,7 +8,6 @@
 #include <uchardet/uchardet.h>
 
 #include "support/strings.h"
-#include "support/utf8.h"
 
 namespace reelvane {
 namespace {

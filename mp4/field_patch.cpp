@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "support/file_descriptor.h"
+#include "support/posix_io.h"
 
 namespace reelvane {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "support/file_descriptor.h"
+#include "support/posix_io.h"
 
 namespace reelvane {
 

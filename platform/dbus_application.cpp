@@ -1,16 +1,20 @@
 #include "platform/dbus_application.h"
 
+#include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
 
-#include "platform/application_messages.h"
-#include "platform/message_bus.h"
+#include "platform/dbus_connection.h"
 #include "support/logging.h"
 
 namespace reelvane {
 namespace {
 
-constexpr int kWarning = 4;
 /// In milliseconds. The program that runs may be busy; nobody sees this process wait for it.
 constexpr int kProgramPatience = 10'000;
 constexpr int kBusPatience = 3'000;
@@ -72,7 +76,7 @@ ApplicationInstance::Role DBusApplication::claim(const std::vector<std::filesyst
             return Role::HandedOver;
         }
     }
-    log_.write(kWarning, "Every owner of " + identifier_ + " on the session bus has vanished.");
+    log_.write(LogWarning, "Every owner of " + identifier_ + " on the session bus has vanished.");
     return Role::Primary;
 }
 
@@ -101,7 +105,7 @@ bool DBusApplication::exportInterface() {
     exported_ =
         g_dbus_connection_register_object(connection_.get(), objectPath_.c_str(), *node->interfaces,
                                           &kCalls, this, nullptr, error.out());
-    if (exported_ == 0) log_.write(kWarning, "No place on the session bus: " + error.message());
+    if (exported_ == 0) log_.write(LogWarning, "No place on the session bus: " + error.message());
     return exported_ != 0;
 }
 
@@ -112,7 +116,7 @@ DBusApplication::Name DBusApplication::askForName() {
     const auto answer =
         askBus("RequestName", g_variant_new("(su)", identifier_.c_str(), kDoNotQueue), error);
     if (!answer) {
-        log_.write(kWarning, "The bus refuses the name " + identifier_ + ": " + error.message());
+        log_.write(LogWarning, "The bus refuses the name " + identifier_ + ": " + error.message());
         return Name::Refused;
     }
     std::uint32_t outcome = 0;
@@ -141,7 +145,7 @@ DBusApplication::HandOver DBusApplication::handOver(
         G_DBUS_CALL_FLAGS_NO_AUTO_START, kProgramPatience, nullptr, error.out()));
     if (answer) return HandOver::Done;
     if (saysOwnerIsGone(error)) return HandOver::OwnerGone;
-    log_.write(kWarning, "The process that owns " + identifier_ + ": " + error.message());
+    log_.write(LogWarning, "The process that owns " + identifier_ + ": " + error.message());
     // The request lies before a program that is busy: opened here as well, the files would be
     // opened twice.
     return error.is(G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ? HandOver::Done : HandOver::Failed;
@@ -184,6 +188,79 @@ void DBusApplication::disconnect() {
     opens_.requests.clear();
     actions_.requests.clear();
     connection_.reset();
+}
+
+namespace {
+
+/// By GLib's own names: in the environment, and in the platform data.
+constexpr auto kTokens = std::to_array<std::pair<const char*, const char*>>(
+    {{"XDG_ACTIVATION_TOKEN", "activation-token"}, {"DESKTOP_STARTUP_ID", "desktop-startup-id"}});
+
+std::optional<std::filesystem::path> localFile(const char* uri) {
+    char* host = nullptr;
+    const GLibText name(g_filename_from_uri(uri, &host, nullptr));
+    const GLibText ownedHost(host);
+    if (!name) return std::nullopt;
+    const std::string_view on = host != nullptr ? host : "";
+    if (!on.empty() && on != "localhost" && on != g_get_host_name()) return std::nullopt;
+    return name.get();
+}
+
+}  // namespace
+
+std::string applicationObjectPath(const std::string& identifier) {
+    std::string path = "/" + identifier;
+    for (char& c : path) {
+        if (c == '.') c = '/';
+        if (c == '-') c = '_';
+    }
+    return path;
+}
+
+GVariant* platformData() {
+    GVariantBuilder data;
+    g_variant_builder_init(&data, G_VARIANT_TYPE_VARDICT);
+    for (const auto& [variable, key] : kTokens) {
+        const char* const token = std::getenv(variable);
+        if (token == nullptr || *token == '\0') continue;
+        g_variant_builder_add(&data, "{sv}", key, g_variant_new_string(validUtf8(token).c_str()));
+    }
+    return g_variant_builder_end(&data);
+}
+
+std::string activationToken(GVariant* platformData) {
+    for (const auto& [variable, key] : kTokens) {
+        const char* token = nullptr;
+        if (g_variant_lookup(platformData, key, "&s", &token) != FALSE) return token;
+    }
+    return {};
+}
+
+GVariant* urisOf(const std::vector<std::filesystem::path>& files) {
+    GVariantBuilder uris;
+    g_variant_builder_init(&uris, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const auto& file : files) {
+        std::error_code error;
+        const auto absolute = std::filesystem::absolute(file, error);
+        const GLibText uri(g_filename_to_uri(absolute.c_str(), nullptr, nullptr));
+        if (uri) g_variant_builder_add(&uris, "s", uri.get());
+    }
+    return g_variant_builder_end(&uris);
+}
+
+LocalFiles localFilesOf(GVariant* uris) {
+    LocalFiles found;
+    GVariantIter items;
+    g_variant_iter_init(&items, uris);
+    const char* uri = nullptr;
+    while (g_variant_iter_next(&items, "&s", &uri) != FALSE) {
+        if (auto file = localFile(uri)) {
+            found.files.push_back(std::move(*file));
+        } else {
+            found.otherURIs.emplace_back(uri);
+        }
+    }
+    return found;
 }
 
 }  // namespace reelvane

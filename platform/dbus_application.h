@@ -1,10 +1,12 @@
 #pragma once
 
 #include <deque>
+#include <filesystem>
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "platform/gio_handles.h"
+#include "platform/dbus_connection.h"
 #include "support/ports/application_instance.h"
 #include "support/ports/system_log.h"
 
@@ -58,5 +60,34 @@ private:
     GObjectHandle<GDBusConnection> connection_;
     guint exported_ = 0;
 };
+
+// What the messages of the interface org.freedesktop.Application are made of.
+
+inline constexpr auto kApplicationInterface = "org.freedesktop.Application";
+inline constexpr auto kApplicationDescription =
+    R"(<node><interface name='org.freedesktop.Application'>
+<method name='Activate'><arg type='a{sv}' name='platform_data' direction='in'/></method>
+<method name='Open'><arg type='as' name='uris' direction='in'/>
+<arg type='a{sv}' name='platform_data' direction='in'/></method>
+<method name='ActivateAction'><arg type='s' name='action_name' direction='in'/>
+<arg type='av' name='parameter' direction='in'/>
+<arg type='a{sv}' name='platform_data' direction='in'/></method>
+</interface></node>)";
+
+/// As the desktop entry specification makes it from the name.
+[[nodiscard]] std::string applicationObjectPath(const std::string& identifier);
+
+/// The token that this process was started with, as the platform data of a message (floating).
+[[nodiscard]] GVariant* platformData();
+/// The token in a message's platform data, or empty.
+[[nodiscard]] std::string activationToken(GVariant* platformData);
+
+/// The files as absolute URIs (floating), which keep every byte of the names.
+[[nodiscard]] GVariant* urisOf(const std::vector<std::filesystem::path>& files);
+struct LocalFiles {
+    std::vector<std::filesystem::path> files{};
+    std::vector<std::string> otherURIs{};  ///< those that name no file of this machine
+};
+[[nodiscard]] LocalFiles localFilesOf(GVariant* uris);
 
 }  // namespace reelvane

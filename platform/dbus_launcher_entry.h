@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/background_thread.h"
+#include "platform/thread_pool.h"
 #include "support/ports/launcher_entry.h"
 #include "support/ports/system_log.h"
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/background_thread.h"
+#include "platform/thread_pool.h"
 #include "support/ports/dispatcher.h"
 #include "support/ports/notifications.h"
 #include "support/ports/system_log.h"

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "platform/dbus_connection.h"
-#include "support/file_descriptor.h"
 #include "support/logging.h"
+#include "support/posix_io.h"
 
 namespace reelvane {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/background_thread.h"
+#include "platform/thread_pool.h"
 #include "support/ports/power_assertions.h"
 #include "support/ports/system_log.h"
 

@@ -9,7 +9,6 @@
 namespace reelvane {
 namespace {
 
-constexpr int kWarning = 4;
 constexpr std::size_t kLoggedLink = 200;  // a mail's holds all of its text
 /// A file manager that the call starts first takes its time.
 constexpr auto kFileManagerTime = std::chrono::seconds(15);
@@ -19,7 +18,8 @@ bool open(const std::string& uri, BackgroundThread::Context& context) {
     const auto shared = harmlessSharedBus(context.cancellable());  // GIO talks over it
     GLibError error;
     if (g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error.out()) != FALSE) return true;
-    context.log(kWarning, "Could not open " + uri.substr(0, kLoggedLink) + ": " + error.message());
+    context.log(LogWarning,
+                "Could not open " + uri.substr(0, kLoggedLink) + ": " + error.message());
     return false;
 }
 
@@ -28,7 +28,7 @@ std::string uriOf(const std::filesystem::path& path, BackgroundThread::Context& 
     GLibError error;
     const GLibText uri(g_filename_to_uri(path.c_str(), nullptr, error.out()));
     if (uri) return uri.get();
-    context.log(kWarning, "Could not show " + path.native() + ": " + error.message());
+    context.log(LogWarning, "Could not show " + path.native() + ": " + error.message());
     return {};
 }
 

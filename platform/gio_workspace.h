@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/background_thread.h"
+#include "platform/thread_pool.h"
 #include "support/ports/system_log.h"
 #include "support/ports/workspace.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <sys/stat.h>
 
-#include "support/file_descriptor.h"
+#include "support/posix_io.h"
 
 namespace reelvane {
 

@@ -1,15 +1,22 @@
 #include "platform/linux_host.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstddef>
 #include <cstdlib>
+#include <filesystem>
+#include <glib.h>
+#include <grp.h>
+#include <map>
+#include <memory>
+#include <pwd.h>
+#include <string>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
-#include "platform/account_database.h"
 #include "platform/ini_file.h"
-#include "platform/shell_assignments.h"
-#include "platform/xdg_user_folders.h"
 #include "support/strings.h"
 
 namespace reelvane {
@@ -98,6 +105,102 @@ ProcessScope LinuxHost::processScope() const {
 
 std::string LinuxHost::trimmedContent(const char* file) const {
     return std::string(Fennimar::trimmedOfWhitespaceAndNewlines(readWhole(root_ / file).text));
+}
+
+namespace {
+
+using std::filesystem::path;
+
+/// The conventions say to ignore a path that is not absolute.
+path folderFrom(const char* variable, const path& otherwise) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && path(value).is_absolute() ? path(value) : otherwise;
+}
+
+/// An entry is absolute or begins with "$HOME/"; others are ignored.
+path userFolder(const std::map<std::string, std::string, std::less<>>& entries,
+                std::string_view name, const path& home, const path& otherwise) {
+    constexpr std::string_view kHome = "$HOME";
+    const auto found = entries.find(name);
+    if (found == entries.end()) return otherwise;
+    const std::string_view entry = found->second;
+    if (entry.starts_with('/')) return path(entry).lexically_normal();
+    if (entry != kHome && !entry.starts_with("$HOME/")) return otherwise;
+    const auto below = path(entry.substr(kHome.size())).relative_path();
+    return below.empty() ? home : home / below;
+}
+
+}  // namespace
+
+UserFolders xdgUserFolders() {
+    const auto accountHome = path(currentAccount().home);
+    const auto home = folderFrom("HOME", accountHome);
+    const auto configuration = folderFrom("XDG_CONFIG_HOME", home / ".config");
+    const auto entries = parseShellAssignments(readWhole(configuration / "user-dirs.dirs").text);
+    return {.documents = userFolder(entries, "XDG_DOCUMENTS_DIR", home, home / "Documents"),
+            .desktop = userFolder(entries, "XDG_DESKTOP_DIR", home, home / "Desktop"),
+            .applicationData = folderFrom("XDG_DATA_HOME", home / ".local/share"),
+            .configuration = configuration,
+            .cache = folderFrom("XDG_CACHE_HOME", home / ".cache"),
+            .home = home,
+            .accountHome = accountHome};
+}
+
+namespace {
+
+constexpr std::size_t kFirstBuffer = 4096;
+constexpr std::size_t kLargestBuffer = std::size_t{16} << 20U;  // a group may list many members
+
+/// Calls a look-up of the C library with a buffer that grows until it is large enough.
+template <typename LookUp>
+void lookUp(std::vector<char>& buffer, LookUp call) {
+    buffer.resize(kFirstBuffer);
+    while (call() == ERANGE && buffer.size() < kLargestBuffer) buffer.resize(buffer.size() * 2);
+}
+
+std::string text(const char* value) {
+    return value == nullptr ? std::string() : value;
+}
+
+}  // namespace
+
+Account currentAccount() {
+    std::vector<char> buffer;
+    passwd entry = {};
+    passwd* found = nullptr;
+    lookUp(buffer,
+           [&] { return ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found); });
+    if (found == nullptr) return {};
+    return {.name = text(found->pw_name), .home = text(found->pw_dir)};
+}
+
+std::optional<std::vector<std::string>> groupMembers(const std::string& group) {
+    std::vector<char> buffer;
+    ::group entry = {};
+    ::group* found = nullptr;
+    lookUp(buffer, [&] {
+        return ::getgrnam_r(group.c_str(), &entry, buffer.data(), buffer.size(), &found);
+    });
+    if (found == nullptr) return std::nullopt;
+    std::vector<std::string> members;
+    for (char* const* member = found->gr_mem; *member != nullptr; ++member) {
+        members.emplace_back(*member);
+    }
+    return members;
+}
+
+std::map<std::string, std::string, std::less<>> parseShellAssignments(std::string_view text) {
+    std::map<std::string, std::string, std::less<>> values;
+    for (const auto line : Fennimar::split(text, "\n")) {
+        const auto trimmed = Fennimar::trimmedOf(line, " \t\r");
+        const auto value = Fennimar::partAfter(trimmed, "=");
+        if (trimmed.starts_with('#') || !value) continue;
+        const std::unique_ptr<char, decltype(&g_free)> unquoted(
+            g_shell_unquote(std::string(*value).c_str(), nullptr), &g_free);
+        if (!unquoted) continue;
+        values.insert_or_assign(std::string(Fennimar::partBefore(trimmed, "=")), unquoted.get());
+    }
+    return values;
 }
 
 }  // namespace reelvane

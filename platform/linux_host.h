@@ -1,8 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/ports/host.h"
@@ -29,5 +31,25 @@ private:
 
     std::filesystem::path root_;
 };
+
+/// The user's folders by the XDG conventions: the base folders from the environment, documents and
+/// desktop from "user-dirs.dirs", each with its usual place in the home folder behind it.
+[[nodiscard]] UserFolders xdgUserFolders();
+
+struct Account {
+    std::string name{};
+    std::string home{};
+};
+
+/// The account of the real user id, from the password database; empty when it has none.
+[[nodiscard]] Account currentAccount();
+
+/// The members that the group lists; absent when there is no such group.
+[[nodiscard]] std::optional<std::vector<std::string>> groupMembers(const std::string& group);
+
+/// Reads lines of the form NAME=value or NAME="value" as a shell would, without expanding
+/// variables: os-release(5), user-dirs.dirs. Other lines are skipped; the last of a name counts.
+[[nodiscard]] std::map<std::string, std::string, std::less<>> parseShellAssignments(
+    std::string_view text);
 
 }  // namespace reelvane

@@ -9,10 +9,10 @@
 #include <sys/eventfd.h>
 #include <utility>
 
-#include "platform/glib_source.h"
+#include "platform/glib_dispatcher.h"
 #include "platform/posix_child.h"
-#include "support/bounded_text.h"
-#include "support/file_descriptor.h"
+#include "support/logging.h"
+#include "support/posix_io.h"
 
 namespace reelvane {
 

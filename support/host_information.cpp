@@ -11,7 +11,6 @@
 
 #include "support/ports/host.h"
 #include "support/strings.h"
-#include "support/utf8.h"
 #include "support/vantor.h"
 
 namespace reelvane {

@@ -1,28 +1,19 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "support/make_string.h"
+#include "support/ports/system_log.h"
 
 namespace reelvane {
 
 class Preferences;
-class SystemLog;
-
-/// The eight severities of syslog.
-enum LogLevel : std::uint32_t {
-    LogEmergency = 0,
-    LogAlert = 1,
-    LogCritical = 2,
-    LogError = 3,
-    LogWarning = 4,
-    LogNotice = 5,
-    LogInfo = 6,
-    LogDebug = 7
-};
 
 /// Where messages go beside the capture file. The log sinks are the one process-wide state.
 struct LogSinks {
@@ -51,5 +42,51 @@ void vn_log_enablecapturetofile(const std::filesystem::path& file, std::uint64_t
 
 /// Keeps one finished message in a ring of its own, of 43 places, in the preferences.
 void log_to_prefs(std::string_view message);
+
+/// The file that mirrors the log, or none. Any thread; logs nothing itself.
+class LogCapture {
+public:
+    LogCapture() = default;
+    ~LogCapture();
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    LogCapture(LogCapture&&) = delete;
+    LogCapture& operator=(LogCapture&&) = delete;
+
+    /// Makes the file when it is missing, cuts one larger than `maxSize` bytes (0: never) to its
+    /// end, and appends to it from now on. False: it cannot be opened, and nothing is captured.
+    bool open(const std::filesystem::path& file, std::uint64_t maxSize);
+
+    /// Appends one line. Answers the line, its odd bytes replaced, when it is not UTF-8 and so was
+    /// not written.
+    std::optional<std::string> append(std::uint32_t level, std::string_view appName,
+                                      std::string_view message);
+
+private:
+    std::mutex mutex_;
+    int file_ = -1;
+};
+
+/// What a program printed, however much that is: whole up to four parts, and of more the first part
+/// and at least the last one, with a line between them that says how much was left out.
+class BoundedText {
+public:
+    static constexpr std::size_t kPart = std::size_t{1} << 20U;  ///< bytes
+    static constexpr std::size_t kUnbounded = SIZE_MAX / 8;      ///< a part that keeps everything
+
+    explicit BoundedText(std::size_t part = kPart) : part_(part) {}
+
+    void append(std::string_view text);
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] std::uint64_t omittedBytes() const { return omitted_; }
+
+private:
+    std::size_t part_;
+    std::string text_;
+    std::size_t markLength_ =
+        0;  ///< of the line that stands behind the first part; 0: there is none
+    std::uint64_t omitted_ = 0;
+};
 
 }  // namespace reelvane

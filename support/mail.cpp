@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "support/alerts.h"
-#include "support/bundle.h"
 #include "support/dispatch.h"
+#include "support/localization.h"
 #include "support/logging.h"
 #include "support/make_string.h"
 #include "support/paths.h"

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <limits>
 #include <optional>
+#include <string_view>
 #include <system_error>
 
 #include "support/strings.h"
@@ -169,6 +170,96 @@ std::string formatString(std::string_view format, std::initializer_list<FormatAr
             result += rendered(*place, (next++)->value());
         }
     }
+}
+
+std::string fileSizeText(std::uint64_t bytes) {
+    static constexpr auto kUnits = std::to_array<std::string_view>({"kB", "MB", "GB", "TB", "PB"});
+    if (bytes < 1000) return makeString("%lu %@", bytes, bytes == 1 ? "byte" : "bytes");
+    auto value = static_cast<double>(bytes) / 1000;
+    std::size_t unit = 0;
+    // 999.5 would be rounded up to a fourth digit.
+    while (value >= 999.5 && unit + 1 < kUnits.size()) {
+        value /= 1000;
+        ++unit;
+    }
+    const std::string_view format = value < 9.995   ? "%.2f %@"
+                                    : value < 99.95 ? "%.1f %@"
+                                                    : "%.0f %@";
+    return makeString(format, value, kUnits.at(unit));
+}
+
+std::string formattedTimeFromTimeInterval(double seconds) {
+    if (!std::isfinite(seconds)) return "?";
+    // Adding zero turns a negative zero into a plain one.
+    const double minutes = std::trunc(seconds / 60) + 0.0;
+    const double rest = std::trunc(std::fmod(seconds, 60)) + 0.0;
+    if (minutes == 0) return makeString("%.0fs", rest);
+    return makeString("%.0fm %.0fs", minutes, rest);
+}
+
+namespace {
+
+constexpr bool isPlain(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("-_./:@%+,").find(c) != std::string_view::npos;
+}
+
+/// Three octal digits, so that a digit which follows is never taken in.
+std::string octal(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    const std::array<char, 4> text{'\\', char('0' + (byte >> 6U)), char('0' + ((byte >> 3U) & 7U)),
+                                   char('0' + (byte & 7U))};
+    return {text.begin(), text.end()};
+}
+
+/// Calls `take` with each character and whether it is one to be shown.
+template <typename Take>
+void forEachCharacter(std::string_view word, Take take) {
+    while (!word.empty()) {
+        const auto character = decodeUtf8(word);
+        take(word.substr(0, character.length), character.valid && !isSteering(character.value));
+        word.remove_prefix(character.length);
+    }
+}
+
+bool isShown(std::string_view word) {
+    bool allShown = true;
+    forEachCharacter(word, [&](std::string_view, bool shown) { allShown = allShown && shown; });
+    return allShown;
+}
+
+std::string withEscapes(std::string_view word) {
+    std::string quoted = "$'";
+    forEachCharacter(word, [&](std::string_view character, bool shown) {
+        if (character == "\n") {
+            quoted += "\\n";
+        } else if (character == "\t") {
+            quoted += "\\t";
+        } else if (!shown) {
+            for (const char c : character) quoted += octal(c);
+        } else {
+            if (character == "'" || character == "\\") quoted += '\\';
+            quoted += character;
+        }
+    });
+    return quoted + "'";
+}
+
+}  // namespace
+
+std::string shellQuoted(std::string_view word) {
+    if (!word.empty() && std::ranges::all_of(word, isPlain)) return std::string(word);
+    if (!isShown(word)) return withEscapes(word);
+    return "'" + Fennimar::replaced(word, "'", R"('\'')") + "'";
+}
+
+std::string shellQuotedLine(std::span<const std::string> words) {
+    std::string line;
+    for (const auto& word : words) {
+        if (!line.empty()) line += ' ';
+        line += shellQuoted(word);
+    }
+    return line;
 }
 
 }  // namespace reelvane

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <concepts>
+#include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -41,5 +44,38 @@ template <typename... Arguments>
 [[nodiscard]] std::string makeString(std::string_view format, const Arguments&... arguments) {
     return formatString(format, {FormatArgument(arguments)...});
 }
+
+/// "917 bytes", "1.43 GB": powers of ten, as file managers count, with three digits at the most.
+[[nodiscard]] std::string fileSizeText(std::uint64_t bytes);
+
+/// "59s" for 59.9, "1m 0s" for 60, "2m 5s" for 125.4. What is no number reads "?".
+[[nodiscard]] std::string formattedTimeFromTimeInterval(double seconds);
+
+}  // namespace reelvane
+
+namespace Fennimar {
+
+/// Negative when `to` was earlier.
+[[nodiscard]] inline double secondsBetween(std::chrono::steady_clock::time_point from,
+                                           std::chrono::steady_clock::time_point to) {
+    return std::chrono::duration<double>(to - from).count();
+}
+
+}  // namespace Fennimar
+
+namespace reelvane {
+
+/// What a process that a signal interrupted ends with, as shells report it.
+[[nodiscard]] constexpr int exitStatusOfSignal(int signal) {
+    return 128 + signal;
+}
+
+/// The word as a shell reads it back, on one line: bare where no character means anything to the
+/// shell, else in single quotes, and in the form $'...' (bash, ksh, zsh and POSIX 2024) where it
+/// holds control characters. Other bytes stay as they are, UTF-8 or not.
+[[nodiscard]] std::string shellQuoted(std::string_view word);
+
+/// The words, quoted, with single spaces between them.
+[[nodiscard]] std::string shellQuotedLine(std::span<const std::string> words);
 
 }  // namespace reelvane

@@ -9,11 +9,9 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "support/file_descriptor.h"
 #include "support/held_file.h"
 #include "support/posix_io.h"
 #include "support/strings.h"
-#include "support/utf8.h"
 
 namespace Fennimar {
 namespace fs = std::filesystem;

@@ -3,10 +3,38 @@
 #include <filesystem>
 #include <string_view>
 #include <sys/types.h>
-
-#include "support/file_descriptor.h"
+#include <unistd.h>
+#include <utility>
 
 namespace reelvane {
+
+/// Owns one open file descriptor and closes it; move-only. -1 is none.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        if (this != &other) reset(std::exchange(other.descriptor_, -1));
+        return *this;
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() { reset(); }
+
+    [[nodiscard]] int get() const { return descriptor_; }
+    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+    /// Hands the descriptor over to the caller, who closes it.
+    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
+    void reset(int descriptor = -1) {
+        if (descriptor_ >= 0) ::close(descriptor_);
+        descriptor_ = descriptor;
+    }
+
+private:
+    int descriptor_ = -1;
+};
 
 /// Writes all bytes to an open file; false when that fails, with errno set. Any thread; may block.
 bool writeAll(int file, std::string_view bytes);

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <system_error>
 
-#include "support/utf8.h"
+#include "support/strings.h"
 
 namespace reelvane {
 namespace {

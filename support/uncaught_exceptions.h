@@ -1,7 +1,10 @@
 #pragma once
 
 #include <exception>
+#include <filesystem>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "support/problem_reports.h"
 
@@ -31,5 +34,27 @@ public:
 private:
     std::terminate_handler former_;
 };
+
+/// An unexpected failure that a problem report shows under a name of its own instead of its type's.
+class NamedException : public std::runtime_error {
+public:
+    NamedException(std::string name, const std::string& reason)
+        : std::runtime_error(reason),
+          name_(std::move(name)) {}
+
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+private:
+    std::string name_;
+};
+
+/// Whether a copy of the program lost its links when it was extracted: for each entry X of the
+/// folder of private frameworks, "X/X without its extension" has to be a symbolic link. A folder
+/// that is not there is whole.
+[[nodiscard]] bool applicationIsDamaged(const std::filesystem::path& frameworks);
+
+/// Tells the user of a damaged copy and ends the process with status 0. `main` calls it once, right
+/// after it has made the Vantor object. Main thread only.
+void runDamagedApplicationTest(Vantor& vantor, const EndProcess& end = endProcess);
 
 }  // namespace reelvane

@@ -1,7 +1,10 @@
 #include "ui/launch_arguments.h"
 
+#include <cstdlib>
+#include <utility>
+
 #include "support/make_string.h"
-#include "ui/qt_text.h"
+#include "ui/widgets/qt_text.h"
 
 namespace reelvane {
 namespace {
@@ -53,6 +56,29 @@ Options:
 
 The same without a window, for scripts and servers: reelvane-cli --help
 )";
+}
+
+namespace {
+
+// A function that exit() calls takes no argument of ours.
+std::function<void()>& pendingWork() {
+    static std::function<void()> work;
+    return work;
+}
+
+void doPendingWork() {
+    if (const auto work = std::exchange(pendingWork(), {})) work();
+}
+
+}  // namespace
+
+ExitWork::ExitWork(std::function<void()> work) {
+    pendingWork() = std::move(work);
+    std::atexit(doPendingWork);
+}
+
+ExitWork::~ExitWork() {
+    pendingWork() = {};
 }
 
 }  // namespace reelvane

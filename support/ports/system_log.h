@@ -1,8 +1,21 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace reelvane {
+
+/// The eight severities of syslog.
+enum LogLevel : std::uint32_t {
+    LogEmergency = 0,
+    LogAlert = 1,
+    LogCritical = 2,
+    LogError = 3,
+    LogWarning = 4,
+    LogNotice = 5,
+    LogInfo = 6,
+    LogDebug = 7
+};
 
 /// The operating system's log. Any thread.
 class SystemLog {

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "app/app_delegate.h"
-#include "app/preference_keys.h"
 #include "app/preference_table.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/small_mp4.h"

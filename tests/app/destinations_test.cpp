@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "app/output_names.h"
+#include "app/outputs.h"
 #include "tests/app/app_fixture.h"
 
 namespace reelvane {

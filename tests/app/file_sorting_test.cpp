@@ -1,7 +1,6 @@
-#include "app/file_sorting.h"
-
 #include <gmock/gmock.h>
 
+#include "app/opened_files.h"
 #include "support/paths.h"
 #include "tests/fakes/temporary_folder.h"
 

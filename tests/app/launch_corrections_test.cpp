@@ -1,9 +1,7 @@
-#include "app/launch_corrections.h"
-
 #include <gtest/gtest.h>
 
-#include "app/preference_keys.h"
 #include "app/preference_table.h"
+#include "app/settings_reader.h"
 #include "tests/fakes/fake_platform.h"
 
 namespace reelvane {

@@ -4,7 +4,6 @@
 #include <set>
 #include <tuple>
 
-#include "app/preference_keys.h"
 #include "app/settings_reader.h"
 #include "support/make_string.h"
 #include "tests/fakes/fake_platform.h"

@@ -1,5 +1,4 @@
-#include "app/queue_rest.h"
-
+#include "app/queue_control.h"
 #include "tests/app/app_fixture.h"
 
 namespace reelvane {

@@ -1,7 +1,7 @@
-#include "app/subtitle_pairing.h"
-
 #include <gmock/gmock.h>
 #include <string>
+
+#include "app/opened_files.h"
 
 namespace reelvane {
 namespace {

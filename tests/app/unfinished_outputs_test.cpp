@@ -6,7 +6,6 @@
 #include <tuple>
 #include <unistd.h>
 
-#include "app/unfinished_output.h"
 #include "support/preference_text.h"
 #include "tests/app/app_fixture.h"
 

@@ -9,8 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "cli/text_width.h"
-#include "support/file_descriptor.h"
+#include "cli/console.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 #include "tests/cli/cli_fixture.h"
 

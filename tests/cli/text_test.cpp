@@ -3,12 +3,10 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/command_line.h"
+#include "cli/console.h"
 #include "cli/json_lines.h"
-#include "cli/progress_line.h"
-#include "cli/terminal.h"
-#include "cli/text_lines.h"
-#include "cli/text_width.h"
-#include "support/utf8.h"
+#include "cli/text_reporter.h"
+#include "support/strings.h"
 
 namespace reelvane {
 namespace {

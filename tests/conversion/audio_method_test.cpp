@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "support/untranslated.h"
+#include "support/localization.h"
 
 namespace reelvane {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "support/untranslated.h"
+#include "support/localization.h"
 #include "tests/fakes/fake_process_launcher.h"
 
 namespace reelvane {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <vector>
 
-#include "support/untranslated.h"
+#include "support/localization.h"
 
 namespace reelvane {
 namespace {

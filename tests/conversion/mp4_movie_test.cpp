@@ -10,7 +10,7 @@
 #include "conversion/track_titles.h"
 #include "conversion/track_trims.h"
 #include "mp4/mp4_reader.h"
-#include "support/untranslated.h"
+#include "support/localization.h"
 #include "tests/fakes/small_mp4.h"
 #include "tests/fakes/temporary_folder.h"
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "conversion/free_space.h"
-#include "support/file_descriptor.h"
+#include "support/posix_io.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "support/untranslated.h"
+#include "support/localization.h"
 
 namespace reelvane {
 namespace {

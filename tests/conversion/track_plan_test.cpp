@@ -5,8 +5,8 @@
 
 #include "conversion/command_builder.h"
 #include "conversion/mapped_streams.h"
+#include "support/localization.h"
 #include "support/strings.h"
-#include "support/untranslated.h"
 
 namespace reelvane {
 namespace {

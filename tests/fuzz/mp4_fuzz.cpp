@@ -11,7 +11,6 @@
 #include "conversion/track_flags.h"
 #include "mp4/field_patch.h"
 #include "mp4/mp4_reader.h"
-#include "support/file_descriptor.h"
 #include "support/posix_io.h"
 
 namespace {

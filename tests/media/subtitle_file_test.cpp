@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "support/untranslated.h"
+#include "support/localization.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/dbus_connection.h"
 #include "platform/glib_dispatcher.h"
-#include "platform/message_bus.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/platform/private_bus.h"
 

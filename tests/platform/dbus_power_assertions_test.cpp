@@ -6,7 +6,7 @@
 #include <optional>
 #include <unistd.h>
 
-#include "support/file_descriptor.h"
+#include "support/posix_io.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/platform/private_bus.h"
 

@@ -14,7 +14,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "support/untranslated.h"
+#include "support/localization.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {

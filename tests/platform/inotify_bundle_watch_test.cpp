@@ -1,7 +1,6 @@
-#include "platform/inotify_bundle_watch.h"
-
 #include <gtest/gtest.h>
 
+#include "platform/executable_bundle.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {

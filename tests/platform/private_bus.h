@@ -14,7 +14,7 @@
 #include <sys/prctl.h>
 #include <utility>
 
-#include "platform/gio_handles.h"
+#include "platform/dbus_connection.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "support/dispatch.h"
-#include "support/value_alerts.h"
 #include "tests/fakes/fake_platform.h"
 
 namespace reelvane {

@@ -1,8 +1,8 @@
-#include "support/bounded_text.h"
-
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/logging.h"
 
 namespace reelvane {
 namespace {

@@ -1,7 +1,7 @@
-#include "support/shell_quoting.h"
-
 #include <gtest/gtest.h>
 #include <vector>
+
+#include "support/make_string.h"
 
 namespace reelvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/auxiliary_windows.h"
+#include "ui/windows/auxiliary_windows.h"
 
 #include <tuple>
 
@@ -10,8 +10,8 @@
 
 #include "tests/ui/accessible_names.h"
 #include "tests/ui/ui_fixture.h"
-#include "ui/about_dialog.h"
-#include "ui/rating_window.h"
+#include "ui/windows/about_dialog.h"
+#include "ui/windows/rating_window.h"
 
 namespace reelvane {
 namespace {

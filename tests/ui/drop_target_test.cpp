@@ -1,4 +1,4 @@
-#include "ui/drop_target.h"
+#include "ui/windows/drop_target.h"
 
 #include <QCoreApplication>
 #include <QDropEvent>
@@ -6,7 +6,7 @@
 #include <QWidget>
 
 #include "tests/ui/ui_fixture.h"
-#include "ui/qt_text.h"
+#include "ui/widgets/qt_text.h"
 
 namespace reelvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/file_sheet.h"
+#include "ui/sheet/file_sheet.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 
 #include "tests/ui/ui_fixture.h"
-#include "ui/elided_label.h"
-#include "ui/pop_up_menu_box.h"
+#include "ui/sheet/pop_up_menu_box.h"
+#include "ui/widgets/labels.h"
 
 namespace reelvane {
 namespace {

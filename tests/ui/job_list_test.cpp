@@ -9,12 +9,11 @@
 #include <QToolButton>
 
 #include "tests/ui/ui_fixture.h"
-#include "ui/details_popover.h"
-#include "ui/elided_label.h"
-#include "ui/job_list_model.h"
-#include "ui/job_list_view.h"
-#include "ui/poster_frames.h"
-#include "ui/poster_view.h"
+#include "ui/jobs/details_popover.h"
+#include "ui/jobs/job_list_model.h"
+#include "ui/jobs/job_list_view.h"
+#include "ui/jobs/poster_view.h"
+#include "ui/widgets/labels.h"
 
 namespace reelvane {
 namespace {

@@ -1,10 +1,9 @@
 #include <QApplication>
 
 #include "tests/ui/ui_fixture.h"
-#include "ui/colours.h"
-#include "ui/elided_label.h"
-#include "ui/log_view.h"
-#include "ui/theme.h"
+#include "ui/jobs/details_popover.h"
+#include "ui/widgets/labels.h"
+#include "ui/widgets/theme.h"
 
 namespace reelvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/main_window.h"
+#include "ui/windows/main_window.h"
 
 #include <QAction>
 #include <QListView>
@@ -10,7 +10,7 @@
 
 #include "tests/ui/accessible_names.h"
 #include "tests/ui/ui_fixture.h"
-#include "ui/poster_frames.h"
+#include "ui/jobs/poster_view.h"
 
 namespace reelvane {
 namespace {

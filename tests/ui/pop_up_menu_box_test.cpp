@@ -1,11 +1,11 @@
-#include "ui/pop_up_menu_box.h"
+#include "ui/sheet/pop_up_menu_box.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
 #include <QTest>
 
-#include "app/pop_up_menu.h"
+#include "app/track_choices.h"
 
 namespace reelvane {
 

@@ -1,10 +1,9 @@
-#include "ui/poster_frames.h"
-
 #include <gmock/gmock.h>
 
 #include <QBuffer>
 
 #include "tests/fakes/fake_platform.h"
+#include "ui/jobs/poster_view.h"
 
 namespace reelvane {
 namespace {

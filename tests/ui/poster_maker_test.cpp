@@ -1,9 +1,9 @@
-#include "ui/poster_maker.h"
+#include "ui/jobs/poster_maker.h"
 
 #include <cstdio>
 #include <gtest/gtest.h>
 
-#include "support/shell_quoting.h"
+#include "support/make_string.h"
 #include "tests/fakes/fake_process_launcher.h"
 #include "tests/fakes/temporary_folder.h"
 

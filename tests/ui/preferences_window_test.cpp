@@ -1,4 +1,4 @@
-#include "ui/preferences_window.h"
+#include "ui/preferences/preferences_window.h"
 
 #include <set>
 
@@ -15,7 +15,7 @@
 #include "conversion/subtitle_arguments.h"
 #include "tests/ui/accessible_names.h"
 #include "tests/ui/ui_fixture.h"
-#include "ui/qt_text.h"
+#include "ui/widgets/qt_text.h"
 
 namespace reelvane {
 namespace {

@@ -1,5 +1,3 @@
-#include "ui/qt_alerts.h"
-
 #include <functional>
 #include <gtest/gtest.h>
 #include <tuple>
@@ -13,8 +11,8 @@
 #include <QTimer>
 
 #include "tests/ui/accessible_names.h"
-#include "ui/alert_box.h"
-#include "ui/plain_text_view.h"
+#include "ui/widgets/labels.h"
+#include "ui/windows/alert_box.h"
 
 namespace reelvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/qt_panels.h"
+#include "ui/windows/qt_panels.h"
 
 #include <gmock/gmock.h>
 #include <memory>
@@ -14,8 +14,7 @@
 
 #include "tests/fakes/fake_dispatcher.h"
 #include "tests/fakes/temporary_folder.h"
-#include "ui/file_panel.h"
-#include "ui/qt_text.h"
+#include "ui/widgets/qt_text.h"
 
 namespace reelvane {
 namespace {

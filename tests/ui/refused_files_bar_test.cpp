@@ -1,13 +1,12 @@
-#include "ui/refused_files_bar.h"
-
 #include <gtest/gtest.h>
 
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTest>
 
-#include "app/refused_files.h"
+#include "app/intake_telling.h"
 #include "tests/ui/accessible_names.h"
+#include "ui/windows/notice_bar.h"
 
 namespace reelvane {
 

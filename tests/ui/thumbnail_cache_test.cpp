@@ -1,4 +1,4 @@
-#include "ui/thumbnail_cache.h"
+#include "ui/jobs/thumbnail_cache.h"
 
 #include <gtest/gtest.h>
 #include <iterator>

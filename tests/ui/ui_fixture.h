@@ -2,8 +2,8 @@
 
 #include "support/ports/desktop_appearance.h"
 #include "tests/app/app_fixture.h"
-#include "ui/icons.h"
 #include "ui/ui_context.h"
+#include "ui/widgets/icons.h"
 
 namespace reelvane {
 

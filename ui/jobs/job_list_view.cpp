@@ -1,0 +1,346 @@
+#include "ui/jobs/job_list_view.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include "app/app_delegate.h"
+#include "ui/jobs/details_popover.h"
+#include "ui/jobs/job_actions.h"
+#include "ui/jobs/job_list_model.h"
+#include "ui/widgets/icons.h"
+#include "ui/widgets/labels.h"
+#include "ui/widgets/theme.h"
+
+namespace reelvane {
+
+JobRowPool::JobRowPool(QWidget& list, MakeRow makeRow)
+    : list_(list),
+      makeRow_(std::move(makeRow)),
+      lastStation_(&list) {
+    addRow();  // it knows how tall a row is
+}
+
+JobRow& JobRowPool::addRow() {
+    auto* const row = makeRow_();
+    row->hide();
+    for (auto* const button : row->buttons()) {
+        QWidget::setTabOrder(lastStation_, button);
+        lastStation_ = button;
+    }
+    all_.push_back(row);
+    return *row;
+}
+
+int JobRowPool::rowHeight() const {
+    return all_.front()->minimumHeight();
+}
+
+std::vector<JobRow*> JobRowPool::rows() const {
+    std::vector<JobRow*> rows;
+    std::ranges::copy_if(all_, std::back_inserter(rows),
+                         [](const JobRow* row) { return row->job() != nullptr; });
+    return rows;
+}
+
+JobRow* JobRowPool::rowOf(const ConversionJob& job) const {
+    const auto found = std::ranges::find(all_, &job, &JobRow::job);
+    return found == all_.end() ? nullptr : *found;
+}
+
+void JobRowPool::showJobs(std::span<ConversionJob* const> jobs, QPoint topLeft, int width) {
+    for (auto* const row : rows()) {
+        if (std::ranges::find(jobs, row->job()) == jobs.end()) clear(*row);
+    }
+    QRect place(topLeft, QSize(width, rowHeight()));
+    for (auto* const job : jobs) {
+        auto* row = rowOf(*job);
+        if (row == nullptr) {
+            row = &freeRow();
+            row->showJob(*job);
+            row->setCurrent(job == current_);
+        }
+        row->setGeometry(place);
+        row->show();
+        place.translate(0, place.height());
+    }
+    for (auto* const row : all_) {
+        if (row->job() == nullptr) row->hide();
+    }
+}
+
+JobRow& JobRowPool::freeRow() {
+    const auto found = std::ranges::find(all_, nullptr, &JobRow::job);
+    return found == all_.end() ? addRow() : **found;
+}
+
+void JobRowPool::forget(const ConversionJob& job) {
+    if (current_ == &job) current_ = nullptr;
+    if (auto* const row = rowOf(job)) {
+        clear(*row);
+        row->hide();
+    }
+}
+
+void JobRowPool::clear(JobRow& row) {
+    if (row.isAncestorOf(QApplication::focusWidget())) list_.setFocus();
+    row.clear();
+}
+
+void JobRowPool::setCurrent(const ConversionJob* job) {
+    current_ = job;
+    for (auto* const row : rows()) row->setCurrent(row->job() == job);
+}
+
+void JobRowPool::refresh() const {
+    for (auto* const row : rows()) row->refresh();
+}
+
+JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidget* parent)
+    : QListView(parent),
+      context_(context),
+      jobs_(new JobListModel(context.controller.queue(), this)),
+      commands_(context, [this](ConversionJob& job) { openDetails(job); }),
+      icons_(context.icons),
+      rows_(*this, [this, &posters] { return new JobRow(commands_, posters, icons_, viewport()); }),
+      actions_(new JobActions(*this, commands_, icons_, context.icons.symbolic("copy"))),
+      states_(context.controller.queue().observeStates([this] { refreshAll(); })),
+      reading_(bind(context.controller.intake().turn(), [this](const IntakeTurn& turn) {
+          actions_->setReturnReveals(turn.state != IntakeState::Reading);
+      })) {
+    describeJobLists();
+    setAccessibleName(tr("Conversions"));
+    setFrameShape(QFrame::NoFrame);
+    setItemDelegate(new RowGround(*this));
+    setModel(jobs_);
+    setSelectionMode(ExtendedSelection);
+    setUniformItemSizes(true);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(this, &QListView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (auto* const job = jobs_->job(index)) commands_.reveal(*job);
+    });
+    for (const auto change :
+         {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(jobs_, change, this, [this] {
+            if (jobs_->rowCount() < 2) actions_->refresh();  // an empty list is laid out no more
+        });
+    }
+    actions_->refresh();
+}
+
+JobListView::~JobListView() = default;
+
+QList<QAction*> JobListView::jobActions() const {
+    return actions_->all();
+}
+
+ConversionJob* JobListView::currentJob() const {
+    return jobs_->job(currentIndex());
+}
+
+int JobListView::selectedCount() const {
+    int count = 0;
+    for (const auto& range : selectionModel()->selection()) count += range.height();
+    return count;
+}
+
+std::vector<ConversionJob*> JobListView::selectedJobs() const {
+    std::vector<ConversionJob*> jobs;
+    for (const auto& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            jobs.push_back(jobs_->job(jobs_->index(row, 0)));
+        }
+    }
+    if (auto* const job = currentJob(); jobs.empty() && job != nullptr) jobs.push_back(job);
+    return jobs;
+}
+
+void JobListView::removeSelected() {
+    const auto jobs = selectedJobs();
+    if (jobs.empty()) return;
+    selectBeside(jobs);
+    commands_.remove(jobs);
+}
+
+void JobListView::selectBeside(const std::vector<ConversionJob*>& leaving) {
+    const std::unordered_set<const ConversionJob*> gone(leaving.begin(), leaving.end());
+    const auto stays = [this, &gone](int row) {
+        return !gone.contains(jobs_->job(jobs_->index(row, 0)));
+    };
+    const int count = jobs_->rowCount();
+    int row = std::max(currentIndex().row(), 0);
+    while (row < count && !stays(row)) ++row;
+    if (row == count) {
+        do {
+            --row;
+        } while (row >= 0 && !stays(row));
+    }
+    // All at once, because a selection in many pieces makes each removal dear.
+    selectionModel()->clearSelection();
+    if (row >= 0) setCurrentIndex(jobs_->index(row, 0));
+}
+
+JobRow* JobListView::rowOf(const QModelIndex& index) const {
+    const auto* const job = jobs_->job(index);
+    return job == nullptr ? nullptr : rows_.rowOf(*job);
+}
+
+QModelIndex JobListView::indexOf(const ConversionJob& job) const {
+    return jobs_->indexOf(job);
+}
+
+void JobListView::openDetails(ConversionJob& job) {
+    if (details_ == nullptr) details_ = new DetailsPopover(context_, this);
+    details_->showJob(job);
+}
+
+void JobListView::refreshAll() {
+    rows_.refresh();
+    actions_->refresh();
+}
+
+void JobListView::doItemsLayout() {
+    const auto anchor = anchor_;
+    settling_ = true;
+    QListView::doItemsLayout();
+    verticalScrollBar()->setSingleStep(rows_.rowHeight() / 2);
+    verticalScrollBar()->setValue(anchor.row * rows_.rowHeight() + anchor.offset);
+    settling_ = false;
+    placeRows();
+    actions_->refresh();
+}
+
+void JobListView::updateGeometries() {
+    QListView::updateGeometries();
+    placeRows();
+}
+
+void JobListView::scrollContentsBy(int dx, int dy) {
+    QListView::scrollContentsBy(dx, dy);
+    placeRows();
+}
+
+void JobListView::placeRows() {
+    if (settling_) return;
+    const int height = rows_.rowHeight();
+    const int top = verticalScrollBar()->value();
+    anchor_ = {.row = top / height, .offset = top % height};
+    std::vector<ConversionJob*> visible;
+    const int end = std::min((top + viewport()->height() - 1) / height + 1, jobs_->rowCount());
+    for (int row = anchor_.row; row < end; ++row) {
+        visible.push_back(jobs_->job(jobs_->index(row, 0)));
+    }
+    rows_.showJobs(visible, {0, -anchor_.offset}, viewport()->width());
+}
+
+void JobListView::rowsInserted(const QModelIndex& parent, int start, int end) {
+    anchor_.rowsInserted(start, end - start + 1);
+    QListView::rowsInserted(parent, start, end);
+}
+
+void JobListView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    for (int row = start; row <= end; ++row) {
+        const auto& job = *jobs_->job(jobs_->index(row, 0));
+        rows_.forget(job);
+        actions_->forget(job);
+    }
+    anchor_.rowsRemoved(start, end - start + 1);
+    // Where the current row goes, its neighbour becomes current: no reason to show another place.
+    setAutoScroll(false);
+    QListView::rowsAboutToBeRemoved(parent, start, end);
+    setAutoScroll(true);
+}
+
+void JobListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    // What QListView adds tells assistive programs of items that describeJobLists does without.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    QAbstractItemView::currentChanged(current, previous);
+    rows_.setCurrent(jobs_->job(current));
+    tellRowFocus(*this);
+    actions_->refresh();
+}
+
+void JobListView::selectionChanged(const QItemSelection& selected,
+                                   const QItemSelection& deselected) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): as above
+    QAbstractItemView::selectionChanged(selected, deselected);
+    tellSelection(*this, selected, deselected);
+    actions_->refresh();
+}
+
+void JobListView::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    tellRowFocus(*this);
+}
+
+void JobListView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const auto index =
+        byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+    if (!index.isValid()) return;
+    actions_->popUp(byKey ? viewport()->mapToGlobal(visualRect(index).center())
+                          : event->globalPos());
+}
+
+void JobListView::changeEvent(QEvent* event) {
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        scheduleDelayedItemsLayout();  // the rows have another height now
+    }
+}
+
+namespace {
+
+constexpr int kInset = 2;
+constexpr double kRounding = 6;
+constexpr double kFocusWidth = 2;
+constexpr float kLineStrength = 0.12F;
+
+}  // namespace
+
+RowGround::RowGround(JobListView& list) : QStyledItemDelegate(&list), list_(list) {}
+
+QSize RowGround::sizeHint(const QStyleOptionViewItem& /*option*/,
+                          const QModelIndex& /*index*/) const {
+    return {1, list_.rows().rowHeight()};  // as wide as the list
+}
+
+void RowGround::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const {
+    const auto& palette = option.palette;
+    const bool selected = (option.state & QStyle::State_Selected) != 0;
+    const auto* const row = list_.rowOf(index);
+    const bool hovered = row != nullptr && row->underMouse();
+    painter->save();
+    auto line = palette.color(QPalette::Text);
+    line.setAlphaF(kLineStrength);
+    const auto side = 2 * kInset;
+    painter->setPen(line);
+    painter->drawLine(option.rect.bottomLeft() + QPoint(side, 0),
+                      option.rect.bottomRight() - QPoint(side, 0));
+    painter->setRenderHint(QPainter::Antialiasing);
+    const auto shape = QRectF(option.rect).adjusted(kInset, kInset, -kInset, -kInset - 1);
+    if (selected || hovered) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(selected ? selectedGround(palette) : hoveredGround(palette));
+        painter->drawRoundedRect(shape, kRounding, kRounding);
+    }
+    const bool focused = list_.currentIndex() == index && list_.hasFocus();
+    if (focused) {
+        const double half = kFocusWidth / 2;
+        painter->setPen(QPen(accent(palette), kFocusWidth));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(shape.adjusted(half, half, -half, -half), kRounding - half,
+                                 kRounding - half);
+    }
+    painter->restore();
+}
+
+}  // namespace reelvane

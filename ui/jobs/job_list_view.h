@@ -1,0 +1,154 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <QListView>
+#include <QStyledItemDelegate>
+
+#include "ui/jobs/job_commands.h"
+#include "ui/jobs/job_row.h"
+#include "ui/ui_context.h"
+#include "ui/widgets/qt_text.h"
+
+class QWidget;
+
+namespace reelvane {
+
+/// The row widgets of a list: as many as are visible at once, whatever the list's length. Owned by
+/// the list; main thread only.
+class JobRowPool {
+public:
+    using MakeRow = std::function<JobRow*()>;
+
+    /// `list` gets the keyboard back from a row that goes out of sight.
+    JobRowPool(QWidget& list, MakeRow makeRow);
+
+    [[nodiscard]] int rowHeight() const;
+    /// The rows that show jobs, in no order.
+    [[nodiscard]] std::vector<JobRow*> rows() const;
+    [[nodiscard]] JobRow* rowOf(const ConversionJob& job) const;
+
+    /// Shows just these jobs, one under the other.
+    void showJobs(std::span<ConversionJob* const> jobs, QPoint topLeft, int width);
+    /// The job leaves the list.
+    void forget(const ConversionJob& job);
+    /// The row whose buttons the tab key reaches; null: none.
+    void setCurrent(const ConversionJob* job);
+    void refresh() const;
+
+private:
+    JobRow& addRow();
+    [[nodiscard]] JobRow& freeRow();
+    void clear(JobRow& row);
+
+    QWidget& list_;
+    MakeRow makeRow_;
+    std::vector<JobRow*> all_;  ///< children of the list; never empty
+    QWidget* lastStation_;      ///< of the tab key
+    const ConversionJob* current_ = nullptr;
+};
+
+/// Which row stands at the top of a list's view, and how much of it is scrolled away. It stays with
+/// its row while others come and go above; a list that shows its beginning goes on doing so.
+struct ScrollAnchor {
+    int row = 0;
+    int offset = 0;
+
+    void rowsInserted(int first, int count) {
+        if (!isAtBeginning() && first <= row) row += count;
+    }
+    void rowsRemoved(int first, int count) {
+        if (first + count <= row) {
+            row -= count;
+        } else if (first < row) {
+            row = first;
+        }
+    }
+
+private:
+    [[nodiscard]] bool isAtBeginning() const { return row == 0 && offset == 0; }
+};
+
+class DetailsPopover;
+class JobActions;
+class JobListModel;
+class PosterFrames;
+
+/// The job list of the main window. What is visible has row widgets, which go from job to job as
+/// the list is scrolled, so that their number does not grow with the list. Main thread only.
+class JobListView final : public QListView {
+public:
+    JobListView(const UiContext& context, PosterFrames& posters, QWidget* parent = nullptr);
+    ~JobListView() override;
+    JobListView(const JobListView&) = delete;
+    JobListView& operator=(const JobListView&) = delete;
+    JobListView(JobListView&&) = delete;
+    JobListView& operator=(JobListView&&) = delete;
+
+    /// The commands for the current and the selected jobs, for a menu.
+    [[nodiscard]] QList<QAction*> jobActions() const;
+
+    [[nodiscard]] ConversionJob* currentJob() const;
+    [[nodiscard]] int selectedCount() const;
+    /// Takes the selected jobs off the list, or the current one when none is selected.
+    void removeSelected();
+    /// The row widget of a job; null when it is out of sight.
+    [[nodiscard]] JobRow* rowOf(const QModelIndex& index) const;
+    /// Not valid when the job is not in the list.
+    [[nodiscard]] QModelIndex indexOf(const ConversionJob& job) const;
+    [[nodiscard]] const JobRowPool& rows() const { return rows_; }
+
+    void doItemsLayout() override;
+
+protected:
+    void updateGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void placeRows();
+    void refreshAll();
+    void openDetails(ConversionJob& job);
+    [[nodiscard]] std::vector<ConversionJob*> selectedJobs() const;
+    void selectBeside(const std::vector<ConversionJob*>& leaving);
+
+    UiContext context_;
+    JobListModel* jobs_;
+    JobCommands commands_;
+    JobIcons icons_;
+    JobRowPool rows_;
+    JobActions* actions_;
+    DetailsPopover* details_ = nullptr;  ///< made when first asked for
+    ScrollAnchor anchor_;
+    bool settling_ = false;  ///< the scroll position is not yet what it will be
+    Subscription states_;
+    Subscription reading_;
+};
+
+class JobListView;
+
+/// Paints what lies behind the row widgets of the job list: selection, pointer and focus.
+class RowGround final : public QStyledItemDelegate {
+public:
+    explicit RowGround(JobListView& list);
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override;
+
+private:
+    JobListView& list_;
+};
+
+}  // namespace reelvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+
+#include "conversion/conversion_settings.h"
+#include "ui/preferences/preference_page.h"
+#include "ui/ui_context.h"
+#include "ui/widgets/qt_text.h"
+
+namespace reelvane {
+
+/// How sound is converted. Below the conversion style stand the settings of that style alone.
+class AudioPage final : public PreferencePage {
+public:
+    AudioPage(const UiContext& context, QWidget* parent);
+
+    [[nodiscard]] std::vector<std::string_view> keys() const override;
+    void showStored() override;
+
+private:
+    void addStyles();
+    [[nodiscard]] PreferenceColumn* makeCompatible();
+    [[nodiscard]] PreferenceColumn* makeFast();
+    [[nodiscard]] PreferenceColumn* makeCustom();
+    void showStyle(ConversionPreset style);
+    void addTracks();
+    void addQuality();
+
+    UiContext context_;
+    QWidget* customContainer_ = nullptr;
+    std::array<PreferenceColumn*, 3> containers_{};  ///< compatible, fast, custom
+    Subscription subscription_;
+};
+
+}  // namespace reelvane

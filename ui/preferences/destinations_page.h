@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+#include "app/saved_destinations.h"
+#include "support/observable.h"
+#include "ui/preferences/preference_page.h"
+#include "ui/ui_context.h"
+
+class QAbstractButton;
+class QListWidget;
+
+namespace reelvane {
+
+/// Where converted movies go, and the folders that are saved for that.
+class DestinationsPage final : public PreferencePage {
+public:
+    DestinationsPage(const UiContext& context, QWidget* parent);
+
+    [[nodiscard]] std::vector<std::string_view> keys() const override;
+    void showStored() override;
+    [[nodiscard]] QString keptByReset() const override;
+
+private:
+    void addMenu();
+    void addFolders();
+    [[nodiscard]] QWidget* makeButtons();
+    void listFolders();
+    void enableButtons();
+    void moveFolder(int rows);
+    void removeFolder();
+
+    UiContext context_;
+    QListWidget* folders_ = nullptr;
+    QAbstractButton* remove_ = nullptr;
+    QAbstractButton* up_ = nullptr;
+    QAbstractButton* down_ = nullptr;
+    SavedDestinations saved_;  ///< as listed
+    Subscription subscription_;
+};
+
+/// Draws a saved folder: its name, and below it the path, which gives way in the middle. The name
+/// is the item's text.
+class FolderDelegate final : public QStyledItemDelegate {
+public:
+    static constexpr int kPathRole = Qt::UserRole;
+
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override;
+};
+
+}  // namespace reelvane
