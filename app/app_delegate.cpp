@@ -92,7 +92,7 @@ void AppDelegate::addJob(std::unique_ptr<ConversionJob> job) {
     // What a job will read is no more to be written over than what another one will write.
     names_->promise(job->fileInfo().fileURL);
     if (!paused() && !isAtWork() && !intake_.hasWaitingFiles()) job->start();
-    const bool atBottom = vantor_.preferences().defaultInt(kInsertJobsAtBottomKey) != 0;
+    const bool atBottom = get(vantor_.preferences(), kInsertJobsAtBottom);
     queue_.insertJob(std::move(job),
                      atBottom ? JobQueue::InsertAt::Bottom : JobQueue::InsertAt::Top);
     intake_.cancelAdd();
@@ -141,8 +141,7 @@ void AppDelegate::preferencesWindowWillClose() {
 }
 
 void AppDelegate::selectConversionStyle() {
-    conversionStyle_.set(
-        conversionPresetOf(vantor_.preferences().defaultInt(kConversionPresetKey)));
+    conversionStyle_.set(conversionPresetOf(get(vantor_.preferences(), kConversionPreset)));
 }
 
 Subscription AppDelegate::observeWindowRequests(std::function<void(const WindowRequest&)> open) {
@@ -165,7 +164,7 @@ void AppDelegate::pauseContinueClicked() {
 
 void AppDelegate::conversionEnded(bool succeeded) {
     if (!succeeded) return;
-    vantor_.preferences().addToInt(kConvertedFileCountKey, 1);
+    vantor_.preferences().addToInt(kConvertedFileCount.key, 1);
     lifecycle_.increaseUsages(true, true);
 }
 

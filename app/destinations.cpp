@@ -161,8 +161,7 @@ void Destinations::rebuild(PopUpMenu& menu) {
          .nextToSource = ports.translations.localized("Next to the Source File"),
          .add = ports.translations.localized("Add a Destination…")},
         toldApart(savedDestinations(vantor_.preferences()), ports.folderAccess)));
-    const auto row =
-        static_cast<std::size_t>(vantor_.preferences().defaultInt(kDefaultDestinationKey));
+    const auto row = static_cast<std::size_t>(get(vantor_.preferences(), kDefaultDestination));
     menu.selectItemAtIndex(isChoice(menu, row) ? row : kAskDestination);
 }
 
@@ -215,7 +214,7 @@ void Destinations::refuseDuplicate() {
 }
 
 void Destinations::storeDefault(std::size_t row) {
-    vantor_.preferences().setDefaultInt(kDefaultDestinationKey, static_cast<int>(row));
+    set(vantor_.preferences(), kDefaultDestination, static_cast<int>(row));
     rebuildPreferencesDestinationPopUp();
 }
 

@@ -177,7 +177,7 @@ void FileIntake::lookForSubtitle(Probe& probe, const Translations& translations,
 }
 
 bool FileIntake::addsByItself() const {
-    return choices_.unattended || vantor_.preferences().defaultInt(kAutoAddKey) != 0;
+    return choices_.unattended || get(vantor_.preferences(), kAutoAdd);
 }
 
 UnknownEncoding FileIntake::unknownEncoding() const {
@@ -277,8 +277,7 @@ void FileIntake::fillAudioPopUp() {
     const auto chosen =
         choices_.audioTrackIndex
             ? choices_.audioTrackIndex
-            : bestLanguage(entries, vantor_.preferences().defaultInt(kDefaultAudioKey),
-                           preferredLanguages_);
+            : bestLanguage(entries, get(vantor_.preferences(), kDefaultAudio), preferredLanguages_);
     if (chosen) audioPopUp_.selectItemAtIndex(*chosen);
 }
 

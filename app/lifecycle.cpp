@@ -65,7 +65,7 @@ void Lifecycle::increaseUsages(bool increase, bool allowFeedbackNow) {
         return makeString(localized(vantor_,
                                     "You have now used [APPNAME] more than 20 times, successfully "
                                     "converting %li MKVs to MP4s."),
-                          vantor_.preferences().defaultInt(kConvertedFileCountKey));
+                          get(vantor_.preferences(), kConvertedFileCount));
     };
     usages_.increaseUsages({.increase = increase ? 1 : 0,
                             .minimumUsagesForRating = kUsagesBeforeRating,
@@ -113,7 +113,7 @@ void Lifecycle::showSpeedHintIfDue() {
                       "devices (e.g. iOS). Just try it out!"),
                   .buttons = {"OK"},
                   .image = "ok.png"}));
-    preferences.setDefaultInt(kWelcomeShownKey, 1);
+    set(preferences, kWelcomeShown, true);
     preferences.synchronize();
 }
 

@@ -132,9 +132,9 @@ void Outputs::note(const RunFiles& files, const OwnFile& output, const OwnFile& 
     }
     if (before == entry) return;
     const bool written = vantor_.preferences().edit([&](PreferenceValues& values) {
-        const auto found = values.find(kUnfinishedOutputKey);
+        const auto found = values.find(kUnfinishedOutput.key);
         const auto list = found == values.end() ? UnfinishedList() : UnfinishedList(found->second);
-        values.insert_or_assign(std::string(kUnfinishedOutputKey),
+        values.insert_or_assign(std::string(kUnfinishedOutput.key),
                                 withEntry(list, before, entry).value_or(""));
     });
     if (!written) {
@@ -186,7 +186,7 @@ void Outputs::settle(const std::shared_ptr<RunFiles>& files, bool gone) {
     }
     names_->release(files->destination());
     if (note.empty()) return;
-    vantor_.preferences().changeLater(kUnfinishedOutputKey, [note](const UnfinishedList& list) {
+    vantor_.preferences().changeLater(kUnfinishedOutput.key, [note](const UnfinishedList& list) {
         return withoutEntries(list, {note});
     });
 }
@@ -204,7 +204,7 @@ void Outputs::noteUnwanted(const std::shared_ptr<RunFiles>& files) {
         before = std::exchange(found->second.note, entry);
     }
     vantor_.preferences().changeLater(
-        kUnfinishedOutputKey,
+        kUnfinishedOutput.key,
         [before, entry](const UnfinishedList& list) { return withEntry(list, before, entry); });
 }
 

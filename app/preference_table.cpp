@@ -6,165 +6,87 @@
 #include <cmath>
 
 #include "support/make_string.h"
+#include "support/preference_text.h"
 #include "support/strings.h"
 
 namespace reelvane {
 namespace {
 
-/// Far louder than anything that is of use; keeps a mistyped volume from hurting somebody's ears.
-constexpr int kLoudestVolume = 1000;
-
 constexpr std::string_view kEmptyList = "()";  // see support/preference_text.h
 
-constexpr PreferenceEntry boolean(std::string_view key, std::string_view defaultText,
-                                  std::string_view meaning) {
-    return {.key = key,
+constexpr PreferenceEntry row(const Preference<bool>& preference) {
+    return {.key = preference.key,
             .type = PreferenceType::Boolean,
-            .defaultText = defaultText,
-            .maximum = 1,
+            .defaultNumber = preference.defaultValue ? 1.0 : 0.0,
+            .range = {.maximum = 1},
             .otherwise = 1,
-            .meaning = meaning};
+            .registered = preference.registered,
+            .meaning = preference.meaning};
 }
 
-constexpr PreferenceEntry integer(std::string_view key, std::string_view defaultText, int maximum,
-                                  std::string_view meaning,
-                                  std::optional<int> excluded = std::nullopt) {
-    return {.key = key,
-            .type = PreferenceType::Integer,
-            .defaultText = defaultText,
-            .maximum = maximum,
-            .excluded = excluded,
-            .meaning = meaning};
+template <typename T>
+constexpr PreferenceEntry row(const Preference<T>& preference) {
+    return {.key = preference.key,
+            .type = std::is_same_v<T, int> ? PreferenceType::Integer : PreferenceType::Number,
+            .defaultNumber = static_cast<double>(preference.defaultValue),
+            .range = preference.range,
+            .otherwise = preference.otherwise,
+            .registered = preference.registered,
+            .meaning = preference.meaning};
 }
 
-constexpr PreferenceEntry number(std::string_view key, std::string_view defaultText, int maximum,
-                                 std::string_view meaning) {
-    return {.key = key,
-            .type = PreferenceType::Number,
-            .defaultText = defaultText,
-            .maximum = maximum,
-            .meaning = meaning};
+constexpr PreferenceEntry row(const ListPreference& preference) {
+    return {.key = preference.key,
+            .type = preference.ofData ? PreferenceType::DataList : PreferenceType::TextList,
+            .registered = preference.registered,
+            .meaning = preference.meaning};
 }
 
-constexpr PreferenceEntry list(std::string_view key, PreferenceType type,
-                               std::string_view meaning) {
-    return {.key = key, .type = type, .defaultText = kEmptyList, .meaning = meaning};
+constexpr auto kTable = std::to_array<PreferenceEntry>({row(kConversionPreset),
+                                                        row(kIncludeSurroundTrack),
+                                                        row(kIncludeSurroundTrackTranscoded),
+                                                        row(kWelcomeShown),
+                                                        row(kDefaultExtension),
+                                                        row(kAACBitrate),
+                                                        row(kAC3StereoBitrate),
+                                                        row(kAC3SurroundBitrate),
+                                                        row(kAudioVolume),
+                                                        row(kAutoAdd),
+                                                        row(kAutoClean),
+                                                        row(kAutoRemove),
+                                                        row(kAutoRemoveType),
+                                                        row(kConversions),
+                                                        row(kHasUpgradedFromPre13),
+                                                        row(kExternalSubtitleEncoding),
+                                                        row(kDefaultAudio),
+                                                        row(kDefaultDestination),
+                                                        row(kFixSubtitleDuration),
+                                                        row(kDestinationBookmarks),
+                                                        row(kDestinationNames),
+                                                        row(kDisableBuiltinSubtitles),
+                                                        row(kQuitAfterConversion),
+                                                        row(kDTSDownmix),
+                                                        row(kAC3Downmix),
+                                                        row(kCustomAC3Handling),
+                                                        row(kCustomAC351Handling),
+                                                        row(kCustomDTSHandling),
+                                                        row(kCustomDTS51Handling),
+                                                        row(kCustomVorbisHandling),
+                                                        row(kCustomMP3Handling),
+                                                        row(kCustomUnknownHandling),
+                                                        row(kInsertJobsAtBottom),
+                                                        row(kProduceStreamableFiles),
+                                                        row(kHEAACConvert),
+                                                        row(kConvertedFileCount),
+                                                        row(kUnfinishedOutput)});
+
+bool isList(const PreferenceEntry& entry) {
+    return entry.type == PreferenceType::TextList || entry.type == PreferenceType::DataList;
 }
 
-constexpr PreferenceEntry otherwise(int value, PreferenceEntry entry) {
-    entry.otherwise = value;
-    return entry;
+bool fits(const PreferenceRange& range, int value) {
+    return value >= range.minimum && value <= range.maximum && value != range.excluded;
 }
-
-constexpr PreferenceEntry unregistered(PreferenceEntry entry) {
-    entry.registered = false;
-    return entry;
-}
-
-constexpr auto kTable = std::to_array<PreferenceEntry>({
-    otherwise(1,
-              integer(kConversionPresetKey, "0", 2,
-                      "Conversion style: 0 compatible (every audio track that is not AAC becomes "
-                      "AAC), 1 high speed and quality (copies what it can), 2 custom (as the "
-                      "Custom...Handling keys say).")),
-    boolean(kIncludeSurroundTrackKey, "1",
-            "With the compatible style, 1 adds the surround track of the source as a second audio "
-            "track, 0 does not."),
-    boolean(kIncludeSurroundTrackTranscodedKey, "1",
-            "A second audio track from a DTS source: 1 transcodes it to six-channel AC-3, 0 copies "
-            "it."),
-    boolean(kWelcomeShownKey, "1",
-            "Whether the hint on the faster conversion style has been shown: 1 yes, 0 not yet."),
-    otherwise(1, integer(kDefaultExtensionKey, "1", 1,
-                         "File-name extension of the output: 0 mp4, 1 m4v.")),
-    integer(kAACBitrateKey, "1", 3, "Bit rate of AAC audio: 0 96k, 1 128k, 2 160k, 3 192k."),
-    integer(kAC3StereoBitrateKey, "1", 3,
-            "Bit rate of two-channel AC-3 audio: 0 160k, 1 192k, 2 224k, 3 256k."),
-    integer(kAC3SurroundBitrateKey, "1", 3,
-            "Bit rate of six-channel AC-3 audio: 0 384k, 1 448k, 2 512k, 3 576k."),
-    number(
-        kAudioVolumeKey, "100", kLoudestVolume,
-        "Volume of the output audio in per cent: 99 to 101 leaves it unchanged, less is quieter, "
-        "more is louder."),
-    boolean(kAutoAddKey, "0",
-            "1 queues each file at once with the current settings, 0 waits for the add button."),
-    boolean(kAutoCleanKey, "0",
-            "1 takes finished jobs off the list by themselves, 0 leaves them there."),
-    boolean(kAutoRemoveKey, "0",
-            "1 removes the source file after a successful conversion, 0 keeps it."),
-    otherwise(
-        1, integer(kAutoRemoveTypeKey, "0", 1,
-                   "How a source file is removed: 0 moves it to the Trash, 1 deletes it at once.")),
-    integer(kConversionsKey, "0", kNoMaximum,
-            "Kept for older versions; any count, nothing uses it."),
-    boolean(kHasUpgradedFromPre13Key, "0",
-            "Whether the saved destination has been renumbered once for the present menu: 1 yes, 0 "
-            "not yet."),
-    integer(kExternalSubtitleEncodingKey, "0", 38,
-            "Character encoding of external subtitle files: 0 none (found in each file), 2 UTF-8, "
-            "3 UTF-16, 4 CP874, 5 CP936, 6 to 14 CP1250 to CP1258, 15 to 22 LATIN1 to LATIN8, 23 "
-            "to 38 ISO-8859-1 to ISO-8859-16 (34, which never came into use, is as 0).",
-            1),
-    integer(kDefaultAudioKey, "0", 8,
-            "Language of the audio track that is chosen first: 0 your own languages, 2 English, 3 "
-            "German, 4 French, 5 Spanish, 6 Chinese, 7 Japanese, 8 Russian.",
-            1),
-    integer(
-        kDefaultDestinationKey, "0", kNoMaximum,
-        "Where converted files go: 0 asks for each file, 1 next to the source file, 3 the first "
-        "saved folder, 4 the second, and so on as far as folders are saved.",
-        2),
-    boolean(kFixSubtitleDurationKey, "1",
-            "1 lets ffmpeg repair the durations of subtitles, 0 takes them as they are."),
-    list(kDestinationBookmarksKey, PreferenceType::DataList,
-         "The saved destination folders, in the order of the menu; kept by the program itself."),
-    list(kDestinationNamesKey, PreferenceType::TextList,
-         "The names of the saved destination folders, in the same order; kept by the program "
-         "itself."),
-    boolean(kDisableBuiltinSubtitlesKey, "1",
-            "1 leaves subtitles inside the source out of the output, 0 carries them over."),
-    boolean(kQuitAfterConversionKey, "0",
-            "1 quits when the queue has run empty, no job failed or ended with a warning and no "
-            "refused file is listed, 0 stays open."),
-    boolean(
-        kDTSDownmixKey, "0",
-        "With the high speed style, surround DTS audio: 1 mixes it down to stereo, 0 transcodes "
-        "it to six-channel AC-3."),
-    boolean(kAC3DownmixKey, "0",
-            "With the high speed style, surround AC-3 audio: 1 mixes it down to stereo, 0 copies "
-            "it."),
-    integer(kCustomAC3HandlingKey, "3", 3,
-            "With the custom style, two-channel AC-3: 0 AAC stereo, 1 AC-3 stereo, 2 AC-3 5.1, 3 "
-            "copy."),
-    integer(kCustomAC351HandlingKey, "3", 3,
-            "With the custom style, surround AC-3: 0 AAC stereo, 1 AC-3 stereo, 2 AC-3 5.1, 3 "
-            "copy."),
-    integer(kCustomDTSHandlingKey, "1", 3,
-            "With the custom style, two-channel DTS: 0 AAC stereo, 1 AC-3 stereo, 2 AC-3 5.1, 3 "
-            "copy."),
-    integer(
-        kCustomDTS51HandlingKey, "2", 3,
-        "With the custom style, surround DTS: 0 AAC stereo, 1 AC-3 stereo, 2 AC-3 5.1, 3 copy."),
-    integer(kCustomVorbisHandlingKey, "1", 3,
-            "With the custom style, Vorbis: 0 AAC stereo, 1 AC-3 stereo, 2 AC-3 5.1, 3 copy."),
-    integer(kCustomMP3HandlingKey, "1", 3,
-            "With the custom style, MP3: 0 AAC stereo, 1 AC-3 stereo, 2 AC-3 5.1, 3 copy."),
-    integer(kCustomUnknownHandlingKey, "1", 1,
-            "With the custom style, any other audio: 0 AAC stereo, 1 AC-3 stereo."),
-    unregistered(boolean(kInsertJobsAtBottomKey, "0",
-                         "1 puts new jobs at the end of the list, 0 at the top, where they run "
-                         "first.")),
-    unregistered(boolean(kProduceStreamableFilesKey, "0",
-                         "1 writes files that play while they are still being downloaded, 0 does "
-                         "not.")),
-    unregistered(boolean(kHEAACConvertKey, "0",
-                         "1 treats HE-AAC audio as a codec of its own and converts it, 0 as AAC.")),
-    unregistered(integer(kConvertedFileCountKey, "0", kNoMaximum,
-                         "How many conversion runs have ended, failed ones included; any count.")),
-    unregistered(list(kUnfinishedOutputKey, PreferenceType::TextList,
-                      "The outputs that are being written; the next start deletes those that a "
-                      "crash left unfinished; kept by the program itself.")),
-});
 
 template <typename T>
 std::optional<T> wholeNumber(std::string_view text) {
@@ -188,16 +110,14 @@ std::optional<std::string> storedBoolean(std::string_view typed) {
 
 std::optional<std::string> storedInteger(const PreferenceEntry& entry, std::string_view typed) {
     const auto value = wholeNumber<int>(typed);
-    if (!value || *value < entry.minimum || *value > entry.maximum || value == entry.excluded) {
-        return std::nullopt;
-    }
+    if (!value || !fits(entry.range, *value)) return std::nullopt;
     return std::to_string(*value);
 }
 
 std::optional<std::string> storedNumber(const PreferenceEntry& entry, std::string_view typed) {
     const auto value = wholeNumber<float>(typed);
     // The comparison is false for what is no number, which so does not fit either.
-    if (!value || !(*value >= float(entry.minimum) && *value <= float(entry.maximum))) {
+    if (!value || !(*value >= float(entry.range.minimum) && *value <= float(entry.range.maximum))) {
         return std::nullopt;
     }
     std::array<char, 32> text{};
@@ -206,14 +126,18 @@ std::optional<std::string> storedNumber(const PreferenceEntry& entry, std::strin
     return std::string(text.data(), written.ptr);
 }
 
-std::string rangeText(const PreferenceEntry& entry) {
-    auto text = entry.maximum == kNoMaximum ? makeString("%i or more", entry.minimum)
-                                            : makeString("%i to %i", entry.minimum, entry.maximum);
-    if (entry.excluded) text += makeString(" but not %i", *entry.excluded);
+std::string rangeText(const PreferenceRange& range) {
+    auto text = range.maximum == kNoMaximum ? makeString("%i or more", range.minimum)
+                                            : makeString("%i to %i", range.minimum, range.maximum);
+    if (range.excluded) text += makeString(" but not %i", *range.excluded);
     return text;
 }
 
 }  // namespace
+
+std::vector<std::string> get(const Preferences& preferences, const ListPreference& preference) {
+    return preferences.defaultArray(preference.key).value_or(std::vector<std::string>());
+}
 
 std::span<const PreferenceEntry> preferenceTable() {
     return kTable;
@@ -224,20 +148,21 @@ const PreferenceEntry* findPreference(std::string_view key) {
     return found == kTable.end() ? nullptr : found;
 }
 
-int defaultInteger(const PreferenceEntry& entry) {
-    return Fennimar::leadingInteger(entry.defaultText);
+std::string defaultText(const PreferenceEntry& entry) {
+    return isList(entry) ? std::string(kEmptyList)
+                         : preferenceText(static_cast<float>(entry.defaultNumber));
 }
 
 int effectiveInteger(const PreferenceEntry& entry, int stored) {
-    const bool fits =
-        stored >= entry.minimum && stored <= entry.maximum && stored != entry.excluded;
-    return fits ? stored : entry.otherwise.value_or(defaultInteger(entry));
+    return fits(entry.range, stored)
+               ? stored
+               : entry.otherwise.value_or(static_cast<int>(entry.defaultNumber));
 }
 
 PreferenceValues registeredDefaults() {
     PreferenceValues values;
     for (const auto& entry : kTable) {
-        if (entry.registered) values.emplace(entry.key, entry.defaultText);
+        if (entry.registered) values.emplace(entry.key, defaultText(entry));
     }
     return values;
 }
@@ -247,9 +172,9 @@ std::string typeText(const PreferenceEntry& entry) {
         case PreferenceType::Boolean:
             return "yes or no (1 or 0)";
         case PreferenceType::Integer:
-            return "integer, " + rangeText(entry);
+            return "integer, " + rangeText(entry.range);
         case PreferenceType::Number:
-            return "number, " + rangeText(entry);
+            return "number, " + rangeText(entry.range);
         case PreferenceType::TextList:
             return "list of texts";
         case PreferenceType::DataList:

@@ -29,8 +29,8 @@ std::vector<std::string> storedList(const PreferenceValues& values, std::string_
 }
 
 SavedDestinations storedDestinations(const PreferenceValues& values) {
-    return joinedLists(storedList(values, kDestinationBookmarksKey),
-                       storedList(values, kDestinationNamesKey));
+    return joinedLists(storedList(values, kDestinationBookmarks.key),
+                       storedList(values, kDestinationNames.key));
 }
 
 void store(PreferenceValues& values, const SavedDestinations& destinations) {
@@ -40,14 +40,14 @@ void store(PreferenceValues& values, const SavedDestinations& destinations) {
         bookmarks.push_back(destination.bookmark);
         names.push_back(destination.name);
     }
-    values.insert_or_assign(std::string(kDestinationBookmarksKey), preferenceText(bookmarks));
-    values.insert_or_assign(std::string(kDestinationNamesKey), preferenceText(names));
+    values.insert_or_assign(std::string(kDestinationBookmarks.key), preferenceText(bookmarks));
+    values.insert_or_assign(std::string(kDestinationNames.key), preferenceText(names));
 }
 
 void rearrange(PreferenceValues& values, const SavedDestinations& before,
                const SavedDestinations& after) {
     store(values, after);
-    const auto chosen = values.find(kDefaultDestinationKey);
+    const auto chosen = values.find(kDefaultDestination.key);
     if (chosen == values.end()) return;
     const auto row = Fennimar::leadingInteger(chosen->second);
     const auto end = static_cast<int>(kFirstFolderDestination + before.size());
@@ -79,9 +79,8 @@ SavedDestinations toldApart(SavedDestinations destinations, const FolderAccess& 
 }
 
 SavedDestinations savedDestinations(const Preferences& preferences) {
-    const std::vector<std::string> none;
-    return joinedLists(preferences.defaultArray(kDestinationBookmarksKey).value_or(none),
-                       preferences.defaultArray(kDestinationNamesKey).value_or(none));
+    return joinedLists(get(preferences, kDestinationBookmarks),
+                       get(preferences, kDestinationNames));
 }
 
 std::optional<std::size_t> rowAfterwards(const SavedDestinations& before,

@@ -13,68 +13,61 @@
 namespace reelvane {
 namespace {
 
-bool isSet(const Preferences& preferences, std::string_view key) {
-    return preferences.defaultInt(key) != 0;
-}
-
 AudioSettings readAudioSettings(const Preferences& preferences) {
-    return {.conversionPreset = conversionPresetOf(preferences.defaultInt(kConversionPresetKey)),
-            .ac3Downmix = isSet(preferences, kAC3DownmixKey),
-            .dtsDownmix = isSet(preferences, kDTSDownmixKey),
-            .customAC3Handling = preferences.defaultInt(kCustomAC3HandlingKey),
-            .customAC351Handling = preferences.defaultInt(kCustomAC351HandlingKey),
-            .customDTSHandling = preferences.defaultInt(kCustomDTSHandlingKey),
-            .customDTS51Handling = preferences.defaultInt(kCustomDTS51HandlingKey),
-            .customMP3Handling = preferences.defaultInt(kCustomMP3HandlingKey),
-            .customVorbisHandling = preferences.defaultInt(kCustomVorbisHandlingKey),
-            .customUnknownHandling = preferences.defaultInt(kCustomUnknownHandlingKey)};
+    return {.conversionPreset = conversionPresetOf(get(preferences, kConversionPreset)),
+            .ac3Downmix = get(preferences, kAC3Downmix),
+            .dtsDownmix = get(preferences, kDTSDownmix),
+            .customAC3Handling = get(preferences, kCustomAC3Handling),
+            .customAC351Handling = get(preferences, kCustomAC351Handling),
+            .customDTSHandling = get(preferences, kCustomDTSHandling),
+            .customDTS51Handling = get(preferences, kCustomDTS51Handling),
+            .customMP3Handling = get(preferences, kCustomMP3Handling),
+            .customVorbisHandling = get(preferences, kCustomVorbisHandling),
+            .customUnknownHandling = get(preferences, kCustomUnknownHandling)};
 }
 
 }  // namespace
 
 ConversionSettings readConversionSettings(const Preferences& preferences) {
-    return {
-        .audio = readAudioSettings(preferences),
-        .aacBitrate = preferences.defaultInt(kAACBitrateKey),
-        .ac3StereoBitrate = preferences.defaultInt(kAC3StereoBitrateKey),
-        .ac3SurroundBitrate = preferences.defaultInt(kAC3SurroundBitrateKey),
-        .audioVolume = preferences.defaultFloat(kAudioVolumeKey),
-        .includeSurroundTrack = isSet(preferences, kIncludeSurroundTrackKey),
-        .includeSurroundTrackTranscoded = isSet(preferences, kIncludeSurroundTrackTranscodedKey),
-        .disableBuiltinSubtitles = isSet(preferences, kDisableBuiltinSubtitlesKey),
-        .externalSubtitleEncoding = preferences.defaultInt(kExternalSubtitleEncodingKey),
-        .produceStreamableFiles = isSet(preferences, kProduceStreamableFilesKey),
-        .fixSubtitleDuration = isSet(preferences, kFixSubtitleDurationKey),
-        .autoClean = isSet(preferences, kAutoCleanKey),
-        .autoRemove = isSet(preferences, kAutoRemoveKey),
-        .autoRemoveType = preferences.defaultInt(kAutoRemoveTypeKey),
-        .quitAfterConversion = isSet(preferences, kQuitAfterConversionKey)};
+    return {.audio = readAudioSettings(preferences),
+            .aacBitrate = get(preferences, kAACBitrate),
+            .ac3StereoBitrate = get(preferences, kAC3StereoBitrate),
+            .ac3SurroundBitrate = get(preferences, kAC3SurroundBitrate),
+            .audioVolume = get(preferences, kAudioVolume),
+            .includeSurroundTrack = get(preferences, kIncludeSurroundTrack),
+            .includeSurroundTrackTranscoded = get(preferences, kIncludeSurroundTrackTranscoded),
+            .disableBuiltinSubtitles = get(preferences, kDisableBuiltinSubtitles),
+            .externalSubtitleEncoding = get(preferences, kExternalSubtitleEncoding),
+            .produceStreamableFiles = get(preferences, kProduceStreamableFiles),
+            .fixSubtitleDuration = get(preferences, kFixSubtitleDuration),
+            .autoClean = get(preferences, kAutoClean),
+            .autoRemove = get(preferences, kAutoRemove),
+            .autoRemoveType = get(preferences, kAutoRemoveType),
+            .quitAfterConversion = get(preferences, kQuitAfterConversion)};
 }
 
 ProbeOptions readProbeOptions(const Preferences& preferences) {
-    return {.heAACConvert = isSet(preferences, kHEAACConvertKey)};
+    return {.heAACConvert = get(preferences, kHEAACConvert)};
 }
 
 std::string_view outputExtension(const Preferences& preferences) {
-    return preferences.defaultInt(kDefaultExtensionKey) == 0 ? "mp4" : "m4v";
+    return get(preferences, kDefaultExtension) == 0 ? "mp4" : "m4v";
 }
 
 namespace {
 
 constexpr int kUsagesBeforeSpeedHint = 4;
 
-void resetIfExcluded(Preferences& preferences, std::string_view key) {
-    const auto& entry = *findPreference(key);
-    if (preferences.defaultInt(key) == entry.excluded) {
-        preferences.setDefaultInt(key, defaultInteger(entry));
+void resetIfExcluded(Preferences& preferences, const Preference<int>& preference) {
+    if (get(preferences, preference) == preference.range.excluded) {
+        set(preferences, preference, preference.defaultValue);
     }
 }
 
-void resetIfOutside(Preferences& preferences, std::string_view key) {
-    const auto& entry = *findPreference(key);
-    const auto value = preferences.defaultInt(key);
-    if (value < entry.minimum || value > entry.maximum) {
-        preferences.setDefaultInt(key, defaultInteger(entry));
+void resetIfOutside(Preferences& preferences, const Preference<int>& preference) {
+    const auto value = get(preferences, preference);
+    if (value < preference.range.minimum || value > preference.range.maximum) {
+        set(preferences, preference, preference.defaultValue);
     }
 }
 
@@ -85,35 +78,34 @@ std::string versionUsagesKey(std::string_view version) {
 }
 
 void correctMenuValues(Preferences& preferences) {
-    resetIfExcluded(preferences, kExternalSubtitleEncodingKey);
-    resetIfOutside(preferences, kCustomUnknownHandlingKey);
+    resetIfExcluded(preferences, kExternalSubtitleEncoding);
+    resetIfOutside(preferences, kCustomUnknownHandling);
 }
 
 bool speedHintIsDue(const Preferences& preferences, std::string_view version) {
-    return preferences.defaultInt(kWelcomeShownKey) == 0 &&
+    return !get(preferences, kWelcomeShown) &&
            preferences.defaultInt(versionUsagesKey(version)) >= kUsagesBeforeSpeedHint &&
-           conversionPresetOf(preferences.defaultInt(kConversionPresetKey)) ==
-               ConversionPreset::Compatible;
+           conversionPresetOf(get(preferences, kConversionPreset)) == ConversionPreset::Compatible;
 }
 
 void upgradeDestinationIndex(Preferences& preferences) {
-    if (preferences.defaultInt(kHasUpgradedFromPre13Key) != 0) return;
+    if (get(preferences, kHasUpgradedFromPre13)) return;
     // The caller's choice for this run is numbered for the present menu, and hides the stored
     // value; the next run without such a choice does the step.
-    if (preferences.isSetForThisRun(kDefaultDestinationKey)) return;
+    if (preferences.isSetForThisRun(kDefaultDestination.key)) return;
     // The former menu had a separator in second place: a 1 was written for the present one.
-    if (const auto destination = preferences.defaultInt(kDefaultDestinationKey); destination > 1) {
-        preferences.setDefaultInt(kDefaultDestinationKey, destination + 1);
+    if (const auto destination = get(preferences, kDefaultDestination); destination > 1) {
+        set(preferences, kDefaultDestination, destination + 1);
     }
-    preferences.setDefaultInt(kHasUpgradedFromPre13Key, 1);
+    set(preferences, kHasUpgradedFromPre13, true);
 }
 
 void clampDefaultDestination(Preferences& preferences, std::size_t folders) {
     const auto count = static_cast<int>(folders);
-    if (preferences.defaultInt(kDefaultDestinationKey) > count + 2) {
-        preferences.setDefaultInt(kDefaultDestinationKey, count + 1);
+    if (get(preferences, kDefaultDestination) > count + 2) {
+        set(preferences, kDefaultDestination, count + 1);
     }
-    resetIfExcluded(preferences, kDefaultDestinationKey);
+    resetIfExcluded(preferences, kDefaultDestination);
 }
 
 ProbeTools probeTools(ProcessLauncher& launcher, const MainBundle& mainBundle,

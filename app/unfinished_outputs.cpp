@@ -186,7 +186,7 @@ std::string leftBehindText(const Translations& translations, const fs::path& fil
 void UnfinishedOutputs::cleanUp() {
     auto& preferences = vantor_.preferences();
     const auto& host = vantor_.ports().host;
-    const auto list = preferences.defaultObject(kUnfinishedOutputKey);
+    const auto list = preferences.defaultObject(kUnfinishedOutput.key);
     // Where even this process cannot be seen, every other one would seem to be gone.
     if (!list || !host.processStartTime(::getpid())) return;
     const auto entries = entriesOf(list);
@@ -227,7 +227,7 @@ void UnfinishedOutputs::forget(const std::vector<Cleaned>& cleaned) {
         if (!stays) settled.insert(entry);
     }
     if (settled.empty() && !cleaned.empty()) return;
-    vantor_.preferences().changeLater(kUnfinishedOutputKey, [settled](const UnfinishedList& list) {
+    vantor_.preferences().changeLater(kUnfinishedOutput.key, [settled](const UnfinishedList& list) {
         return withoutEntries(list, settled);
     });
 }

@@ -36,8 +36,7 @@ std::filesystem::path progressFolder(const CommandContext& context) {
 FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& choices,
                                const MKVFileInfo& record) {
     if (choices.destinationFolder) return {.folder = choices.destinationFolder};
-    const auto row =
-        static_cast<std::size_t>(context.preferences.defaultInt(kDefaultDestinationKey));
+    const auto row = static_cast<std::size_t>(get(context.preferences, kDefaultDestination));
     if (row == kNextToSourceDestination) return {.folder = record.fileURL.parent_path()};
     const auto saved = savedDestinations(context.preferences);
     if (row >= kFirstFolderDestination && row < kFirstFolderDestination + saved.size()) {
@@ -49,8 +48,8 @@ FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& 
 /// As the launch does that precedes a conversion of the command line, but the store is left as it
 /// is.
 void correctForThisRun(Preferences& preferences) {
-    for (const auto key : {kExternalSubtitleEncodingKey, kCustomUnknownHandlingKey}) {
-        preferences.setForThisRun(key, preferenceText(preferences.defaultInt(key)));
+    for (const auto* const preference : {&kExternalSubtitleEncoding, &kCustomUnknownHandling}) {
+        preferences.setForThisRun(preference->key, preferenceText(get(preferences, *preference)));
     }
     correctMenuValues(preferences);
 }

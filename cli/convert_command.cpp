@@ -125,11 +125,11 @@ ConversionChoices conversionChoices(const ConversionOptions& options,
 }
 
 void setUnattendedPreferences(Preferences& preferences) {
-    preferences.setForThisRun(kAutoAddKey, preferenceText(1));
+    preferences.setForThisRun(kAutoAdd.key, preferenceText(1));
     // The program ends when all is done, not when the queue happens to be empty.
-    preferences.setForThisRun(kQuitAfterConversionKey, preferenceText(0));
-    if (!preferences.isSetForThisRun(kDefaultDestinationKey)) {
-        preferences.setForThisRun(kDefaultDestinationKey,
+    preferences.setForThisRun(kQuitAfterConversion.key, preferenceText(0));
+    if (!preferences.isSetForThisRun(kDefaultDestination.key)) {
+        preferences.setForThisRun(kDefaultDestination.key,
                                   preferenceText(static_cast<int>(kNextToSourceDestination)));
     }
 }

@@ -122,8 +122,7 @@ Inspection inspectFile(const CommandContext& context, const std::string& given) 
 }
 
 std::optional<std::size_t> bestAudioOf(const CommandContext& context, const MKVFileInfo& record) {
-    return bestLanguage(record.audioTrackInformation,
-                        context.preferences.defaultInt(kDefaultAudioKey),
+    return bestLanguage(record.audioTrackInformation, get(context.preferences, kDefaultAudio),
                         preferredLanguages3Letter(context.host.preferredLanguages()));
 }
 

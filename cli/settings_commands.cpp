@@ -101,7 +101,7 @@ void list(const CommandContext& context, PreferencesRequest::Form form) {
 void printValue(const CommandContext& context, const std::string& key) {
     const auto stored = context.preferences.defaultObject(key);
     const auto* const entry = findPreference(key);
-    const std::string fallback(entry == nullptr ? std::string_view() : entry->defaultText);
+    const auto fallback = entry == nullptr ? std::string() : defaultText(*entry);
     context.console.line(printable(stored.value_or(fallback)));
 }
 
@@ -111,8 +111,8 @@ int store(const CommandContext& context, const PreferencesRequest& request) {
         if (request.action == PreferencesRequest::Action::Set) {
             values.insert_or_assign(request.key, request.value);
             // Numbered for the present menu: no later start is to move it up.
-            if (request.key == kDefaultDestinationKey) {
-                values.insert_or_assign(std::string(kHasUpgradedFromPre13Key), "1");
+            if (request.key == kDefaultDestination.key) {
+                values.insert_or_assign(std::string(kHasUpgradedFromPre13.key), "1");
             }
         } else {
             values.erase(request.key);
@@ -229,7 +229,7 @@ std::string columnsText(const PreferenceRow& row, std::size_t keyWidth, std::siz
 std::vector<PreferenceRow> preferenceRows(const Preferences& preferences) {
     std::vector<PreferenceRow> rows;
     for (const auto& entry : preferenceTable()) {
-        const std::string defaultValue(entry.defaultText);
+        const auto defaultValue = defaultText(entry);
         rows.push_back({.key = std::string(entry.key),
                         .value = preferences.defaultObject(entry.key).value_or(defaultValue),
                         .defaultValue = defaultValue,
@@ -260,7 +260,7 @@ std::string preferenceReference() {
     std::string page(kReferenceHead);
     for (const auto& entry : preferenceTable()) {
         page += makeString("| `%@` | %@ | %@ | %@ |\n", entry.key, typeText(entry),
-                           entry.defaultText.empty() ? "empty" : entry.defaultText, entry.meaning);
+                           defaultText(entry), entry.meaning);
     }
     return page;
 }

@@ -22,7 +22,7 @@ TEST_F(AppDelegateTest, TheNewestJobRunsNextUnlessTheyGoToTheBottom) {
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv", "a.mkv"));
     EXPECT_THAT(states(), ElementsAre(Queued, Queued, Converting));
     EXPECT_EQ(title(), "Reelvane  [3 Job(s), 2 Queued]");
-    set(kInsertJobsAtBottomKey, 1);
+    set(kInsertJobsAtBottom.key, 1);
     add({movie("d.mkv")});
     finish(0);
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv", "a.mkv", "d.mkv"));
@@ -147,7 +147,7 @@ TEST_F(AppDelegateTest, OneNameInOneFolderIsNumberedFromTheLowestThatIsFree) {
 }
 
 TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
-    set(kAutoCleanKey, 1);
+    set(kAutoClean.key, 1);
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
     finish(0);
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv"));
@@ -163,12 +163,12 @@ TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
 }
 
 TEST_F(AppDelegateTest, EverySuccessIsCountedAndTheLastMayQuit) {
-    set(kQuitAfterConversionKey, 1);
+    set(kQuitAfterConversion.key, 1);
     add({movie("a.mkv"), movie("b.mkv")});
     fail(0);
     finish(1);
     EXPECT_EQ(terminated_, 0) << "a failed job keeps the program open";
-    EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCountKey), 1);
+    EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCount.key), 1);
     EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 1);
     app_->queue().taskArray().back()->remove();
     settle();
@@ -185,9 +185,9 @@ TEST_F(AppDelegateTest, EverySuccessIsCountedAndTheLastMayQuit) {
 }
 
 TEST_F(AppDelegateTest, QuittingAfterTheConversionsWaitsForWhatTheUserStillDoes) {
-    set(kQuitAfterConversionKey, 1);
+    set(kQuitAfterConversion.key, 1);
     add({movie("a.mkv"), movie("b.mkv")});
-    set(kAutoAddKey, 0);
+    set(kAutoAdd.key, 0);
     open({movie("c.mkv")});
     app_->removeJobs({app_->queue().taskArray().front().get()});
     finish(0);
@@ -248,7 +248,7 @@ TEST_F(AppDelegateTest, QuittingEndsEveryJobAndLeavesNothingBehind) {
 }
 
 TEST_F(AppDelegateTest, TheSpeedHintIsShownOnce) {
-    set(kWelcomeShownKey, 0);
+    set(kWelcomeShown.key, 0);
     set("vantor_1.2_usages", 4);
     launch();
     launch();

@@ -22,9 +22,9 @@ class AppFixture : public testing::Test {
 protected:
     AppFixture() {
         platform_.preferences.registerDefaults(registeredDefaults());
-        set(kDefaultDestinationKey, 1);
-        set(kHasUpgradedFromPre13Key, 1);
-        set(kAutoAddKey, 1);
+        set(kDefaultDestination.key, 1);
+        set(kHasUpgradedFromPre13.key, 1);
+        set(kAutoAdd.key, 1);
         platform_.processLauncher.answer = [this](const ProcessRequest&) {
             return FinishedProcess{.output = report_, .exitStatus = 1};
         };

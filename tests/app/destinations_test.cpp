@@ -11,21 +11,21 @@ namespace {
 class DestinationsTest : public AppFixture {
 protected:
     void save(const std::vector<std::string>& folders) {
-        platform_.preferences.setDefaultArray(kDestinationBookmarksKey, folders);
-        platform_.preferences.setDefaultArray(kDestinationNamesKey, folders);
+        platform_.preferences.setDefaultArray(kDestinationBookmarks.key, folders);
+        platform_.preferences.setDefaultArray(kDestinationNames.key, folders);
     }
     [[nodiscard]] int stored() const {
-        return platform_.preferences.defaultInt(kDefaultDestinationKey);
+        return platform_.preferences.defaultInt(kDefaultDestination.key);
     }
     [[nodiscard]] std::vector<std::string> names() const {
-        return platform_.preferences.defaultArray(kDestinationNamesKey).value();
+        return platform_.preferences.defaultArray(kDestinationNames.key).value();
     }
 };
 
 TEST_F(DestinationsTest, LaunchDropsLostFoldersAndClampsTheChoice) {
     for (const auto& [before, after] : {std::pair{5, 3}, {4, 4}, {3, 3}}) {
         save({"/one", "/two", "/three"});
-        set(kDefaultDestinationKey, before);
+        set(kDefaultDestination.key, before);
         platform_.folderAccess.broken = {"/two"};
         launch();
         EXPECT_THAT(names(), ElementsAre("/one", "/three"));
@@ -40,7 +40,7 @@ TEST_F(DestinationsTest, LaunchDropsLostFoldersAndClampsTheChoice) {
 
 TEST_F(DestinationsTest, TheChoicesFollowTheirFoldersWhenOthersAreMovedOrRemoved) {
     save({"/one", "/two", "/three"});
-    set(kDefaultDestinationKey, 5);
+    set(kDefaultDestination.key, 5);
     auto& destinations = launch().destinations();
     auto& sheet = destinations.destinationPopUp();
     destinations.rebuildDestinationPopUp();
@@ -63,7 +63,7 @@ TEST_F(DestinationsTest, TheChoicesFollowTheirFoldersWhenOthersAreMovedOrRemoved
 
 TEST_F(DestinationsTest, ThePreferencesMenuStoresWhatIsADestinationAndNothingElse) {
     save({"/one"});
-    set(kDefaultDestinationKey, 3);
+    set(kDefaultDestination.key, 3);
     auto& destinations = launch().destinations();
     const auto& menu = destinations.preferencesDestinationPopUp();
     for (const auto& [row, kept] : {std::pair{1U, 1}, {2U, 1}, {4U, 1}, {9U, 1}, {3U, 3}}) {
@@ -88,8 +88,8 @@ TEST_F(DestinationsTest, WhatTheSheetShowsIsWhatIsUsed) {
     const auto one = movie("one/x").parent_path();
     const auto two = movie("two/x").parent_path();
     save({one, two});
-    set(kDefaultDestinationKey, 4);
-    set(kAutoAddKey, 0);
+    set(kDefaultDestination.key, 4);
+    set(kAutoAdd.key, 0);
     open({movie("a.mkv")});
     auto& destinations = app_->destinations();
     const auto shown = [&] { return destinations.destinationPopUp().selectedIndex(); };
@@ -104,7 +104,7 @@ TEST_F(DestinationsTest, WhatTheSheetShowsIsWhatIsUsed) {
     EXPECT_EQ(job(0).fileInfo().destinationURL, two / "a.m4v");
 
     save({});
-    set(kDefaultDestinationKey, 3);
+    set(kDefaultDestination.key, 3);
     open({movie("b.mkv")});
     EXPECT_EQ(shown(), 0) << "the row that adds one is no default";
     save({one});
@@ -129,22 +129,22 @@ TEST_F(DestinationsTest, EqualNamesAreToldApartByTheirPaths) {
 TEST_F(DestinationsTest, ARunThatNobodyWatchesLeavesTheWindowsThingsAlone) {
     save({"/one", "/two"});
     platform_.folderAccess.broken = {"/two"};
-    set(kDefaultDestinationKey, 9);
+    set(kDefaultDestination.key, 9);
     set("vantor_1.2_usages", 9);
-    set(kWelcomeShownKey, 0);
+    set(kWelcomeShown.key, 0);
     launch({.unattended = true});
     EXPECT_THAT(names(), ElementsAre("/one", "/two")) << "its disk may be away";
     EXPECT_EQ(stored(), 9);
-    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShownKey), 0);
+    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShown.key), 0);
     launch();
     EXPECT_THAT(names(), ElementsAre("/one"));
-    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShownKey), 1);
+    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShown.key), 1);
 }
 
 TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
     const auto saved = movie("saved/old.mkv").parent_path();
     save({saved});
-    set(kDefaultDestinationKey, 3);
+    set(kDefaultDestination.key, 3);
     open({movie("a.mkv")});
     EXPECT_EQ(job(0).fileInfo().destinationURL, saved / "a.m4v");
     EXPECT_THAT(platform_.folderAccess.open, ElementsAre(saved));
@@ -160,8 +160,8 @@ TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {
 }
 
 TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
-    set(kDefaultDestinationKey, 0);
-    set(kAutoAddKey, 0);
+    set(kDefaultDestination.key, 0);
+    set(kAutoAdd.key, 0);
     const auto source = movie("a.mkv");
     const auto sameFile = platform_.folder.path() / "hard.m4v";
     fs::create_hard_link(source, sameFile);
@@ -177,13 +177,13 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     settle();
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_EQ(platform_.panels.saved.back().fileName, "a.m4v");
-    set(kDefaultExtensionKey, 0);
+    set(kDefaultExtension.key, 0);
     app_->intake().cancelAdd();
     open({movie("own.mp4")});
     app_->intake().addToQueue();
     settle();
     EXPECT_EQ(platform_.panels.saved.back().fileName, "own-0.mp4") << "not the source's own name";
-    set(kDefaultExtensionKey, 1);
+    set(kDefaultExtension.key, 1);
     app_->intake().cancelAdd();
     open({source});
 

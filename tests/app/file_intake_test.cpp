@@ -23,7 +23,7 @@ protected:
 };
 
 TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
-    set(kAutoAddKey, 0);
+    set(kAutoAdd.key, 0);
     open({movie("a.mkv")});
     EXPECT_EQ(intake().state(), IntakeState::AwaitingUser);
     open({movie("b.mkv"), movie("c.mkv")});
@@ -49,7 +49,7 @@ TEST_F(FileIntakeTest, ProbesOneFileAtATimeInTheOrderGiven) {
 }
 
 TEST_F(FileIntakeTest, AFileThatIsLeftMeanwhileIsNeitherShownNorAdded) {
-    set(kAutoAddKey, 0);
+    set(kAutoAdd.key, 0);
     open({movie("first.mkv"), movie("slow.mkv"), movie("a.mkv")});
     intake().cancelAdd();
     ASSERT_EQ(intake().state(), IntakeState::Reading);
@@ -61,7 +61,7 @@ TEST_F(FileIntakeTest, AFileThatIsLeftMeanwhileIsNeitherShownNorAdded) {
     intake().cancelAdd();  // while its place is looked for
     settle();
     EXPECT_THAT(rows(), IsEmpty());
-    set(kAutoAddKey, 1);
+    set(kAutoAdd.key, 1);
     add({movie("a.mkv")});
     EXPECT_EQ(output(0), "a.m4v") << "the place that was found is free again";
 }
@@ -94,13 +94,13 @@ TEST_F(FileIntakeTest, LeavesOutWhatIsNoSubtitlesAndSaysSo) {
                 ElementsAre(HasSubstr("'b.srt' is left out: its character")));
     open({movie("c.mkv"), platform_.folder.write("c.srt", "#EXTM3U\n/other.ts\n")});
     EXPECT_THAT(lastAlert(), HasSubstr("'c.srt' is left out: it is a play"));
-    set(kExternalSubtitleEncodingKey, 8);
+    set(kExternalSubtitleEncoding.key, 8);
     open({movie("b.mkv")});
     EXPECT_EQ(job(0).fileInfo().subtitleFileURL, unknown) << "the preferences say what it is";
 }
 
 TEST_F(FileIntakeTest, AsksForAnEncodingThatCannotBeTold) {
-    set(kAutoAddKey, 0);
+    set(kAutoAdd.key, 0);
     const auto unknown = platform_.folder.write("b.srt", std::string(kCue) + kDosText);
     open({movie("b.mkv"), unknown, movie("b.mp4")});
     EXPECT_EQ(intake().fileInfo()->subtitleFormat.samples.size(), 2);

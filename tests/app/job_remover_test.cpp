@@ -40,7 +40,7 @@ TEST_F(JobRemoverTest, WhatWasRemovedTogetherComesBackTogetherAndWhereItStood) {
     EXPECT_TRUE(child(0).suspended && !child(0).terminated);
     EXPECT_TRUE(exists("a.m4v"));
     add({movie("e.mkv")});
-    set(kInsertJobsAtBottomKey, 1);
+    set(kInsertJobsAtBottom.key, 1);
     add({movie("f.mkv")});
     undo();
     EXPECT_FALSE(undoable());

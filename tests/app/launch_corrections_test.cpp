@@ -22,16 +22,16 @@ TEST_F(LaunchCorrections, PutMenuValuesRight) {
         return preferences_.defaultInt(key);
     };
     for (const auto& [stored, after] : {std::pair(1, 0), {2, 2}, {99, 99}})
-        EXPECT_EQ(corrected(kExternalSubtitleEncodingKey, stored), after);
+        EXPECT_EQ(corrected(kExternalSubtitleEncoding.key, stored), after);
     for (const auto& [stored, after] : {std::pair(3, 1), {-1, 1}, {0, 0}})
-        EXPECT_EQ(corrected(kCustomUnknownHandlingKey, stored), after);
+        EXPECT_EQ(corrected(kCustomUnknownHandling.key, stored), after);
 }
 
 TEST_F(LaunchCorrections, ClampTheDestinationToTheSavedFolders) {
     const auto clamped = [this](std::size_t folders, int stored) {
-        preferences_.setDefaultInt(kDefaultDestinationKey, stored);
+        preferences_.setDefaultInt(kDefaultDestination.key, stored);
         clampDefaultDestination(preferences_, folders);
-        return preferences_.defaultInt(kDefaultDestinationKey);
+        return preferences_.defaultInt(kDefaultDestination.key);
     };
     for (const auto& [stored, after] : {std::pair(4, 4), {5, 3}, {6, 3}, {2, 0}, {3, 3}})
         EXPECT_EQ(clamped(2, stored), after);
@@ -42,23 +42,23 @@ TEST_F(LaunchCorrections, ClampTheDestinationToTheSavedFolders) {
 
 TEST_F(LaunchCorrections, LeaveZeroAndTheChoicesOfThisRunAlone) {
     upgradeDestinationIndex(preferences_);
-    EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), 0);
+    EXPECT_EQ(preferences_.defaultInt(kDefaultDestination.key), 0);
 
     for (const auto& [written, after] : {std::pair(1, 1), {2, 3}, {3, 4}}) {
-        preferences_.setDefaultInt(kHasUpgradedFromPre13Key, 0);
-        preferences_.setDefaultInt(kDefaultDestinationKey, written);
+        preferences_.setDefaultInt(kHasUpgradedFromPre13.key, 0);
+        preferences_.setDefaultInt(kDefaultDestination.key, written);
         upgradeDestinationIndex(preferences_);
         upgradeDestinationIndex(preferences_);
-        EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), after);
+        EXPECT_EQ(preferences_.defaultInt(kDefaultDestination.key), after);
     }
 
-    preferences_.setDefaultInt(kHasUpgradedFromPre13Key, 0);
-    preferences_.setDefaultInt(kDefaultDestinationKey, 3);
+    preferences_.setDefaultInt(kHasUpgradedFromPre13.key, 0);
+    preferences_.setDefaultInt(kDefaultDestination.key, 3);
     const auto stored = platform_.store.values;
-    preferences_.setForThisRun(kDefaultDestinationKey, "1");
+    preferences_.setForThisRun(kDefaultDestination.key, "1");
     upgradeDestinationIndex(preferences_);
     clampDefaultDestination(preferences_, 0);
-    EXPECT_EQ(preferences_.defaultInt(kDefaultDestinationKey), 1);
+    EXPECT_EQ(preferences_.defaultInt(kDefaultDestination.key), 1);
     EXPECT_EQ(platform_.store.values, stored) << "the stored choice waits for its own launch";
 }
 

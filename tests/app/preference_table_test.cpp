@@ -15,46 +15,46 @@ TEST(PreferenceTable, EveryKeyStandsOnceWithADefaultOfItsOwnTypeAndRange) {
     std::set<std::string_view> keys;
     for (const auto& entry : preferenceTable()) {
         EXPECT_TRUE(keys.insert(entry.key).second) << entry.key;
-        EXPECT_EQ(storedText(entry, entry.defaultText), entry.defaultText) << entry.key;
+        EXPECT_EQ(storedText(entry, defaultText(entry)), defaultText(entry)) << entry.key;
         EXPECT_TRUE(entry.meaning.ends_with('.')) << entry.key;
         EXPECT_EQ(findPreference(entry.key), &entry);
     }
     EXPECT_EQ(findPreference("NoSuchKey"), nullptr);
     EXPECT_EQ(registeredDefaults().size(), 32);
-    EXPECT_FALSE(registeredDefaults().contains(kConvertedFileCountKey));
+    EXPECT_FALSE(registeredDefaults().contains(kConvertedFileCount.key));
 }
 
 TEST(PreferenceTable, TakesWhatAPersonTypesOnlyWhenItFits) {
     const auto stored = [](std::string_view key, std::string_view typed) {
         return storedText(*findPreference(key), typed);
     };
-    EXPECT_EQ(stored(kAutoAddKey, "Yes"), "1");
-    EXPECT_EQ(stored(kAutoAddKey, " off "), "0");
-    EXPECT_EQ(stored(kAACBitrateKey, "03"), "3");
-    EXPECT_EQ(stored(kExternalSubtitleEncodingKey, "38"), "38");
-    EXPECT_EQ(stored(kDefaultDestinationKey, "1000"), "1000");
-    EXPECT_EQ(stored(kAudioVolumeKey, "150.50"), "150.5");
-    EXPECT_EQ(stored(kAudioVolumeKey, "-0"), "0");
+    EXPECT_EQ(stored(kAutoAdd.key, "Yes"), "1");
+    EXPECT_EQ(stored(kAutoAdd.key, " off "), "0");
+    EXPECT_EQ(stored(kAACBitrate.key, "03"), "3");
+    EXPECT_EQ(stored(kExternalSubtitleEncoding.key, "38"), "38");
+    EXPECT_EQ(stored(kDefaultDestination.key, "1000"), "1000");
+    EXPECT_EQ(stored(kAudioVolume.key, "150.50"), "150.5");
+    EXPECT_EQ(stored(kAudioVolume.key, "-0"), "0");
     const std::map<std::string_view, std::vector<std::string_view>> refused{
-        {kAutoAddKey, {"2", ""}},
-        {kAACBitrateKey, {"4", "-1", "1x", "99999999999"}},
-        {kExternalSubtitleEncodingKey, {"1", "39"}},
-        {kDefaultAudioKey, {"1", "9"}},
-        {kDefaultDestinationKey, {"2", "-1"}},
-        {kCustomUnknownHandlingKey, {"2"}},
-        {kAudioVolumeKey, {"nan", "inf", "1000.1", "1,5"}},
-        {kDestinationNamesKey, {"Films"}}};
+        {kAutoAdd.key, {"2", ""}},
+        {kAACBitrate.key, {"4", "-1", "1x", "99999999999"}},
+        {kExternalSubtitleEncoding.key, {"1", "39"}},
+        {kDefaultAudio.key, {"1", "9"}},
+        {kDefaultDestination.key, {"2", "-1"}},
+        {kCustomUnknownHandling.key, {"2"}},
+        {kAudioVolume.key, {"nan", "inf", "1000.1", "1,5"}},
+        {kDestinationNames.key, {"Films"}}};
     for (const auto& [key, values] : refused)
         for (const auto& typed : values) EXPECT_FALSE(stored(key, typed)) << key << " " << typed;
 }
 
 TEST(PreferenceTable, AMisfitCountsAsWhatTheProgramDoesWithIt) {
     const std::vector<std::tuple<std::string_view, int, int>> cases{
-        {kAACBitrateKey, 3, 3},           {kAACBitrateKey, 9, 1},
-        {kConversionPresetKey, 9, 1},     {kDefaultExtensionKey, 9, 1},
-        {kAutoRemoveTypeKey, -1, 1},      {kAutoAddKey, 9, 1},
-        {kDefaultAudioKey, 1, 0},         {kExternalSubtitleEncodingKey, 1, 0},
-        {kCustomUnknownHandlingKey, 3, 1}};
+        {kAACBitrate.key, 3, 3},           {kAACBitrate.key, 9, 1},
+        {kConversionPreset.key, 9, 1},     {kDefaultExtension.key, 9, 1},
+        {kAutoRemoveType.key, -1, 1},      {kAutoAdd.key, 9, 1},
+        {kDefaultAudio.key, 1, 0},         {kExternalSubtitleEncoding.key, 1, 0},
+        {kCustomUnknownHandling.key, 3, 1}};
     for (const auto& [key, stored, effective] : cases) {
         EXPECT_EQ(effectiveInteger(*findPreference(key), stored), effective) << key << stored;
     }
@@ -81,14 +81,14 @@ TEST(SettingsReader, EachKeyReachesItsOwnSettingAndNoOther) {
             s.autoRemoveType, s.quitAfterConversion, readProbeOptions(preferences).heAACConvert);
     };
     const auto keys =
-        listOf(kConversionPresetKey, kAC3DownmixKey, kDTSDownmixKey, kCustomAC3HandlingKey,
-               kCustomAC351HandlingKey, kCustomDTSHandlingKey, kCustomDTS51HandlingKey,
-               kCustomMP3HandlingKey, kCustomVorbisHandlingKey, kCustomUnknownHandlingKey,
-               kAACBitrateKey, kAC3StereoBitrateKey, kAC3SurroundBitrateKey, kAudioVolumeKey,
-               kIncludeSurroundTrackKey, kIncludeSurroundTrackTranscodedKey,
-               kDisableBuiltinSubtitlesKey, kExternalSubtitleEncodingKey,
-               kProduceStreamableFilesKey, kFixSubtitleDurationKey, kAutoCleanKey, kAutoRemoveKey,
-               kAutoRemoveTypeKey, kQuitAfterConversionKey, kHEAACConvertKey);
+        listOf(kConversionPreset.key, kAC3Downmix.key, kDTSDownmix.key, kCustomAC3Handling.key,
+               kCustomAC351Handling.key, kCustomDTSHandling.key, kCustomDTS51Handling.key,
+               kCustomMP3Handling.key, kCustomVorbisHandling.key, kCustomUnknownHandling.key,
+               kAACBitrate.key, kAC3StereoBitrate.key, kAC3SurroundBitrate.key, kAudioVolume.key,
+               kIncludeSurroundTrack.key, kIncludeSurroundTrackTranscoded.key,
+               kDisableBuiltinSubtitles.key, kExternalSubtitleEncoding.key,
+               kProduceStreamableFiles.key, kFixSubtitleDuration.key, kAutoClean.key,
+               kAutoRemove.key, kAutoRemoveType.key, kQuitAfterConversion.key, kHEAACConvert.key);
     for (std::size_t i = 0; i < keys.size(); ++i) {
         preferences.setDefaultInt(keys[i], 1);
         std::string expected(keys.size(), '0');

@@ -14,7 +14,7 @@ protected:
 TEST_F(QueueRestTest, TheQueueGoesOnWhenTheLastFileOfABatchLeavesWithoutAJob) {
     // By itself, with three movies and a refused one; by the user, who cancels the last.
     for (const bool byItself : {true, false}) {
-        set(kAutoAddKey, byItself ? 1 : 0);
+        set(kAutoAdd.key, byItself ? 1 : 0);
         launch();
         app_->openFiles({movie("a.mkv"), movie("b.mkv"), movie("z.webm")});
         platform_.processLauncher.answer = [this](const ProcessRequest& request) {

@@ -21,13 +21,13 @@ protected:
     void remember(const std::vector<UnfinishedOutput>& unfinished) {
         std::vector<std::string> entries{"written by hand"};
         for (const auto& each : unfinished) entries.push_back(unfinishedOutputText(each));
-        platform_.preferences.setDefaultArray(kUnfinishedOutputKey, entries);
+        platform_.preferences.setDefaultArray(kUnfinishedOutput.key, entries);
     }
     [[nodiscard]] std::vector<UnfinishedOutput> stored() const {
         std::vector<UnfinishedOutput> found;
         const auto& preferences = platform_.preferences;
         for (const auto& text :
-             preferences.defaultArray(kUnfinishedOutputKey).value_or(std::vector<std::string>{})) {
+             preferences.defaultArray(kUnfinishedOutput.key).value_or(std::vector<std::string>{})) {
             found.push_back(unfinishedOutputFromText(text).value_or(UnfinishedOutput{}));
         }
         return found;
@@ -80,10 +80,10 @@ TEST_F(UnfinishedOutputsTest, OnlyWhatACrashedProgramLeftBehindIsDeleted) {
 
 TEST_F(UnfinishedOutputsTest, ADamagedListIsForgottenInOneGo) {
     for (const int words : {2000, 2'000'000}) {
-        platform_.preferences.setDefaultArray(kUnfinishedOutputKey,
+        platform_.preferences.setDefaultArray(kUnfinishedOutput.key,
                                               std::vector<std::string>(words, "x"));
         launch();
-        EXPECT_FALSE(platform_.preferences.defaultObject(kUnfinishedOutputKey)) << words;
+        EXPECT_FALSE(platform_.preferences.defaultObject(kUnfinishedOutput.key)) << words;
     }
 }
 

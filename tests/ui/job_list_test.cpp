@@ -32,8 +32,8 @@ public:
 
 struct JobList : UiFixture {
     JobList() {
-        set(kAutoAddKey, 1);
-        set(kInsertJobsAtBottomKey, 1);
+        set(kAutoAdd.key, 1);
+        set(kInsertJobsAtBottom.key, 1);
         view.resize(600, 400);
         view.show();
         view.activateWindow();

@@ -25,7 +25,7 @@ public:
 
 struct MainWindowShown : UiFixture {
     MainWindowShown() {
-        set(kAutoAddKey, 1);
+        set(kAutoAdd.key, 1);
         window.show();
     }
     [[nodiscard]] QAction* command(const QKeySequence& shortcut) const {
@@ -60,7 +60,7 @@ TEST_F(MainWindowShown, FollowsTheQueueFromTheInvitationToTheListAndBack) {
 }
 
 TEST_F(MainWindowShown, AMovieCanBeAddedToAPausedQueueThatIsStillEmpty) {
-    set(kAutoAddKey, 0);
+    set(kAutoAdd.key, 0);
     open({movie("a.mkv")});
     const auto* const pause = command(Qt::CTRL | Qt::Key_P);
     EXPECT_TRUE(pause->isEnabled());
@@ -155,7 +155,7 @@ TEST_F(MainWindowShown, ABarOffersTheWayBackFromARemovalAndGivesTheKeyboardToThe
 
 TEST_F(MainWindowShown, EverythingInItHasAName) {
     EXPECT_EQ(nameless(window), QStringList());
-    set(kAutoAddKey, 0);
+    set(kAutoAdd.key, 0);
     open({movie("a.mkv")});
     app_->intake().addToQueue();
     open({movie("b.mkv")});

@@ -21,9 +21,10 @@ namespace reelvane {
 namespace {
 
 /// Counters and what the program keeps for itself.
-const std::set<std::string_view> kNotForUsers{
-    kConversionsKey,      kConvertedFileCountKey,   kDestinationBookmarksKey, kDestinationNamesKey,
-    kUnfinishedOutputKey, kHasUpgradedFromPre13Key, kWelcomeShownKey};
+const std::set<std::string_view> kNotForUsers{kConversions.key,          kConvertedFileCount.key,
+                                              kDestinationBookmarks.key, kDestinationNames.key,
+                                              kUnfinishedOutput.key,     kHasUpgradedFromPre13.key,
+                                              kWelcomeShown.key};
 
 class PreferencesWindowTest : public UiFixture {
 protected:
@@ -52,11 +53,11 @@ protected:
         return names;
     }
     void saveFolders(const std::vector<std::string>& folders) {
-        platform_.preferences.setDefaultArray(kDestinationBookmarksKey, folders);
-        platform_.preferences.setDefaultArray(kDestinationNamesKey, folders);
+        platform_.preferences.setDefaultArray(kDestinationBookmarks.key, folders);
+        platform_.preferences.setDefaultArray(kDestinationNames.key, folders);
     }
     [[nodiscard]] std::vector<std::string> savedFolders() const {
-        return *platform_.preferences.defaultArray(kDestinationBookmarksKey);
+        return *platform_.preferences.defaultArray(kDestinationBookmarks.key);
     }
 
     void walk(const PreferenceEntry& entry, QCheckBox& box) {
@@ -77,11 +78,11 @@ protected:
             offered.insert(stored(entry.key));
         }
         std::set<int> valid;
-        for (int value = entry.minimum; value <= entry.maximum; ++value) {
+        for (int value = entry.range.minimum; value <= entry.range.maximum; ++value) {
             // A valid number that is not offered: the encoding never came into use.
-            const bool offeredNot = entry.key == kExternalSubtitleEncodingKey &&
+            const bool offeredNot = entry.key == kExternalSubtitleEncoding.key &&
                                     !isSubtitleEncoding(static_cast<std::size_t>(value));
-            if (value != entry.excluded && !(offeredNot && value > 0)) valid.insert(value);
+            if (value != entry.range.excluded && !(offeredNot && value > 0)) valid.insert(value);
         }
         EXPECT_EQ(offered, valid);
     }
@@ -90,7 +91,7 @@ protected:
 };
 
 TEST_F(PreferencesWindowTest, EveryPreferenceForUsersHasAControlThatStoresEachOfItsValues) {
-    set(kAutoRemoveKey, 1);  // or its kind cannot be chosen
+    set(kAutoRemove.key, 1);  // or its kind cannot be chosen
     for (const int page : {3, 2, 1, 0}) {
         showPage(page);
         EXPECT_EQ(nameless(window()), QStringList());
@@ -102,7 +103,7 @@ TEST_F(PreferencesWindowTest, EveryPreferenceForUsersHasAControlThatStoresEachOf
         if (widget == nullptr) continue;
         EXPECT_FALSE(widget->accessibleName().isEmpty());
         EXPECT_TRUE(widget->accessibleDescription().endsWith('.'));
-        if (entry.key == kDefaultDestinationKey) continue;  // has a test of its own
+        if (entry.key == kDefaultDestination.key) continue;  // has a test of its own
         if (auto* const box = qobject_cast<QCheckBox*>(widget)) walk(entry, *box);
         if (auto* const box = qobject_cast<QComboBox*>(widget)) walk(entry, *box);
     }
@@ -111,35 +112,35 @@ TEST_F(PreferencesWindowTest, EveryPreferenceForUsersHasAControlThatStoresEachOf
 TEST_F(PreferencesWindowTest, TheTextsOfMenusSayWhatTheirNumbersMean) {
     window();
     const std::vector<std::tuple<std::string_view, int, const char*>> cases{
-        {kDefaultExtensionKey, 0, "mp4"},        {kAutoRemoveTypeKey, 0, "Trash"},
-        {kAutoRemoveTypeKey, 1, "Delete"},       {kAACBitrateKey, 1, "128 kbit/s"},
-        {kAC3StereoBitrateKey, 3, "256 kbit/s"}, {kAC3SurroundBitrateKey, 0, "384 kbit/s"},
-        {kDefaultAudioKey, 3, "German"},         {kDefaultAudioKey, 8, "Russian"},
-        {kCustomUnknownHandlingKey, 0, "AAC"},   {kCustomDTS51HandlingKey, 1, "AC-3 stereo"},
-        {kCustomDTS51HandlingKey, 2, "5.1"},     {kCustomAC3HandlingKey, 3, "Copy"}};
+        {kDefaultExtension.key, 0, "mp4"},        {kAutoRemoveType.key, 0, "Trash"},
+        {kAutoRemoveType.key, 1, "Delete"},       {kAACBitrate.key, 1, "128 kbit/s"},
+        {kAC3StereoBitrate.key, 3, "256 kbit/s"}, {kAC3SurroundBitrate.key, 0, "384 kbit/s"},
+        {kDefaultAudio.key, 3, "German"},         {kDefaultAudio.key, 8, "Russian"},
+        {kCustomUnknownHandling.key, 0, "AAC"},   {kCustomDTS51Handling.key, 1, "AC-3 stereo"},
+        {kCustomDTS51Handling.key, 2, "5.1"},     {kCustomAC3Handling.key, 3, "Copy"}};
     for (const auto& [key, value, words] : cases) {
         const auto* const box = find<QComboBox>(key);
         EXPECT_TRUE(box->itemText(box->findData(value)).contains(words)) << key << value;
     }
     const std::vector<std::pair<std::string_view, const char*>> labels{
-        {kAC3DownmixKey, "AC-3"},
-        {kDTSDownmixKey, "DTS"},
-        {kAutoCleanKey, "list"},
-        {kAutoRemoveKey, "original"},
-        {kCustomAC3HandlingKey, "AC-3, stereo"},
-        {kCustomAC351HandlingKey, "AC-3, surround"},
-        {kCustomDTSHandlingKey, "DTS, stereo"},
-        {kCustomDTS51HandlingKey, "DTS, surround"},
-        {kCustomMP3HandlingKey, "MP3"},
-        {kCustomVorbisHandlingKey, "Vorbis"},
-        {kCustomUnknownHandlingKey, "Other"},
-        {kAACBitrateKey, "AAC"},
-        {kAC3StereoBitrateKey, "AC-3 stereo"},
-        {kAC3SurroundBitrateKey, "AC-3 surround"}};
+        {kAC3Downmix.key, "AC-3"},
+        {kDTSDownmix.key, "DTS"},
+        {kAutoClean.key, "list"},
+        {kAutoRemove.key, "original"},
+        {kCustomAC3Handling.key, "AC-3, stereo"},
+        {kCustomAC351Handling.key, "AC-3, surround"},
+        {kCustomDTSHandling.key, "DTS, stereo"},
+        {kCustomDTS51Handling.key, "DTS, surround"},
+        {kCustomMP3Handling.key, "MP3"},
+        {kCustomVorbisHandling.key, "Vorbis"},
+        {kCustomUnknownHandling.key, "Other"},
+        {kAACBitrate.key, "AAC"},
+        {kAC3StereoBitrate.key, "AC-3 stereo"},
+        {kAC3SurroundBitrate.key, "AC-3 surround"}};
     for (const auto& [key, words] : labels) {
         EXPECT_TRUE(find<QWidget>(key)->accessibleName().contains(words)) << key;
     }
-    const auto* const encodings = find<QComboBox>(kExternalSubtitleEncodingKey);
+    const auto* const encodings = find<QComboBox>(kExternalSubtitleEncoding.key);
     for (std::size_t i = 0; i < kSubtitleEncodings.size(); ++i) {
         const auto row = encodings->findData(static_cast<int>(i));
         EXPECT_EQ(row == -1, !isSubtitleEncoding(i));
@@ -154,35 +155,35 @@ TEST_F(PreferencesWindowTest, TheStyleControlShowsTheSettingsOfItsStyleAndNoOthe
     EXPECT_EQ(shownContainers(), containers.mid(0, 1));
     for (const int preset : {2, 1, 0}) {
         style(preset)->click();
-        EXPECT_EQ(stored(kConversionPresetKey), preset);
+        EXPECT_EQ(stored(kConversionPreset.key), preset);
         EXPECT_EQ(shownContainers(), containers.mid(preset, 1));
     }
     style(0)->setFocus();
     QTest::keyClick(style(0), Qt::Key_Down);
-    EXPECT_EQ(stored(kConversionPresetKey), 1);
+    EXPECT_EQ(stored(kConversionPreset.key), 1);
     EXPECT_EQ(shownContainers(), containers.mid(1, 1));
 }
 
 TEST_F(PreferencesWindowTest, ShownAgainItShowsWhatIsStoredAndLeavesMisfitsAlone) {
     window();
-    EXPECT_FALSE(find<QCheckBox>(kDisableBuiltinSubtitlesKey)->isChecked())
+    EXPECT_FALSE(find<QCheckBox>(kDisableBuiltinSubtitles.key)->isChecked())
         << "it says the reverse";
     window_->close();
     const auto values = platform_.store.values;
-    platform_.store.values.insert({{std::string(kConversionPresetKey), "7"},
-                                   {std::string(kAACBitrateKey), "9"},
-                                   {std::string(kAutoRemoveTypeKey), "-1"},
-                                   {std::string(kDisableBuiltinSubtitlesKey), "0"},
-                                   {std::string(kAudioVolumeKey), "400.4"}});
+    platform_.store.values.insert({{std::string(kConversionPreset.key), "7"},
+                                   {std::string(kAACBitrate.key), "9"},
+                                   {std::string(kAutoRemoveType.key), "-1"},
+                                   {std::string(kDisableBuiltinSubtitles.key), "0"},
+                                   {std::string(kAudioVolume.key), "400.4"}});
     const auto misfits = platform_.store.values;
     window();
     EXPECT_TRUE(style(1)->isChecked());
     EXPECT_EQ(shownContainers(), QStringList("containerFast"));
-    EXPECT_EQ(find<QComboBox>(kAACBitrateKey)->currentText(), "128 kbit/s");
-    EXPECT_EQ(find<QComboBox>(kAutoRemoveTypeKey)->currentData(), 1);
-    EXPECT_FALSE(find<QComboBox>(kAutoRemoveTypeKey)->isEnabled());
-    EXPECT_TRUE(find<QCheckBox>(kDisableBuiltinSubtitlesKey)->isChecked());
-    EXPECT_EQ(find<QSpinBox>(kAudioVolumeKey)->value(), 400);
+    EXPECT_EQ(find<QComboBox>(kAACBitrate.key)->currentText(), "128 kbit/s");
+    EXPECT_EQ(find<QComboBox>(kAutoRemoveType.key)->currentData(), 1);
+    EXPECT_FALSE(find<QComboBox>(kAutoRemoveType.key)->isEnabled());
+    EXPECT_TRUE(find<QCheckBox>(kDisableBuiltinSubtitles.key)->isChecked());
+    EXPECT_EQ(find<QSpinBox>(kAudioVolume.key)->value(), 400);
     window_->close();
     EXPECT_EQ(platform_.store.values, misfits);
     EXPECT_NE(platform_.store.values, values);
@@ -190,9 +191,9 @@ TEST_F(PreferencesWindowTest, ShownAgainItShowsWhatIsStoredAndLeavesMisfitsAlone
 
 TEST_F(PreferencesWindowTest, TheVolumeIsWrittenWhenTheUserComesToRestOrCloses) {
     showPage(1);
-    auto* const field = find<QSpinBox>(kAudioVolumeKey);
+    auto* const field = find<QSpinBox>(kAudioVolume.key);
     auto* const slider = window_->findChild<QSlider*>();
-    const auto key = std::string(kAudioVolumeKey);
+    const auto key = std::string(kAudioVolume.key);
     slider->setSliderDown(true);
     slider->setSliderPosition(150);
     EXPECT_EQ(field->value(), 150);
@@ -217,11 +218,11 @@ TEST_F(PreferencesWindowTest, AResetForgetsWhatWasAskedForAndKeepsTheFolders) {
     saveFolders({"/one"});
     window();
     const auto change = [this] {
-        for (const auto key : {kAutoCleanKey, kIncludeSurroundTrackKey, kAC3DownmixKey}) {
-            platform_.preferences.setDefaultInt(key, 1 - defaultInteger(*findPreference(key)));
+        for (const auto& preference : {kAutoClean, kIncludeSurroundTrack, kAC3Downmix}) {
+            reelvane::set(platform_.preferences, preference, !preference.defaultValue);
         }
-        set(kConversionPresetKey, 2);
-        set(kDefaultDestinationKey, 3);
+        set(kConversionPreset.key, 2);
+        set(kDefaultDestination.key, 3);
     };
     const auto reset = [this](ButtonResult button) {
         platform_.alerts.answers = {{.button = button}};
@@ -229,21 +230,21 @@ TEST_F(PreferencesWindowTest, AResetForgetsWhatWasAskedForAndKeepsTheFolders) {
             if (each->text().contains("Reset")) each->click();
         }
         EXPECT_THAT(platform_.alerts.shown.back().message, HasSubstr("saved folders stay"));
-        return platform_.store.values.contains(kAutoCleanKey);
+        return platform_.store.values.contains(kAutoClean.key);
     };
     change();
     showPage(1);
     EXPECT_TRUE(reset(kThirdButton));
-    EXPECT_EQ(stored(kConversionPresetKey), 2) << "cancelled";
+    EXPECT_EQ(stored(kConversionPreset.key), 2) << "cancelled";
     EXPECT_TRUE(reset(kFirstButton));
-    for (const auto key : {kConversionPresetKey, kIncludeSurroundTrackKey, kAC3DownmixKey}) {
+    for (const auto key : {kConversionPreset.key, kIncludeSurroundTrack.key, kAC3Downmix.key}) {
         EXPECT_FALSE(platform_.store.values.contains(key)) << key;
     }
     EXPECT_EQ(shownContainers(), QStringList("containerCompatible"));
-    EXPECT_EQ(stored(kDefaultDestinationKey), 3);
+    EXPECT_EQ(stored(kDefaultDestination.key), 3);
     EXPECT_FALSE(reset(kSecondButton));
-    EXPECT_FALSE(platform_.store.values.contains(kDefaultDestinationKey));
-    EXPECT_EQ(find<QComboBox>(kDefaultDestinationKey)->currentIndex(), 0);
+    EXPECT_FALSE(platform_.store.values.contains(kDefaultDestination.key));
+    EXPECT_EQ(find<QComboBox>(kDefaultDestination.key)->currentIndex(), 0);
     EXPECT_THAT(savedFolders(), ElementsAre("/one"));
 }
 
@@ -251,18 +252,18 @@ TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
     saveFolders({"/one", "/two"});
     window();
     QTest::keyClick(window_.get(), Qt::Key_PageUp, Qt::ControlModifier);  // around to the last
-    auto* const menu = find<QComboBox>(kDefaultDestinationKey);
+    auto* const menu = find<QComboBox>(kDefaultDestination.key);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_TRUE(menu->hasFocus());
     QTest::keyClick(menu, Qt::Key_End);
-    EXPECT_NE(stored(kDefaultDestinationKey), 6) << "no destination";
+    EXPECT_NE(stored(kDefaultDestination.key), 6) << "no destination";
     platform_.panels.openAnswer = {"/three"};
     Q_EMIT menu->activated(6);
     settle();
     EXPECT_THAT(savedFolders(), ElementsAre("/one", "/two", "/three"));
-    EXPECT_EQ(stored(kDefaultDestinationKey), 5);
+    EXPECT_EQ(stored(kDefaultDestination.key), 5);
     QTest::keyClick(menu, Qt::Key_Up);
-    EXPECT_EQ(stored(kDefaultDestinationKey), 4);
+    EXPECT_EQ(stored(kDefaultDestination.key), 4);
 
     auto* const list = window_->findChild<QListWidget*>("savedFolders");
     ASSERT_EQ(list->count(), 3);
@@ -271,10 +272,10 @@ TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
     for (int times = 0; times < 3; ++times) QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
     EXPECT_THAT(savedFolders(), ElementsAre("/two", "/three", "/one"));
     EXPECT_EQ(list->currentRow(), 2) << "the folder stays chosen";
-    EXPECT_EQ(stored(kDefaultDestinationKey), 3);
+    EXPECT_EQ(stored(kDefaultDestination.key), 3);
     for (int times = 0; times < 4; ++times) QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_THAT(savedFolders(), IsEmpty());
-    EXPECT_EQ(stored(kDefaultDestinationKey), 0);
+    EXPECT_EQ(stored(kDefaultDestination.key), 0);
     EXPECT_EQ(menu->count(), 4);
 }
 
@@ -291,11 +292,11 @@ TEST_F(PreferencesWindowTest, ThePageThatIsShownStaysMarked) {
 TEST_F(PreferencesWindowTest, ClosingPutsWhatWasChangedOntoTheDisk) {
     window();
     platform_.preferences.setDefaultInt("_x_1.2_asked", 1);
-    find<QCheckBox>(kAutoCleanKey)->click();
-    EXPECT_FALSE(platform_.store.values.contains(kAutoCleanKey)) << "written in the background";
+    find<QCheckBox>(kAutoClean.key)->click();
+    EXPECT_FALSE(platform_.store.values.contains(kAutoClean.key)) << "written in the background";
     QTest::keyClick(window_.get(), Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(window_->isVisible());
-    EXPECT_TRUE(platform_.store.values.contains(kAutoCleanKey));
+    EXPECT_TRUE(platform_.store.values.contains(kAutoClean.key));
     for (auto* const each : window().findChildren<QPushButton*>()) {
         if (each->text() == "Show All Again") each->click();
     }

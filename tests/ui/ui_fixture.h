@@ -23,7 +23,7 @@ public:
 /// The views on the real controller, which stands on fakes. Files are not queued by themselves.
 class UiFixture : public AppFixture {
 protected:
-    UiFixture() { set(kAutoAddKey, 0); }
+    UiFixture() { set(kAutoAdd.key, 0); }
 
     UiContext context() {
         if (!app_) launch();

@@ -50,7 +50,7 @@ void AudioPage::addStyles() {
     column().addHeading(tr("Audio Conversion Settings"));
     auto& controller = context_.controller;
     auto& style = column().add<PreferenceRadioButtons>(
-        {.key = kConversionPresetKey,
+        {.key = kConversionPreset.key,
          .label = tr("Conversion style"),
          .help = tr("What becomes of sound that is not AAC.")},
         PreferenceChoices{
@@ -82,12 +82,12 @@ PreferenceColumn* AudioPage::makeCompatible() {
     view->setObjectName("containerCompatible");
     view->addHeading(tr("The Compatible Style"));
     auto& second = view->add<PreferenceCheckBox>(
-        {.key = kIncludeSurroundTrackKey,
+        {.key = kIncludeSurroundTrack.key,
          .label = tr("Keep surround sound as a second track"),
          .help =
              tr("Devices that can play it have the choice; all others play the stereo track.")});
     auto& transcoded = view->add<PreferenceCheckBox>(
-        {.key = kIncludeSurroundTrackTranscodedKey,
+        {.key = kIncludeSurroundTrackTranscoded.key,
          .label = tr("Convert a second track in DTS to AC-3"),
          .help = tr("Otherwise it is copied, and Apple devices cannot play it.")});
     second.enable(transcoded);
@@ -98,10 +98,10 @@ PreferenceColumn* AudioPage::makeFast() {
     auto* const view = new PreferenceColumn(context_.vantor.preferences(), this);
     view->setObjectName("containerFast");
     view->addHeading(tr("The High Speed & Quality Style"));
-    view->add<PreferenceCheckBox>({.key = kAC3DownmixKey,
+    view->add<PreferenceCheckBox>({.key = kAC3Downmix.key,
                                    .label = tr("Mix AC-3 surround sound down to stereo"),
                                    .help = tr("Otherwise it is copied as it is.")});
-    view->add<PreferenceCheckBox>({.key = kDTSDownmixKey,
+    view->add<PreferenceCheckBox>({.key = kDTSDownmix.key,
                                    .label = tr("Mix DTS surround sound down to stereo"),
                                    .help = tr("Otherwise it becomes AC-3 surround sound.")});
     return view;
@@ -116,32 +116,32 @@ PreferenceColumn* AudioPage::makeCustom() {
     auto all = few;
     all.push_back({.value = AudioMethodAC3Surround, .title = tr("AC-3 surround (5.1)")});
     all.push_back({.value = AudioMethodCopy, .title = tr("Copy as it is")});
-    view->add<PreferenceMenu>({.key = kCustomAC3HandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomAC3Handling.key,
                                .label = tr("AC-3, stereo"),
                                .help = tr("Dolby Digital with two channels, as on many DVDs.")},
                               all);
-    view->add<PreferenceMenu>({.key = kCustomAC351HandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomAC351Handling.key,
                                .label = tr("AC-3, surround"),
                                .help = tr("Dolby Digital 5.1, the usual sound of DVDs.")},
                               all);
-    view->add<PreferenceMenu>({.key = kCustomDTSHandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomDTSHandling.key,
                                .label = tr("DTS, stereo"),
                                .help = tr("No Apple device plays a copy of it.")},
                               all);
-    view->add<PreferenceMenu>({.key = kCustomDTS51HandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomDTS51Handling.key,
                                .label = tr("DTS, surround"),
                                .help = tr("The usual sound of Blu-ray discs; no Apple device plays "
                                           "a copy of it.")},
                               all);
-    view->add<PreferenceMenu>({.key = kCustomMP3HandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomMP3Handling.key,
                                .label = tr("MP3"),
                                .help = tr("Stereo only; surround counts as other audio.")},
                               all);
-    view->add<PreferenceMenu>({.key = kCustomVorbisHandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomVorbisHandling.key,
                                .label = tr("Vorbis"),
                                .help = tr("Stereo only; surround counts as other audio.")},
                               all);
-    view->add<PreferenceMenu>({.key = kCustomUnknownHandlingKey,
+    view->add<PreferenceMenu>({.key = kCustomUnknownHandling.key,
                                .label = tr("Other audio"),
                                .help = tr("Everything else, such as FLAC, TrueHD and Opus.")},
                               few);
@@ -162,7 +162,7 @@ void AudioPage::showStyle(ConversionPreset style) {
 void AudioPage::addTracks() {
     column().addHeading(tr("Tracks"));
     column().add<PreferenceMenu>(
-        {.key = kDefaultAudioKey,
+        {.key = kDefaultAudio.key,
          .label = tr("Preferred language"),
          .help = tr("A track in this language is chosen first when a movie has several.")},
         PreferenceChoices{{.value = 0, .title = tr("Your own languages")},
@@ -175,7 +175,7 @@ void AudioPage::addTracks() {
                           {.value = 7, .title = tr("Japanese")},
                           {.value = 8, .title = tr("Russian")}});
     column().add<PreferenceCheckBox>(
-        {.key = kHEAACConvertKey,
+        {.key = kHEAACConvert.key,
          .label = tr("Convert HE-AAC"),
          .help = tr("Otherwise it is copied like any AAC, and some older players have trouble "
                     "with it.")});
@@ -184,20 +184,20 @@ void AudioPage::addTracks() {
 void AudioPage::addQuality() {
     column().addHeading(tr("Quality of Converted Sound"));
     column().add<PreferenceMenu>(
-        {.key = kAACBitrateKey,
+        {.key = kAACBitrate.key,
          .label = tr("AAC stereo"),
          .help = tr("More sounds better and makes larger files; 128 kbit/s suits most movies.")},
         bitrateChoices(kAACBitrates));
-    column().add<PreferenceMenu>({.key = kAC3StereoBitrateKey,
+    column().add<PreferenceMenu>({.key = kAC3StereoBitrate.key,
                                   .label = tr("AC-3 stereo"),
                                   .help = tr("AC-3 needs more than AAC for the same quality.")},
                                  bitrateChoices(kAC3StereoBitrates));
-    column().add<PreferenceMenu>({.key = kAC3SurroundBitrateKey,
+    column().add<PreferenceMenu>({.key = kAC3SurroundBitrate.key,
                                   .label = tr("AC-3 surround (5.1)"),
                                   .help = tr("DVDs mostly use 448 kbit/s.")},
                                  bitrateChoices(kAC3SurroundBitrates));
     column().add<PreferenceSlider>(
-        {.key = kAudioVolumeKey,
+        {.key = kAudioVolume.key,
          .label = tr("Volume"),
          .help = tr("Only sound that is converted changes; what is copied keeps its volume.")},
         volumeMeaning);

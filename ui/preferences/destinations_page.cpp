@@ -50,7 +50,7 @@ void DestinationsPage::addMenu() {
     column().addHeading(tr("Converted Movies"));
     auto* const row = new QWidget(&column());
     auto* const box = new PopUpMenuBox(destinations.preferencesDestinationPopUp(), row);
-    box->setObjectName(toQString(kDefaultDestinationKey));
+    box->setObjectName(toQString(kDefaultDestination.key));
     box->setPlaceholderText(tr("Not chosen"));
     box->setChosen([&destinations](std::size_t chosen) {
         destinations.pick(DestinationMenu::Preferences, chosen);
@@ -164,7 +164,7 @@ void DestinationsPage::removeFolder() {
 
 std::vector<std::string_view> DestinationsPage::keys() const {
     auto keys = PreferencePage::keys();
-    keys.push_back(kDefaultDestinationKey);
+    keys.push_back(kDefaultDestination.key);
     return keys;
 }
 

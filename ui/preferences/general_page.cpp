@@ -24,12 +24,12 @@ GeneralPage::GeneralPage(const UiContext& context, QWidget* parent)
 void GeneralPage::addMovies() {
     column().addHeading(tr("New Movies"));
     column().add<PreferenceCheckBox>(
-        {.key = kAutoAddKey,
+        {.key = kAutoAdd.key,
          .label = tr("Add movies to the queue at once"),
          .help = tr("They are converted with these preferences. You are asked for each one's place "
                     "only if Destinations says so.")});
     column().add<PreferenceCheckBox>(
-        {.key = kInsertJobsAtBottomKey,
+        {.key = kInsertJobsAtBottom.key,
          .label = tr("Put new movies at the end of the queue"),
          .help = tr("Otherwise the newest movie stands at the top and is converted next.")});
 }
@@ -37,12 +37,12 @@ void GeneralPage::addMovies() {
 void GeneralPage::addFiles() {
     column().addHeading(tr("Converted Files"));
     column().add<PreferenceMenu>(
-        {.key = kDefaultExtensionKey,
+        {.key = kDefaultExtension.key,
          .label = tr("File name extension"),
          .help = tr("Apple's programs know both; other players and devices often expect mp4.")},
         PreferenceChoices{{.value = 1, .title = "m4v"}, {.value = 0, .title = "mp4"}});
     column().add<PreferenceCheckBox>(
-        {.key = kProduceStreamableFilesKey,
+        {.key = kProduceStreamableFiles.key,
          .label = tr("Make files ready for streaming"),
          .help = tr("They can be watched while they are still being loaded, and take a little "
                     "longer to write.")});
@@ -50,22 +50,22 @@ void GeneralPage::addFiles() {
 
 void GeneralPage::addEnd() {
     column().addHeading(tr("After the Conversion"));
-    column().add<PreferenceCheckBox>({.key = kAutoCleanKey,
+    column().add<PreferenceCheckBox>({.key = kAutoClean.key,
                                       .label = tr("Take finished movies off the list"),
                                       .help = tr("The converted files stay where they are.")});
     auto& remove = column().add<PreferenceCheckBox>(
-        {.key = kAutoRemoveKey,
+        {.key = kAutoRemove.key,
          .label = tr("Remove the original movie"),
          .help = tr("This is done only when the converted file has been checked and is whole.")});
     auto& how = column().add<PreferenceMenu>(
-        {.key = kAutoRemoveTypeKey,
+        {.key = kAutoRemoveType.key,
          .label = tr("How originals are removed"),
          .help = tr("From the Trash you can take a movie back; a deleted one is lost for good.")},
         PreferenceChoices{{.value = 0, .title = tr("Move to the Trash")},
                           {.value = 1, .title = tr("Delete for good, at once")}});
     remove.enable(how);
     column().add<PreferenceCheckBox>(
-        {.key = kQuitAfterConversionKey,
+        {.key = kQuitAfterConversion.key,
          .label = tr("Quit when the queue is done"),
          .help =
              tr("The program stays open when a conversion has failed or ended with a warning, or "

@@ -198,7 +198,7 @@ PreferenceSlider::~PreferenceSlider() {
 void PreferenceSlider::makeField() {
     const auto& entry = *findPreference(key());
     adopt(*field_);
-    field_->setRange(entry.minimum, entry.maximum);
+    field_->setRange(entry.range.minimum, entry.range.maximum);
     field_->setSingleStep(kStep);
     field_->setSuffix(tr(" %"));
     connect(field_, &QSpinBox::valueChanged, this, [this](int value) {
