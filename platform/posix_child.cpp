@@ -25,6 +25,13 @@ namespace {
 constexpr std::chrono::milliseconds kTerminationGrace(2000);
 constexpr int kUnknownStatus = 255;
 
+constexpr int kFirstFree = 3;  // after the standard descriptors
+
+constexpr int kLowestPriority = 19;
+// The kernel's numbers: <linux/ioprio.h> names a parameter "class" and is C alone in newer kernels.
+constexpr int kOneProcess = 1;
+constexpr int kIdleDisk = 3 << 13;  // the class above the level
+
 LaunchError launchError(int error) {
     switch (error) {
         case ENOENT:
@@ -42,6 +49,150 @@ LaunchError launchError(int error) {
         default:  // EACCES, ENOEXEC, EPERM and whatever else the system says against it
             return LaunchError::NotExecutable;
     }
+}
+
+struct Pipe {
+    FileDescriptor readEnd{};
+    FileDescriptor writeEnd{};
+
+    [[nodiscard]] bool isOpen() const { return readEnd.isOpen() && writeEnd.isOpen(); }
+};
+
+// Never one of the standard numbers, not even where this program was started without them: the
+// child puts others there.
+FileDescriptor aboveStandard(int descriptor) {
+    if (descriptor < 0 || descriptor >= kFirstFree) return FileDescriptor(descriptor);
+    const FileDescriptor low(descriptor);
+    return FileDescriptor(::fcntl(low.get(), F_DUPFD_CLOEXEC, kFirstFree));
+}
+
+Pipe makePipe() {
+    std::array<int, 2> ends = {-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC) < 0) return {};
+    return {.readEnd = aboveStandard(ends[0]), .writeEnd = aboveStandard(ends[1])};
+}
+
+/// All that the child needs, made before the fork.
+struct Plan {
+    const char* executable = nullptr;
+    char* const* arguments = nullptr;
+    pid_t parent = 0;
+    bool background = false;
+    int standardInput = -1;
+    int output = -1;
+    int failure = -1;  ///< takes the errno of a failed step; closed by a successful exec
+};
+
+// Our handlers must not run in the child, where they would write to what it shares with us: so they
+// go before the mask is lifted. An ignored SIGPIPE would outlive exec.
+void resetSignals() {
+    struct sigaction standard = {};
+    standard.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) {
+        struct sigaction current = {};
+        if (::sigaction(signal, nullptr, &current) != 0) continue;
+        const bool ignored = current.sa_handler == SIG_IGN && signal != SIGPIPE;
+        if (!ignored && current.sa_handler != SIG_DFL) ::sigaction(signal, &standard, nullptr);
+    }
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// Neither can fail for want of a right, and a child that cannot yield is still of use.
+void giveWay() {
+    ::setpriority(PRIO_PROCESS, 0, kLowestPriority);
+    ::syscall(SYS_ioprio_set, kOneProcess, 0, kIdleDisk);
+}
+
+bool setUp(const Plan& plan) {
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // A parent that was gone before that call sends no signal any more.
+    if (::getppid() != plan.parent) return false;
+    if (::dup2(plan.standardInput, STDIN_FILENO) < 0) return false;
+    if (::dup2(plan.output, STDOUT_FILENO) < 0) return false;
+    if (::dup2(plan.output, STDERR_FILENO) < 0) return false;
+    // What a library or our own parent left open without the flag. Older kernels lack the call.
+    ::close_range(kFirstFree, ~0U, CLOSE_RANGE_CLOEXEC);
+    resetSignals();
+    if (plan.background) giveWay();
+    return true;
+}
+
+// What another thread had locked when the process was copied stays locked in the copy, so these are
+// plain system calls: no allocation, no destructor, no return.
+[[noreturn]] void becomeExecutable(const Plan& plan) {
+    if (setUp(plan)) ::execve(plan.executable, plan.arguments, environ);
+    const int error = errno;
+    // The pipe is empty, so these few bytes are never cut.
+    const auto told = ::write(plan.failure, &error, sizeof error);
+    ::_exit(told == sizeof error ? 127 : 126);
+}
+
+// posix_spawn cannot ask for the death signal. All signals are blocked until the child has dropped
+// our handlers; it takes the mask along.
+pid_t forkAndBecome(const Plan& plan) {
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    const pid_t process = ::fork();
+    if (process == 0) becomeExecutable(plan);
+    const int error = errno;
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    errno = error;
+    return process;
+}
+
+std::vector<char*> argumentPointers(const std::string& executable,
+                                    const std::vector<std::string>& arguments) {
+    std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 2);
+    // execve takes pointers to mutable text and does not change it.
+    const auto add = [&](const std::string& text) {
+        pointers.push_back(
+            const_cast<char*>(text.c_str()));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    };
+    add(executable);
+    for (const auto& argument : arguments) add(argument);
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// A new process, to be waited for by the caller when there is one.
+struct ForkResult {
+    pid_t process = -1;       ///< -1: none was made
+    int error = 0;            ///< an errno: why the executable does not run in it; 0: it runs
+    FileDescriptor output{};  ///< where its standard output and error arrive; never blocks
+};
+
+ForkResult forkAndExecute(const ProcessRequest& request) {
+    auto output = makePipe();
+    auto failure = makePipe();
+    const auto input = aboveStandard(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    if (!output.isOpen() || !failure.isOpen() || !input.isOpen()) {
+        return {.error = errno};
+    }
+    ::fcntl(output.readEnd.get(), F_SETFL, O_NONBLOCK);
+
+    const auto arguments = argumentPointers(request.executable.native(), request.arguments);
+    const Plan plan{.executable = request.executable.c_str(),
+                    .arguments = arguments.data(),
+                    .parent = ::getpid(),
+                    .background = request.background,
+                    .standardInput = input.get(),
+                    .output = output.writeEnd.get(),
+                    .failure = failure.writeEnd.get()};
+    ForkResult result{.process = forkAndBecome(plan)};
+    if (result.process < 0) return {.error = errno};
+
+    failure.writeEnd.reset();
+    while (::read(failure.readEnd.get(), &result.error, sizeof result.error) < 0 &&
+           errno == EINTR) {
+    }
+    result.output = std::move(output.readEnd);
+    return result;
 }
 
 // The system's own header declares the function without C linkage.
@@ -118,162 +269,11 @@ std::string PosixChild::takePendingOutput() const {
 }
 
 bool readAvailable(int descriptor, std::string& output) {
-    std::array<char, 65536>
-        buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): read fills it
+    std::array<char, 65536> buffer;
     const auto count = ::read(descriptor, buffer.data(), buffer.size());
     if (count > 0) output.append(buffer.data(), static_cast<std::size_t>(count));
     return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
-}
-
-namespace {
-
-constexpr int kFirstFree = 3;  // after the standard descriptors
-
-constexpr int kLowestPriority = 19;
-// The kernel's numbers: <linux/ioprio.h> names a parameter "class" and is C alone in newer kernels.
-constexpr int kOneProcess = 1;
-constexpr int kIdleDisk = 3 << 13;  // the class above the level
-
-struct Pipe {
-    FileDescriptor readEnd{};
-    FileDescriptor writeEnd{};
-
-    [[nodiscard]] bool isOpen() const { return readEnd.isOpen() && writeEnd.isOpen(); }
-};
-
-// Never one of the standard numbers, not even where this program was started without them: the
-// child puts others there.
-FileDescriptor aboveStandard(int descriptor) {
-    if (descriptor < 0 || descriptor >= kFirstFree) return FileDescriptor(descriptor);
-    const FileDescriptor low(descriptor);
-    return FileDescriptor(::fcntl(low.get(), F_DUPFD_CLOEXEC, kFirstFree));
-}
-
-Pipe makePipe() {
-    std::array<int, 2> ends = {-1, -1};
-    if (::pipe2(ends.data(), O_CLOEXEC) < 0) return {};
-    return {.readEnd = aboveStandard(ends[0]), .writeEnd = aboveStandard(ends[1])};
-}
-
-/// All that the child needs, made before the fork.
-struct Plan {
-    const char* executable = nullptr;
-    char* const* arguments = nullptr;
-    pid_t parent = 0;
-    bool background = false;
-    int standardInput = -1;
-    int output = -1;
-    int failure = -1;  ///< takes the errno of a failed step; closed by a successful exec
-};
-
-// Handlers would run in memory shared with the parent once the mask is lifted, so they go first.
-// An ignored SIGPIPE would outlive exec.
-void resetSignals() {
-    struct sigaction standard = {};
-    standard.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal) {
-        struct sigaction current = {};
-        if (::sigaction(signal, nullptr, &current) != 0) continue;
-        const bool ignored = current.sa_handler == SIG_IGN && signal != SIGPIPE;
-        if (!ignored && current.sa_handler != SIG_DFL) ::sigaction(signal, &standard, nullptr);
-    }
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
-}
-
-// Neither can fail for want of a right, and a child that cannot yield is still of use.
-void giveWay() {
-    ::setpriority(PRIO_PROCESS, 0, kLowestPriority);
-    ::syscall(SYS_ioprio_set, kOneProcess, 0, kIdleDisk);
-}
-
-bool setUp(const Plan& plan) {
-    ::setpgid(0, 0);
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // A parent that was gone before that call sends no signal any more.
-    if (::getppid() != plan.parent) return false;
-    if (::dup2(plan.standardInput, STDIN_FILENO) < 0) return false;
-    if (::dup2(plan.output, STDOUT_FILENO) < 0) return false;
-    if (::dup2(plan.output, STDERR_FILENO) < 0) return false;
-    // What a library or our own parent left open without the flag. Older kernels lack the call.
-    ::close_range(kFirstFree, ~0U, CLOSE_RANGE_CLOEXEC);
-    resetSignals();
-    if (plan.background) giveWay();
-    return true;
-}
-
-// Runs in the parent's memory: plain system calls, no allocation, no destructor, no return.
-[[noreturn]] __attribute__((noinline)) void becomeExecutable(const Plan& plan) {
-    if (setUp(plan)) ::execve(plan.executable, plan.arguments, environ);
-    const int error = errno;
-    // The pipe is empty, so these few bytes are never cut.
-    const auto told = ::write(plan.failure, &error, sizeof error);
-    ::_exit(told == sizeof error ? 127 : 126);
-}
-
-// vfork, measured per start of /bin/true: our own processor time is 0.05 ms where fork takes 0.11,
-// and with 25 MB in use 0.07 against 0.55, with 200 MB 0.2 against 3.9. The child borrows our
-// memory and this thread waits until it has executed. posix_spawn does the same, but cannot ask for
-// the death signal. Signals are blocked meanwhile: a handler would run on the borrowed memory.
-pid_t forkAndBecome(const Plan& plan) {
-    sigset_t all;
-    sigset_t before;
-    ::sigfillset(&all);
-    ::pthread_sigmask(SIG_SETMASK, &all, &before);
-    // NOLINTNEXTLINE(clang-analyzer-security.insecureAPI.vfork): the child keeps to its rules
-    const pid_t process = ::vfork();
-    // NOLINTNEXTLINE(clang-analyzer-unix.Vfork): makes only system calls, see there
-    if (process == 0) becomeExecutable(plan);
-    const int error = errno;
-    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    errno = error;
-    return process;
-}
-
-std::vector<char*> argumentPointers(const std::string& executable,
-                                    const std::vector<std::string>& arguments) {
-    std::vector<char*> pointers;
-    pointers.reserve(arguments.size() + 2);
-    // execve takes pointers to mutable text and does not change it.
-    const auto add = [&](const std::string& text) {
-        pointers.push_back(
-            const_cast<char*>(text.c_str()));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
-    };
-    add(executable);
-    for (const auto& argument : arguments) add(argument);
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-}  // namespace
-
-ForkResult forkAndExecute(const ProcessRequest& request) {
-    auto output = makePipe();
-    auto failure = makePipe();
-    const auto input = aboveStandard(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-    if (!output.isOpen() || !failure.isOpen() || !input.isOpen()) {
-        return {.error = errno};
-    }
-    ::fcntl(output.readEnd.get(), F_SETFL, O_NONBLOCK);
-
-    const auto arguments = argumentPointers(request.executable.native(), request.arguments);
-    const Plan plan{.executable = request.executable.c_str(),
-                    .arguments = arguments.data(),
-                    .parent = ::getpid(),
-                    .background = request.background,
-                    .standardInput = input.get(),
-                    .output = output.writeEnd.get(),
-                    .failure = failure.writeEnd.get()};
-    ForkResult result{.process = forkAndBecome(plan)};
-    if (result.process < 0) return {.error = errno};
-
-    failure.writeEnd.reset();
-    while (::read(failure.readEnd.get(), &result.error, sizeof result.error) < 0 &&
-           errno == EINTR) {
-    }
-    result.output = std::move(output.readEnd);
-    return result;
 }
 
 }  // namespace reelvane

@@ -55,14 +55,4 @@ struct PosixChild::Start {
 /// Reads once; appends to `output` and answers false at the pipe's end. Nothing there is no end.
 [[nodiscard]] bool readAvailable(int descriptor, std::string& output);
 
-/// A new process, to be waited for by the caller when there is one.
-struct ForkResult {
-    pid_t process = -1;       ///< -1: none was made
-    int error = 0;            ///< an errno: why the executable does not run in it; 0: it runs
-    FileDescriptor output{};  ///< where its standard output and error arrive; never blocks
-};
-
-/// Forks and executes. Any thread. See PosixChild for how the process is set up.
-[[nodiscard]] ForkResult forkAndExecute(const ProcessRequest& request);
-
 }  // namespace reelvane
