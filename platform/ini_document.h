@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "support/ports/preferences_store.h"
 
@@ -12,11 +12,15 @@ using GKeyFile = struct _GKeyFile;  // NOLINT(bugprone-reserved-identifier): GLi
 namespace reelvane {
 
 /// One group of a key file (INI). Comments, other groups and whatever is not changed stay as they
-/// stand. Keys and values may be any bytes: what a key file cannot hold is escaped.
+/// stand. Keys and values may be any bytes.
 ///
 /// In a key, a byte that the format gives a meaning is written "%3D", and so is a "%" that two
-/// hexadecimal digits follow. In a value, control characters, blanks at the ends, and bytes that
-/// are not UTF-8 are written "\n", "\s", "\xFF" and the like. Other escapes are read as they stand.
+/// hexadecimal digits follow. A value stands as it is, backslashes too; only control characters,
+/// blanks at the ends and bytes that are not UTF-8, which no line can hold, are written "\{0A}".
+///
+/// The key "FileFormat" says that. Files of earlier versions lack it: their values had backslashes
+/// doubled once more, and what no line can hold written "\n", "\s", "\xFF" and the like. They are
+/// read so, and the first change writes all of them as above.
 class IniDocument {
 public:
     explicit IniDocument(std::string group);
@@ -31,20 +35,23 @@ public:
     [[nodiscard]] std::string text() const;
 
 private:
+    /// One key and its value; `name` is the key as it stands in the file, which need not be as we
+    /// would write it.
+    struct Line {
+        std::string name{};
+        std::string key{};
+        std::string value{};
+    };
     struct Free {
         void operator()(GKeyFile* file) const;
     };
 
+    [[nodiscard]] bool hasFormerFormat() const;
+    [[nodiscard]] std::vector<Line> lines() const;
+    void write(const std::string& name, const std::string& value);
+
     std::string group_;
     std::unique_ptr<GKeyFile, Free> file_;
 };
-
-/// Any bytes as a key file's key, and back. See IniDocument for the forms.
-[[nodiscard]] std::string escapedIniKey(std::string_view key);
-[[nodiscard]] std::string unescapedIniKey(std::string_view text);
-
-/// Any bytes as a key file's value, and back.
-[[nodiscard]] std::string escapedIniValue(std::string_view value);
-[[nodiscard]] std::string unescapedIniValue(std::string_view text);
 
 }  // namespace reelvane

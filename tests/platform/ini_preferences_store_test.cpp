@@ -56,6 +56,35 @@ TEST_F(IniStore, KeysAndValuesMayBeAnyBytes) {
     IniPreferencesStore(file).edit([&](PreferenceValues& read) { EXPECT_EQ(read, everything); });
 }
 
+TEST_F(IniStore, AValueStandsAsItIsAndOneOfAnEarlierVersionIsReadAsItWasMeant) {
+    const std::string before = R"([Preferences]
+%=C:\\new
+%46ileFormat=\stwo\s
+list=(a\\\\;b\\;c;)
+odd=\\{0A}\\\\{41}\\x41\x01\xFF\\
+)";
+    const std::string now = R"([Preferences]
+%=C:\new
+%46ileFormat=\{20}two\{20}
+list=(a\\;b\;c;)
+odd=\{5C}{0A}\\{5C}{41}\x41\{01}\{FF}\
+FileFormat=2
+n=1
+)";
+    const PreferenceValues meant{{"", R"(C:\new)"},
+                                 {"FileFormat", " two "},
+                                 {"list", R"((a\\;b\;c;))"},
+                                 {"odd", R"(\{0A}\\{41}\x41)" + std::string("\x01\xFF\\")}};
+    const auto expectMeant = [&meant](PreferenceValues values) { EXPECT_EQ(values, meant); };
+    folder.write("p.ini", before);
+    EXPECT_TRUE(store.edit(expectMeant));
+    EXPECT_EQ(contentOf(file), before);
+    EXPECT_TRUE(set(store, "n", "1"));
+    EXPECT_EQ(contentOf(file), now);
+    EXPECT_TRUE(store.edit([](PreferenceValues& values) { values.erase("n"); }));
+    EXPECT_TRUE(IniPreferencesStore(file).edit(expectMeant));
+}
+
 TEST_F(IniStore, WhatOthersWroteSurvivesAnEdit) {
     folder.write("p.ini",
                  "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\n"
@@ -65,9 +94,9 @@ TEST_F(IniStore, WhatOthersWroteSurvivesAnEdit) {
         values["old"] = "3";
         values.erase("gone");
     }));
-    EXPECT_EQ(
-        contentOf(file),
-        "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\nPath=C:\\dir\nold=3\n");
+    EXPECT_EQ(contentOf(file),
+              "# by hand\n\n[Other]\nx=1\n\n[Preferences]\n# why\nName[de]=N\nPath=C:\\dir\nold=3\n"
+              "FileFormat=2\n");
 }
 
 /// Counts one shared key up, and writes keys of its own.
@@ -120,7 +149,7 @@ TEST_F(IniStore, ADamagedFileIsSetAside) {
     EXPECT_EQ(store.value("a"), std::nullopt);
     EXPECT_THAT(store.problem(kUntranslated), Optional(HasSubstr(file.native() + ".damaged-1\"")));
     EXPECT_TRUE(set(store, "a", "2"));
-    EXPECT_EQ(contentOf(file), "[Preferences]\na=2\n");
+    EXPECT_EQ(contentOf(file), "[Preferences]\nFileFormat=2\na=2\n");
     EXPECT_EQ(contentOf(file.native() + ".damaged"), "earlier");
     EXPECT_EQ(contentOf(file.native() + ".damaged-1"), "[Preferences]\nno pair\n");
 }
@@ -135,7 +164,7 @@ TEST_F(IniStore, AWriteCutShortLeavesTheOldFileAndNothingElse) {
         return !set(store, "b", std::string(5000, 'x')) && store.value("b") == std::nullopt;
     });
     EXPECT_TRUE(endedWell(process));
-    EXPECT_EQ(contentOf(file), "[Preferences]\na=1\n");
+    EXPECT_EQ(contentOf(file), "[Preferences]\nFileFormat=2\na=1\n");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2)
         << "the file and its lock";
 }
