@@ -12,6 +12,7 @@
 #include "cli/json_lines.h"
 #include "cli/text_reporter.h"
 #include "conversion/output_proof.h"
+#include "conversion/subtitle_arguments.h"
 #include "media/languages.h"
 #include "mp4/mp4_reader.h"
 #include "support/localization.h"
@@ -47,11 +48,22 @@ std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
     }
     for (const auto track : record.subtitleTrackIDs) {
         text += makeString("\n    Subtitle #%i: text", track);
+        if (!facts.subtitlesLeftOut.empty()) text += makeString(" (%@)", facts.subtitlesLeftOut);
     }
     for (const auto& alert : facts.alerts) {
         text += "\n" + wrapped("Warning: " + printable(alert.message), " ", columns, kIndent);
     }
     return text;
+}
+
+/// As a conversion would decide: where there is no sound nothing but the picture is taken.
+std::string_view subtitlesLeftOut(const CommandContext& context, const MKVFileInfo& record,
+                                  std::optional<std::size_t> audio) {
+    if (!audio || hasUnknownCodec(record.audioTrackInformation[*audio].text)) {
+        return "left out: the movie has no sound";
+    }
+    const bool taken = mapsEmbeddedSubtitles(record, readConversionSettings(context.preferences));
+    return taken ? "" : "left out, as the preferences say";
 }
 
 std::string refusedText(const std::string& file, const std::vector<VettingAlert>& alerts,
@@ -78,10 +90,13 @@ int runInspect(const CommandContext& context, const InspectRequest& request) {
         }
         const auto columns = Console::wrapColumns();
         if (inspection.record) {
-            const InspectionFacts facts{.file = file,
-                                        .record = *inspection.record,
-                                        .bestAudio = bestAudioOf(context, *inspection.record),
-                                        .alerts = alerts};
+            const auto audio = bestAudioOf(context, *inspection.record);
+            const InspectionFacts facts{
+                .file = file,
+                .record = *inspection.record,
+                .bestAudio = audio,
+                .alerts = alerts,
+                .subtitlesLeftOut = subtitlesLeftOut(context, *inspection.record, audio)};
             console.line(request.json ? acceptedLine(facts) : acceptedText(facts, columns));
         } else {
             status = kExitFailure;

@@ -25,6 +25,7 @@ struct InspectionFacts {
     const MKVFileInfo& record;
     std::optional<std::size_t> bestAudio{};  ///< index of the audio entry that would be taken
     std::span<const VettingAlert> alerts{};
+    std::string_view subtitlesLeftOut{};  ///< why those of the movie are not taken; empty: they are
 };
 [[nodiscard]] std::string acceptedLine(const InspectionFacts& facts);
 [[nodiscard]] std::string refusedLine(std::string_view file, std::span<const VettingAlert> alerts);

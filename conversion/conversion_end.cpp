@@ -49,6 +49,10 @@ void ConversionJob::checkRun(const ConversionSettings& settings) {
             if (!check.proof.problem.empty()) return check;
             addNotes(check.notes,
                      cueNotes(translations, record, arguments, check.textCounts, tools));
+            const auto size = Fennimar::fileSize(files->heldPath());
+            check.details = hasDoubt(check.notes) ? contentText(translations, check.proof.seconds,
+                                                                check.proof.tracks, size)
+                                                  : proofText(translations, check.proof, size);
             // Where the source is to go, the output must not be in the system's memory only.
             check.onDisk = autoRemove && isOnDisk(files->heldPath());
             return check;

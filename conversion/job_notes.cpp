@@ -182,9 +182,16 @@ JobNotes doubtsOfProof(const Translations& translations, std::string_view fileNa
 
 JobNotes doubtsOfSound(const Translations& translations, std::string_view fileName,
                        std::span<const AudioEntry> tracks) {
-    const bool isUnknown = std::ranges::all_of(
+    const auto unknown = std::ranges::count_if(
         tracks, [](const AudioEntry& entry) { return hasUnknownCodec(entry.text); });
-    if (tracks.empty() || !isUnknown) return {};
+    if (unknown == 0) return {};
+    if (unknown < std::ssize(tracks)) {
+        const auto format = translations.localized(
+            "%i of the audio tracks of %@ cannot be taken, because ffmpeg does not know the "
+            "format.");
+        return {{.kind = JobNote::Kind::Remark,
+                 .text = makeString(format, static_cast<int>(unknown), fileName)}};
+    }
     const auto format = translations.localized(
         "The sound of %@ was left out, because ffmpeg does not know its format.");
     return {{.text = makeString(format, fileName)}};

@@ -50,7 +50,8 @@ void addNotes(JobNotes& notes, JobNotes more);
 [[nodiscard]] JobNotes doubtsOfProof(const Translations& translations, std::string_view fileName,
                                      const OutputProof& proof, std::optional<int> runtimeSeconds);
 
-/// That the source has sound and the output none, because ffmpeg knows no track's format.
+/// That the source has sound and the output none, because ffmpeg knows no track's format; of some
+/// tracks only it is a remark.
 [[nodiscard]] JobNotes doubtsOfSound(const Translations& translations, std::string_view fileName,
                                      std::span<const AudioEntry> tracks);
 

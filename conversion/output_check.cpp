@@ -96,7 +96,6 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
                               languages, expectation.sourcePicture);
     check.proof = proveOutput(reading, expectation);
     if (!check.proof.problem.empty()) return check;
-    check.details = proofText(translations, check.proof, Fennimar::fileSize(heldPath));
     const auto name = Fennimar::validUtf8(record.fileName);
     check.notes = doubtsOfProof(translations, name, check.proof, record.runtimeSeconds);
     addNotes(check.notes, doubtsOfLog(translations, record, jobOutput));

@@ -23,8 +23,10 @@ class Translations;
 struct OutputCheck {
     bool isGone = false;  ///< deleted, or another file was put in its place; nothing else is set
     OutputProof proof{};
-    std::string details{};  ///< "12 s, 3 tracks, 1.43 GB, verified", translated; or empty
-    JobNotes notes{};       ///< of a whole output: doubts first, remarks last
+    /// "12 s, 3 tracks, 1.43 GB, verified", translated; without the last word where there is a
+    /// doubt. Set when all notes are there.
+    std::string details{};
+    JobNotes notes{};  ///< of a whole output: doubts first, remarks last
     /// Cues of each text track, in the order of the tracks.
     std::vector<std::uint64_t> textCounts{};
     std::optional<FileVersion> identity{};  ///< of the output as it was proven; or not asked for

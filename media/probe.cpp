@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <random>
 #include <system_error>
 #include <utility>
 
 #include "media/picture_choice.h"
+#include "media/report_mark.h"
 #include "media/report_outline.h"
 #include "mp4/mp4_reader.h"
 #include "support/localization.h"
@@ -49,9 +51,17 @@ ProbeToolProblem toolProblemOf(const RunResult& result) {
     return ProbeToolProblem::None;
 }
 
-RunResult runProbe(const std::filesystem::path& path, const ProbeTools& tools) {
+RunResult runProbe(const std::filesystem::path& path, const ReportMark& mark,
+                   const ProbeTools& tools) {
+    auto arguments = mark.arguments();
+    arguments.insert(arguments.end(), {"-i", path.native()});
     return tools.launcher->run(
-        {.executable = tools.ffmpeg, .arguments = {"-i", path.native()}, .stop = tools.stop});
+        {.executable = tools.ffmpeg, .arguments = std::move(arguments), .stop = tools.stop});
+}
+
+ReportMark freshMark() {
+    constexpr std::uint32_t kEightDigits = 0x80000000;
+    return ReportMark(std::random_device()() | kEightDigits);
 }
 
 /// As ffmpeg prints a text: control characters, but for those that move the cursor, as "?".
@@ -71,29 +81,32 @@ std::string asPrinted(std::string text) {
 /// The report without the path that it repeats: a name may hold line feeds, and then words like a
 /// report's. ffmpeg prints no more than 1023 bytes of a message (LINE_SZ in libavutil/log.c), so a
 /// long path takes the end of its line with it.
-std::string withoutPath(std::string report, const std::filesystem::path& path) {
+std::string withoutPath(std::string report, const std::filesystem::path& path,
+                        const std::string& standIn) {
     constexpr std::size_t kLongestMessage = 1023;
     constexpr std::string_view kInput = "Input #0, ";
     constexpr std::string_view kFrom = ", from '";
-    constexpr std::string_view kStandIn = "movie";
     const auto printed = asPrinted(path.native());
-    const auto input = report.find(kInput);
-    const auto from = report.find(kFrom, input);
-    if (input != std::string::npos && from < report.find('\n', input)) {
+    for (auto input = report.find(kInput); input != std::string::npos;
+         input = report.find(kInput, input + 1)) {
+        const auto from = report.find(kFrom, input);
+        if (from >= report.find('\n', input)) continue;
         const auto name = from + kFrom.size();
         const auto message =
             (report.substr(input, name - input) + printed + "':\n").substr(0, kLongestMessage);
         if (report.compare(input, message.size(), message) == 0) {
-            report.replace(name, input + message.size() - name, std::string(kStandIn) + "':\n");
+            report.replace(name, input + message.size() - name, standIn + "':\n");
         }
     }
     // Elsewhere, as in "PATH: Invalid data found", only a path with line feeds could mislead.
-    return Fennimar::contains(printed, "\n") ? Fennimar::replaced(report, printed, kStandIn)
+    return Fennimar::contains(printed, "\n") ? Fennimar::replaced(report, printed, standIn)
                                              : report;
 }
 
-std::string reportOf(const RunResult& result, const std::filesystem::path& path) {
-    return result.finished ? withoutPath(result.finished->output, path) : std::string();
+std::string reportOf(const RunResult& result, const std::filesystem::path& path,
+                     const ReportMark& mark) {
+    if (!result.finished) return {};
+    return mark.genuine(withoutPath(result.finished->output, path, mark.standIn()));
 }
 
 /// A wrapper of ffmpeg may print no banner, and then a bad movie's report has no mark of ffmpeg.
@@ -147,10 +160,11 @@ Inspection inspectFileAt(const std::filesystem::path& path, const ProbeOptions& 
                          const ProbeTools& tools) {
     const auto fileName = path.filename().native();
     const auto identity = fileVersionOf(path);
-    const auto result = runProbe(path, tools);
+    const auto mark = freshMark();
+    const auto result = runProbe(path, mark, tools);
     const auto problem = toolProblemOf(result);
     if (problem != ProbeToolProblem::None) return {.toolProblem = problem};
-    const auto text = reportOf(result, path);
+    const auto text = reportOf(result, path, mark);
     auto report = parseProbeReport(text, options);
     auto& record = report.record;
     if (!isPlaylistDemuxer(record.demuxer)) settlePicture(path, tools, report);
@@ -200,8 +214,9 @@ Inspection initWithURL(const std::filesystem::path& url, const ProbeOptions& opt
 std::int32_t durationOfFile(const std::filesystem::path& url, const ProbeTools& tools) {
     const auto path = Fennimar::absolutePath(url);
     if (!isFile(path)) return -1;
-    const auto result = runProbe(path, tools);
-    return durationInReport(reportOf(result, path));
+    const auto mark = freshMark();
+    const auto result = runProbe(path, mark, tools);
+    return durationInReport(reportOf(result, path, mark));
 }
 
 std::string toolProblemText(const Translations& translations, ProbeToolProblem problem,

@@ -16,7 +16,7 @@ protected:
     [[nodiscard]] std::vector<std::string> probed() const {
         std::vector<std::string> names;
         for (const auto& run : platform_.processLauncher.runs)
-            names.push_back(fs::path(run.arguments.at(1)).filename());
+            names.push_back(fs::path(run.arguments.back()).filename());
         return names;
     }
     FileIntake& intake() { return app_->intake(); }
@@ -136,7 +136,7 @@ TEST_F(FileIntakeTest, ABatchIsHeldUpByNoAlert) {
     const auto hevc = [this](std::string_view name) { return movie(name); };
     platform_.processLauncher.answer = [this](const ProcessRequest& request) {
         auto report = report_;
-        const auto codec = fs::path(request.arguments.at(1)).stem().native();
+        const auto codec = fs::path(request.arguments.back()).stem().native();
         report.replace(report.find("h264 (High)"), 11, codec.substr(0, 4));
         return FinishedProcess{.output = report, .exitStatus = 1};
     };

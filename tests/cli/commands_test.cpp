@@ -36,6 +36,19 @@ TEST_F(Inspect, PrintsOneObjectPerFileInOrder) {
     EXPECT_EQ(errors(), "");
 }
 
+TEST_F(Inspect, SaysWhichSubtitlesAreLeftOut) {
+    const std::string subtitle = "  Stream #0:3: Subtitle: subrip\n";
+    folder_.write("a.mkv", std::string(kReport) + subtitle);
+    folder_.write("silent.mkv",
+                  "Input #0, x, from 'x':\n  Stream #0:0: Video: h264, 4x3\n" + subtitle);
+    EXPECT_THAT(cli({"inspect", "--set", "DisableBuiltinSubtitles=0", "a.mkv"}).output,
+                HasSubstr("#3: text\n"));
+    EXPECT_THAT(cli({"inspect", "--set", "DisableBuiltinSubtitles=1", "a.mkv"}).output,
+                HasSubstr("#3: text (left out, as"));
+    EXPECT_THAT(cli({"inspect", "silent.mkv"}).output,
+                HasSubstr("#3: text (left out: the movie has"));
+}
+
 TEST_F(Inspect, AMissingFfmpegIsToldOnceAndForEachObject) {
     environment_ = {"REELVANE_FFMPEG=/nowhere/ffmpeg"};
     movie("a.mkv");

@@ -240,6 +240,7 @@ TEST_F(JobTest, AShortOutputIsKeptAndSoIsItsSource) {
     finish();
     EXPECT_EQ(job->state(), State::Finished);
     EXPECT_THAT(job->details(), HasSubstr("1m 40s, 2 tracks, "));
+    EXPECT_THAT(job->details(), testing::Not(HasSubstr("verified")));
     EXPECT_EQ(platform.notifications.delivered.at(0).text,
               "movie.mkv ended after 1m 40s of 2m 5s: the source may be damaged.");
     EXPECT_TRUE(exists(source) && exists(output) && platform.workspace.recycled.empty());

@@ -62,6 +62,10 @@ TEST(JobNotes, SoundOfNoKnownFormatIsMissed) {
     };
     EXPECT_THAT(doubts({{"#1: eng (none)"}, {"#2: ger (none) [5.1]"}}), HasSubstr("was left out"));
     EXPECT_EQ(doubts({{"#1: eng (none)"}, {"#2: ger (aac)"}}) + doubts({}), "");
+    const std::vector<AudioEntry> mixed{{"#1: eng (none)"}, {"#2: ger (aac)"}};
+    EXPECT_THAT(doubtsOfSound(kUntranslated, "film.mkv", mixed).at(0).text,
+                HasSubstr("1 of the audio tracks of film.mkv"));
+    EXPECT_TRUE(doubtsOfSound(kUntranslated, "film.mkv", std::span(mixed).subspan(1)).empty());
 }
 
 TEST(JobNotes, AFailureIsTheSourcesWhereTheRunSaysSo) {

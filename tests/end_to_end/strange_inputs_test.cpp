@@ -99,6 +99,24 @@ TEST_F(StrangeInputs, NoWordOfAMovieKeepsItOrItsBatchFromBeingConverted) {
     all.push_back(
         worded(repeated(repeated("d", 220) + "/", 5) + "deep.mp4", plain_, repeated("é", 200)));
     for (const auto& strange : all) make(strange);
+    // The names of tags, which ffmpeg writes in capitals as they are given.
+    for (const std::string line :
+         {"  Stream #0:9: Video: vp9", "  Stream #0:7(eng): Audio: aac, 9 Hz",
+          "Input #0, hls, from 'x':", "  Stream #0:9: Subtitle: subrip",
+          "  Duration: 00:00:01.00, start: 0.0, bitrate: 1 kb/s"}) {
+        const auto name = "K               : v\n" + line;
+        const std::string stand(name.size(), 'N');
+        all.push_back({"tag" + std::to_string(all.size()) + ".mkv",
+                       {"-i", plain_, "-c", "copy", "-metadata", stand + "=x", "-metadata:s:v",
+                        stand + "=x", "-metadata:s:a", stand + "=x"}});
+        make(all.back());
+        auto bytes = read(files_.back());
+        EXPECT_NE(bytes.find(stand), std::string::npos);
+        for (auto at = bytes.find(stand); at != std::string::npos; at = bytes.find(stand)) {
+            bytes.replace(at, name.size(), name);
+        }
+        std::ofstream(files_.back(), std::ios::binary) << bytes;
+    }
     const auto bad = sandbox_.root() / "bad.mkv";
     std::ofstream(bad) << "no movie";
     files_.insert(files_.begin() + 3, bad.native());
@@ -250,8 +268,9 @@ TEST_F(StrangeInputs, SoundOfNoKnownFormatIsLeftOutAndTold) {
     EXPECT_EQ(tracksOf(outputOf("unknown.mp4")), "h264:avc1");
     EXPECT_EQ(tracksOf(outputOf("one-known.mp4")), kOrdinary);
     EXPECT_THAT(outcome.output, testing::HasSubstr("The sound of the file 'unknown.mp4' has"));
-    EXPECT_THAT(outcome.output, testing::HasSubstr("The sound of unknown.mp4 was left out"));
+    EXPECT_THAT(outcome.output, testing::HasSubstr("unknown.mp4 was left out, because ffmpeg"));
     EXPECT_THAT(outcome.output, testing::Not(testing::HasSubstr("file 'one-known.mp4'")));
+    EXPECT_THAT(outcome.output, testing::HasSubstr("1 of the audio tracks of one-known.mp4"));
 }
 
 TEST_F(StrangeInputs, AWrapperWithoutABannerRefusesNoBatch) {

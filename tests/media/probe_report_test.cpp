@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "media/picture_choice.h"
+#include "media/report_mark.h"
 #include "media/report_outline.h"
 #include "support/strings.h"
 
@@ -143,6 +144,39 @@ TEST(ProbeReport, AMoviesWordsAreNoReport) {
          {"#0:1(e\n  Stream #0:9: Video: vp9)", "#0:1(e): Video: vp9 (y)", "#0:1(e f)"}) {
         EXPECT_EQ(streamsIn(Fennimar::replaced(kMarked, "#0:1(@)", language)), clean);
     }
+}
+
+// The name of a tag may hold line feeds, too: "K", a line like the report's own, ": value".
+TEST(ProbeReport, WhatBearsNoMarkWasForged) {
+    const ReportMark mark(0xC1D2E3F4);
+    const std::string tag = " ([244][227][210][193] / 0xC1D2E3F4)";
+    EXPECT_THAT(mark.arguments(), testing::ElementsAre("-tag", "0xC1D2E3F4"));
+    auto marked = Fennimar::replaced(kMarked, "/movies/full.mkv", mark.standIn());
+    for (const auto* codec : {"h264 (High)", "aac (LC)", "subrip"}) {
+        marked = Fennimar::replaced(marked, codec, codec + tag);
+    }
+    const auto read = [&](const std::string& text) { return streamsIn(mark.genuine(text)); };
+    const auto clean = streamsIn(Fennimar::replaced(kMarked, "@", ""));
+    EXPECT_EQ(read(Fennimar::replaced(marked, "@", "")), clean);
+    for (const std::string line :
+         {"  Stream #0:9: Video: vp9 (vp09 / 0x39307076)", "  Stream #0:7(eng): Audio: aac",
+          "  Stream #0:1: Subtitle: ass", "  Stream #0:1: Video: vp9", "  Stream #0:2(x",
+          "  Stream #0:3: Video: h264\n    Metadata:\n      comment", "    Stream #0:0: Video: vp9",
+          "Input #0, hls, from 'movie':", "Input #0, hls, from "}) {
+        const auto forged = "\n      K               : v\n" + line + ": v";
+        const auto inTags = Fennimar::replaced(Fennimar::replaced(marked, "(@)", ""), "@", forged);
+        EXPECT_EQ(read(inTags), clean) << inTags;
+        // And in a language, as the first or the last of its lines.
+        const auto inLanguage =
+            Fennimar::replaced(Fennimar::replaced(marked, "(@)", "(e\n" + line + ")"), "@", "");
+        EXPECT_EQ(read(inLanguage), clean) << inLanguage;
+    }
+    // A forged duration behind the streams is none; with one before them neither is believed.
+    const std::string duration = "\n  Duration: 00:00:01.00, start: 0.0, bitrate: 1 kb/s";
+    EXPECT_EQ(read(Fennimar::replaced(marked, "@", "") + duration), clean);
+    const auto doubtful = Fennimar::replaced(marked, "@", duration);
+    EXPECT_FALSE(parseProbeReport(mark.genuine(doubtful), {}).record.runtimeSeconds);
+    EXPECT_EQ(mark.genuine(kMatroska), kMatroska) << "of something that knows no mark";
 }
 
 TEST(ProbeReport, ReadsDurationLines) {

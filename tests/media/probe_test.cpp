@@ -21,7 +21,7 @@ class Probe : public testing::Test {
 protected:
     Probe() {
         launcher_.answer = [this](const ProcessRequest& request) {
-            const bool traces = request.arguments.size() > 2;
+            const bool traces = request.arguments[0] != "-tag";
             return FinishedProcess{.output = traces ? "max_num_ref_frames 00111 = 6" : report_};
         };
     }
@@ -44,8 +44,12 @@ TEST_F(Probe, FillsTheRecordAndCountsReferenceFramesByASecondRun) {
     EXPECT_EQ(record->referenceFrames, 6);
     EXPECT_EQ(alerts.at(0).key, "warningtoomanyrefframes");
     ASSERT_EQ(launcher_.runs.size(), 2);
-    EXPECT_THAT(launcher_.runs[0].arguments, ElementsAre("-i", notUtf8.native()));
-    EXPECT_THAT(launcher_.runs[1].arguments,
+    const auto trace = launcher_.runs[1];
+    EXPECT_THAT(launcher_.runs[0].arguments,
+                ElementsAre("-tag", testing::StartsWith("0x"), "-i", notUtf8.native()));
+    EXPECT_TRUE(inspect(notUtf8).record);
+    EXPECT_NE(launcher_.runs[0].arguments[1], launcher_.runs[2].arguments[1]);
+    EXPECT_THAT(trace.arguments,
                 ElementsAre("-i", notUtf8.native(), "-map", "0:2", "-c", "copy", "-frames:v", "1",
                             "-bsf:v", "trace_headers", "-f", "null", "-"));
     for (const std::string line :
@@ -107,7 +111,7 @@ TEST_F(Probe, CountsPacketsWhereSeveralStreamsCouldBeThePicture) {
         "Input #0\n  Duration: 00:01:00.00, start: 0\n  Stream #0:1: Video: h264, 4x3\n"
         "  Stream #0:4: Video: h264, 4x3\n";
     launcher_.answer = [this](const ProcessRequest& request) {
-        const bool counts = request.arguments.size() > 2;
+        const bool counts = request.arguments[0] != "-tag";
         const bool isLater = counts && request.arguments[2] == "-ss";
         return FinishedProcess{.output = isLater  ? "0, 0\n0, 1\n"
                                          : counts ? "0, 0\n1, 1\n"
