@@ -16,7 +16,7 @@
 #include "app/settings_reader.h"
 #include "app/unfinished_outputs.h"
 #include "conversion/conversion_job.h"
-#include "media/converter_version.h"
+#include "media/probe.h"
 #include "support/dispatch.h"
 #include "support/observable.h"
 

@@ -7,7 +7,7 @@
 #include "app/preference_table.h"
 #include "app/settings_reader.h"
 #include "app/track_choices.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "media/languages.h"
 #include "support/alerts.h"
 #include "support/localization.h"

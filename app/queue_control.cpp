@@ -7,7 +7,7 @@
 
 #include "app/file_intake.h"
 #include "app/job_queue.h"
-#include "conversion/value_transformers.h"
+#include "conversion/conversion_settings.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/vantor.h"

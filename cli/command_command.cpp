@@ -11,7 +11,7 @@
 #include "cli/json_lines.h"
 #include "cli/settings_commands.h"
 #include "cli/text_reporter.h"
-#include "conversion/planned_command.h"
+#include "conversion/command_builder.h"
 #include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/host.h"

@@ -19,7 +19,7 @@
 #include "cli/settings_commands.h"
 #include "cli/terminal_alerts.h"
 #include "cli/text_reporter.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "support/localization.h"
 #include "support/make_string.h"
 #include "support/preference_text.h"

@@ -9,7 +9,6 @@
 #include "app/settings_reader.h"
 #include "conversion/job_details.h"
 #include "conversion/stream_plan.h"
-#include "conversion/subtitle_arguments.h"
 #include "support/dispatch.h"
 #include "support/make_string.h"
 #include "support/paths.h"

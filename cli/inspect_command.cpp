@@ -12,7 +12,7 @@
 #include "cli/json_lines.h"
 #include "cli/text_reporter.h"
 #include "conversion/output_proof.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "media/languages.h"
 #include "mp4/mp4_reader.h"
 #include "support/localization.h"

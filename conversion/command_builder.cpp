@@ -1,13 +1,16 @@
 #include "conversion/command_builder.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <span>
 #include <string_view>
+#include <utility>
 
-#include "conversion/container_arguments.h"
+#include "conversion/progress_file.h"
 #include "conversion/stream_plan.h"
-#include "conversion/subtitle_arguments.h"
 #include "support/make_string.h"
+#include "support/paths.h"
 
 namespace reelvane {
 
@@ -114,6 +117,45 @@ std::vector<std::string> buildArguments(const CommandInput& input) {
     if (plan.surround) append(list, surroundArguments(*plan.surround));
     append(list, outputArguments(input, plan));
     return list;
+}
+
+namespace {
+
+constexpr auto kM4VVideoCodecs = std::to_array<std::string_view>({"h264", "mpeg4"});
+constexpr auto kM4VAudioCodecs = std::to_array<std::string_view>({"aac", "he-aac", "ac3", "alac"});
+
+bool needsMP4Muxer(const ContainerFacts& facts) {
+    if (Fennimar::lowercasedExtension(facts.output) != "m4v") return false;
+    if (facts.namesColour || facts.hasDolbyVision) return true;
+    if (std::ranges::find(kM4VVideoCodecs, facts.videoCodec) == kM4VVideoCodecs.end()) return true;
+    return !std::ranges::all_of(facts.copiedAudioCodecs, [](std::string_view codec) {
+        return std::ranges::find(kM4VAudioCodecs, codec) != kM4VAudioCodecs.end();
+    });
+}
+
+}  // namespace
+
+std::vector<std::string> containerArguments(const ContainerFacts& facts) {
+    std::vector<std::string> arguments;
+    if (facts.videoCodec == "hevc") arguments.insert(arguments.end(), {"-tag:v", "hvc1"});
+    if (facts.hasDolbyVision) arguments.insert(arguments.end(), {"-strict", "unofficial"});
+    if (needsMP4Muxer(facts)) arguments.insert(arguments.end(), {"-f", "mp4"});
+    if (facts.produceStreamableFile) {
+        arguments.insert(arguments.end(), {"-movflags", "faststart"});
+    }
+    return arguments;
+}
+
+PlannedCommand plannedCommand(const Translations& translations, const MKVFileInfo& file,
+                              std::size_t audioTrackIndex, const ConversionSettings& preferences,
+                              const std::filesystem::path& progressFolder) {
+    auto problem = audioMethodProblem(translations, file, audioTrackIndex, preferences.audio);
+    if (!problem.empty()) return {.problem = std::move(problem)};
+    return {.arguments =
+                buildArguments({.file = file,
+                                .audioTrackIndex = audioTrackIndex,
+                                .settings = withWholeSubtitles(file, preferences),
+                                .progressFile = freeProgressPath(progressFolder, file.fileName)})};
 }
 
 }  // namespace reelvane

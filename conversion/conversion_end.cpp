@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "conversion/conversion_job.h"
-#include "conversion/failure_report.h"
+#include "conversion/diagnosis.h"
 #include "conversion/job_completion.h"
 #include "conversion/stream_plan.h"
 #include "support/alerts.h"

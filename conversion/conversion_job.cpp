@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "conversion/audio_method.h"
 #include "conversion/status_line.h"
+#include "conversion/stream_plan.h"
 #include "support/make_string.h"
 #include "support/vantor.h"
 

@@ -10,15 +10,14 @@
 #include <string_view>
 #include <vector>
 
-#include "conversion/conversion_job_state.h"
 #include "conversion/conversion_settings.h"
 #include "conversion/cue_count.h"
 #include "conversion/diagnosis.h"
+#include "conversion/job_start.h"
 #include "conversion/output_check.h"
 #include "conversion/progress_file.h"
-#include "conversion/run_log.h"
 #include "conversion/source_removal.h"
-#include "conversion/start_facts.h"
+#include "conversion/status_line.h"
 #include "media/mkv_file_info.h"
 #include "support/errands.h"
 #include "support/observable.h"

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "conversion/audio_method.h"
 #include "conversion/conversion_job.h"
 #include "conversion/job_completion.h"
+#include "conversion/stream_plan.h"
 #include "media/probe.h"
 #include "support/alerts.h"
 #include "support/dispatch.h"

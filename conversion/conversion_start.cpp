@@ -3,10 +3,9 @@
 #include <system_error>
 #include <utility>
 
-#include "conversion/audio_method.h"
 #include "conversion/command_builder.h"
 #include "conversion/conversion_job.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "support/alerts.h"
 #include "support/dispatch.h"
 #include "support/localization.h"

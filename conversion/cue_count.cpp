@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-#include "conversion/mapped_streams.h"
+#include "conversion/stream_plan.h"
 #include "mp4/mp4_movie.h"
 #include "support/make_string.h"
 #include "support/ports/child_process.h"

@@ -2,13 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <functional>
 #include <optional>
 
-#include "conversion/free_space.h"
+#include "conversion/job_start.h"
+#include "support/alerts.h"
 #include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
+#include "support/problem_reports.h"
 #include "support/strings.h"
+#include "support/vantor.h"
 
 namespace reelvane {
 
@@ -103,6 +108,81 @@ Diagnosis diagnose(const Translations& translations, const FailureFacts& facts) 
 
 bool ranOutOfSpace(std::string_view jobOutput) {
     return Fennimar::contains(jobOutput, kNoSpaceLeft);
+}
+
+Mail failureReport(const ReportFacts& sender, const FailedRun& run) {
+    return {.address = std::string(kSupportAddress),
+            .subject = makeString("%@ v%@ Problem Report", sender.appName, sender.appVersionString),
+            .before = makeString("Hello\nConversion of a file failed.\n\nBye\n\nP.S. Details: %@ ",
+                                 run.arguments),
+            .details = run.log,
+            .after = makeString(" %@\n\n\nP.P.S: Hardware: %@ Software: %@ Preferences: %@",
+                                run.recordDescription, sender.machineType,
+                                sender.operatingSystemVersion, sender.preferences)};
+}
+
+void explainFailure(Vantor& vantor, const Diagnosis& diagnosis, const FailedRun& run) {
+    if (!diagnosis.offersReport) {
+        alert(vantor, diagnosis.title, diagnosis.message, "OK");
+        return;
+    }
+    const auto answer = askForReport(vantor, diagnosis.title, diagnosis.message, "Cancel");
+    if (!answer.send) return;
+    openMail(vantor, failureReport(gatherReportFacts(vantor, answer.withPreferences), run));
+}
+
+namespace {
+
+bool isStatistics(std::string_view line) {
+    return Fennimar::contains(line, "frame=") && Fennimar::contains(line, "bitrate=");
+}
+
+/// Tells line by line what was printed, and whether a line end followed.
+template <typename Told>
+void forEachLine(std::string_view printed, Told told) {
+    for (const auto line : Fennimar::lines(printed)) {
+        const auto end = static_cast<std::size_t>(line.data() - printed.data()) + line.size();
+        told(line, end < printed.size());
+    }
+}
+
+/// Lines that differ in numbers alone, addresses among them, are of one kind.
+std::size_t kindOf(std::string_view line) {
+    std::string words(line);
+    std::erase_if(words, [](unsigned char c) { return std::isxdigit(c) != 0; });
+    return std::hash<std::string>()(words);
+}
+
+}  // namespace
+
+void RunLog::noteKind(std::string_view line) {
+    constexpr std::size_t kMostKinds = 500;
+    constexpr std::size_t kLongestExample = 500;
+    if (kinds_.size() < kMostKinds && kinds_.insert(kindOf(line)).second) {
+        examples_.append(line.substr(0, kLongestExample));
+    }
+}
+
+void RunLog::append(std::string_view printed) {
+    forEachLine(printed, [this](std::string_view line, bool isEnded) {
+        if (isStatistics(line)) return;
+        if (searched_.text().size() >= BoundedText::kPart) noteKind(line);
+        searched_.append(line);
+        show(line, isEnded);
+    });
+}
+
+void RunLog::appendRest(std::string_view printed) {
+    if (searched_.omittedBytes() > 0) searched_.append(examples_);
+    searched_.append(printed);
+    forEachLine(printed, [this](std::string_view line, bool isEnded) { show(line, isEnded); });
+}
+
+void RunLog::show(std::string_view line, bool isEnded) {
+    shown_.append(line);
+    // A carriage return with a line feed ends two lines, and an empty one says nothing.
+    const bool isEmptyLine = shown().empty() || shown().back() == '\n';
+    if (isEnded && !isEmptyLine) shown_.append("\n");
 }
 
 }  // namespace reelvane

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "conversion/command_builder.h"
 #include "conversion/conversion_job.h"
-#include "conversion/planned_command.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"

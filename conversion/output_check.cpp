@@ -3,12 +3,9 @@
 #include <algorithm>
 
 #include "conversion/cue_count.h"
-#include "conversion/mapped_streams.h"
-#include "conversion/packet_comparison.h"
-#include "conversion/track_flags.h"
-#include "conversion/track_languages.h"
-#include "conversion/track_titles.h"
-#include "conversion/track_trims.h"
+#include "conversion/output_tracks.h"
+#include "conversion/source_removal.h"
+#include "conversion/stream_plan.h"
 #include "mp4/mp4_reader.h"
 #include "support/localization.h"
 #include "support/logging.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "conversion/track_trims.h"
+#include "conversion/output_tracks.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"

@@ -6,9 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "conversion/audio_method.h"
 #include "conversion/stream_plan.h"
-#include "conversion/subtitle_arguments.h"
 #include "support/localization.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"

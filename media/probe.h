@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "media/mkv_file_info.h"
@@ -54,5 +56,27 @@ struct Inspection {
 /// Two sentences on a missing or broken ffmpeg: which one, and what to do about it.
 [[nodiscard]] std::string toolProblemText(const Translations& translations,
                                           ProbeToolProblem problem, const MainBundle& mainBundle);
+
+class ProcessLauncher;
+
+/// "5.1.9-0+deb12u1" out of what "ffmpeg -version" printed; empty when that is not ffmpeg's.
+[[nodiscard]] std::string versionInOutput(std::string_view output);
+/// 5 out of "5.1.9-0+deb12u1" and out of "n5.1"; absent for what is no release: "N-109542-g7c..."
+[[nodiscard]] std::optional<int> majorVersion(std::string_view version);
+
+/// The converter's version, asked when it is first needed and never again. Any thread.
+class ConverterVersion {
+public:
+    ConverterVersion(ProcessLauncher& launcher, std::filesystem::path ffmpeg);
+
+    /// Empty when it could not be had. Blocks for the length of "ffmpeg -version" the first time.
+    [[nodiscard]] const std::string& get();
+
+private:
+    ProcessLauncher& launcher_;
+    std::filesystem::path ffmpeg_;
+    std::once_flag asked_;
+    std::string version_;
+};
 
 }  // namespace reelvane

@@ -4,9 +4,12 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+
+#include "support/posix_io.h"
 
 namespace reelvane {
 namespace {
@@ -139,6 +142,54 @@ std::optional<std::uint64_t> durationInBox(const ByteSource& file, const Mp4Box&
                                            std::uint64_t position, std::size_t width) {
     const auto duration = numberInBox(file, box, position, width);
     return duration == (width == 8 ? UINT64_MAX : UINT32_MAX) ? 0 : duration;
+}
+
+namespace {
+
+// Only files with a fragment for every few frames have more.
+constexpr std::size_t kMostRanges = 4096;
+
+}  // namespace
+
+void MediaRanges::add(std::uint64_t begin, std::uint64_t end) {
+    bytes_ += end - begin;
+    if (ranges_.size() < kMostRanges) {
+        ranges_.push_back({.begin = begin, .end = end});
+    } else {
+        // What lies between the last ones counts as media then. The end of all stays exact, and
+        // that is where a file is cut.
+        ranges_.back().end = end;
+    }
+}
+
+bool MediaRanges::holds(std::uint64_t offset, std::uint64_t bytes) const {
+    const auto next = std::ranges::upper_bound(ranges_, offset, {}, &Range::begin);
+    if (next == ranges_.begin()) return false;
+    const auto& range = *std::prev(next);
+    return offset < range.end && bytes <= range.end - offset;
+}
+
+FieldPatch fieldPatch(std::uint64_t offset, std::uint64_t value, std::size_t width) {
+    FieldPatch result{.offset = offset};
+    for (auto shift = static_cast<unsigned>(width * 8); shift > 0; shift -= 8) {
+        result.bytes.push_back(static_cast<std::uint8_t>(value >> (shift - 8) & 0xFFU));
+    }
+    return result;
+}
+
+bool applyPatches(const std::filesystem::path& file, const std::vector<FieldPatch>& patches) {
+    if (patches.empty()) return true;
+    const FileDescriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!descriptor.isOpen()) return false;
+    for (const auto& field : patches) {
+        ssize_t written = 0;
+        do {
+            written = ::pwrite(descriptor.get(), field.bytes.data(), field.bytes.size(),
+                               static_cast<off_t>(field.offset));
+        } while (written < 0 && errno == EINTR);
+        if (written != static_cast<ssize_t>(field.bytes.size())) return false;
+    }
+    return true;
 }
 
 }  // namespace reelvane

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "support/posix_io.h"
 
@@ -84,5 +85,39 @@ bool forEachBox(const ByteSource& file, std::uint64_t begin, std::uint64_t end,
 /// A duration: as numberInBox, but 0 where all bits are set, which says that it is unknown.
 [[nodiscard]] std::optional<std::uint64_t> durationInBox(const ByteSource& file, const Mp4Box& box,
                                                          std::uint64_t position, std::size_t width);
+
+/// Where a file's media data lie: the contents of its media data boxes, in file order.
+class MediaRanges {
+public:
+    /// A range from `begin` to one past its last byte, behind all that were added before.
+    void add(std::uint64_t begin, std::uint64_t end);
+
+    /// Of all ranges together.
+    [[nodiscard]] std::uint64_t bytes() const { return bytes_; }
+    /// Whether so many bytes from the offset lie inside a single range.
+    [[nodiscard]] bool holds(std::uint64_t offset, std::uint64_t bytes) const;
+
+private:
+    struct Range {
+        std::uint64_t begin = 0;
+        std::uint64_t end = 0;
+    };
+    std::vector<Range> ranges_{};
+    std::uint64_t bytes_ = 0;
+};
+
+/// One field of a file to be set in place; its size never changes.
+struct FieldPatch {
+    std::uint64_t offset = 0;
+    std::vector<std::uint8_t> bytes{};  ///< most significant first
+};
+
+/// A field of `width` bytes with this value.
+[[nodiscard]] FieldPatch fieldPatch(std::uint64_t offset, std::uint64_t value, std::size_t width);
+
+/// Writes the fields, one write each, so that the file plays after every one of them. False when
+/// one could not be written.
+[[nodiscard]] bool applyPatches(const std::filesystem::path& file,
+                                const std::vector<FieldPatch>& patches);
 
 }  // namespace reelvane

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "mp4/media_ranges.h"
 #include "mp4/mp4_box.h"
 #include "mp4/mp4_movie.h"
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <span>
 
-#include "mp4/media_ranges.h"
 #include "mp4/mp4_box.h"
 #include "mp4/mp4_fragments.h"
 #include "mp4/mp4_track_reader.h"

@@ -1,8 +1,7 @@
-#include "conversion/audio_method.h"
-
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "conversion/stream_plan.h"
 #include "support/localization.h"
 
 namespace reelvane {

@@ -2,13 +2,10 @@
 #include <gmock/gmock.h>
 #include <iterator>
 
-#include "conversion/mapped_streams.h"
 #include "conversion/output_check.h"
 #include "conversion/output_proof.h"
-#include "conversion/track_flags.h"
-#include "conversion/track_languages.h"
-#include "conversion/track_titles.h"
-#include "conversion/track_trims.h"
+#include "conversion/output_tracks.h"
+#include "conversion/stream_plan.h"
 #include "mp4/mp4_reader.h"
 #include "support/localization.h"
 #include "tests/fakes/small_mp4.h"

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
-#include "conversion/free_space.h"
+#include "conversion/job_start.h"
 #include "support/posix_io.h"
 #include "tests/fakes/temporary_folder.h"
 

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "conversion/command_builder.h"
-#include "conversion/mapped_streams.h"
+#include "conversion/stream_plan.h"
 #include "support/localization.h"
 #include "support/strings.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "conversion/conversion_job.h"
-#include "media/converter_version.h"
+#include "media/probe.h"
 #include "support/paths.h"
 
 namespace reelvane {

@@ -8,8 +8,8 @@
 #include <string>
 #include <sys/mman.h>
 
-#include "conversion/track_flags.h"
-#include "mp4/field_patch.h"
+#include "conversion/output_tracks.h"
+#include "mp4/mp4_box.h"
 #include "mp4/mp4_reader.h"
 #include "support/posix_io.h"
 

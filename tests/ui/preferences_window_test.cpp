@@ -12,7 +12,7 @@
 #include <QSpinBox>
 #include <QTest>
 
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "tests/ui/accessible_names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/widgets/qt_text.h"

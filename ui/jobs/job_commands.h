@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "conversion/conversion_settings.h"
 #include "conversion/job_details.h"
-#include "conversion/value_transformers.h"
 #include "ui/ui_context.h"
 
 namespace reelvane {

@@ -8,7 +8,7 @@
 #include <QProgressBar>
 #include <QWidget>
 
-#include "conversion/conversion_job_state.h"
+#include "conversion/status_line.h"
 #include "support/observable.h"
 #include "ui/jobs/job_commands.h"
 #include "ui/sheet/file_sheet_panel.h"

@@ -5,7 +5,7 @@
 #include <QObject>
 
 #include "app/preference_table.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "support/vantor.h"
 #include "ui/preferences/preference_page.h"
 #include "ui/widgets/qt_text.h"

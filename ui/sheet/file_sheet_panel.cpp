@@ -13,7 +13,7 @@
 #include "app/app_delegate.h"
 #include "app/settings_reader.h"
 #include "app/track_choices.h"
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "support/ports/desktop_appearance.h"
 #include "support/vantor.h"
 #include "ui/sheet/pop_up_menu_box.h"

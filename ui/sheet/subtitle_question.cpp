@@ -6,7 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
-#include "conversion/subtitle_arguments.h"
+#include "conversion/stream_plan.h"
 #include "support/strings.h"
 #include "ui/preferences/subtitles_page.h"
 #include "ui/widgets/labels.h"

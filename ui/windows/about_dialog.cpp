@@ -11,7 +11,6 @@
 #include <QStyle>
 
 #include "app/app_delegate.h"
-#include "media/converter_version.h"
 #include "media/probe.h"
 #include "support/localization.h"
 #include "support/ports/host.h"

@@ -1,10 +1,13 @@
-#include "conversion/fixup_trial.h"
+#include "conversion/job_start.h"
 
 #include <chrono>
+#include <limits>
 #include <stop_token>
+#include <sys/statvfs.h>
+#include <sys/vfs.h>
 #include <system_error>
 
-#include "media/converter_version.h"
+#include "media/probe.h"
 #include "support/dispatch.h"
 #include "support/held_file.h"
 #include "support/make_string.h"
@@ -15,6 +18,62 @@
 #include "support/vantor.h"
 
 namespace reelvane {
+
+namespace {
+
+constexpr unsigned long kFATMagic = 0x4d44;  // MSDOS_SUPER_MAGIC of statfs(2)
+
+}  // namespace
+
+std::optional<VolumeFacts> volumeFacts(const std::filesystem::path& folder) {
+    struct statvfs space {};
+    if (::statvfs(folder.c_str(), &space) != 0) return {};
+    VolumeFacts facts{.freeSize = std::uint64_t{space.f_bavail} * space.f_frsize};
+    struct statfs kind {};
+    if (::statfs(folder.c_str(), &kind) == 0 &&
+        static_cast<unsigned long>(kind.f_type) == kFATMagic) {
+        facts.maximumFileSize = std::numeric_limits<std::uint32_t>::max();
+    }
+    return facts;
+}
+
+std::string_view spaceProblem(std::uint64_t needed, const VolumeFacts& volume) {
+    if (volume.freeSize < needed) {
+        return localizable("There is not enough free space on your target disk for conversion.");
+    }
+    if (volume.maximumFileSize && *volume.maximumFileSize < needed) {
+        return kNoLargeFiles;
+    }
+    return {};
+}
+
+namespace {
+
+bool isPresentFile(const std::filesystem::path& path) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(path, ignored);  // of what a link leads to
+    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+}  // namespace
+
+StartFacts prepareStart(Vantor& vantor, const StartQuestion& question) {
+    const auto& record = question.record;
+    StartFacts facts{.inputPresent = isPresentFile(record.fileURL)};
+    if (!facts.inputPresent || !record.destinationURL) return facts;
+    facts.writesOverInput = Fennimar::isSameFile(*record.destinationURL, record.fileURL);
+    if (facts.writesOverInput) return facts;
+    // Before something of the job lies there: this may be what waits for ever. What is to be
+    // replaced is still there, so that there is room for both.
+    facts.volume = volumeFacts(record.destinationURL->parent_path());
+    if (question.unwanted.stop_requested()) return facts;
+    facts.output = OutputLease::take(question.outputs, record, question.progressFolders);
+    if (facts.output.lease.files() && question.copiedAAC) {
+        facts.needsFixup = needFixup(vantor, *question.version, record, *question.copiedAAC);
+    }
+    return facts;
+}
+
 namespace {
 
 constexpr float kLongestTrial = 10;  // seconds
