@@ -2,11 +2,11 @@
 
 #include <utility>
 
+#include <QAbstractItemView>
 #include <QMenu>
 
 #include "conversion/conversion_job.h"
 #include "ui/jobs/job_commands.h"
-#include "ui/jobs/job_list_view.h"
 
 namespace reelvane {
 namespace {
@@ -17,10 +17,11 @@ constexpr auto kListAndRows = Qt::WidgetWithChildrenShortcut;
 
 }  // namespace
 
-JobActions::JobActions(JobListView& list, JobCommands& commands, const JobIcons& icons,
-                       const QIcon& copy)
+JobActions::JobActions(QAbstractItemView& list, JobSelection selection, JobCommands& commands,
+                       const JobIcons& icons, const QIcon& copy)
     : QObject(&list),
       list_(list),
+      selection_(std::move(selection)),
       commands_(commands),
       icons_(icons),
       menu_(new QMenu(&list)) {
@@ -39,7 +40,7 @@ JobActions::JobActions(JobListView& list, JobCommands& commands, const JobIcons&
                           [this](ConversionJob& job) { commands_.copyCommandLine(job); });
     addSeparator();
     remove_ = add(tr("Remove"), icons.remove, {QKeySequence::Delete}, kListAndRows,
-                  [this] { list_.removeSelected(); });
+                  [this] { selection_.remove(); });
     selectAll_ = add(tr("Select All"), {}, {QKeySequence::SelectAll}, kListAndRows,
                      [this] { list_.selectAll(); });
     connect(menu_, &QMenu::aboutToHide, this, [this] { menuJob_ = nullptr; });
@@ -60,7 +61,7 @@ QAction* JobActions::addForCurrent(const QString& text, const QIcon& icon,
                                    const QList<QKeySequence>& keys, Qt::ShortcutContext context,
                                    Command command) {
     auto* const action = add(text, icon, keys, context, [this, command = std::move(command)] {
-        if (auto* const job = list_.currentJob()) command(*job);
+        if (auto* const job = selection_.current()) command(*job);
     });
     forCurrent_.append(action);
     return action;
@@ -73,10 +74,10 @@ void JobActions::addSeparator() {
 }
 
 void JobActions::refresh() {
-    const auto* const job = list_.currentJob();
+    const auto* const job = selection_.current();
     for (auto* const action : forCurrent_) action->setEnabled(job != nullptr);
     if (job != nullptr) refreshForCurrent(*job);
-    const auto selected = list_.selectedCount();
+    const auto selected = selection_.count();
     remove_->setEnabled(selected > 0 || job != nullptr);
     remove_->setText(selected > 1 ? tr("Remove %1 Movies").arg(selected) : tr("Remove"));
     selectAll_->setEnabled(list_.model()->rowCount() > 0);
@@ -98,12 +99,12 @@ void JobActions::refreshForCurrent(const ConversionJob& job) {
 void JobActions::popUp(const QPoint& place) {
     refresh();
     menu_->clear();
-    const bool several = list_.selectedCount() > 1;
+    const bool several = selection_.count() > 1;
     for (auto* const action : std::as_const(actions_)) {
         if (!action->isEnabled() || (several && forCurrent_.contains(action))) continue;
         menu_->addAction(action);
     }
-    menuJob_ = list_.currentJob();
+    menuJob_ = selection_.current();
     menu_->popup(place);
 }
 

@@ -8,16 +8,23 @@
 
 #include "ui/jobs/job_row.h"
 
+class QAbstractItemView;
 class QMenu;
 
 namespace reelvane {
 
-class JobListView;
+/// What the actions ask of their list, whenever it matters.
+struct JobSelection {
+    std::function<ConversionJob*()> current{};  ///< null: no row has the keyboard
+    std::function<int()> count{};
+    std::function<void()> remove{};  ///< takes the selected jobs off the list
+};
 
 /// The list's commands for its current and its selected jobs, with their keys. Owned by the list.
 class JobActions final : public QObject {
 public:
-    JobActions(JobListView& list, JobCommands& commands, const JobIcons& icons, const QIcon& copy);
+    JobActions(QAbstractItemView& list, JobSelection selection, JobCommands& commands,
+               const JobIcons& icons, const QIcon& copy);
 
     [[nodiscard]] QList<QAction*> all() const { return actions_; }
     /// Offers what applies now.
@@ -40,7 +47,8 @@ private:
     void addSeparator();
     void refreshForCurrent(const ConversionJob& job);
 
-    JobListView& list_;
+    QAbstractItemView& list_;
+    JobSelection selection_;
     JobCommands& commands_;
     const JobIcons& icons_;
     QList<QAction*> actions_;

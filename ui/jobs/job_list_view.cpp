@@ -4,10 +4,13 @@
 #include <unordered_set>
 #include <utility>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QItemSelection>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 
 #include "app/app_delegate.h"
 #include "ui/jobs/details_popover.h"
@@ -18,6 +21,62 @@
 #include "ui/widgets/theme.h"
 
 namespace reelvane {
+
+namespace {
+
+constexpr int kInset = 2;
+constexpr double kRounding = 6;
+constexpr double kFocusWidth = 2;
+constexpr float kLineStrength = 0.12F;
+
+/// Paints what lies behind the row widgets: selection, pointer and focus.
+class RowGround final : public QStyledItemDelegate {
+public:
+    explicit RowGround(JobListView& list) : QStyledItemDelegate(&list), list_(list) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& /*option*/,
+                                 const QModelIndex& /*index*/) const override {
+        return {1, list_.rows().rowHeight()};  // as wide as the list
+    }
+
+private:
+    JobListView& list_;
+};
+
+void RowGround::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const {
+    const auto& palette = option.palette;
+    const bool selected = (option.state & QStyle::State_Selected) != 0;
+    const auto* const row = list_.rowOf(index);
+    const bool hovered = row != nullptr && row->underMouse();
+    painter->save();
+    auto line = palette.color(QPalette::Text);
+    line.setAlphaF(kLineStrength);
+    const auto side = 2 * kInset;
+    painter->setPen(line);
+    painter->drawLine(option.rect.bottomLeft() + QPoint(side, 0),
+                      option.rect.bottomRight() - QPoint(side, 0));
+    painter->setRenderHint(QPainter::Antialiasing);
+    const auto shape = QRectF(option.rect).adjusted(kInset, kInset, -kInset, -kInset - 1);
+    if (selected || hovered) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(selected ? selectedGround(palette) : hoveredGround(palette));
+        painter->drawRoundedRect(shape, kRounding, kRounding);
+    }
+    const bool focused = list_.currentIndex() == index && list_.hasFocus();
+    if (focused) {
+        const double half = kFocusWidth / 2;
+        painter->setPen(QPen(accent(palette), kFocusWidth));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(shape.adjusted(half, half, -half, -half), kRounding - half,
+                                 kRounding - half);
+    }
+    painter->restore();
+}
+
+}  // namespace
 
 JobRowPool::JobRowPool(QWidget& list, MakeRow makeRow)
     : list_(list),
@@ -108,12 +167,15 @@ JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidge
       commands_(context, [this](ConversionJob& job) { openDetails(job); }),
       icons_(context.icons),
       rows_(*this, [this, &posters] { return new JobRow(commands_, posters, icons_, viewport()); }),
-      actions_(new JobActions(*this, commands_, icons_, context.icons.symbolic("copy"))),
+      actions_(new JobActions(*this,
+                              {.current = [this] { return currentJob(); },
+                               .count = [this] { return selectedCount(); },
+                               .remove = [this] { removeSelected(); }},
+                              commands_, icons_, context.icons.symbolic("copy"))),
       states_(context.controller.queue().observeStates([this] { refreshAll(); })),
       reading_(bind(context.controller.intake().turn(), [this](const IntakeTurn& turn) {
           actions_->setReturnReveals(turn.state != IntakeState::Reading);
       })) {
-    describeJobLists();
     setAccessibleName(tr("Conversions"));
     setFrameShape(QFrame::NoFrame);
     setItemDelegate(new RowGround(*this));
@@ -259,11 +321,11 @@ void JobListView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int
 }
 
 void JobListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-    // What QListView adds tells assistive programs of items that describeJobLists does without.
+    // What QListView adds tells assistive programs of items that the list is described without.
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::currentChanged(current, previous);
     rows_.setCurrent(jobs_->job(current));
-    tellRowFocus(*this);
+    tellRowFocus();
     actions_->refresh();
 }
 
@@ -271,13 +333,33 @@ void JobListView::selectionChanged(const QItemSelection& selected,
                                    const QItemSelection& deselected) {
     // NOLINTNEXTLINE(bugprone-parent-virtual-call): as above
     QAbstractItemView::selectionChanged(selected, deselected);
-    tellSelection(*this, selected, deselected);
+    tellSelection(selected, deselected);
     actions_->refresh();
+}
+
+void JobListView::tellRowFocus() {
+    if (!QAccessible::isActive() || !hasFocus()) return;
+    auto* const row = rowOf(currentIndex());
+    if (row == nullptr) return;
+    QAccessibleEvent event(row, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
+void JobListView::tellSelection(const QItemSelection& selected, const QItemSelection& deselected) {
+    if (!QAccessible::isActive()) return;
+    for (auto* const row : rows_.rows()) {
+        const auto index = indexOf(*row->job());
+        if (!selected.contains(index) && !deselected.contains(index)) continue;
+        QAccessible::State changed;
+        changed.selected = true;  // what has changed, whichever way
+        QAccessibleStateChangeEvent event(row, changed);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void JobListView::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
-    tellRowFocus(*this);
+    tellRowFocus();
 }
 
 void JobListView::contextMenuEvent(QContextMenuEvent* event) {
@@ -294,53 +376,6 @@ void JobListView::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         scheduleDelayedItemsLayout();  // the rows have another height now
     }
-}
-
-namespace {
-
-constexpr int kInset = 2;
-constexpr double kRounding = 6;
-constexpr double kFocusWidth = 2;
-constexpr float kLineStrength = 0.12F;
-
-}  // namespace
-
-RowGround::RowGround(JobListView& list) : QStyledItemDelegate(&list), list_(list) {}
-
-QSize RowGround::sizeHint(const QStyleOptionViewItem& /*option*/,
-                          const QModelIndex& /*index*/) const {
-    return {1, list_.rows().rowHeight()};  // as wide as the list
-}
-
-void RowGround::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                      const QModelIndex& index) const {
-    const auto& palette = option.palette;
-    const bool selected = (option.state & QStyle::State_Selected) != 0;
-    const auto* const row = list_.rowOf(index);
-    const bool hovered = row != nullptr && row->underMouse();
-    painter->save();
-    auto line = palette.color(QPalette::Text);
-    line.setAlphaF(kLineStrength);
-    const auto side = 2 * kInset;
-    painter->setPen(line);
-    painter->drawLine(option.rect.bottomLeft() + QPoint(side, 0),
-                      option.rect.bottomRight() - QPoint(side, 0));
-    painter->setRenderHint(QPainter::Antialiasing);
-    const auto shape = QRectF(option.rect).adjusted(kInset, kInset, -kInset, -kInset - 1);
-    if (selected || hovered) {
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(selected ? selectedGround(palette) : hoveredGround(palette));
-        painter->drawRoundedRect(shape, kRounding, kRounding);
-    }
-    const bool focused = list_.currentIndex() == index && list_.hasFocus();
-    if (focused) {
-        const double half = kFocusWidth / 2;
-        painter->setPen(QPen(accent(palette), kFocusWidth));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRoundedRect(shape.adjusted(half, half, -half, -half), kRounding - half,
-                                 kRounding - half);
-    }
-    painter->restore();
 }
 
 }  // namespace reelvane

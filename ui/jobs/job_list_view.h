@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <QListView>
-#include <QStyledItemDelegate>
 
 #include "ui/jobs/job_commands.h"
 #include "ui/jobs/job_row.h"
@@ -16,6 +15,11 @@
 class QWidget;
 
 namespace reelvane {
+
+class DetailsPopover;
+class JobActions;
+class JobListModel;
+class PosterFrames;
 
 /// The row widgets of a list: as many as are visible at once, whatever the list's length. Owned by
 /// the list; main thread only.
@@ -72,11 +76,6 @@ private:
     [[nodiscard]] bool isAtBeginning() const { return row == 0 && offset == 0; }
 };
 
-class DetailsPopover;
-class JobActions;
-class JobListModel;
-class PosterFrames;
-
 /// The job list of the main window. What is visible has row widgets, which go from job to job as
 /// the list is scrolled, so that their number does not grow with the list. Main thread only.
 class JobListView final : public QListView {
@@ -121,6 +120,10 @@ private:
     void openDetails(ConversionJob& job);
     [[nodiscard]] std::vector<ConversionJob*> selectedJobs() const;
     void selectBeside(const std::vector<ConversionJob*>& leaving);
+    /// The keyboard has come to a row.
+    void tellRowFocus();
+    /// Rows have been selected or are so no longer.
+    void tellSelection(const QItemSelection& selected, const QItemSelection& deselected);
 
     UiContext context_;
     JobListModel* jobs_;
@@ -133,22 +136,6 @@ private:
     bool settling_ = false;  ///< the scroll position is not yet what it will be
     Subscription states_;
     Subscription reading_;
-};
-
-class JobListView;
-
-/// Paints what lies behind the row widgets of the job list: selection, pointer and focus.
-class RowGround final : public QStyledItemDelegate {
-public:
-    explicit RowGround(JobListView& list);
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override;
-    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
-                                 const QModelIndex& index) const override;
-
-private:
-    JobListView& list_;
 };
 
 }  // namespace reelvane

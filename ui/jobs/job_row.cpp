@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeySequence>
@@ -13,7 +14,6 @@
 #include "conversion/conversion_job.h"
 #include "support/make_string.h"
 #include "ui/jobs/job_commands.h"
-#include "ui/jobs/job_list_model.h"
 #include "ui/jobs/poster_view.h"
 #include "ui/widgets/icons.h"
 #include "ui/widgets/labels.h"
@@ -211,7 +211,13 @@ void JobRow::refresh() {
     const bool noted = showNote(toQString(told.text));
     facts_->setVisible(underWay || noted);  // else the other lines move to the middle
     showButtons();
-    if (std::exchange(toldState_, state) != state) tellRowChange(*this);
+    if (std::exchange(toldState_, state) != state) tellNameChange();
+}
+
+void JobRow::tellNameChange() {
+    if (!QAccessible::isActive()) return;
+    QAccessibleEvent event(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
 }
 
 bool JobRow::showProgress() {

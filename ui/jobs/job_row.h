@@ -77,6 +77,8 @@ private:
     void layOut();
     void fitToFont();
     void nameControls();
+    /// What there is to say of the row has changed.
+    void tellNameChange();
     bool showProgress();  ///< true: there is any
     bool showNote(QString text);
     void showButtons();

@@ -9,6 +9,7 @@
 #include "app/app_delegate.h"
 #include "support/vantor.h"
 #include "ui/jobs/command_bar.h"
+#include "ui/jobs/job_list_accessible.h"
 #include "ui/jobs/job_list_view.h"
 #include "ui/sheet/file_sheet.h"
 #include "ui/widgets/icons.h"
@@ -47,6 +48,7 @@ MainWindow::MainWindow(const UiContext& context, PosterFrames& posters, std::fun
     : context_(context),
       quit_(std::move(quit)),
       windows_(std::make_unique<AuxiliaryWindows>(context, *this)) {
+    describeJobLists();
     setContextMenuPolicy(Qt::NoContextMenu);  // it would offer to hide the toolbar for good
     layOut(posters);
     bindController();
