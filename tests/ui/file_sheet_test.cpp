@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 
 #include "tests/ui/ui_fixture.h"
-#include "ui/sheet/pop_up_menu_box.h"
 #include "ui/widgets/labels.h"
+#include "ui/widgets/pop_up_menu_box.h"
 
 namespace reelvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/sheet/pop_up_menu_box.h"
+#include "ui/widgets/pop_up_menu_box.h"
 
 #include <gtest/gtest.h>
 

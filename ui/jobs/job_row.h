@@ -11,7 +11,7 @@
 #include "conversion/status_line.h"
 #include "support/observable.h"
 #include "ui/jobs/job_commands.h"
-#include "ui/sheet/file_sheet_panel.h"
+#include "ui/widgets/slow_disk.h"
 
 class QLabel;
 

@@ -17,8 +17,8 @@
 #include "support/vantor.h"
 #include "ui/preferences/preference_controls.h"
 #include "ui/preferences/preference_page.h"
-#include "ui/sheet/pop_up_menu_box.h"
 #include "ui/widgets/labels.h"
+#include "ui/widgets/pop_up_menu_box.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/theme.h"
 

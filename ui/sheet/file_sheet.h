@@ -4,9 +4,9 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-#include "ui/sheet/file_sheet_panel.h"
 #include "ui/ui_context.h"
 #include "ui/widgets/qt_text.h"
+#include "ui/widgets/slow_disk.h"
 
 class QShortcut;
 

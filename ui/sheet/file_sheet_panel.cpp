@@ -16,9 +16,9 @@
 #include "conversion/stream_plan.h"
 #include "support/ports/desktop_appearance.h"
 #include "support/vantor.h"
-#include "ui/sheet/pop_up_menu_box.h"
 #include "ui/sheet/subtitle_question.h"
 #include "ui/widgets/labels.h"
+#include "ui/widgets/pop_up_menu_box.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/theme.h"
 
@@ -260,30 +260,6 @@ void FileSheetPanel::paintEvent(QPaintEvent* /*event*/) {
     painter.fillRect(
         0, height() - 1, width(), 1,
         mixed(colours.color(QPalette::Window), colours.color(QPalette::WindowText), kLine));
-}
-
-namespace {
-
-constexpr int kPatienceMilliseconds = 400;
-
-}  // namespace
-
-SlowDisk::SlowDisk(std::function<void()> told) {
-    patience_.setSingleShot(true);
-    patience_.setInterval(kPatienceMilliseconds);
-    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this, told = std::move(told)] {
-        slow_ = true;
-        told();
-    });
-}
-
-void SlowDisk::setAwaited(bool awaited) {
-    if (!awaited) {
-        patience_.stop();
-        slow_ = false;
-    } else if (!slow_ && !patience_.isActive()) {
-        patience_.start();
-    }
 }
 
 }  // namespace reelvane

@@ -1,0 +1,30 @@
+#include "ui/widgets/slow_disk.h"
+
+#include <utility>
+
+namespace reelvane {
+namespace {
+
+constexpr int kPatienceMilliseconds = 400;
+
+}  // namespace
+
+SlowDisk::SlowDisk(std::function<void()> told) {
+    patience_.setSingleShot(true);
+    patience_.setInterval(kPatienceMilliseconds);
+    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this, told = std::move(told)] {
+        slow_ = true;
+        told();
+    });
+}
+
+void SlowDisk::setAwaited(bool awaited) {
+    if (!awaited) {
+        patience_.stop();
+        slow_ = false;
+    } else if (!slow_ && !patience_.isActive()) {
+        patience_.start();
+    }
+}
+
+}  // namespace reelvane
