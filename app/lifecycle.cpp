@@ -62,10 +62,12 @@ void Lifecycle::readIdentity() {
 
 void Lifecycle::increaseUsages(bool increase, bool allowFeedbackNow) {
     const auto text = [this] {
-        return makeString(localized(vantor_,
-                                    "You have now used [APPNAME] more than 20 times, successfully "
-                                    "converting %li MKVs to MP4s."),
-                          get(vantor_.preferences(), kConvertedFileCount));
+        const auto count = get(vantor_.preferences(), kConvertedFileCount);
+        return makeString(localizedForCount(vantor_.ports().translations,
+                                            "You have now used [APPNAME] more than 20 times, "
+                                            "successfully converting %li MKVs to MP4s.",
+                                            static_cast<std::uint64_t>(count)),
+                          count);
     };
     usages_.increaseUsages({.increase = increase ? 1 : 0,
                             .minimumUsagesForRating = kUsagesBeforeRating,

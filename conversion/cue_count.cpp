@@ -215,24 +215,25 @@ void addTrackNotes(JobNotes& notes, const Translations& translations, const std:
                    std::size_t missing, const SourceTrack& track) {
     const auto all = track.cues.size();
     if (missing > 0) {
-        notes.push_back({.text = makeString(
-                             translations.localized("%lu of %lu subtitles of %@ are missing from "
-                                                    "the result."),
-                             missing, all, name)});
+        const auto format = localizedForCount(
+            translations, "%lu of %lu subtitles of %@ are missing from the result.", missing);
+        notes.push_back({.text = makeString(format, missing, all, name)});
     }
-    const auto overlaps = overlapsOf(track);
-    if (overlaps.hidden > 0) {
-        notes.push_back(
-            {.text = makeString(translations.localized("%lu of %lu subtitles of %@ are not seen, "
-                                                       "because another one begins at once."),
-                                overlaps.hidden, all, name)});
+    const auto [hidden, shortened] = overlapsOf(track);
+    if (hidden > 0) {
+        const auto format = localizedForCount(translations,
+                                              "%lu of %lu subtitles of %@ are not seen, because "
+                                              "another one begins at once.",
+                                              hidden);
+        notes.push_back({.text = makeString(format, hidden, all, name)});
     }
-    if (overlaps.shortened > 0) {
+    if (shortened > 0) {
+        const auto format = localizedForCount(translations,
+                                              "%lu of %lu subtitles of %@ end early, because the "
+                                              "next one begins before.",
+                                              shortened);
         notes.push_back(
-            {.kind = JobNote::Kind::Remark,
-             .text = makeString(translations.localized("%lu of %lu subtitles of %@ end early, "
-                                                       "because the next one begins before."),
-                                overlaps.shortened, all, name)});
+            {.kind = JobNote::Kind::Remark, .text = makeString(format, shortened, all, name)});
     }
 }
 

@@ -174,8 +174,10 @@ JobNotes doubtsOfProof(const Translations& translations, std::string_view fileNa
              formattedTimeFromTimeInterval(proof.missedPicture));
     }
     if (proof.lostPictures > 0) {
-        tell(localizable("%@ lost %lu of its pictures: the source may be damaged."),
-             proof.lostPictures);
+        const auto format = localizedForCount(
+            translations, "%@ lost %lu of its pictures: the source may be damaged.",
+            proof.lostPictures);
+        doubts.push_back({.text = makeString(format, fileName, proof.lostPictures)});
     }
     return doubts;
 }

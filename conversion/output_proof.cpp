@@ -107,8 +107,7 @@ std::string contentText(const Translations& translations, double seconds, std::s
     constexpr double kMinute = 60;
     const auto time =
         seconds < kMinute ? makeString("%.0f s", seconds) : formattedTimeFromTimeInterval(seconds);
-    const auto format = tracks == 1 ? translations.localized("%@, %lu track, %@")
-                                    : translations.localized("%@, %lu tracks, %@");
+    const auto format = translations.localized("%@, %lu track, %@", "%@, %lu tracks, %@", tracks);
     return makeString(format, time, tracks, fileSizeText(fileSize));
 }
 

@@ -162,7 +162,8 @@ private:
         // The record counts the subtitles that are pictures, but does not name them.
         const auto others = file_.subtitleCount - static_cast<int>(known.size());
         if (others <= 0) return;
-        const auto format = others == 1 ? localized("%i subtitle") : localized("%i subtitles");
+        const auto format = translations_.localized("%i subtitle", "%i subtitles",
+                                                    static_cast<std::uint64_t>(others));
         tracks.push_back({.kind = Kind::Subtitle,
                           .fate = Fate::LeftOut,
                           .count = others,
@@ -188,31 +189,31 @@ std::vector<TrackOutcome> trackPlan(const Translations& translations, const MKVF
 
 std::string leftOutText(const Translations& translations, const std::vector<TrackOutcome>& tracks) {
     const auto countOf = [&tracks](Kind kind) {
-        int count = 0;
+        std::uint64_t count = 0;
         for (const auto& track : tracks) {
-            if (track.fate == Fate::LeftOut && track.kind == kind) count += track.count;
+            if (track.fate == Fate::LeftOut && track.kind == kind) {
+                count += static_cast<std::uint64_t>(track.count);
+            }
         }
         return count;
     };
-    const auto filled = [&translations](std::string_view format, auto... counts) {
-        return makeString(translations.localized(format), counts...);
-    };
-    const int audio = countOf(Kind::Audio);
-    const int subtitles = countOf(Kind::Subtitle);
+    const auto audio = countOf(Kind::Audio);
+    const auto subtitles = countOf(Kind::Subtitle);
     if (audio > 0 && subtitles > 0) {
-        return filled(subtitles == 1 ? localizable("%i audio, %i subtitle track left out")
-                                     : localizable("%i audio, %i subtitle tracks left out"),
-                      audio, subtitles);
+        return makeString(
+            translations.localized("%lu audio, %lu subtitle track left out",
+                                   "%lu audio, %lu subtitle tracks left out", subtitles),
+            audio, subtitles);
     }
     if (audio > 0) {
-        return filled(audio == 1 ? localizable("%i audio track left out")
-                                 : localizable("%i audio tracks left out"),
-                      audio);
+        return makeString(
+            translations.localized("%lu audio track left out", "%lu audio tracks left out", audio),
+            audio);
     }
     if (subtitles == 0) return {};
-    return filled(subtitles == 1 ? localizable("%i subtitle track left out")
-                                 : localizable("%i subtitle tracks left out"),
-                  subtitles);
+    return makeString(translations.localized("%lu subtitle track left out",
+                                             "%lu subtitle tracks left out", subtitles),
+                      subtitles);
 }
 
 std::string trackLine(const TrackOutcome& outcome) {

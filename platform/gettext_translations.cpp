@@ -1,11 +1,14 @@
 #include "platform/gettext_translations.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <glib.h>
 #include <iterator>
 #include <utility>
+
+#include "support/strings.h"
 
 namespace reelvane {
 namespace {
@@ -31,15 +34,16 @@ public:
         return swapped_ ? GUINT32_SWAP_LE_BE(value) : value;
     }
 
-    /// The text that the table's entry points to, up to its first NUL: what follows is a plural.
-    [[nodiscard]] std::optional<std::string> text(std::uint64_t table, std::uint64_t entry) const {
+    /// What the table's entry points to: a text, or its plural forms.
+    [[nodiscard]] std::optional<std::vector<std::string>> forms(std::uint64_t table,
+                                                                std::uint64_t entry) const {
         const auto length = number(table + 8 * entry);
         const auto offset = number(table + 8 * entry + 4);
         if (!length || !offset || std::uint64_t{*offset} + *length > bytes_.size()) {
             return std::nullopt;
         }
-        const auto text = bytes_.substr(*offset, *length);
-        return std::string(text.substr(0, text.find('\0')));
+        const auto parts = Fennimar::split(bytes_.substr(*offset, *length), {"\0", 1});
+        return std::vector<std::string>(parts.begin(), parts.end());
     }
 
 private:
@@ -85,12 +89,16 @@ std::optional<TranslationCatalogue> parseCatalogue(std::string_view bytes) {
     if (!count || !originals || !translations) return std::nullopt;
     TranslationCatalogue catalogue;
     for (std::uint64_t entry = 0; entry < *count; ++entry) {
-        auto original = reader.text(*originals, entry);
-        auto translation = reader.text(*translations, entry);
+        const auto original = reader.forms(*originals, entry);
+        auto translation = reader.forms(*translations, entry);
         if (!original || !translation) return std::nullopt;
-        if (!translation->empty()) catalogue.emplace(std::move(*original), std::move(*translation));
+        if (translation->front().empty()) continue;
+        if (original->front().empty()) {
+            catalogue.pluralRule = PluralRule(translation->front());  // the catalogue's own head
+        } else {
+            catalogue.forms.emplace(original->front(), *std::move(translation));
+        }
     }
-    catalogue.erase("");  // the catalogue's own head
     return catalogue;
 }
 
@@ -107,9 +115,18 @@ const std::string& GettextTranslations::language() const {
 }
 
 std::string GettextTranslations::localized(std::string_view text) const {
+    const auto& forms = choice().second.forms;
+    const auto found = forms.find(std::string(text));
+    return found == forms.end() ? std::string(text) : found->second.front();
+}
+
+std::string GettextTranslations::localized(std::string_view singular, std::string_view plural,
+                                           std::uint64_t count) const {
     const auto& catalogue = choice().second;
-    const auto found = catalogue.find(std::string(text));
-    return found == catalogue.end() ? std::string(text) : found->second;
+    const auto found = catalogue.forms.find(std::string(singular));
+    if (found == catalogue.forms.end()) return std::string(count == 1 ? singular : plural);
+    const auto& forms = found->second;
+    return forms[std::min(catalogue.pluralRule.form(count), forms.size() - 1)];
 }
 
 }  // namespace reelvane

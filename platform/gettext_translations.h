@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -7,15 +8,22 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
+#include "platform/plural_rule.h"
 #include "support/ports/translations.h"
 
 namespace reelvane {
 
-using TranslationCatalogue = std::unordered_map<std::string, std::string>;
+/// The texts of a compiled gettext catalogue.
+struct TranslationCatalogue {
+    /// By the text that they translate, or its singular: its one form, or one for each plural.
+    std::unordered_map<std::string, std::vector<std::string>> forms{};
+    PluralRule pluralRule{};
+};
 
-/// The singular texts of a compiled gettext catalogue, by the text they translate; absent when the
-/// bytes are none. Format: GNU gettext manual, "The Format of GNU MO Files".
+/// Absent when the bytes are no catalogue. Format: GNU gettext manual, "The Format of GNU MO
+/// Files".
 [[nodiscard]] std::optional<TranslationCatalogue> parseCatalogue(std::string_view bytes);
 
 /// Translations from gettext catalogues, "<language>.mo" in one folder, read at the first text.
@@ -30,6 +38,8 @@ public:
     /// "de": the language of the texts, as its catalogue is named; empty: English.
     [[nodiscard]] const std::string& language() const;
     [[nodiscard]] std::string localized(std::string_view text) const override;
+    [[nodiscard]] std::string localized(std::string_view singular, std::string_view plural,
+                                        std::uint64_t count) const override;
 
 private:
     using Choice = std::pair<std::string, TranslationCatalogue>;

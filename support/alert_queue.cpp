@@ -86,8 +86,10 @@ AlertContent AlertQueue::takeTold() {
         all.message += one.message;
     }
     if (more > 0) {
-        all.message += "\n\n" + makeString(translations_.localized("There were %li more messages."),
-                                           static_cast<long>(more));
+        all.message +=
+            "\n\n" + makeString(translations_.localized("There was %lu more message.",
+                                                        "There were %lu more messages.", more),
+                                more);
     }
     return all;
 }

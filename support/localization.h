@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <initializer_list>
 #include <optional>
@@ -17,6 +18,13 @@ class Vantor;
 
 /// The translation of a text into the user's language; the text itself when there is none.
 [[nodiscard]] std::string localized(const Vantor& vantor, std::string_view text);
+
+/// The translation of a text whose English is the same for every count; other languages may have
+/// several forms of it.
+[[nodiscard]] inline std::string localizedForCount(const Translations& translations,
+                                                   std::string_view text, std::uint64_t count) {
+    return translations.localized(text, text, count);
+}
 
 /// Marks a text that is translated where it is shown, so that the catalogues get it.
 [[nodiscard]] constexpr std::string_view localizable(std::string_view text) {
@@ -46,6 +54,10 @@ class Untranslated final : public Translations {
 public:
     [[nodiscard]] std::string localized(std::string_view text) const override {
         return std::string(text);
+    }
+    [[nodiscard]] std::string localized(std::string_view singular, std::string_view plural,
+                                        std::uint64_t count) const override {
+        return std::string(count == 1 ? singular : plural);
     }
 };
 

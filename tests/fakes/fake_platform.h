@@ -236,6 +236,10 @@ public:
         const auto found = texts.find(text);
         return found == texts.end() ? std::string(text) : found->second;
     }
+    [[nodiscard]] std::string localized(std::string_view singular, std::string_view plural,
+                                        std::uint64_t count) const override {
+        return localized(count == 1 ? singular : plural);
+    }
     std::map<std::string, std::string, std::less<>> texts;
 };
 

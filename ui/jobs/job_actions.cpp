@@ -79,7 +79,7 @@ void JobActions::refresh() {
     if (job != nullptr) refreshForCurrent(*job);
     const auto selected = selection_.count();
     remove_->setEnabled(selected > 0 || job != nullptr);
-    remove_->setText(selected > 1 ? tr("Remove %1 Movies").arg(selected) : tr("Remove"));
+    remove_->setText(selected > 1 ? tr("Remove %n Movies", nullptr, selected) : tr("Remove"));
     selectAll_->setEnabled(list_.model()->rowCount() > 0);
 }
 

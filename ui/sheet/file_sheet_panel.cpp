@@ -159,7 +159,7 @@ void FileSheetPanel::bindTexts() {
         add_->setText(toControlText(title));
     }));
     subscriptions_.push_back(bind(controller.intake().waitingCount(), [this](std::size_t count) {
-        waiting_->setText(tr("%1 more waiting").arg(count));
+        waiting_->setText(tr("%n more waiting", nullptr, static_cast<int>(count)));
         waiting_->setVisible(count > 0);
         showHint();
     }));

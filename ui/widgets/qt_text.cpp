@@ -1,9 +1,12 @@
 #include "ui/widgets/qt_text.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include <QByteArray>
 #include <QGuiApplication>
+
+#include "support/localization.h"
 
 namespace reelvane {
 namespace {
@@ -57,8 +60,11 @@ std::optional<std::filesystem::path> toPath(const QUrl& url) {
 }
 
 QString PortTranslator::translate(const char* /*context*/, const char* sourceText,
-                                  const char* /*disambiguation*/, int /*n*/) const {
-    const auto translated = translations_.localized(sourceText);
+                                  const char* /*disambiguation*/, int n) const {
+    // Qt puts the count into its place itself.
+    const auto translated =
+        n < 0 ? translations_.localized(sourceText)
+              : localizedForCount(translations_, sourceText, static_cast<std::uint64_t>(n));
     // No text tells Qt to ask the next translator, which may know Qt's own texts.
     return translated == sourceText ? QString() : toQString(translated);
 }

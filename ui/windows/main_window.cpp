@@ -28,12 +28,13 @@ namespace {
 QString removalText(const Removal& removal) {
     const auto name = displayName(removal.fileName);
     if (removal.jobs > 1) {
+        const auto jobs = static_cast<int>(removal.jobs);
         return removal.losesWork
                    ? MainWindow::tr(
-                         "%1 movies were removed; what was converted of them is about "
-                         "to be deleted.")
-                         .arg(removal.jobs)
-                   : MainWindow::tr("%1 movies were removed from the list.").arg(removal.jobs);
+                         "%n movies were removed; what was converted of them is about "
+                         "to be deleted.",
+                         nullptr, jobs)
+                   : MainWindow::tr("%n movies were removed from the list.", nullptr, jobs);
     }
     return removal.losesWork
                ? MainWindow::tr(
