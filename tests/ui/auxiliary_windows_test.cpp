@@ -8,7 +8,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "tests/ui/accessible_names.h"
+#include "tests/ui/names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/windows/about_dialog.h"
 #include "ui/windows/rating_window.h"
@@ -30,11 +30,9 @@ protected:
         return found;
     }
     [[nodiscard]] static QPushButton* button(QWidget& window, const QString& text) {
-        for (auto* const candidate : window.findChildren<QPushButton*>()) {
-            if (candidate->text().remove('&').startsWith(text)) return candidate;
-        }
-        ADD_FAILURE() << "no button " << text.toStdString();
-        return nullptr;
+        auto* const named = partNamed<QPushButton>(window, text);
+        if (named == nullptr) ADD_FAILURE() << "no button " << text.toStdString();
+        return named;
     }
     RatingWindow& rating() {
         windows_.openRating();
@@ -54,7 +52,7 @@ TEST_F(AuxiliaryWindowsTest, ThereIsOneRatingWindowUntilItIsClosed) {
     app_->lifecycle().usages().increaseUsages(prompt);
     app_->lifecycle().usages().increaseUsages(prompt);
     ASSERT_EQ(open<RatingWindow>().size(), 1);
-    button(*open<RatingWindow>().front(), "I Am Not Sure")->click();
+    button(*open<RatingWindow>().front(), "I Am Not Sure Yet")->click();
     app_->lifecycle().usages().increaseUsages(prompt);  // before the closed one is deleted
     EXPECT_EQ(open<RatingWindow>().size(), 1);
     EXPECT_TRUE(open<RatingWindow>().front()->isVisible());
@@ -66,7 +64,7 @@ TEST_F(AuxiliaryWindowsTest, AHappyUserMayRateWhereThereIsAPage) {
     rating().close();
     platform_.mainBundle.info["StoreProductPage"] = "https://store.example/reelvane";
     EXPECT_FALSE(button(rating(), "Rate on a Download Site")->isVisible());
-    button(rating(), "It Works Well")->click();
+    button(rating(), "It Works Well for Me")->click();
     EXPECT_TRUE(button(rating(), "Rate on a Download Site")->isVisible());
     EXPECT_FALSE(button(rating(), "Rate on a Download Site")->isEnabled());
     button(rating(), "Rate in the Store")->click();
@@ -82,7 +80,7 @@ TEST_F(AuxiliaryWindowsTest, AnUnhappyUserMayWriteAMail) {
     field->setPlainText("Picture & no sound");
     rating().reject();
     button(rating(), "I Have a Problem")->click();  // what was written is still there
-    button(rating(), "Write the Mail")->click();
+    button(rating(), "Write the Mail…")->click();
     EXPECT_THAT(
         platform_.workspace.urls,
         ElementsAre(AllOf(StartsWith("mailto:"), HasSubstr("body=Picture%20%26%20no%20sound%0A"))));
@@ -91,7 +89,7 @@ TEST_F(AuxiliaryWindowsTest, AnUnhappyUserMayWriteAMail) {
     for (const bool attached : {false, true}) {
         button(rating(), "I Have a Problem")->click();
         rating().findChild<QCheckBox*>()->setChecked(attached);
-        button(rating(), "Write the Mail")->click();
+        button(rating(), "Write the Mail…")->click();
         EXPECT_EQ(platform_.workspace.urls.back().find("c3RvcmVk") != std::string::npos, attached);
     }
 }
@@ -99,7 +97,7 @@ TEST_F(AuxiliaryWindowsTest, AnUnhappyUserMayWriteAMail) {
 TEST_F(AuxiliaryWindowsTest, ThePromptIsTurnedOffOnlyByTheSecondButton) {
     for (const auto answer : {kFirstButton, kSecondButton}) {
         platform_.alerts.answers = {{.button = answer}};
-        button(rating(), "Do Not Ask Again")->click();
+        button(rating(), "Do Not Ask Again…")->click();
         EXPECT_EQ(platform_.preferences.defaultInt("vantor_dontaskagain"),
                   answer == kSecondButton ? 1 : 0);
         EXPECT_TRUE(open<RatingWindow>().empty());

@@ -2,15 +2,16 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
 
+#include "tests/ui/names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/widgets/labels.h"
-#include "ui/widgets/pop_up_menu_box.h"
 
 namespace reelvane {
 namespace {
@@ -57,9 +58,8 @@ TEST_F(FileSheetTest, AsksHowASubtitleFileIsWrittenAndCanLeaveItOut) {
         {movie("a.mkv"), movie("b.mkv"),
          platform_.folder.write("a.srt", cue + "l'\x82t\x82 \x85 la\nO\x97 \x88tes-vous\n"),
          platform_.folder.write("b.srt", cue + "J'ai d\xE9j\xE0 mang\xE9, merci.\n")});
-    const auto boxes = sheet_->findChildren<QComboBox*>();
-    auto* const encodings =
-        *std::ranges::find_if(boxes, [](const auto* box) { return box->findData("CP850") >= 0; });
+    auto* const encodings = qobject_cast<QComboBox*>(
+        partNamed<QLabel>(*sheet_, "Encoding of the subtitles:")->buddy());
     EXPECT_EQ(window_.focusWidget(), encodings) << "this comes first";
     EXPECT_TRUE(shows("with subtitles a.srt") && shows("l'‚t‚ … la\nO— ˆtes-vous"));
     encodings->setCurrentIndex(encodings->findData("CP850"));
@@ -68,9 +68,7 @@ TEST_F(FileSheetTest, AsksHowASubtitleFileIsWrittenAndCanLeaveItOut) {
     press(Qt::Key_Return);
     EXPECT_TRUE(shows("with subtitles b.srt (CP1252)"));
     EXPECT_FALSE(encodings->isVisible());
-    const auto buttons = sheet_->findChildren<QPushButton*>();
-    const auto detach = std::ranges::find(buttons, "Leave Out", &QPushButton::text);
-    (*detach)->click();
+    partNamed<QPushButton>(*sheet_, "Leave Out")->click();
     EXPECT_FALSE(shows("with subtitles b.srt (CP1252)"));
     EXPECT_NE(focusedButton(), nullptr) << "the keyboard stays in the sheet";
     press(Qt::Key_Return);
@@ -85,7 +83,7 @@ TEST_F(FileSheetTest, AddsAndLeavesFilesByTheKeyboardAndGivesItBack) {
     EXPECT_GE(sheet_->height(), sheetHeight(IntakeState::AwaitingUser));
     EXPECT_EQ(focusedButton()->text(), "Start Conversion");
     EXPECT_TRUE(shows("with subtitles a.en.srt") && shows("2 more waiting"));
-    sheet_->findChild<PopUpMenuBox*>()->setFocus();
+    partNamed<QComboBox>(*sheet_, "Audio track")->setFocus();
     press(Qt::Key_Return);
     EXPECT_THAT(rows(), ElementsAre("a.mkv"));
     EXPECT_TRUE(shows("b.mkv"));
@@ -101,7 +99,7 @@ TEST_F(FileSheetTest, AddsAndLeavesFilesByTheKeyboardAndGivesItBack) {
 
 TEST_F(FileSheetTest, EscapeLeavesAnOpenMenuBeforeItLeavesTheMovie) {
     openAndSettle({movie("a.mkv")});
-    auto* const audio = sheet_->findChild<PopUpMenuBox*>();
+    auto* const audio = partNamed<QComboBox>(*sheet_, "Audio track");
     window_.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
     audio->showPopup();
@@ -129,14 +127,15 @@ TEST_F(FileSheetTest, ShowsTheFileWhileItIsReadAndSaysWhenItIsMute) {
     report_ = report_.substr(0, report_.find("    Stream #0:1"));
     app_->openFiles({movie("a.mkv")});
     EXPECT_TRUE(shows("a.mkv") && shows("Looking into the file…"));
-    const auto buttons = sheet_->findChildren<QPushButton*>();
-    EXPECT_TRUE(buttons.front()->isEnabled()) << "a disk that does not answer may be left";
-    EXPECT_FALSE(buttons.back()->isEnabled());
+    EXPECT_TRUE(partNamed<QPushButton>(*sheet_, "Cancel")->isEnabled())
+        << "a disk that does not answer may be left";
+    EXPECT_FALSE(partNamed<QPushButton>(*sheet_, "Start Conversion")->isEnabled());
     platform_.dispatcher.runPending();
     EXPECT_FALSE(shows("Looking into the file…"));
-    const auto boxes = sheet_->findChildren<PopUpMenuBox*>();
-    EXPECT_EQ(boxes.front()->placeholderText(), "No audio");
-    EXPECT_EQ(boxes.at(1)->currentText(), "Next to the Source File");
+    const auto* const audio = partNamed<QComboBox>(*sheet_, "Audio track");
+    EXPECT_EQ(audio->placeholderText(), "No audio");
+    EXPECT_EQ(partNamed<QComboBox>(*sheet_, "Destination")->currentText(),
+              "Next to the Source File");
 }
 
 TEST_F(FileSheetTest, TurnsRoundOnItsWay) {

@@ -8,12 +8,12 @@
 #include <QTest>
 #include <QToolButton>
 
+#include "tests/ui/names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/jobs/details_popover.h"
 #include "ui/jobs/job_list_model.h"
 #include "ui/jobs/job_list_view.h"
 #include "ui/jobs/poster_view.h"
-#include "ui/widgets/labels.h"
 
 namespace reelvane {
 namespace {
@@ -72,10 +72,7 @@ struct JobList : UiFixture {
         return names;
     }
     QToolButton* button(std::size_t number, const QString& spoken) {
-        for (auto* const button : row(number)->findChildren<QToolButton*>()) {
-            if (button->accessibleName() == spoken) return button;
-        }
-        return nullptr;
+        return partNamed<QToolButton>(*row(number), spoken);
     }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
@@ -94,8 +91,8 @@ struct JobList : UiFixture {
             if (!inSight) continue;
             ++visible;
             EXPECT_EQ(shown->geometry(), place) << number;
-            EXPECT_EQ(shown->findChild<ElidedLabel*>()->text().toStdString(),
-                      shown->job()->fileInfo().fileName);
+            EXPECT_NE(partNamed<QLabel>(*shown, toQString(shown->job()->fileInfo().fileName)),
+                      nullptr);
         }
         EXPECT_EQ(view.rows().rows().size(), visible);
         EXPECT_EQ(posters.wanted, static_cast<int>(visible));  // nobody else waits for one
@@ -183,7 +180,7 @@ TEST_F(JobList, OffersWhatAJobsStateAllows) {
 
 TEST_F(JobList, IsWorkedByItsKeys) {
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
-    QTest::mouseClick(row(0)->findChild<ElidedLabel*>(), Qt::LeftButton);
+    QTest::mouseClick(partNamed<QLabel>(*row(0), "a.mkv"), Qt::LeftButton);
     ASSERT_EQ(view.currentJob(), &jobAt(0)) << "the row's texts keep the mouse from the list";
     press(Qt::Key_Space);
     EXPECT_EQ(jobAt(0).state(), ConversionJobState::Paused);
@@ -220,7 +217,8 @@ TEST_F(JobList, IsWorkedByItsKeys) {
     EXPECT_TRUE(app_->queueControl().undoableRemoval().get());
     app_->queueControl().undoRemoval();
     select({0, 1, 2, 3});
-    const auto* const selectAll = view.jobActions().last();
+    const auto actions = view.jobActions();
+    const auto* const selectAll = *std::ranges::find(actions, "Select All", &QAction::text);
     EXPECT_TRUE(selectAll->isEnabled());
     press(Qt::Key_Delete);
     settle();
@@ -233,13 +231,13 @@ TEST_F(JobList, InANarrowRowThePictureGivesWayToTheWords) {
     insert();
     for (const auto& [width, isShown] : {std::pair(280, false), std::pair(900, true)}) {
         view.resize(width, view.height());
-        const QWidget* name = nullptr;
-        const QWidget* poster = nullptr;
-        for (const auto* const part : row(0)->findChildren<QWidget*>()) {
-            if (dynamic_cast<const PosterView*>(part) != nullptr) poster = part;
-            if (name == nullptr && dynamic_cast<const ElidedLabel*>(part) != nullptr) name = part;
-        }
-        ASSERT_TRUE(name != nullptr && poster != nullptr);
+        const auto* const name = partNamed<QLabel>(*row(0), "1.mkv");
+        const auto parts = row(0)->findChildren<QWidget*>();
+        const auto found = std::ranges::find_if(parts, [](const auto* part) {
+            return dynamic_cast<const PosterView*>(part) != nullptr;
+        });
+        ASSERT_TRUE(name != nullptr && found != parts.end());
+        const auto* const poster = *found;
         EXPECT_EQ(poster->isVisible(), isShown);
         EXPECT_FALSE(poster->isVisible() && poster->geometry().intersects(name->geometry()));
         EXPECT_LE(name->geometry().right(), button(0, "Details of 1.mkv")->x());

@@ -8,7 +8,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "tests/ui/accessible_names.h"
+#include "tests/ui/names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/jobs/poster_view.h"
 
@@ -122,10 +122,8 @@ TEST_F(MainWindowShown, TheKeyboardReachesTheCommandsAndTheyNeverGoOutOfSight) {
 
 TEST_F(MainWindowShown, ABarOffersTheWayBackFromARemovalAndGivesTheKeyboardToTheList) {
     const auto button = [this](const char* text) -> QPushButton* {
-        for (auto* const each : window.findChildren<QPushButton*>()) {
-            if (each->text() == text && each->isVisible()) return each;
-        }
-        return nullptr;
+        auto* const named = partNamed<QPushButton>(window, text);
+        return named != nullptr && named->isVisible() ? named : nullptr;
     };
     add({movie("a.mkv"), movie("b.mkv")});
     app_->removeJobs({app_->queue().taskArray().back().get()});

@@ -13,7 +13,7 @@
 #include <QTest>
 
 #include "conversion/stream_plan.h"
-#include "tests/ui/accessible_names.h"
+#include "tests/ui/names.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/widgets/qt_text.h"
 
@@ -35,7 +35,11 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(window_.get()));
         return *window_;
     }
-    void showPage(int page) { window().findChild<QListWidget*>()->setCurrentRow(page); }
+    QListWidget& sidebar() { return *partNamed<QListWidget>(window(), "Pages"); }
+    QListWidgetItem* page(const QString& title) {
+        return sidebar().findItems(title, Qt::MatchExactly).value(0);
+    }
+    void showPage(const QString& title) { sidebar().setCurrentItem(page(title)); }
     template <typename Widget>
     Widget* find(std::string_view key) {
         return window_->findChild<Widget*>(toQString(key));
@@ -43,7 +47,7 @@ protected:
     [[nodiscard]] int stored(std::string_view key) const {
         return platform_.preferences.defaultInt(key);
     }
-    QRadioButton* style(int preset) { return window_->findChildren<QRadioButton*>().at(preset); }
+    QRadioButton* style(const QString& title) { return partNamed<QRadioButton>(*window_, title); }
     [[nodiscard]] QStringList shownContainers() const {
         QStringList names;
         const auto* const host = window_->findChild<QWidget*>("customContainer");
@@ -92,7 +96,7 @@ protected:
 
 TEST_F(PreferencesWindowTest, EveryPreferenceForUsersHasAControlThatStoresEachOfItsValues) {
     set(kAutoRemove.key, 1);  // or its kind cannot be chosen
-    for (const int page : {3, 2, 1, 0}) {
+    for (const auto* const page : {"Destinations", "Subtitles", "Audio", "General"}) {
         showPage(page);
         EXPECT_EQ(nameless(window()), QStringList());
     }
@@ -150,18 +154,20 @@ TEST_F(PreferencesWindowTest, TheTextsOfMenusSayWhatTheirNumbersMean) {
 }
 
 TEST_F(PreferencesWindowTest, TheStyleControlShowsTheSettingsOfItsStyleAndNoOthers) {
-    showPage(1);
-    const QStringList containers{"containerCompatible", "containerFast", "containerCustom"};
-    EXPECT_EQ(shownContainers(), containers.mid(0, 1));
-    for (const int preset : {2, 1, 0}) {
-        style(preset)->click();
+    showPage("Audio");
+    EXPECT_EQ(shownContainers(), QStringList("containerCompatible"));
+    for (const auto& [title, preset, container] :
+         {std::tuple("Custom", 2, "containerCustom"),
+          {"High Speed & Quality", 1, "containerFast"},
+          {"Compatible", 0, "containerCompatible"}}) {
+        style(title)->click();
         EXPECT_EQ(stored(kConversionPreset.key), preset);
-        EXPECT_EQ(shownContainers(), containers.mid(preset, 1));
+        EXPECT_EQ(shownContainers(), QStringList(container));
     }
-    style(0)->setFocus();
-    QTest::keyClick(style(0), Qt::Key_Down);
+    style("Compatible")->setFocus();
+    QTest::keyClick(style("Compatible"), Qt::Key_Down);
     EXPECT_EQ(stored(kConversionPreset.key), 1);
-    EXPECT_EQ(shownContainers(), containers.mid(1, 1));
+    EXPECT_EQ(shownContainers(), QStringList("containerFast"));
 }
 
 TEST_F(PreferencesWindowTest, ShownAgainItShowsWhatIsStoredAndLeavesMisfitsAlone) {
@@ -177,7 +183,7 @@ TEST_F(PreferencesWindowTest, ShownAgainItShowsWhatIsStoredAndLeavesMisfitsAlone
                                    {std::string(kAudioVolume.key), "400.4"}});
     const auto misfits = platform_.store.values;
     window();
-    EXPECT_TRUE(style(1)->isChecked());
+    EXPECT_TRUE(style("High Speed & Quality")->isChecked());
     EXPECT_EQ(shownContainers(), QStringList("containerFast"));
     EXPECT_EQ(find<QComboBox>(kAACBitrate.key)->currentText(), "128 kbit/s");
     EXPECT_EQ(find<QComboBox>(kAutoRemoveType.key)->currentData(), 1);
@@ -190,7 +196,7 @@ TEST_F(PreferencesWindowTest, ShownAgainItShowsWhatIsStoredAndLeavesMisfitsAlone
 }
 
 TEST_F(PreferencesWindowTest, TheVolumeIsWrittenWhenTheUserComesToRestOrCloses) {
-    showPage(1);
+    showPage("Audio");
     auto* const field = find<QSpinBox>(kAudioVolume.key);
     auto* const slider = window_->findChild<QSlider*>();
     const auto key = std::string(kAudioVolume.key);
@@ -226,14 +232,12 @@ TEST_F(PreferencesWindowTest, AResetForgetsWhatWasAskedForAndKeepsTheFolders) {
     };
     const auto reset = [this](ButtonResult button) {
         platform_.alerts.answers = {{.button = button}};
-        for (auto* const each : window_->findChildren<QPushButton*>()) {
-            if (each->text().contains("Reset")) each->click();
-        }
+        partNamed<QPushButton>(*window_, "Reset to Defaults…")->click();
         EXPECT_THAT(platform_.alerts.shown.back().message, HasSubstr("saved folders stay"));
         return platform_.store.values.contains(kAutoClean.key);
     };
     change();
-    showPage(1);
+    showPage("Audio");
     EXPECT_TRUE(reset(kThirdButton));
     EXPECT_EQ(stored(kConversionPreset.key), 2) << "cancelled";
     EXPECT_TRUE(reset(kFirstButton));
@@ -280,13 +284,12 @@ TEST_F(PreferencesWindowTest, DestinationsAreChosenAddedMovedAndRemoved) {
 }
 
 TEST_F(PreferencesWindowTest, ThePageThatIsShownStaysMarked) {
-    showPage(2);
-    auto* const sidebar = window_->findChild<QListWidget*>();
-    QTest::mouseClick(sidebar->viewport(), Qt::LeftButton, {},
-                      sidebar->viewport()->rect().bottomLeft() + QPoint(5, -5));
-    EXPECT_TRUE(sidebar->item(2)->isSelected());
-    sidebar->setCurrentRow(1);
-    EXPECT_THAT(sidebar->selectedItems(), ElementsAre(sidebar->item(1)));
+    showPage("Subtitles");
+    auto* const ground = sidebar().viewport();
+    QTest::mouseClick(ground, Qt::LeftButton, {}, ground->rect().bottomLeft() + QPoint(5, -5));
+    EXPECT_TRUE(page("Subtitles")->isSelected());
+    showPage("Audio");
+    EXPECT_THAT(sidebar().selectedItems(), ElementsAre(page("Audio")));
 }
 
 TEST_F(PreferencesWindowTest, ClosingPutsWhatWasChangedOntoTheDisk) {
@@ -297,9 +300,7 @@ TEST_F(PreferencesWindowTest, ClosingPutsWhatWasChangedOntoTheDisk) {
     QTest::keyClick(window_.get(), Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(window_->isVisible());
     EXPECT_TRUE(platform_.store.values.contains(kAutoClean.key));
-    for (auto* const each : window().findChildren<QPushButton*>()) {
-        if (each->text() == "Show All Again") each->click();
-    }
+    partNamed<QPushButton>(window(), "Show All Again")->click();
     EXPECT_FALSE(platform_.store.values.contains("_x_1.2_asked"));
 }
 

@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "tests/ui/accessible_names.h"
+#include "tests/ui/names.h"
 #include "ui/widgets/labels.h"
 #include "ui/windows/alert_box.h"
 
@@ -20,8 +20,9 @@ namespace {
 using Kind = AlertAccessory::Kind;
 using Act = std::function<void(QWidget& box)>;
 
-Act click(int button) {
-    return [button](QWidget& box) { box.findChildren<QPushButton*>().at(button)->click(); };
+template <typename Button = QPushButton>
+Act click(const char* text) {
+    return [text](QWidget& box) { partNamed<Button>(box, text)->click(); };
 }
 Act press(Qt::Key key) {
     return [key](QWidget& box) { QTest::keyClick(box.focusWidget(), key); };
@@ -50,8 +51,8 @@ TEST_F(QtAlertsTest, EveryWayOutAnswersItsButton) {
              {{"Quit", "Cancel"}, press(Qt::Key_Return), 1000},
              {{"Quit", "Cancel"}, kClose, 1001},
              {{"Cancel", "Turn off feedback dialoge"}, press(Qt::Key_Escape), 1000},
-             {three, click(1), 1001},
-             {three, click(2), 1002},
+             {three, click("Show"), 1001},
+             {three, click("Continue"), 1002},
              {three, press(Qt::Key_Escape), 1002}}) {
         EXPECT_EQ(answer({.title = "Title", .buttons = buttons}, act).button, expected);
     }
@@ -59,15 +60,15 @@ TEST_F(QtAlertsTest, EveryWayOutAnswersItsButton) {
         const AlertContent dangerous{.title = "Title", .buttons = buttons, .destructive = true};
         const auto cautious = kFirstButton + static_cast<int>(buttons.size()) - 1;
         EXPECT_EQ(answer(dangerous, press(Qt::Key_Return)).button, cautious);
-        EXPECT_EQ(answer(dangerous, click(0)).button, kFirstButton);
+        EXPECT_EQ(answer(dangerous, click(buttons.front().c_str())).button, kFirstButton);
     }
 }
 
 TEST_F(QtAlertsTest, AnswersTheValueAndTheBoxAsTheUserLeftThem) {
     const Act type = [](QWidget& box) { QTest::keyClicks(box.focusWidget(), "ab"); };
-    const Act lastRadio = [](QWidget& box) { box.findChildren<QRadioButton*>().last()->click(); };
-    const Act tick = [](QWidget& box) { box.findChildren<QCheckBox*>().first()->click(); };
-    const Act suppress = [](QWidget& box) { box.findChildren<QCheckBox*>().last()->click(); };
+    const auto lastRadio = click<QRadioButton>("c");
+    const auto tick = click<QCheckBox>("On");
+    const auto suppress = click<QCheckBox>("Don't warn again");
     const Act nothing = [](QWidget& /*box*/) {};
     const std::vector<std::string> items{"a", "b", "c"};
     using Case = std::tuple<AlertAccessory, Act, AlertAnswer>;
@@ -102,9 +103,9 @@ TEST_F(QtAlertsTest, TextIsShownAsItStands) {
                         .message = "1 < 2 &amp; <i>x</i>\n&y",
                         .buttons = {"Rhythm & Blues"}},
                        {}, nullptr);
-    const auto texts = box.findChildren<PlainTextView*>();
-    EXPECT_EQ(texts.at(0)->toPlainText(), "<b>a</b>.mkv");
-    EXPECT_EQ(texts.at(1)->toPlainText(), "1 < 2 &amp; <i>x</i>\n&y");
+    QStringList texts;
+    for (const auto* const view : box.findChildren<PlainTextView*>()) texts << view->toPlainText();
+    EXPECT_EQ(texts, QStringList({"<b>a</b>.mkv", "1 < 2 &amp; <i>x</i>\n&y"}));
     EXPECT_EQ(box.findChild<QPushButton*>()->text(), "Rhythm && Blues");
 }
 
@@ -154,12 +155,12 @@ TEST_F(QtAlertsTest, AsksWhateverBecomesOfTheMainWindow) {
     auto window = std::make_unique<QWidget>();
     alerts_.setParent(window.get());
     const AlertContent question{.title = "Sure?", .buttons = {"Yes", "No"}};
-    EXPECT_EQ(answer(question, click(0)).button, kFirstButton) << "not yet shown";
+    EXPECT_EQ(answer(question, click("Yes")).button, kFirstButton) << "not yet shown";
     window->showMinimized();
-    EXPECT_EQ(answer(question, click(0)).button, kFirstButton);
+    EXPECT_EQ(answer(question, click("Yes")).button, kFirstButton);
     EXPECT_FALSE(window->isMinimized()) << "it would hide the box";
     EXPECT_EQ(answer(question, [&](QWidget& /*box*/) { window.reset(); }).button, kSecondButton);
-    EXPECT_EQ(answer(question, click(0)).button, kFirstButton) << "gone";
+    EXPECT_EQ(answer(question, click("Yes")).button, kFirstButton) << "gone";
 }
 
 }  // namespace reelvane

@@ -14,6 +14,7 @@
 
 #include "tests/fakes/fake_dispatcher.h"
 #include "tests/fakes/temporary_folder.h"
+#include "tests/ui/names.h"
 #include "ui/widgets/qt_text.h"
 
 namespace reelvane {
@@ -126,24 +127,23 @@ TEST_F(QtPanelsTest, ANameWithoutItsExtensionGetsItBeforeTheQuestionWhetherToRep
 
 TEST_F(QtPanelsTest, WhatADesktopsPanelDidNotAskIsAskedAndThePanelComesBackUnlessTheUserAgrees) {
     const auto target = folder_.write("Movie.mp4");
-    const auto chooseAnd = [this](int button) {
+    const auto chooseAnd = [this](const char* button) {
         panel()->selectFile("Movie");
         QMetaObject::invokeMethod(panel(), "done", Q_ARG(int, QDialog::Accepted));
         QTimer::singleShot(0, [button] {
             auto* const box = QApplication::activeModalWidget();
             ASSERT_NE(box, nullptr);
-            const auto buttons = box->findChildren<QPushButton*>();
-            EXPECT_FALSE(buttons.front()->isDefault()) << "Replace";
-            buttons.at(button)->click();
+            EXPECT_FALSE(partNamed<QPushButton>(*box, "Replace")->isDefault());
+            partNamed<QPushButton>(*box, button)->click();
         });
         dispatcher_.runPending();
     };
     save("Film.mp4");
-    chooseAnd(1);
+    chooseAnd("Cancel");
     ASSERT_NE(panel(), nullptr);
     EXPECT_EQ(panel()->selectedFiles(), QStringList(displayPath(target)));
     EXPECT_THAT(answers_, IsEmpty());
-    chooseAnd(0);
+    chooseAnd("Replace");
     waitForAnswers(1);
     EXPECT_THAT(answers_.front(), ElementsAre(target));
 }

@@ -5,7 +5,7 @@
 #include <QTest>
 
 #include "app/intake_telling.h"
-#include "tests/ui/accessible_names.h"
+#include "tests/ui/names.h"
 #include "ui/windows/notice_bar.h"
 
 namespace reelvane {

@@ -109,22 +109,22 @@ void JobRow::layOut() {
     third->addWidget(remaining_);
     third->addWidget(noteIcon_);
     third->addWidget(note_);
-    auto* const second = new QHBoxLayout;
-    second->addWidget(outcome_, 0, Qt::AlignTop);
-    second->addWidget(status_);
-    auto* const texts = new QVBoxLayout;
-    texts->addStretch();
-    texts->addWidget(name_);
-    texts->addLayout(second);
-    texts->addWidget(facts_);
-    texts->addStretch();
-    auto* const buttons = new QHBoxLayout;
-    buttons->setSpacing(0);
-    for (auto* const button : buttons_) buttons->addWidget(button, 0, Qt::AlignVCenter);
+    statusLine_ = new QHBoxLayout;
+    statusLine_->addWidget(outcome_, 0, Qt::AlignTop);
+    statusLine_->addWidget(status_);
+    texts_ = new QVBoxLayout;
+    texts_->addStretch();
+    texts_->addWidget(name_);
+    texts_->addLayout(statusLine_);
+    texts_->addWidget(facts_);
+    texts_->addStretch();
+    buttonColumns_ = new QHBoxLayout;
+    buttonColumns_->setSpacing(0);
+    for (auto* const button : buttons_) buttonColumns_->addWidget(button, 0, Qt::AlignVCenter);
     auto* const row = new QHBoxLayout(this);
     row->addWidget(poster_);
-    row->addLayout(texts, 1);
-    row->addLayout(buttons);
+    row->addLayout(texts_, 1);
+    row->addLayout(buttonColumns_);
 }
 
 void JobRow::fitToFont() {
@@ -134,10 +134,9 @@ void JobRow::fitToFont() {
     auto* const row = layout();
     row->setContentsMargins(lines(kMargin), lines(kMargin), lines(kMargin), lines(kMargin));
     row->setSpacing(lines(kColumnGap));
-    auto* const texts = row->itemAt(1)->layout();
-    texts->setSpacing(lines(kLineGap));
+    texts_->setSpacing(lines(kLineGap));
     facts_->layout()->setSpacing(lines(kFactGap));
-    texts->itemAt(2)->layout()->setSpacing(lines(kFactGap));
+    statusLine_->setSpacing(lines(kFactGap));
     poster_->setFixedSize(static_cast<int>(std::lround(content * kPosterRatio)), content);
     progress_->setFixedHeight(lines(kBarHeight));
     progress_->setMinimumWidth(lines(kLines));
@@ -152,8 +151,8 @@ void JobRow::resizeEvent(QResizeEvent* event) {
     // In a narrow window the words come first.
     const auto margins = layout()->contentsMargins();
     const int least = static_cast<int>(kLeastWords * fontMetrics().height());
-    const int words = qMax(layout()->itemAt(1)->minimumSize().width(), least);
-    const int buttons = layout()->itemAt(2)->minimumSize().width();
+    const int words = qMax(texts_->minimumSize().width(), least);
+    const int buttons = buttonColumns_->minimumSize().width();
     poster_->setVisible(width() >= margins.left() + poster_->width() + words + buttons +
                                        2 * layout()->spacing() + margins.right());
     QWidget::resizeEvent(event);

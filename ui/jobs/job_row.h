@@ -13,6 +13,7 @@
 #include "ui/jobs/job_commands.h"
 #include "ui/widgets/slow_disk.h"
 
+class QBoxLayout;
 class QLabel;
 
 namespace reelvane {
@@ -101,6 +102,9 @@ private:
     IconView* noteIcon_ = nullptr;
     ElidedLabel* note_ = nullptr;
     std::array<FlatButton*, ButtonCount> buttons_{};
+    QBoxLayout* texts_ = nullptr;       ///< the three lines
+    QBoxLayout* statusLine_ = nullptr;  ///< the second one
+    QBoxLayout* buttonColumns_ = nullptr;
 };
 
 /// A slim progress bar that can be told from its ground in every theme, even when nothing is done.

@@ -54,14 +54,14 @@ void AudioPage::addStyles() {
          .label = tr("Conversion style"),
          .help = tr("What becomes of sound that is not AAC.")},
         PreferenceChoices{
-            {.value = 0,
+            {.value = static_cast<int>(ConversionPreset::Compatible),
              .title = tr("Compatible"),
              .help = tr("The sound becomes AAC stereo, which every Apple device plays.")},
-            {.value = 1,
+            {.value = static_cast<int>(ConversionPreset::Fast),
              .title = tr("High Speed & Quality"),
              .help = tr("Sound is copied where possible, which is fast and loses nothing; some "
                         "devices, such as phones, may then play no sound.")},
-            {.value = 2,
+            {.value = static_cast<int>(ConversionPreset::Custom),
              .title = tr("Custom"),
              .help = tr("You decide for each kind of audio; AAC is always copied.")}});
     style.setChanged([&controller] { controller.selectConversionStyle(); });
@@ -71,8 +71,10 @@ void AudioPage::addStyles() {
     auto* const inner = new QVBoxLayout(customContainer_);
     inner->setContentsMargins({});
     column().addWidget(customContainer_);
-    containers_ = {makeCompatible(), makeFast(), makeCustom()};
-    for (auto* const container : containers_) container->hide();
+    containers_ = {{ConversionPreset::Compatible, makeCompatible()},
+                   {ConversionPreset::Fast, makeFast()},
+                   {ConversionPreset::Custom, makeCustom()}};
+    for (const auto& [preset, container] : containers_) container->hide();
     subscription_ =
         bind(controller.conversionStyle(), [this](ConversionPreset shown) { showStyle(shown); });
 }
@@ -149,8 +151,8 @@ PreferenceColumn* AudioPage::makeCustom() {
 }
 
 void AudioPage::showStyle(ConversionPreset style) {
-    auto* const shown = containers_.at(static_cast<std::size_t>(style));
-    for (auto* const container : containers_) {
+    auto* const shown = containers_.at(style);
+    for (const auto& [preset, container] : containers_) {
         if (container == shown || container->parentWidget() != customContainer_) continue;
         customContainer_->layout()->removeWidget(container);
         container->setParent(this);  // it is hidden by that
@@ -205,7 +207,7 @@ void AudioPage::addQuality() {
 
 std::vector<std::string_view> AudioPage::keys() const {
     auto keys = PreferencePage::keys();
-    for (const auto* const container : containers_) {
+    for (const auto& [preset, container] : containers_) {
         const auto more = container->keys();
         keys.insert(keys.end(), more.begin(), more.end());
     }
@@ -214,7 +216,7 @@ std::vector<std::string_view> AudioPage::keys() const {
 
 void AudioPage::showStored() {
     PreferencePage::showStored();
-    for (auto* const container : containers_) container->showStored();
+    for (const auto& [preset, container] : containers_) container->showStored();
     context_.controller.selectConversionStyle();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <map>
 
 #include "conversion/conversion_settings.h"
 #include "ui/preferences/preference_page.h"
@@ -28,7 +28,7 @@ private:
 
     UiContext context_;
     QWidget* customContainer_ = nullptr;
-    std::array<PreferenceColumn*, 3> containers_{};  ///< compatible, fast, custom
+    std::map<ConversionPreset, PreferenceColumn*> containers_;  ///< the settings of each style
     Subscription subscription_;
 };
 

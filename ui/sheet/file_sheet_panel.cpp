@@ -93,7 +93,8 @@ void FileSheetPanel::makeButtons() {
 void FileSheetPanel::layOut() {
     secondLine_ = new QStackedLayout;
     secondLine_->addWidget(information_);
-    secondLine_->addWidget(makeBusyRow());
+    busyRow_ = makeBusyRow();
+    secondLine_->addWidget(busyRow_);
     auto* const rows = new QVBoxLayout(this);
     const int margin = fontMetrics().height();
     rows->setContentsMargins(margin, margin, margin, margin);
@@ -194,7 +195,7 @@ void FileSheetPanel::showFile() {
     name_->setToolTip("<p>" + displayPath(file).toHtmlEscaped() + "</p>");  // a <p> breaks lines
     name_->setAccessibleDescription(displayPath(file));
     add_->setAccessibleDescription(displayName(file));
-    secondLine_->setCurrentIndex(scanning ? 1 : 0);
+    secondLine_->setCurrentWidget(scanning ? busyRow_ : information_);
     destination_->setEnabled(!scanning);
     add_->setEnabled(!scanning);
     for (auto* const part : std::initializer_list<QWidget*>{subtitle_, detach_, question_}) {
@@ -207,7 +208,7 @@ void FileSheetPanel::showFile() {
 
 void FileSheetPanel::showWaiting() {
     showBusy(true, tr("Waiting for the disk…"));
-    secondLine_->setCurrentIndex(1);
+    secondLine_->setCurrentWidget(busyRow_);
     for (auto* const control : std::initializer_list<QWidget*>{audio_, destination_, add_}) {
         control->setEnabled(false);
     }

@@ -55,6 +55,7 @@ private:
     QPushButton* detach_ = nullptr;  // the movie goes without its subtitle file
     SubtitleQuestion* question_ = nullptr;
     QProgressBar* busy_ = nullptr;
+    QWidget* busyRow_ = nullptr;
     QStackedLayout* secondLine_ = nullptr;  // the information, or what is waited for
     ElidedLabel* hint_ = nullptr;           // how not to be asked for each movie
     PopUpMenuBox* audio_ = nullptr;

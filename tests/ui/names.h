@@ -27,4 +27,22 @@ inline QStringList nameless(QWidget& window) {
     return nameless(*QAccessible::queryAccessibleInterface(&window));
 }
 
+/// As it is read: without the marks of shortcuts.
+inline QString unmarked(QString text) {
+    constexpr QChar kMark('\1');
+    return text.replace("&&", kMark).remove('&').replace(kMark, '&');
+}
+
+/// The part of a window that says this, or is said to be this; null: there is none.
+template <typename Part>
+Part* partNamed(const QWidget& window, const QString& name) {
+    for (auto* const part : window.findChildren<Part*>()) {
+        if (part->accessibleName() == name) return part;
+        if constexpr (requires { part->text(); }) {
+            if (unmarked(part->text()) == name) return part;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace reelvane
