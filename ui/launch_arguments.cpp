@@ -17,6 +17,16 @@ std::filesystem::path fileNamed(const std::string& word, const std::filesystem::
     return (folder / word).lexically_normal();
 }
 
+// A function that exit() calls takes no argument of ours.
+std::function<void()>& pendingWork() {
+    static std::function<void()> work;
+    return work;
+}
+
+void doPendingWork() {
+    if (const auto work = std::exchange(pendingWork(), {})) work();
+}
+
 }  // namespace
 
 LaunchArguments parseLaunchArguments(const std::vector<std::string>& words,
@@ -57,20 +67,6 @@ Options:
 The same without a window, for scripts and servers: reelvane-cli --help
 )";
 }
-
-namespace {
-
-// A function that exit() calls takes no argument of ours.
-std::function<void()>& pendingWork() {
-    static std::function<void()> work;
-    return work;
-}
-
-void doPendingWork() {
-    if (const auto work = std::exchange(pendingWork(), {})) work();
-}
-
-}  // namespace
 
 ExitWork::ExitWork(std::function<void()> work) {
     pendingWork() = std::move(work);

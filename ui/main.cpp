@@ -66,7 +66,7 @@ public:
 };
 
 /// Everything that needs no screen, made in this order.
-struct Base {
+struct PlatformParts {
     ExecutableBundle mainBundle;
     LinuxHost host;
     std::string name = mainBundle.infoValue("Name").value_or("Reelvane");
@@ -92,30 +92,31 @@ struct Base {
 
 /// How the main loop ends. An alert of the launch may turn a loop of its own before that one
 /// begins.
-struct End {
+struct LoopEnd {
     QtAlerts& alerts;
     std::optional<int> status{};
 
-    void come(int wanted) {
+    void request(int wanted) {
         status = wanted;
         alerts.endAll();
         QCoreApplication::exit(wanted);
     }
 };
 
-Ports portsOf(Base& base, QtAlerts& alerts, QtPanels& panels, WindowWorkspace& workspace) {
+Ports portsOf(PlatformParts& platform, QtAlerts& alerts, QtPanels& panels,
+              WindowWorkspace& workspace) {
     return {.alerts = alerts,
-            .bundleWatch = base.bundleWatch,
-            .dispatcher = base.dispatcher,
-            .folderAccess = base.folderAccess,
-            .host = base.host,
-            .mainBundle = base.mainBundle,
-            .notifications = base.notifications,
+            .bundleWatch = platform.bundleWatch,
+            .dispatcher = platform.dispatcher,
+            .folderAccess = platform.folderAccess,
+            .host = platform.host,
+            .mainBundle = platform.mainBundle,
+            .notifications = platform.notifications,
             .panels = panels,
-            .powerAssertions = base.powerAssertions,
-            .processLauncher = base.processLauncher,
-            .systemLog = base.systemLog,
-            .translations = base.translations,
+            .powerAssertions = platform.powerAssertions,
+            .processLauncher = platform.processLauncher,
+            .systemLog = platform.systemLog,
+            .translations = platform.translations,
             .workspace = workspace};
 }
 
@@ -147,78 +148,81 @@ void listenToOtherStarts(DBusApplication& instance, AppDelegate& controller, Mai
 }
 
 /// Opens what this start was given, and listens to later ones.
-void takeFiles(Base& base, AppDelegate& controller, MainWindow& window, QApplication& application,
-               const std::vector<std::filesystem::path>& files) {
+void openGivenFiles(PlatformParts& platform, AppDelegate& controller, MainWindow& window,
+                    QApplication& application, const std::vector<std::filesystem::path>& files) {
     // A program that was told to end meanwhile takes nothing more: who asks opens it himself.
     if (Interruption::signal() != 0) return;
-    listenToOtherStarts(*base.instance, controller, window);
+    listenToOtherStarts(*platform.instance, controller, window);
     watchSession(controller, application);
     if (!files.empty()) controller.openFiles(files);
 }
 
 /// Starts the program from where it was moved to.
-bool startAgain(Base& base, const std::filesystem::path& bundle) {
-    base.instance.reset();  // else the new one would hand over to this one
-    return relaunch(bundle / base.mainBundle.executablePath().filename());
+bool startAgain(PlatformParts& platform, const std::filesystem::path& bundle) {
+    platform.instance.reset();  // else the new one would hand over to this one
+    return relaunch(bundle / platform.mainBundle.executablePath().filename());
 }
 
-int runWindow(Base& base, QApplication& application,
+int runWindow(PlatformParts& platform, QApplication& application,
               const std::vector<std::filesystem::path>& files) {
     QtAlerts alerts;
-    QtPanels panels(base.dispatcher);
-    WindowWorkspace workspace(base.systemLog);
-    Vantor vantor(portsOf(base, alerts, panels, workspace), base.preferences);
+    QtPanels panels(platform.dispatcher);
+    WindowWorkspace workspace(platform.systemLog);
+    Vantor vantor(portsOf(platform, alerts, panels, workspace), platform.preferences);
     const UncaughtExceptionHandler uncaught(vantor);
     runDamagedApplicationTest(vantor);
 
     const Icons icons(vantor.resDir() / "icons");
     QGuiApplication::setWindowIcon(icons.coloured("reelvane"));
     AppDelegate controller(vantor);
-    End end{.alerts = alerts};
-    const auto quit = [&end] { end.come(EXIT_SUCCESS); };
+    LoopEnd end{.alerts = alerts};
+    const auto quit = [&end] { end.request(EXIT_SUCCESS); };
     controller.setTerminateHandler(quit);
     controller.lifecycle().setRelaunch(
-        [&base](const std::filesystem::path& bundle) { return startAgain(base, bundle); });
+        [&platform](const std::filesystem::path& bundle) { return startAgain(platform, bundle); });
     ThumbnailPosters posters(vantor);
-    MainWindow window(
-        {.vantor = vantor, .controller = controller, .icons = icons, .appearance = base.appearance},
-        posters, quit);
+    MainWindow window({.vantor = vantor,
+                       .controller = controller,
+                       .icons = icons,
+                       .appearance = platform.appearance},
+                      posters, quit);
     alerts.setParent(&window);
     alerts.setIcons(icons);
     panels.setParent(PanelParent::MainWindow, &window);
     QueueProgress progress(controller.queue());
-    const auto shownProgress = bind(progress.fraction(), [&base](std::optional<double> fraction) {
-        base.launcherEntry.setProgress(fraction);
-    });
-    const auto interrupted = makeReadableSource(base.interruption.descriptor(), [&end] {
-        end.come(exitStatusOfSignal(Interruption::signal()));
+    const auto shownProgress =
+        bind(progress.fraction(), [&platform](std::optional<double> fraction) {
+            platform.launcherEntry.setProgress(fraction);
+        });
+    const auto interrupted = makeReadableSource(platform.interruption.descriptor(), [&end] {
+        end.request(exitStatusOfSignal(Interruption::signal()));
     });
     // The screen may go first when a session ends.
     const ExitWork screenLost([&controller] { controller.applicationIsAborting(); });
 
     window.show();
-    const auto tellStoreProblem = [&base, &vantor] {
-        if (const auto problem = base.store.problem(base.translations)) {
+    const auto tellStoreProblem = [&platform, &vantor] {
+        if (const auto problem = platform.store.problem(platform.translations)) {
             alert_apptitled(vantor, *problem, "OK");
         }
     };
     tellStoreProblem();
-    base.store.setHeldHandler(
-        [&base, tellStoreProblem] { base.dispatcher.asyncMain(tellStoreProblem); });
+    platform.store.setHeldHandler(
+        [&platform, tellStoreProblem] { platform.dispatcher.asyncMain(tellStoreProblem); });
     controller.applicationWillFinishLaunching();
-    takeFiles(base, controller, window, application, files);
+    openGivenFiles(platform, controller, window, application, files);
     const auto status = end.status ? *end.status : QApplication::exec();
-    base.instance.reset();
+    platform.instance.reset();
     window.hide();  // what is left to do may take a moment
     endWithin(kLongestEnd, status);
-    base.store.hurry();
-    base.launcherEntry.setProgress(std::nullopt);
+    platform.store.hurry();
+    platform.launcherEntry.setProgress(std::nullopt);
     controller.applicationWillTerminate();
     for (const auto& left : controller.leftBehind()) {
-        std::cerr << "reelvane: " << printable(leftBehindText(base.translations, left)) << '\n';
+        std::cerr << "reelvane: " << printable(leftBehindText(platform.translations, left)) << '\n';
     }
-    base.dispatcher.finishBackground();
-    base.store.setHeldHandler({});
+    platform.dispatcher.finishBackground();
+    platform.store.setHeldHandler({});
     return status;
 }
 
@@ -254,22 +258,22 @@ int open(QApplication& application, const std::vector<std::string>& words) {
         std::cerr << "reelvane: " << printable(*parsed.problem) << '\n';
         return kExitUsage;
     }
-    Base base;
-    if (!base.dispatcher.hasBackground()) return tellNoThreads();
-    if (base.instance->claim(parsed.files) == ApplicationInstance::Role::HandedOver) {
+    PlatformParts platform;
+    if (!platform.dispatcher.hasBackground()) return tellNoThreads();
+    if (platform.instance->claim(parsed.files) == ApplicationInstance::Role::HandedOver) {
         return EXIT_SUCCESS;
     }
-    base.preferences.registerDefaults(registeredDefaults());
+    platform.preferences.registerDefaults(registeredDefaults());
     // The program ends when the user has agreed to it, not with a window.
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    QCoreApplication::setApplicationName(toQString(base.name));
-    QGuiApplication::setDesktopFileName(toQString(base.identifier));
+    QCoreApplication::setApplicationName(toQString(platform.name));
+    QGuiApplication::setDesktopFileName(toQString(platform.identifier));
     QTranslator qtTexts;
-    loadQtTexts(qtTexts, base.translations.language());
-    PortTranslator texts(base.translations);
+    loadQtTexts(qtTexts, platform.translations.language());
+    PortTranslator texts(platform.translations);
     QCoreApplication::installTranslator(&texts);
-    const Theme theme(base.appearance);
-    return runWindow(base, application, parsed.files);
+    const Theme theme(platform.appearance);
+    return runWindow(platform, application, parsed.files);
 }
 
 int start(int argc, char** argv) {

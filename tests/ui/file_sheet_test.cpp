@@ -58,8 +58,8 @@ TEST_F(FileSheetTest, AsksHowASubtitleFileIsWrittenAndCanLeaveItOut) {
         {movie("a.mkv"), movie("b.mkv"),
          platform_.folder.write("a.srt", cue + "l'\x82t\x82 \x85 la\nO\x97 \x88tes-vous\n"),
          platform_.folder.write("b.srt", cue + "J'ai d\xE9j\xE0 mang\xE9, merci.\n")});
-    auto* const encodings = qobject_cast<QComboBox*>(
-        partNamed<QLabel>(*sheet_, "Encoding of the subtitles:")->buddy());
+    auto* const encodings =
+        qobject_cast<QComboBox*>(partNamed<QLabel>(*sheet_, "Encoding of the subtitles:")->buddy());
     EXPECT_EQ(window_.focusWidget(), encodings) << "this comes first";
     EXPECT_TRUE(shows("with subtitles a.srt") && shows("l'‚t‚ … la\nO— ˆtes-vous"));
     encodings->setCurrentIndex(encodings->findData("CP850"));

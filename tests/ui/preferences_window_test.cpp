@@ -156,10 +156,9 @@ TEST_F(PreferencesWindowTest, TheTextsOfMenusSayWhatTheirNumbersMean) {
 TEST_F(PreferencesWindowTest, TheStyleControlShowsTheSettingsOfItsStyleAndNoOthers) {
     showPage("Audio");
     EXPECT_EQ(shownContainers(), QStringList("containerCompatible"));
-    for (const auto& [title, preset, container] :
-         {std::tuple("Custom", 2, "containerCustom"),
-          {"High Speed & Quality", 1, "containerFast"},
-          {"Compatible", 0, "containerCompatible"}}) {
+    for (const auto& [title, preset, container] : {std::tuple("Custom", 2, "containerCustom"),
+                                                   {"High Speed & Quality", 1, "containerFast"},
+                                                   {"Compatible", 0, "containerCompatible"}}) {
         style(title)->click();
         EXPECT_EQ(stored(kConversionPreset.key), preset);
         EXPECT_EQ(shownContainers(), QStringList(container));

@@ -26,6 +26,8 @@ namespace {
 
 constexpr QSize kSizeInLines(42, 41);
 constexpr int kCommandLines = 4;
+constexpr std::size_t kShown = std::size_t{24} * 1024;  // bytes of a log
+constexpr std::size_t kMost = kShown * 3 / 2;
 
 QLabel* makeTitle(const QString& text, QWidget* of) {
     auto* const title = new QLabel(text, of->parentWidget());
@@ -41,6 +43,16 @@ QString sentences(const JobNotes& notes) {
     QStringList all;
     for (const auto& note : notes) all << toQString(note.text);
     return all.join('\n');
+}
+
+/// Where the shown part of a log begins: not within a character.
+std::size_t beginning(std::string_view log) {
+    auto start = log.size() > kShown ? log.size() - kShown : 0;
+    const auto continues = [&log](std::size_t at) {
+        return (static_cast<unsigned char>(log[at]) & 0xC0U) == 0x80U;
+    };
+    while (start > 0 && start < log.size() && continues(start)) ++start;
+    return start;
 }
 
 }  // namespace
@@ -181,10 +193,10 @@ void DetailsPopover::showPlan() {
     auto texts = details.warnings;
     if (!job_->notes().empty()) texts.clear();  // they are among the notes of a finished job
     if (!details.problem.empty()) texts.insert(texts.begin(), details.problem);
-    QStringList told;
-    for (const auto& text : texts) told << toQString(text);
-    problem_->setText(told.join("\n\n"));
-    problem_->setVisible(!told.isEmpty());
+    QStringList lines;
+    for (const auto& text : texts) lines << toQString(text);
+    problem_->setText(lines.join("\n\n"));
+    problem_->setVisible(!lines.isEmpty());
     tracks_->clear();
     for (const auto& outcome : details.tracks) {
         tracks_->addItem(isolated(toQString(trackLine(outcome))));
@@ -209,23 +221,6 @@ void DetailsPopover::changeEvent(QEvent* event) {
         showPlan();
     }
 }
-
-namespace {
-
-constexpr std::size_t kShown = std::size_t{24} * 1024;
-constexpr std::size_t kMost = kShown * 3 / 2;
-
-/// Where the shown part of a log begins: not within a character.
-std::size_t beginning(std::string_view log) {
-    auto start = log.size() > kShown ? log.size() - kShown : 0;
-    const auto continues = [&log](std::size_t at) {
-        return (static_cast<unsigned char>(log[at]) & 0xC0U) == 0x80U;
-    };
-    while (start > 0 && start < log.size() && continues(start)) ++start;
-    return start;
-}
-
-}  // namespace
 
 LogView::LogView(QWidget* parent) : QPlainTextEdit(parent) {
     setReadOnly(true);

@@ -14,7 +14,6 @@
 class QDialogButtonBox;
 class QLabel;
 class QListWidget;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace reelvane {

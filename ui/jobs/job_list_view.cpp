@@ -325,7 +325,7 @@ void JobListView::currentChanged(const QModelIndex& current, const QModelIndex& 
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::currentChanged(current, previous);
     rows_.setCurrent(jobs_->job(current));
-    tellRowFocus();
+    announceRowFocus();
     actions_->refresh();
 }
 
@@ -333,11 +333,11 @@ void JobListView::selectionChanged(const QItemSelection& selected,
                                    const QItemSelection& deselected) {
     // NOLINTNEXTLINE(bugprone-parent-virtual-call): as above
     QAbstractItemView::selectionChanged(selected, deselected);
-    tellSelection(selected, deselected);
+    announceSelection(selected, deselected);
     actions_->refresh();
 }
 
-void JobListView::tellRowFocus() {
+void JobListView::announceRowFocus() {
     if (!QAccessible::isActive() || !hasFocus()) return;
     auto* const row = rowOf(currentIndex());
     if (row == nullptr) return;
@@ -345,7 +345,8 @@ void JobListView::tellRowFocus() {
     QAccessible::updateAccessibility(&event);
 }
 
-void JobListView::tellSelection(const QItemSelection& selected, const QItemSelection& deselected) {
+void JobListView::announceSelection(const QItemSelection& selected,
+                                    const QItemSelection& deselected) {
     if (!QAccessible::isActive()) return;
     for (auto* const row : rows_.rows()) {
         const auto index = indexOf(*row->job());
@@ -359,7 +360,7 @@ void JobListView::tellSelection(const QItemSelection& selected, const QItemSelec
 
 void JobListView::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
-    tellRowFocus();
+    announceRowFocus();
 }
 
 void JobListView::contextMenuEvent(QContextMenuEvent* event) {

@@ -121,9 +121,9 @@ private:
     [[nodiscard]] std::vector<ConversionJob*> selectedJobs() const;
     void selectBeside(const std::vector<ConversionJob*>& leaving);
     /// The keyboard has come to a row.
-    void tellRowFocus();
+    void announceRowFocus();
     /// Rows have been selected or are so no longer.
-    void tellSelection(const QItemSelection& selected, const QItemSelection& deselected);
+    void announceSelection(const QItemSelection& selected, const QItemSelection& deselected);
 
     UiContext context_;
     JobListModel* jobs_;

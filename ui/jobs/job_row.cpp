@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QPainter>
+#include <QProgressBar>
 #include <QStyle>
 
 #include "conversion/conversion_job.h"
@@ -32,6 +33,35 @@ constexpr double kBarHeight = 0.4;
 constexpr double kIconSide = 1.15;
 constexpr double kLeastWords = 9;  // beside a picture
 constexpr double kPosterRatio = 16.0 / 9;
+constexpr float kGrooveStrength = 0.16F;
+
+/// A slim progress bar that can be told from its ground in every theme, even when nothing is done.
+class SlimBar final : public QProgressBar {
+public:
+    explicit SlimBar(QWidget* parent) : QProgressBar(parent) { setTextVisible(false); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+void SlimBar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const auto colours = palette();
+    auto groove = colours.color(QPalette::Text);
+    groove.setAlphaF(kGrooveStrength);
+    const double rounding = height() / 2.0;
+    painter.setBrush(groove);
+    painter.drawRoundedRect(rect(), rounding, rounding);
+    if (value() <= minimum()) return;
+    const double share = double(value() - minimum()) / std::max(maximum() - minimum(), 1);
+    const int length = std::max(static_cast<int>(share * width()), height());
+    painter.setBrush(accent(colours));
+    painter.drawRoundedRect(
+        QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, length, height())), rounding,
+        rounding);
+}
 
 QString withKey(const QString& text, const QKeySequence& key) {
     return QStringLiteral("%1 (%2)").arg(text, key.toString(QKeySequence::NativeText));
@@ -164,7 +194,7 @@ void JobRow::showJob(ConversionJob& job) {
     poster_->showMovie(job.fileInfo().fileURL);
     name_->setText(toQString(job.fileInfo().fileName));
     nameControls();
-    toldState_ = {};
+    announcedState_ = {};
     slowDisk_.setAwaited(false);
     refresh();
 }
@@ -193,8 +223,8 @@ void JobRow::refresh() {
     if (job_ == nullptr) return;
     status_->setText(toQString(job_->stateInfoString()));
     const auto state = job_->state();
-    const auto told = commands_.rowNote(*job_);
-    const auto outcome = told.warns                              ? icons_.warning
+    const auto note = commands_.rowNote(*job_);
+    const auto outcome = note.warns                              ? icons_.warning
                          : state == ConversionJobState::Finished ? icons_.finished
                          : state == ConversionJobState::Failed   ? icons_.failed
                                                                  : QIcon();
@@ -207,13 +237,13 @@ void JobRow::refresh() {
                                                               : 1);  // it has the third to itself
     slowDisk_.setAwaited(job_->isStarting());
     const bool underWay = showProgress();
-    const bool noted = showNote(toQString(told.text));
+    const bool noted = showNote(toQString(note.text));
     facts_->setVisible(underWay || noted);  // else the other lines move to the middle
     showButtons();
-    if (std::exchange(toldState_, state) != state) tellNameChange();
+    if (std::exchange(announcedState_, state) != state) announceNameChange();
 }
 
-void JobRow::tellNameChange() {
+void JobRow::announceNameChange() {
     if (!QAccessible::isActive()) return;
     QAccessibleEvent event(this, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&event);
@@ -299,35 +329,6 @@ void JobRow::updateGround() {
 void JobRow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitToFont();
     QWidget::changeEvent(event);
-}
-
-namespace {
-
-constexpr float kGrooveStrength = 0.16F;
-
-}  // namespace
-
-SlimBar::SlimBar(QWidget* parent) : QProgressBar(parent) {
-    setTextVisible(false);
-}
-
-void SlimBar::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    const auto colours = palette();
-    auto groove = colours.color(QPalette::Text);
-    groove.setAlphaF(kGrooveStrength);
-    const double rounding = height() / 2.0;
-    painter.setBrush(groove);
-    painter.drawRoundedRect(rect(), rounding, rounding);
-    if (value() <= minimum()) return;
-    const double share = double(value() - minimum()) / std::max(maximum() - minimum(), 1);
-    const int length = std::max(static_cast<int>(share * width()), height());
-    painter.setBrush(accent(colours));
-    painter.drawRoundedRect(
-        QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, length, height())), rounding,
-        rounding);
 }
 
 }  // namespace reelvane

@@ -5,7 +5,6 @@
 #include <optional>
 
 #include <QIcon>
-#include <QProgressBar>
 #include <QWidget>
 
 #include "conversion/status_line.h"
@@ -15,6 +14,7 @@
 
 class QBoxLayout;
 class QLabel;
+class QProgressBar;
 
 namespace reelvane {
 
@@ -24,7 +24,6 @@ class IconView;
 class Icons;
 class PosterFrames;
 class PosterView;
-class SlimBar;
 
 /// The pictures of the rows, read once for all of them.
 struct JobIcons {
@@ -79,7 +78,7 @@ private:
     void fitToFont();
     void nameControls();
     /// What there is to say of the row has changed.
-    void tellNameChange();
+    void announceNameChange();
     bool showProgress();  ///< true: there is any
     bool showNote(QString text);
     void showButtons();
@@ -88,7 +87,7 @@ private:
     JobCommands& commands_;
     const JobIcons& icons_;
     ConversionJob* job_ = nullptr;
-    std::optional<ConversionJobState> toldState_;  ///< what assistive programs know
+    std::optional<ConversionJobState> announcedState_;  ///< what assistive programs know
     Subscription subscription_;
     SlowDisk slowDisk_{[this] { refresh(); }};
     PosterView* poster_ = nullptr;
@@ -96,7 +95,7 @@ private:
     IconView* outcome_ = nullptr;
     ElidedLabel* status_ = nullptr;
     QWidget* facts_ = nullptr;  ///< the third line
-    SlimBar* progress_ = nullptr;
+    QProgressBar* progress_ = nullptr;
     QLabel* percent_ = nullptr;
     QLabel* remaining_ = nullptr;  ///< shown while something is known of it
     IconView* noteIcon_ = nullptr;
@@ -105,15 +104,6 @@ private:
     QBoxLayout* texts_ = nullptr;       ///< the three lines
     QBoxLayout* statusLine_ = nullptr;  ///< the second one
     QBoxLayout* buttonColumns_ = nullptr;
-};
-
-/// A slim progress bar that can be told from its ground in every theme, even when nothing is done.
-class SlimBar final : public QProgressBar {
-public:
-    explicit SlimBar(QWidget* parent);
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
 };
 
 }  // namespace reelvane

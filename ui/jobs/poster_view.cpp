@@ -25,13 +25,16 @@
 namespace reelvane {
 namespace {
 
-using std::filesystem::path;
-
 constexpr qsizetype kMemory = qsizetype{16} << 20U;  // bytes: more than a hundred posters
 // Long, because what gives way to all else is slow on a busy machine.
 constexpr auto kTimeLimit = std::chrono::seconds(30);
 // How many threads of the background may be lost to folders that do not answer. Others need some.
 constexpr int kMostLost = 2;
+constexpr double kRounding = 0.08;  // of the height
+constexpr double kStandInShare = 0.45;
+constexpr double kGroundShare = 0.09;
+
+using std::filesystem::path;
 
 struct Poster {
     ThumbnailOriginal original{};
@@ -138,11 +141,11 @@ private:
                 if (const auto alive = queue.lock()) alive->finish(number, movie, poster);
             });
         });
-        running.limit = ports_.dispatcher.every(kTimeLimit, [this] { giveUp(); });
+        running.limit = ports_.dispatcher.every(kTimeLimit, [this] { endAttempt(); });
     }
 
     /// First by asking. One that does not end even then waits for a folder that does not answer.
-    void giveUp() {
+    void endAttempt() {
         if (!running_->stop.stop_requested()) {
             running_->stop.request_stop();
             return;
@@ -204,14 +207,6 @@ Subscription ThumbnailPosters::request(const path& movie, Arrived arrived) {
 QImage ThumbnailPosters::cached(const path& movie) const {
     return queue_->cached(movie);
 }
-
-namespace {
-
-constexpr double kRounding = 0.08;  // of the height
-constexpr double kStandInShare = 0.45;
-constexpr double kGroundShare = 0.09;
-
-}  // namespace
 
 PosterView::PosterView(PosterFrames& posters, QIcon standIn, QWidget* parent)
     : QWidget(parent),

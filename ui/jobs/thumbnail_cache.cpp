@@ -25,6 +25,12 @@ namespace {
 // The signature and the header chunk, which every PNG file begins with (ISO/IEC 15948, 5.2 and
 // 11.2.2).
 constexpr qsizetype kHeaderSize = 8 + 25;
+constexpr const char* kUriKey = "Thumb::URI";
+constexpr const char* kTimeKey = "Thumb::MTime";
+constexpr const char* kSizeKey = "Thumb::Size";
+constexpr const char* kOwnSize = "large";
+// A larger one that another program has made serves as well.
+constexpr std::array<const char*, 3> kGoodSizes = {kOwnSize, "x-large", "xx-large"};
 
 /// The checksum of a chunk (ISO/IEC 15948, annex D).
 std::uint32_t crcOf(const QByteArray& bytes) {
@@ -52,25 +58,7 @@ QByteArray textChunk(const std::string& key, const std::string& value) {
     return bigEndian(length) + content + bigEndian(crcOf(content));
 }
 
-}  // namespace
-
-QByteArray withTexts(const QByteArray& png, const PngTexts& texts) {
-    auto result = png.first(kHeaderSize);
-    for (const auto& [key, value] : texts) result += textChunk(key, value);
-    return result + png.sliced(kHeaderSize);
-}
-
-namespace {
-
 using std::filesystem::path;
-
-constexpr const char* kUriKey = "Thumb::URI";
-constexpr const char* kTimeKey = "Thumb::MTime";
-constexpr const char* kSizeKey = "Thumb::Size";
-
-constexpr const char* kOwnSize = "large";
-// A larger one that another program has made serves as well.
-constexpr std::array<const char*, 3> kGoodSizes = {kOwnSize, "x-large", "xx-large"};
 
 path canonicalPath(const path& file) {
     return Fennimar::absolutePath(file).lexically_normal();
@@ -132,6 +120,12 @@ void replaceFile(const path& file, const QByteArray& content) {
 }
 
 }  // namespace
+
+QByteArray withTexts(const QByteArray& png, const PngTexts& texts) {
+    auto result = png.first(kHeaderSize);
+    for (const auto& [key, value] : texts) result += textChunk(key, value);
+    return result + png.sliced(kHeaderSize);
+}
 
 std::string thumbnailUri(const path& file) {
     const auto bytes = QByteArray::fromStdString(canonicalPath(file).native());

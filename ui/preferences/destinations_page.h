@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QStyledItemDelegate>
-
 #include "app/saved_destinations.h"
 #include "support/observable.h"
 #include "ui/preferences/preference_page.h"
@@ -37,20 +35,6 @@ private:
     QAbstractButton* down_ = nullptr;
     SavedDestinations saved_;  ///< as listed
     Subscription subscription_;
-};
-
-/// Draws a saved folder: its name, and below it the path, which gives way in the middle. The name
-/// is the item's text.
-class FolderDelegate final : public QStyledItemDelegate {
-public:
-    static constexpr int kPathRole = Qt::UserRole;
-
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override;
-    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
-                                 const QModelIndex& index) const override;
 };
 
 }  // namespace reelvane

@@ -31,6 +31,11 @@ namespace {
 
 constexpr int kMenuCharacters = 22;
 constexpr int kMenuRows = 16;
+constexpr int kNormal = 100;  // per cent, as the next three
+constexpr int kSliderEnd = 300;
+constexpr int kStep = 5;
+constexpr int kSnap = 4;  // so near, the slider means 100
+constexpr std::chrono::milliseconds kRest{300};
 
 /// How far the text of a check box or a radio button stands in.
 int textIndent(const QStyle& style, QStyle::PixelMetric indicator, QStyle::PixelMetric gap) {
@@ -164,16 +169,6 @@ PreferenceRadioButtons::PreferenceRadioButtons(Preferences& preferences, const P
 void PreferenceRadioButtons::showStored() {
     if (auto* const button = buttons_->button(storedInteger())) button->setChecked(true);
 }
-
-namespace {
-
-constexpr int kNormal = 100;
-constexpr int kSliderEnd = 300;
-constexpr int kStep = 5;
-constexpr int kSnap = 4;  ///< so near, the slider means 100
-constexpr std::chrono::milliseconds kRest{300};
-
-}  // namespace
 
 PreferenceSlider::PreferenceSlider(Preferences& preferences, const PreferenceText& text,
                                    Explain explain, QWidget* parent)

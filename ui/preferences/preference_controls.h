@@ -13,6 +13,10 @@ class QBoxLayout;
 class QButtonGroup;
 class QCheckBox;
 class QComboBox;
+class QLabel;
+class QLayout;
+class QSlider;
+class QSpinBox;
 class QStandardItem;
 
 namespace reelvane {
@@ -116,15 +120,6 @@ private:
     QButtonGroup* buttons_;
 };
 
-}  // namespace reelvane
-
-class QLabel;
-class QLayout;
-class QSlider;
-class QSpinBox;
-
-namespace reelvane {
-
 /// A number in per cent on a slider and in a field beside it. The slider covers the useful part of
 /// the range and marks 100; the field takes all of it. Written when the user lets go, or comes to
 /// rest.
@@ -163,13 +158,6 @@ private:
     Explain explain_;
     QTimer rest_;
 };
-
-}  // namespace reelvane
-
-class QBoxLayout;
-class QWidget;
-
-namespace reelvane {
 
 /// Puts a field into the column, with its label before it and a sentence of help below. Label and
 /// help are also the field's accessible name and description.

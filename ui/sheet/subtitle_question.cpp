@@ -68,8 +68,8 @@ SubtitleQuestion::SubtitleQuestion(std::function<void(std::string name)> chosen,
     items->addWidget(label);
     items->addWidget(encodings_);
     items->addWidget(lines_, 1);
-    connect(encodings_, &QComboBox::activated, this, [this, told = std::move(chosen)] {
-        told(encodings_->currentData().toString().toStdString());
+    connect(encodings_, &QComboBox::activated, this, [this, chosen = std::move(chosen)] {
+        chosen(encodings_->currentData().toString().toStdString());
     });
 }
 

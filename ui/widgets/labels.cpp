@@ -22,6 +22,21 @@ namespace reelvane {
 namespace {
 
 constexpr int kLeastCharacters = 6;
+constexpr double kFocusWidth = 2;  // in points, as the rounding
+constexpr double kFocusRounding = 4;
+
+QAccessibleInterface* makeAccessibleLabel(const QString& /*className*/, QObject* object) {
+    auto* const label = dynamic_cast<QuietLabel*>(object);
+    if (label == nullptr || label->spoken() == QuietLabel::Spoken::Here) return nullptr;
+    return new QAccessibleWidget(label, QAccessible::Client);
+}
+
+/// Screen readers take it for the label that it looks like, not for a field to write in.
+QAccessibleInterface* makeAccessibleText(const QString& /*className*/, QObject* object) {
+    auto* const view = dynamic_cast<PlainTextView*>(object);
+    if (view == nullptr) return nullptr;
+    return new QAccessibleWidget(view, QAccessible::StaticText, view->toPlainText());
+}
 
 }  // namespace
 
@@ -43,17 +58,17 @@ QStringList ElidedLabel::lines(int width) const {
     const auto text = line();
     QTextLayout layout(text, font());
     QStringList lines;
-    int told = 0;
+    int shown = 0;
     layout.beginLayout();
     while (lines.size() + 1 < mostLines_) {
         auto next = layout.createLine();
         if (!next.isValid()) break;
         next.setLineWidth(width);
-        lines << text.mid(told, next.textLength());
-        told += next.textLength();
+        lines << text.mid(shown, next.textLength());
+        shown += next.textLength();
     }
     layout.endLayout();
-    if (told < text.size()) lines << fontMetrics().elidedText(text.mid(told), mode_, width);
+    if (shown < text.size()) lines << fontMetrics().elidedText(text.mid(shown), mode_, width);
     return lines;
 }
 
@@ -112,16 +127,6 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-namespace {
-
-QAccessibleInterface* makeAccessibleLabel(const QString& /*className*/, QObject* object) {
-    auto* const label = dynamic_cast<QuietLabel*>(object);
-    if (label == nullptr || label->spoken() == QuietLabel::Spoken::Here) return nullptr;
-    return new QAccessibleWidget(label, QAccessible::Client);
-}
-
-}  // namespace
-
 QuietLabel::QuietLabel(const QString& text, QWidget* parent, Spoken spoken)
     : QLabel(parent),
       spoken_(spoken) {
@@ -142,17 +147,6 @@ void QuietLabel::paintEvent(QPaintEvent* /*event*/) {
     const auto side = QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::AlignAbsolute;
     painter.drawText(contentsRect(), static_cast<int>(side) | Qt::TextWordWrap, text());
 }
-
-namespace {
-
-/// Screen readers take it for the label that it looks like, not for a field to write in.
-QAccessibleInterface* makeAccessibleText(const QString& /*className*/, QObject* object) {
-    auto* const view = dynamic_cast<PlainTextView*>(object);
-    if (view == nullptr) return nullptr;
-    return new QAccessibleWidget(view, QAccessible::StaticText, view->toPlainText());
-}
-
-}  // namespace
 
 PlainTextView::PlainTextView(const QString& text, const QFont& font, QWidget* parent)
     : QTextEdit(parent) {
@@ -194,13 +188,6 @@ void PlainTextView::fit(int width, int tallest) {
     }
     setFixedSize(width, std::min(needed, tallest));
 }
-
-namespace {
-
-constexpr double kFocusWidth = 2;  // in points, as the rounding
-constexpr double kFocusRounding = 4;
-
-}  // namespace
 
 FlatButton::FlatButton(QWidget* parent) : QToolButton(parent) {
     setAutoRaise(true);

@@ -9,13 +9,14 @@ constexpr int kPatienceMilliseconds = 400;
 
 }  // namespace
 
-SlowDisk::SlowDisk(std::function<void()> told) {
+SlowDisk::SlowDisk(std::function<void()> becameSlow) {
     patience_.setSingleShot(true);
     patience_.setInterval(kPatienceMilliseconds);
-    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this, told = std::move(told)] {
-        slow_ = true;
-        told();
-    });
+    QObject::connect(&patience_, &QTimer::timeout, &patience_,
+                     [this, becameSlow = std::move(becameSlow)] {
+                         slow_ = true;
+                         becameSlow();
+                     });
 }
 
 void SlowDisk::setAwaited(bool awaited) {

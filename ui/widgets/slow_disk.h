@@ -10,8 +10,8 @@ namespace reelvane {
 /// before anybody could read that.
 class SlowDisk {
 public:
-    /// `told` is called when the disk has become slow.
-    explicit SlowDisk(std::function<void()> told);
+    /// `becameSlow` is called when the disk has become slow.
+    explicit SlowDisk(std::function<void()> becameSlow);
 
     /// The disk is being asked, or has answered.
     void setAwaited(bool awaited);

@@ -1,5 +1,8 @@
 #include "ui/windows/about_dialog.h"
 
+#include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include <QApplication>
@@ -13,6 +16,7 @@
 #include "app/app_delegate.h"
 #include "media/probe.h"
 #include "support/localization.h"
+#include "support/ports/child_process.h"
 #include "support/ports/host.h"
 #include "support/vantor.h"
 #include "ui/widgets/icons.h"
@@ -20,6 +24,64 @@
 #include "ui/windows/window_frame.h"
 
 namespace reelvane {
+namespace {
+
+ProbeToolProblem problemOf(LaunchError error) {
+    switch (error) {
+        case LaunchError::NotFound:
+            return ProbeToolProblem::Missing;
+        case LaunchError::NoResources:
+            return ProbeToolProblem::NoResources;
+        default:
+            return ProbeToolProblem::Broken;
+    }
+}
+
+}  // namespace
+
+/// Asks the shipped ffmpeg for its version, beside the main loop. The asking ends with the object.
+class AboutDialog::FFmpegVersion final : private ProcessListener {
+public:
+    /// The version, or else the sentences that say what is wrong with ffmpeg and what to do.
+    struct Answer {
+        std::string version{};
+        std::string problem{};
+    };
+    using Answered = std::function<void(const Answer&)>;
+
+    /// `answered` is called once, perhaps before this returns.
+    FFmpegVersion(const Vantor& vantor, Answered answered)
+        : vantor_(vantor),
+          answered_(std::move(answered)) {
+        auto launched = vantor.ports().processLauncher.launch(
+            {.executable = resourceURL(vantor, "ffmpeg"), .arguments = {"-version"}}, *this);
+        child_ = std::move(launched.child);
+        if (child_ == nullptr) answerProblem(problemOf(launched.error));
+    }
+
+private:
+    void outputReceived(std::string_view bytes) override { output_ += bytes; }
+    void taskFinished(int exitStatus, std::string_view remainingOutput) override {
+        output_ += remainingOutput;
+        child_.reset();
+        auto version = exitStatus == 0 ? versionInOutput(output_) : std::string();
+        if (version.empty()) {
+            answerProblem(ProbeToolProblem::Broken);
+        } else {
+            answered_({.version = std::move(version)});
+        }
+    }
+
+    void answerProblem(ProbeToolProblem problem) {
+        const auto& ports = vantor_.ports();
+        answered_({.problem = toolProblemText(ports.translations, problem, ports.mainBundle)});
+    }
+
+    const Vantor& vantor_;
+    Answered answered_;
+    std::string output_;
+    std::unique_ptr<ChildProcess> child_;
+};
 
 AboutDialog::AboutDialog(const UiContext& context, QWidget* parent)
     : QDialog(parent),
@@ -90,43 +152,6 @@ QString AboutDialog::report() const {
     auto text = toQString(context_.vantor.appName()) + '\n';
     for (const auto& [name, value] : facts_) text += name + ' ' + value->text() + '\n';
     return text;
-}
-
-namespace {
-
-ProbeToolProblem problemOf(LaunchError error) {
-    switch (error) {
-        case LaunchError::NotFound:
-            return ProbeToolProblem::Missing;
-        case LaunchError::NoResources:
-            return ProbeToolProblem::NoResources;
-        default:
-            return ProbeToolProblem::Broken;
-    }
-}
-
-FFmpegVersion::Answer failed(const Vantor& vantor, ProbeToolProblem problem) {
-    const auto& ports = vantor.ports();
-    return {.problem = toolProblemText(ports.translations, problem, ports.mainBundle)};
-}
-
-}  // namespace
-
-FFmpegVersion::FFmpegVersion(const Vantor& vantor, Told told)
-    : vantor_(vantor),
-      told_(std::move(told)) {
-    auto launched = vantor.ports().processLauncher.launch(
-        {.executable = resourceURL(vantor, "ffmpeg"), .arguments = {"-version"}}, *this);
-    child_ = std::move(launched.child);
-    if (child_ == nullptr) told_(failed(vantor, problemOf(launched.error)));
-}
-
-void FFmpegVersion::taskFinished(int exitStatus, std::string_view remainingOutput) {
-    output_ += remainingOutput;
-    child_.reset();
-    auto version = exitStatus == 0 ? versionInOutput(output_) : std::string();
-    told_(version.empty() ? failed(vantor_, ProbeToolProblem::Broken)
-                          : Answer{.version = std::move(version)});
 }
 
 }  // namespace reelvane

@@ -34,6 +34,10 @@ namespace reelvane {
 namespace {
 
 constexpr int kMostRows = 12;
+constexpr int kWidestLine = 62;         ///< in average characters: comfortable to read
+constexpr double kTitleShare = 0.2;     ///< of the screen's height, at most
+constexpr double kMessageShare = 0.45;  ///< the same
+constexpr const char* kProgramImage = "reelvane.svg";
 
 AlertAccessoryView makeCheckbox(const AlertAccessory& accessory, QWidget* parent) {
     auto* const box = new QCheckBox(toControlText(accessory.label), parent);
@@ -110,7 +114,7 @@ AlertAccessoryView makeRadioColumn(const AlertAccessory& accessory, QWidget* par
     return {scroller, first, [group](AlertAnswer& answer) { answer.index = group->checkedId(); }};
 }
 
-AlertAccessoryView make(const AlertAccessory& accessory, QWidget* parent) {
+AlertAccessoryView makeUnsized(const AlertAccessory& accessory, QWidget* parent) {
     using Kind = AlertAccessory::Kind;
     switch (accessory.kind) {
         case Kind::Checkbox:
@@ -132,11 +136,10 @@ AlertAccessoryView make(const AlertAccessory& accessory, QWidget* parent) {
     return {};
 }
 
-}  // namespace
-
+/// `name` is what the user is asked for.
 AlertAccessoryView makeAccessoryView(const AlertAccessory& accessory, const QString& name,
                                      QWidget* parent) {
-    auto view = make(accessory, parent);
+    auto view = makeUnsized(accessory, parent);
     if (view.widget == nullptr) return view;
     // Sizes are the least: a large font needs more.
     view.widget->setMinimumWidth(static_cast<int>(accessory.width));
@@ -146,12 +149,6 @@ AlertAccessoryView makeAccessoryView(const AlertAccessory& accessory, const QStr
     if (accessory.kind != AlertAccessory::Kind::Checkbox) view.widget->setAccessibleName(name);
     return view;
 }
-
-namespace {
-
-constexpr int kWidestLine = 62;         ///< in average characters: comfortable to read
-constexpr double kTitleShare = 0.2;     ///< of the screen's height, at most
-constexpr double kMessageShare = 0.45;  ///< the same
 
 QDialogButtonBox::ButtonRole roleOf(std::size_t button, std::size_t count) {
     if (button == 0) return QDialogButtonBox::AcceptRole;
@@ -280,12 +277,6 @@ AlertAnswer AlertBox::answer() const {
     if (accessory_.read) accessory_.read(answer);
     return answer;
 }
-
-namespace {
-
-constexpr const char* kProgramImage = "reelvane.svg";
-
-}  // namespace
 
 AlertAnswer QtAlerts::runModal(const AlertContent& content) {
     if (ended_) return {.button = cautiousButton(content)};

@@ -10,9 +10,13 @@
 
 #include "support/ports/alerts.h"
 
+class QCheckBox;
+class QDialogButtonBox;
 class QWidget;
 
 namespace reelvane {
+
+class Icons;
 
 /// The control of an alert that asks for a value.
 struct AlertAccessoryView {
@@ -20,17 +24,6 @@ struct AlertAccessoryView {
     QWidget* focus = nullptr;                  ///< what the keyboard goes to; null: to a button
     std::function<void(AlertAnswer&)> read{};  ///< fills in the value at the end
 };
-
-/// `name` is what the user is asked for.
-[[nodiscard]] AlertAccessoryView makeAccessoryView(const AlertAccessory& accessory,
-                                                   const QString& name, QWidget* parent);
-
-}  // namespace reelvane
-
-class QCheckBox;
-class QDialogButtonBox;
-
-namespace reelvane {
 
 /// One alert as a dialog. All its texts are plain.
 class AlertBox final : public QDialog {
@@ -52,15 +45,6 @@ private:
     QDialogButtonBox* buttons_ = nullptr;
     ButtonResult button_;
 };
-
-}  // namespace reelvane
-
-class QWidget;
-
-namespace reelvane {
-
-class AlertBox;
-class Icons;
 
 /// Alerts as message boxes. One that is raised while another is open stands in front of it and is
 /// answered first: the earlier one is still waiting further down the stack.

@@ -6,8 +6,8 @@
 #include "ui/ui_context.h"
 #include "ui/widgets/qt_text.h"
 
-class QMenuBar;
 class QMenu;
+class QMenuBar;
 
 namespace reelvane {
 

@@ -22,6 +22,7 @@ namespace {
 
 constexpr double kNoticeGround = 0.12;
 constexpr double kNoticeLine = 0.2;
+constexpr int kReasonLines = 7;
 
 }  // namespace
 
@@ -58,12 +59,6 @@ void NoticeBar::paintEvent(QPaintEvent* /*event*/) {
     painter.fillRect(0, edge_ == Edge::Above ? height() - 1 : 0, width(), 1,
                      mixed(window, colours.color(QPalette::WindowText), kNoticeLine));
 }
-
-namespace {
-
-constexpr int kReasonLines = 7;
-
-}  // namespace
 
 RefusedFilesBar::RefusedFilesBar(RefusedFiles& refused, QWidget* parent)
     : QFrame(parent),

@@ -8,11 +8,14 @@
 
 #include "support/observable.h"
 
+class QLabel;
+class QPlainTextEdit;
 class QPushButton;
 
 namespace reelvane {
 
 class ElidedLabel;
+class RefusedFiles;
 
 /// A line above or below the job list that says something and offers one thing to do about it.
 /// Hidden it takes no room. A screen reader reads it out as soon as it is shown.
@@ -34,15 +37,6 @@ private:
     ElidedLabel* text_ = nullptr;
     QPushButton* button_ = nullptr;
 };
-
-}  // namespace reelvane
-
-class QLabel;
-class QPlainTextEdit;
-
-namespace reelvane {
-
-class RefusedFiles;
 
 /// Lists at the bottom of the window what of a batch was not taken and why, until it is closed. It
 /// takes neither the keyboard nor a click from what the user is doing.

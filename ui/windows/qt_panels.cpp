@@ -46,6 +46,14 @@ bool mayReplace(const std::filesystem::path& path, QWidget* window) {
     return answer.button == kFirstButton;
 }
 
+/// Qt's own dialog knows no names that are not UTF-8: it starts in the nearest folder that is.
+std::filesystem::path shownFolder(std::filesystem::path folder) {
+    while (toQString(folder.native()).toStdString() != folder.native()) {
+        folder = folder.parent_path();
+    }
+    return folder;
+}
+
 }  // namespace
 
 QtPanels::QtPanels(Dispatcher& dispatcher) : dispatcher_(dispatcher) {
@@ -176,18 +184,6 @@ void QtPanels::giveAnswers() {
         answer(paths);  // last, since it may ask the user more and so take its time
     }
 }
-
-namespace {
-
-/// Qt's own dialog knows no names that are not UTF-8: it starts in the nearest folder that is.
-std::filesystem::path shownFolder(std::filesystem::path folder) {
-    while (toQString(folder.native()).toStdString() != folder.native()) {
-        folder = folder.parent_path();
-    }
-    return folder;
-}
-
-}  // namespace
 
 std::filesystem::path withExtension(const std::filesystem::path& path,
                                     const std::string& extension) {

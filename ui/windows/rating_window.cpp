@@ -50,6 +50,30 @@ void askToTurnOff(Vantor& vantor) {
     if (answer == kSecondButton) vantor.preferences().setDefaultInt(kDontAskAgainKey, 1);
 }
 
+struct Ability {
+    QString name;
+    QString explanation;
+};
+
+QList<Ability> abilities() {
+    return {
+        {PromotionWindow::tr("The picture stays as it is"),
+         PromotionWindow::tr("Video is copied, not converted again. Nothing is lost, and a whole "
+                             "movie is done in minutes.")},
+        {PromotionWindow::tr("Sound that plays"),
+         PromotionWindow::tr("Stereo for every device, and the surround sound beside it where you "
+                             "want both.")},
+        {PromotionWindow::tr("Subtitles come along"),
+         PromotionWindow::tr(
+             "Subtitle files that you drop with a movie, and those inside it if you like.")},
+        {PromotionWindow::tr("A queue that works alone"),
+         PromotionWindow::tr("Drop many movies at once, pause whenever you need the computer, and "
+                             "find everything done.")},
+        {PromotionWindow::tr("In the terminal, too"),
+         PromotionWindow::tr("“reelvane-cli convert” does the same for scripts and servers.")},
+    };
+}
+
 }  // namespace
 
 RatingWindow::RatingWindow(const UiContext& context, const QString& introText, QString& draft,
@@ -180,34 +204,6 @@ void RatingWindow::dontshowClicked() {
     close();  // and this may be gone while the alert is open
     askToTurnOff(vantor);
 }
-
-namespace {
-
-struct Ability {
-    QString name;
-    QString explanation;
-};
-
-QList<Ability> abilities() {
-    return {
-        {PromotionWindow::tr("The picture stays as it is"),
-         PromotionWindow::tr("Video is copied, not converted again. Nothing is lost, and a whole "
-                             "movie is done in minutes.")},
-        {PromotionWindow::tr("Sound that plays"),
-         PromotionWindow::tr("Stereo for every device, and the surround sound beside it where you "
-                             "want both.")},
-        {PromotionWindow::tr("Subtitles come along"),
-         PromotionWindow::tr(
-             "Subtitle files that you drop with a movie, and those inside it if you like.")},
-        {PromotionWindow::tr("A queue that works alone"),
-         PromotionWindow::tr("Drop many movies at once, pause whenever you need the computer, and "
-                             "find everything done.")},
-        {PromotionWindow::tr("In the terminal, too"),
-         PromotionWindow::tr("“reelvane-cli convert” does the same for scripts and servers.")},
-    };
-}
-
-}  // namespace
 
 PromotionWindow::PromotionWindow(const UiContext& context, QWidget* parent) : QDialog(parent) {
     auto& vantor = context.vantor;

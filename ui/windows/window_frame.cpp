@@ -21,8 +21,33 @@ namespace {
 
 // The program's own memory, like its counters: nothing that a user would set.
 constexpr std::string_view kMainWindowFrameKey = "MainWindowFrame";
-
 constexpr QSize kComfortableSize(760, 560);
+constexpr double kHeadingSize = 1.3;
+constexpr int kLineLength = 52;  ///< in average characters
+constexpr int kPictureLines = 4;
+
+QLabel* makeText(const QString& text, QWidget* parent) {
+    auto* const label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * kLineLength);
+    return label;
+}
+
+QLabel* makeHeading(const QString& text, QWidget* parent) {
+    auto* const label = makeText(text, parent);
+    auto font = label->font();
+    font.setBold(true);
+    if (font.pointSizeF() > 0) font.setPointSizeF(font.pointSizeF() * kHeadingSize);
+    label->setFont(font);
+    return label;
+}
+
+QAccessibleInterface* makeAccessibleStack(const QString& /*className*/, QObject* object) {
+    auto* const stack = dynamic_cast<PageStack*>(object);
+    return stack == nullptr ? nullptr : new QAccessibleWidget(stack, QAccessible::Client);
+}
 
 }  // namespace
 
@@ -46,32 +71,6 @@ void bringToFront(QWidget& window) {
     window.raise();
     window.activateWindow();
 }
-
-namespace {
-
-constexpr double kHeadingSize = 1.3;
-constexpr int kLineLength = 52;  ///< in average characters
-constexpr int kPictureLines = 4;
-
-QLabel* makeText(const QString& text, QWidget* parent) {
-    auto* const label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setText(text);
-    label->setWordWrap(true);
-    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * kLineLength);
-    return label;
-}
-
-QLabel* makeHeading(const QString& text, QWidget* parent) {
-    auto* const label = makeText(text, parent);
-    auto font = label->font();
-    font.setBold(true);
-    if (font.pointSizeF() > 0) font.setPointSizeF(font.pointSizeF() * kHeadingSize);
-    label->setFont(font);
-    return label;
-}
-
-}  // namespace
 
 QLabel* makeParagraph(const QString& text, QWidget* parent) {
     auto* const label = makeText(text, parent);
@@ -99,15 +98,6 @@ QLayout* makeIntroduction(const QIcon& picture, const QString& heading, const QS
     row->addLayout(texts, 1);
     return row;
 }
-
-namespace {
-
-QAccessibleInterface* makeAccessibleStack(const QString& /*className*/, QObject* object) {
-    auto* const stack = dynamic_cast<PageStack*>(object);
-    return stack == nullptr ? nullptr : new QAccessibleWidget(stack, QAccessible::Client);
-}
-
-}  // namespace
 
 PageStack::PageStack(QWidget* parent) : QStackedWidget(parent) {
     QAccessible::installFactory(makeAccessibleStack);

@@ -3,6 +3,9 @@
 #include <QStackedWidget>
 #include <QString>
 
+class QIcon;
+class QLabel;
+class QLayout;
 class QWidget;
 
 namespace reelvane {
@@ -15,23 +18,8 @@ void restoreFrame(QWidget& window, const Preferences& preferences);
 /// Remembers where the window is. The write is done in the background.
 void rememberFrame(const QWidget& window, Preferences& preferences);
 
-}  // namespace reelvane
-
-class QWidget;
-
-namespace reelvane {
-
 /// Shows the window in front of the others, with the keyboard, even when it is minimised.
 void bringToFront(QWidget& window);
-
-}  // namespace reelvane
-
-class QIcon;
-class QLabel;
-class QLayout;
-class QWidget;
-
-namespace reelvane {
 
 /// Text of any length in lines that are comfortable to read; the user may copy it.
 [[nodiscard]] QLabel* makeParagraph(const QString& text, QWidget* parent);
