@@ -82,7 +82,7 @@ private:
     JobListView& list_;
 };
 
-QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleJobs(const QString& /*className*/, QObject* object) {
     // Qt takes over what is made here.
     if (auto* const list = dynamic_cast<JobListView*>(object)) return new AccessibleList(*list);
     auto* const row = dynamic_cast<JobRow*>(object);
@@ -94,7 +94,7 @@ QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {
 }  // namespace
 
 void describeJobLists() {
-    QAccessible::installFactory(describe);
+    QAccessible::installFactory(makeAccessibleJobs);
 }
 
 }  // namespace reelvane

@@ -21,12 +21,11 @@
 #include "ui/widgets/theme.h"
 
 namespace reelvane {
-
 namespace {
 
 constexpr int kInset = 2;
-constexpr double kRounding = 6;
-constexpr double kFocusWidth = 2;
+constexpr double kRowRounding = 6;
+constexpr double kRowFocusWidth = 2;
 constexpr float kLineStrength = 0.12F;
 
 /// Paints what lies behind the row widgets: selection, pointer and focus.
@@ -63,102 +62,20 @@ void RowGround::paint(QPainter* painter, const QStyleOptionViewItem& option,
     if (selected || hovered) {
         painter->setPen(Qt::NoPen);
         painter->setBrush(selected ? selectedGround(palette) : hoveredGround(palette));
-        painter->drawRoundedRect(shape, kRounding, kRounding);
+        painter->drawRoundedRect(shape, kRowRounding, kRowRounding);
     }
     const bool focused = list_.currentIndex() == index && list_.hasFocus();
     if (focused) {
-        const double half = kFocusWidth / 2;
-        painter->setPen(QPen(accent(palette), kFocusWidth));
+        const double half = kRowFocusWidth / 2;
+        painter->setPen(QPen(accent(palette), kRowFocusWidth));
         painter->setBrush(Qt::NoBrush);
-        painter->drawRoundedRect(shape.adjusted(half, half, -half, -half), kRounding - half,
-                                 kRounding - half);
+        painter->drawRoundedRect(shape.adjusted(half, half, -half, -half), kRowRounding - half,
+                                 kRowRounding - half);
     }
     painter->restore();
 }
 
 }  // namespace
-
-JobRowPool::JobRowPool(QWidget& list, MakeRow makeRow)
-    : list_(list),
-      makeRow_(std::move(makeRow)),
-      lastStation_(&list) {
-    addRow();  // it knows how tall a row is
-}
-
-JobRow& JobRowPool::addRow() {
-    auto* const row = makeRow_();
-    row->hide();
-    for (auto* const button : row->buttons()) {
-        QWidget::setTabOrder(lastStation_, button);
-        lastStation_ = button;
-    }
-    all_.push_back(row);
-    return *row;
-}
-
-int JobRowPool::rowHeight() const {
-    return all_.front()->minimumHeight();
-}
-
-std::vector<JobRow*> JobRowPool::rows() const {
-    std::vector<JobRow*> rows;
-    std::ranges::copy_if(all_, std::back_inserter(rows),
-                         [](const JobRow* row) { return row->job() != nullptr; });
-    return rows;
-}
-
-JobRow* JobRowPool::rowOf(const ConversionJob& job) const {
-    const auto found = std::ranges::find(all_, &job, &JobRow::job);
-    return found == all_.end() ? nullptr : *found;
-}
-
-void JobRowPool::showJobs(std::span<ConversionJob* const> jobs, QPoint topLeft, int width) {
-    for (auto* const row : rows()) {
-        if (std::ranges::find(jobs, row->job()) == jobs.end()) clear(*row);
-    }
-    QRect place(topLeft, QSize(width, rowHeight()));
-    for (auto* const job : jobs) {
-        auto* row = rowOf(*job);
-        if (row == nullptr) {
-            row = &freeRow();
-            row->showJob(*job);
-            row->setCurrent(job == current_);
-        }
-        row->setGeometry(place);
-        row->show();
-        place.translate(0, place.height());
-    }
-    for (auto* const row : all_) {
-        if (row->job() == nullptr) row->hide();
-    }
-}
-
-JobRow& JobRowPool::freeRow() {
-    const auto found = std::ranges::find(all_, nullptr, &JobRow::job);
-    return found == all_.end() ? addRow() : **found;
-}
-
-void JobRowPool::forget(const ConversionJob& job) {
-    if (current_ == &job) current_ = nullptr;
-    if (auto* const row = rowOf(job)) {
-        clear(*row);
-        row->hide();
-    }
-}
-
-void JobRowPool::clear(JobRow& row) {
-    if (row.isAncestorOf(QApplication::focusWidget())) list_.setFocus();
-    row.clear();
-}
-
-void JobRowPool::setCurrent(const ConversionJob* job) {
-    current_ = job;
-    for (auto* const row : rows()) row->setCurrent(row->job() == job);
-}
-
-void JobRowPool::refresh() const {
-    for (auto* const row : rows()) row->refresh();
-}
 
 JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidget* parent)
     : QListView(parent),

@@ -1,18 +1,13 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <span>
 #include <vector>
 
 #include <QListView>
 
 #include "ui/jobs/job_commands.h"
-#include "ui/jobs/job_row.h"
+#include "ui/jobs/job_row_pool.h"
 #include "ui/ui_context.h"
 #include "ui/widgets/qt_text.h"
-
-class QWidget;
 
 namespace reelvane {
 
@@ -20,40 +15,6 @@ class DetailsPopover;
 class JobActions;
 class JobListModel;
 class PosterFrames;
-
-/// The row widgets of a list: as many as are visible at once, whatever the list's length. Owned by
-/// the list; main thread only.
-class JobRowPool {
-public:
-    using MakeRow = std::function<JobRow*()>;
-
-    /// `list` gets the keyboard back from a row that goes out of sight.
-    JobRowPool(QWidget& list, MakeRow makeRow);
-
-    [[nodiscard]] int rowHeight() const;
-    /// The rows that show jobs, in no order.
-    [[nodiscard]] std::vector<JobRow*> rows() const;
-    [[nodiscard]] JobRow* rowOf(const ConversionJob& job) const;
-
-    /// Shows just these jobs, one under the other.
-    void showJobs(std::span<ConversionJob* const> jobs, QPoint topLeft, int width);
-    /// The job leaves the list.
-    void forget(const ConversionJob& job);
-    /// The row whose buttons the tab key reaches; null: none.
-    void setCurrent(const ConversionJob* job);
-    void refresh() const;
-
-private:
-    JobRow& addRow();
-    [[nodiscard]] JobRow& freeRow();
-    void clear(JobRow& row);
-
-    QWidget& list_;
-    MakeRow makeRow_;
-    std::vector<JobRow*> all_;  ///< children of the list; never empty
-    QWidget* lastStation_;      ///< of the tab key
-    const ConversionJob* current_ = nullptr;
-};
 
 /// Which row stands at the top of a list's view, and how much of it is scrolled away. It stays with
 /// its row while others come and go above; a list that shows its beginning goes on doing so.

@@ -20,8 +20,8 @@
 #include "ui/preferences/general_page.h"
 #include "ui/preferences/subtitles_page.h"
 #include "ui/widgets/icons.h"
+#include "ui/widgets/pages.h"
 #include "ui/widgets/qt_text.h"
-#include "ui/windows/window_frame.h"
 
 namespace reelvane {
 namespace {

@@ -20,8 +20,8 @@
 #include "support/ports/host.h"
 #include "support/vantor.h"
 #include "ui/widgets/icons.h"
+#include "ui/widgets/pages.h"
 #include "ui/widgets/qt_text.h"
-#include "ui/windows/window_frame.h"
 
 namespace reelvane {
 namespace {

@@ -8,10 +8,10 @@
 #include "conversion/conversion_job.h"
 #include "support/problem_reports.h"
 #include "support/vantor.h"
-#include "ui/jobs/command_bar.h"
 #include "ui/widgets/icons.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/windows/auxiliary_windows.h"
+#include "ui/windows/command_bar.h"
 
 namespace reelvane {
 

@@ -112,20 +112,18 @@ void QtPanels::findFolder(Window& window) {
                                                 : std::filesystem::path(movies.toStdString());
     // Found, or waited for long enough: whichever is first.
     const bool hasWindow = window.window != nullptr && window.window->isVisible();
-    const auto isAwaited = [this, &window, alive = std::weak_ptr(alive_), number = window.shown] {
-        return alive.lock() != nullptr && number == window.shown;
-    };
-    dispatcher_.asyncBackground([this, &window, isAwaited, hasWindow, wanted,
-                                 &dispatcher = dispatcher_] {
-        dispatcher.asyncMain([this, &window, isAwaited, hasWindow, found = nearestFolder(wanted)] {
-            if (isAwaited()) showFirst(window, hasWindow, found);
-        });
-    });
-    dispatcher_.afterMain(kPatience, [this, &window, isAwaited, hasWindow, wanted] {
-        if (!isAwaited()) return;
-        if (lastFolder_ == wanted) lastFolder_.clear();  // or each panel would lose a thread to it
-        showFirst(window, hasWindow, QDir::homePath().toStdString());
-    });
+    const auto isAwaited = [&window, number = window.shown] { return number == window.shown; };
+    errands_.run([wanted] { return nearestFolder(wanted); },
+                 [this, &window, isAwaited, hasWindow](const std::filesystem::path& found) {
+                     if (isAwaited()) showFirst(window, hasWindow, found);
+                 });
+    dispatcher_.afterMain(kPatience,
+                          errands_.whileHere([this, &window, isAwaited, hasWindow, wanted] {
+                              if (!isAwaited()) return;
+                              if (lastFolder_ == wanted)
+                                  lastFolder_.clear();  // else each panel loses a thread to it
+                              showFirst(window, hasWindow, QDir::homePath().toStdString());
+                          }));
 }
 
 void QtPanels::showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder,
@@ -153,24 +151,31 @@ void QtPanels::takeChoice(Window& window, Paths paths, bool unasked) {
         later_.start();
         return;
     }
-    const auto answer = [this, &window, alive = std::weak_ptr(alive_), paths](bool isThere) {
-        if (!alive.lock()) return;
-        const bool left = window.waiting.front().stop.stop_requested();
-        const bool hasWindow = window.window != nullptr && window.window->isVisible();
-        const bool agreed = !left && (!isThere || mayReplace(paths.front(), window.window));
-        if (!alive.lock()) return;
-        if (agreed || left) {
-            takeChoice(window, agreed ? paths : Paths(), false);
+    const auto lookForIt = [path = paths.front()] {
+        std::error_code error;
+        return std::filesystem::exists(std::filesystem::symlink_status(path, error));
+    };
+    errands_.run(lookForIt, [this, &window, paths](bool isThere) {
+        if (window.waiting.front().stop.stop_requested()) {
+            takeChoice(window, {}, false);
+        } else {
+            askToReplace(window, paths, isThere);
+        }
+    });
+}
+
+void QtPanels::askToReplace(Window& window, const Paths& paths, bool isThere) {
+    const bool hadWindow = window.window != nullptr && window.window->isVisible();
+    const auto goOn = errands_.whileHere([this, &window, paths, hadWindow](bool agreed) {
+        if (agreed) {
+            takeChoice(window, paths, false);
         } else {
             // The user may choose another name for the movie.
-            showFirst(window, hasWindow, paths.front().parent_path(), paths.front());
+            showFirst(window, hadWindow, paths.front().parent_path(), paths.front());
         }
-    };
-    dispatcher_.asyncBackground([path = paths.front(), answer, &dispatcher = dispatcher_] {
-        std::error_code error;
-        const bool isThere = std::filesystem::exists(std::filesystem::symlink_status(path, error));
-        dispatcher.asyncMain([answer, isThere] { answer(isThere); });
     });
+    // This may be gone when the question is answered.
+    goOn(!isThere || mayReplace(paths.front(), window.window));
 }
 
 void QtPanels::giveAnswers() {

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <memory>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -14,11 +13,11 @@
 #include <QTimer>
 #include <QWidget>
 
+#include "support/errands.h"
 #include "support/ports/panels.h"
 
 namespace reelvane {
 
-class Dispatcher;
 class FilePanel;
 
 /// Panels as the desktop's file dialogs, which hang on their window and leave the other windows
@@ -71,14 +70,14 @@ private:
     void showFirst(Window& window, bool hadWindow, const std::filesystem::path& folder,
                    const std::filesystem::path& again = {});
     void takeChoice(Window& window, Paths paths, bool unasked);
+    void askToReplace(Window& window, const Paths& paths, bool isThere);
     void giveAnswers();
 
     Dispatcher& dispatcher_;
     std::map<PanelParent, Window> windows_;
     std::filesystem::path lastFolder_;  ///< where the user last chose something
     QTimer later_;                      ///< gives answers when their panels are gone
-    // Shared only so that what comes from the background can tell that this is gone.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Errands errands_{dispatcher_};
 };
 
 /// The path with this extension, in whatever case: added, or in the place of another one that an

@@ -1,4 +1,4 @@
-#include "ui/jobs/command_bar.h"
+#include "ui/windows/command_bar.h"
 
 #include <algorithm>
 
