@@ -279,5 +279,30 @@ TEST_F(JobList, LetsGoOfAJobThatLeavesUnderTheUsersHands) {
     }));
 }
 
+TEST(LogView, ShowsTheEndOfALongLogAndWhatIsAddedToIt) {
+    LogView view(nullptr);
+    std::string log = "begin";
+    view.showLog(log);
+    log += " Gr\xC3";
+    view.follow(log);
+    log +=
+        "\xBC\xC3\x9F"
+        "e";  // one of the characters has come in two parts
+    view.follow(log);
+    EXPECT_EQ(view.toPlainText().toStdString(),
+              "begin Gr\xC3\xBC\xC3\x9F"
+              "e");
+    EXPECT_TRUE(view.showsAll());
+
+    for (std::size_t i = 0; log.size() < 10'000'000; ++i)
+        log += "\xC3\xA4line " + std::to_string(i);
+    log += "end";
+    view.follow(log);
+    const auto shown = view.toPlainText().toStdString();
+    EXPECT_LT(shown.size(), 100'000U);
+    EXPECT_TRUE(log.ends_with(shown)) << "cut within a character";
+    EXPECT_FALSE(view.showsAll());
+}
+
 }  // namespace
 }  // namespace reelvane

@@ -1,3 +1,5 @@
+#include "ui/windows/alert_box.h"
+
 #include <functional>
 #include <gtest/gtest.h>
 #include <tuple>
@@ -12,7 +14,6 @@
 
 #include "tests/ui/names.h"
 #include "ui/widgets/labels.h"
-#include "ui/windows/alert_box.h"
 
 namespace reelvane {
 namespace {

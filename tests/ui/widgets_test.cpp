@@ -1,36 +1,57 @@
-#include <QApplication>
+#include <gtest/gtest.h>
 
-#include "tests/ui/ui_fixture.h"
-#include "ui/jobs/details_popover.h"
+#include <QAbstractItemView>
+#include <QTest>
+
+#include "app/track_choices.h"
 #include "ui/widgets/labels.h"
+#include "ui/widgets/pop_up_menu_box.h"
+#include "ui/widgets/qt_text.h"
 #include "ui/widgets/theme.h"
 
 namespace reelvane {
-namespace {
 
-TEST(LogView, ShowsTheEndOfALongLogAndWhatIsAddedToIt) {
-    LogView view(nullptr);
-    std::string log = "begin";
-    view.showLog(log);
-    log += " Gr\xC3";
-    view.follow(log);
-    log +=
-        "\xBC\xC3\x9F"
-        "e";  // one of the characters has come in two parts
-    view.follow(log);
-    EXPECT_EQ(view.toPlainText().toStdString(),
-              "begin Gr\xC3\xBC\xC3\x9F"
-              "e");
-    EXPECT_TRUE(view.showsAll());
+TEST(QtText, AFileKeepsTheBytesOfItsNameOnTheWayThroughAUrl) {
+    for (const std::string name : {"/a/Film.mkv", "/dir \xC3\xBC #1/a%20b?.mkv",
+                                   "/a/\xFF\xFE x.mkv", "/a/100% \\ \"q\".mkv"}) {
+        const auto url = toUrl(name);
+        EXPECT_EQ(toPath(url), name) << url.toEncoded().toStdString();
+        EXPECT_EQ(toPath(QUrl::fromEncoded(url.toEncoded())), name);  // as another program sends it
+    }
+    EXPECT_EQ(toPath(QUrl("https://example.org/a.mkv")), std::nullopt);
+}
 
-    for (std::size_t i = 0; log.size() < 10'000'000; ++i)
-        log += "\xC3\xA4line " + std::to_string(i);
-    log += "end";
-    view.follow(log);
-    const auto shown = view.toPlainText().toStdString();
-    EXPECT_LT(shown.size(), 100'000U);
-    EXPECT_TRUE(log.ends_with(shown)) << "cut within a character";
-    EXPECT_FALSE(view.showsAll());
+TEST(PopUpMenuBox, ShowsWhatTheMenuHasAndIsNeverStuckOnACommand) {
+    constexpr std::size_t kCommand = 5;
+    PopUpMenu menu;
+    PopUpMenuBox box(menu);
+    menu.setItems({{"Ask"}, {"Beside"}, {}, {"Films"}, {}, {.title = "Add…", .isCommand = true}});
+    int commands = 0;
+    box.setChosen([&](std::size_t row) {
+        if (row == kCommand) {
+            ++commands;
+        } else {
+            menu.selectItemAtIndex(row);
+        }
+    });
+    box.show();
+    for (const int row : {3, 5}) {
+        box.showPopup();
+        box.view()->setCurrentIndex(box.model()->index(row, 0));
+        QTest::keyClick(box.view(), Qt::Key_Return);
+        EXPECT_EQ(menu.selectedIndex(), 3);
+        EXPECT_EQ(box.currentText(), "Films");
+    }
+    EXPECT_EQ(commands, 1);
+    for (const auto key : {Qt::Key_Down, Qt::Key_End, Qt::Key_A}) {
+        QTest::keyClick(&box, key);
+        EXPECT_EQ(box.currentText(), "Films") << key;
+    }
+    EXPECT_EQ(commands, 1) << "a key on the closed box runs nothing";
+    QTest::keyClick(&box, Qt::Key_Up);
+    EXPECT_EQ(menu.selectedIndex(), 1) << "but goes from choice to choice";
+    menu.setItems({});
+    EXPECT_EQ(box.currentIndex(), -1);
 }
 
 TEST(ElidedLabel, TakesAsManyLinesAsItNeedsAndMayHave) {
@@ -71,5 +92,4 @@ TEST(Colours, QuietTextAndMarksStandOutOnEveryGround) {
     }
 }
 
-}  // namespace
 }  // namespace reelvane

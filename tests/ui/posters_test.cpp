@@ -1,8 +1,12 @@
+#include <cstdio>
 #include <gmock/gmock.h>
+#include <map>
 
 #include <QBuffer>
 
+#include "support/make_string.h"
 #include "tests/fakes/fake_platform.h"
+#include "ui/jobs/poster_maker.h"
 #include "ui/jobs/poster_view.h"
 
 namespace reelvane {
@@ -34,9 +38,9 @@ protected:
         return platform_.processLauncher.answer;
     }
     void want(const std::string& name) {
-        wanted_.push_back(
-            posters_->request(platform_.folder.path() / name,
-                              [this, name](const QImage&) { told_.push_back(name); }));
+        wanted_.emplace(name,
+                        posters_->request(platform_.folder.path() / name,
+                                          [this, name](const QImage&) { told_.push_back(name); }));
     }
     std::vector<std::string> told() {
         platform_.dispatcher.runPending();
@@ -53,7 +57,7 @@ protected:
 
     FakePlatform platform_;
     std::unique_ptr<ThumbnailPosters> posters_;
-    std::vector<Subscription> wanted_;
+    std::multimap<std::string, Subscription> wanted_;
     std::vector<std::string> told_;
 };
 
@@ -63,7 +67,7 @@ TEST_F(Posters, TheLastRequestComesFirstAndWhatNobodyWaitsForIsNeverBegun) {
         want(name);
     }
     want("missing");
-    wanted_[2] = {};
+    wanted_.erase("c");
     EXPECT_THAT(told(), ElementsAre("b", "b", "d", "a"));
     EXPECT_THAT(probed(), ElementsAre("b", "d", "a"));
     EXPECT_FALSE(posters_->cached(platform_.folder.path() / "a").isNull());
@@ -116,6 +120,37 @@ TEST_F(Posters, AFolderThatDoesNotAnswerHoldsUpNoOtherAndTheEndWaitsForNone) {
     };
     want("a");
     EXPECT_THAT(told(), ElementsAre());
+}
+
+FinishedProcess runForReal(const ProcessRequest& request) {
+    const auto line = request.executable.native() + " " + shellQuotedLine(request.arguments);
+    // The quoting of odd bytes is that of bash; the plain shell may know less.
+    auto* const pipe = ::popen(("bash -c " + shellQuoted(line) + " 2>&1").c_str(), "r");
+    FinishedProcess finished;
+    for (int byte = std::fgetc(pipe); byte != EOF; byte = std::fgetc(pipe)) {
+        finished.output += static_cast<char>(byte);
+    }
+    finished.exitStatus = ::pclose(pipe);
+    return finished;
+}
+
+TEST(PosterMaker, MakesAPictureOfTheDisplayedShapeThatIsNotTheBlackBefore) {
+    const TemporaryFolder folder;
+    FakeProcessLauncher launcher;
+    launcher.answer = runForReal;
+    const PosterTools tools{.launcher = &launcher, .ffmpeg = "ffmpeg", .side = 256};
+    const auto movie = folder.path() / "a b\xFF.mkv";
+    const auto source = "color=black:s=360x288:d=2[a];testsrc2=s=360x288:d=4[b];[a][b]concat";
+    static_cast<void>(runForReal({"ffmpeg",
+                                  {"-f", "lavfi", "-i", source, "-vf", "setsar=64/45", "-c:v",
+                                   "mpeg4", "-g", "25", movie.native()}}));
+
+    const auto made = makePoster(movie, tools, {});
+    EXPECT_EQ(made.picture.size(), QSize(256, 144));
+    EXPECT_FALSE(isBlank(made.picture));
+    EXPECT_EQ(made.runtimeSeconds, 6);
+    for (const auto& run : launcher.runs) EXPECT_TRUE(run.background);
+    EXPECT_TRUE(makePoster(folder.write("broken.mkv"), tools, {}).movieHasNone);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "ui/windows/notice_bar.h"
+
 #include <gtest/gtest.h>
 
 #include <QLabel>
@@ -6,7 +8,6 @@
 
 #include "app/intake_telling.h"
 #include "tests/ui/names.h"
-#include "ui/windows/notice_bar.h"
 
 namespace reelvane {
 
