@@ -269,15 +269,15 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
 }
 
 void FileIntake::fillAudioPopUp() {
-    const auto& entries = fileInfo_->audioTrackInformation;
+    const auto& tracks = fileInfo_->audioTrackInformation;
     std::vector<MenuItem> items;
-    items.reserve(entries.size());
-    for (const auto& entry : entries) items.push_back({.title = entry.text});
+    items.reserve(tracks.size());
+    for (const auto& track : tracks) items.push_back({.title = text(track)});
     audioPopUp_.setItems(std::move(items));
     const auto chosen =
         choices_.audioTrackIndex
             ? choices_.audioTrackIndex
-            : bestLanguage(entries, get(vantor_.preferences(), kDefaultAudio), preferredLanguages_);
+            : bestLanguage(tracks, get(vantor_.preferences(), kDefaultAudio), preferredLanguages_);
     if (chosen) audioPopUp_.selectItemAtIndex(*chosen);
 }
 

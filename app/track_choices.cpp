@@ -14,7 +14,7 @@ std::optional<std::string> audioChoiceProblem(const MKVFileInfo& record,
     const auto tracks = record.audioTrackInformation.size();
     const auto& entries = record.audioTrackInformation;
     if (audioTrackIndex < tracks) {
-        const auto isUnknown = [](const AudioEntry& entry) { return hasUnknownCodec(entry.text); };
+        const auto isUnknown = [](const AudioTrack& track) { return !track.isKnown(); };
         if (!isUnknown(entries[audioTrackIndex]) || std::ranges::all_of(entries, isUnknown)) {
             return std::nullopt;
         }

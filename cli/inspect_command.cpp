@@ -37,10 +37,10 @@ std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
                            record.resolution);
     }
     for (std::size_t i = 0; i < record.audioTrackInformation.size(); ++i) {
-        const auto& entry = record.audioTrackInformation[i];
-        text += makeString("\n    Audio %2lu %@", i, printable(entry.text));
-        if (entry.hz > 0) text += makeString(", %i Hz", entry.hz);
-        if (hasUnknownCodec(entry.text)) {
+        const auto& track = record.audioTrackInformation[i];
+        text += makeString("\n    Audio %2lu %@", i, printable(reelvane::text(track)));
+        if (track.hz > 0) text += makeString(", %i Hz", track.hz);
+        if (!track.isKnown()) {
             text += " (left out: ffmpeg does not know its format)";
         } else if (facts.bestAudio == i) {
             text += " (will be converted)";
@@ -59,7 +59,7 @@ std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
 /// As a conversion would decide: where there is no sound nothing but the picture is taken.
 std::string_view subtitlesLeftOut(const CommandContext& context, const MKVFileInfo& record,
                                   std::optional<std::size_t> audio) {
-    if (!audio || hasUnknownCodec(record.audioTrackInformation[*audio].text)) {
+    if (!audio || !record.audioTrackInformation[*audio].isKnown()) {
         return "left out: the movie has no sound";
     }
     const bool taken = mapsEmbeddedSubtitles(record, readConversionSettings(context.preferences));

@@ -55,8 +55,8 @@ Json alertList(std::span<const VettingAlert> alerts) {
 
 Json audioList(const MKVFileInfo& record) {
     auto list = Json::array();
-    for (const auto& entry : record.audioTrackInformation) {
-        list.push_back({{"text", entry.text}, {"HZ", entry.hz > 0 ? Json(entry.hz) : Json()}});
+    for (const auto& track : record.audioTrackInformation) {
+        list.push_back({{"text", text(track)}, {"HZ", track.hz > 0 ? Json(track.hz) : Json()}});
     }
     return list;
 }
@@ -69,8 +69,9 @@ Json event(std::string_view name, const EventSubject& subject) {
 
 std::string acceptedLine(const InspectionFacts& facts) {
     const auto& record = facts.record;
-    const auto best = facts.bestAudio ? Json(record.audioTrackInformation.at(*facts.bestAudio).text)
-                                      : Json(nullptr);
+    const auto best = facts.bestAudio
+                          ? Json(text(record.audioTrackInformation.at(*facts.bestAudio)))
+                          : Json(nullptr);
     Json json = {{"file", facts.file}, {"accepted", true}};
     json["fileName"] = record.fileName;
     json["fileSize"] = record.fileSize;

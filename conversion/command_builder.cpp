@@ -28,7 +28,7 @@ std::string mapOf(int streamIndex) {
 
 /// The stream that an audio track is made of.
 int sourceOf(const CommandInput& input, const PlannedAudio& audio) {
-    return streamIndexOf(input.file.audioTrackInformation[audio.entry].text);
+    return input.file.audioTrackInformation[audio.entry].stream;
 }
 
 std::string codecArgument(AudioMethod method) {
@@ -66,7 +66,7 @@ std::vector<std::string_view> copiedAudioCodecs(const CommandInput& input, const
     std::vector<std::string_view> codecs;
     for (const auto& audio : {plan.mainAudio, plan.surround}) {
         if (!audio || audio->method != AudioMethodCopy) continue;
-        codecs.push_back(codecOf(input.file.audioTrackInformation[audio->entry].text));
+        codecs.push_back(input.file.audioTrackInformation[audio->entry].codec);
     }
     return codecs;
 }
@@ -87,6 +87,22 @@ Arguments outputArguments(const CommandInput& input, const StreamPlan& plan) {
     return list;
 }
 
+/// The second input, with its format where it is known and its encoding where it has to be told;
+/// empty without an external file.
+Arguments subtitleInputArguments(const MKVFileInfo& file, const ConversionSettings& settings) {
+    if (!file.subtitleFileURL) return {};
+    Arguments arguments;
+    // Left to itself the converter would follow a list of other files in place of subtitles.
+    if (const auto& demuxer = file.subtitleFormat.demuxer; !demuxer.empty()) {
+        arguments = {"-f", demuxer};
+    }
+    if (auto encoding = subtitleEncoding(file.subtitleFormat, settings); !encoding.empty()) {
+        arguments.insert(arguments.end(), {"-sub_charenc", std::move(encoding)});
+    }
+    arguments.insert(arguments.end(), {"-i", file.subtitleFileURL->native()});
+    return arguments;
+}
+
 /// The input files and the streams that are taken from them.
 Arguments inputArguments(const CommandInput& input, const StreamPlan& plan) {
     Arguments list;
@@ -95,12 +111,13 @@ Arguments inputArguments(const CommandInput& input, const StreamPlan& plan) {
     }
     append(list, {"-i", input.file.fileURL.native()});
     if (plan.externalSubtitle) append(list, subtitleInputArguments(input.file, input.settings));
-    append(list, {"-stats", "-map", mapOf(plan.video)});
-    if (const auto& audio = plan.mainAudio) {
-        append(list, {"-map", audio->volume ? "[out]" : mapOf(sourceOf(input, *audio))});
+    list.emplace_back("-stats");
+    bool isFiltered = plan.mainAudio && plan.mainAudio->volume;
+    for (const auto& track : outputTracks(plan, input.file)) {
+        const bool isAudio = track.kind == OutputTrack::Kind::Audio;
+        const bool fromFilter = isAudio && std::exchange(isFiltered, false);
+        append(list, {"-map", fromFilter ? "[out]" : track.stream ? mapOf(*track.stream) : "1:0"});
     }
-    if (plan.surround) append(list, {"-map", mapOf(sourceOf(input, *plan.surround))});
-    append(list, subtitleMapArguments(plan));
     return list;
 }
 

@@ -42,13 +42,12 @@ void ConversionJob::checkRun(const ConversionSettings& settings) {
     observers_.notify();
     errands_.run(
         [&translations = vantor_.ports().translations, files = lease_.files(), record = fileInfo_,
-         arguments = arguments_, log = log_.searched(), autoRemove = settings.autoRemove,
-         tools = cueTools()] {
+         planned = outputTracks(plan_, fileInfo_), log = log_.searched(),
+         autoRemove = settings.autoRemove, tools = cueTools()] {
             if (!files->isOutputThere()) return OutputCheck{.isGone = true};
-            auto check = checkOutput(translations, record, arguments, log, files->heldPath());
+            auto check = checkOutput(translations, record, planned, log, files->heldPath());
             if (!check.proof.problem.empty()) return check;
-            addNotes(check.notes,
-                     cueNotes(translations, record, arguments, check.textCounts, tools));
+            addNotes(check.notes, cueNotes(translations, record, planned, check.textCounts, tools));
             const auto size = Fennimar::fileSize(files->heldPath());
             check.details = hasDoubt(check.notes) ? contentText(translations, check.proof.seconds,
                                                                 check.proof.tracks, size)
@@ -202,9 +201,6 @@ std::string ConversionJob::warning() const {
 }
 
 Diagnosis ConversionJob::diagnosis() const {
-    // What the run was made of, whatever the preferences are now; a silent movie takes less.
-    const auto plan =
-        runSettings_ ? planStreams(fileInfo_, audioTrackIndex_, *runSettings_) : StreamPlan{};
     const auto arguments = Fennimar::joined(arguments_, " ");
     const auto name = Fennimar::validUtf8(fileInfo_.fileName);
     const bool blamed = blamesSource(outputCheck_.proof, log_.searched());
@@ -215,8 +211,8 @@ Diagnosis ConversionJob::diagnosis() const {
                      .incompleteOutput = !outputCheck_.proof.problem.empty(),
                      .damagedSource = blamed ? std::string_view(name) : std::string_view(),
                      .arguments = arguments,
-                     .embeddedSubtitlesConverted = !plan.subtitles.empty(),
-                     .externalSubtitles = plan.externalSubtitle});
+                     .embeddedSubtitlesConverted = !plan_.subtitles.empty(),
+                     .externalSubtitles = plan_.externalSubtitle});
 }
 
 void ConversionJob::reveal() {

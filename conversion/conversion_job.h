@@ -167,6 +167,7 @@ private:
     bool fastmode_ = false;
     RunLog log_;
     std::vector<std::string> arguments_;
+    StreamPlan plan_;  ///< what the arguments say
     std::optional<ConversionSettings> runSettings_;
     std::string problem_;      ///< why there was no run, or no place for its output; or empty
     OutputCheck outputCheck_;  ///< of a run that ended with status 0

@@ -81,6 +81,7 @@ void ConversionJob::prepared(StartFacts facts) {
                                  .settings = settings,
                                  .progressFile = lease_.files()->progressPath(),
                                  .needsFixup = facts.needsFixup && method == AudioMethodCopy});
+    plan_ = planStreams(fileInfo_, audioTrackIndex_, settings);
     arguments_.shrink_to_fit();  // they are kept as long as the job is listed
     runSettings_ = settings;
     launch();
@@ -173,8 +174,8 @@ std::optional<int> ConversionJob::copiedAAC() const {
     const auto method =
         mainAudioMethod(fileInfo_, audioTrackIndex_, controller_.conversionSettings().audio);
     if (method != AudioMethodCopy) return std::nullopt;
-    const auto& entry = fileInfo_.audioTrackInformation.at(audioTrackIndex_).text;
-    return codecOf(entry) == "aac" ? std::optional(streamIndexOf(entry)) : std::nullopt;
+    const auto& track = fileInfo_.audioTrackInformation.at(audioTrackIndex_);
+    return track.codec == "aac" ? std::optional(track.stream) : std::nullopt;
 }
 
 }  // namespace reelvane

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 
-#include "conversion/stream_plan.h"
 #include "mp4/mp4_movie.h"
 #include "support/make_string.h"
 #include "support/ports/child_process.h"
@@ -239,16 +238,12 @@ void addTrackNotes(JobNotes& notes, const Translations& translations, const std:
 
 }  // namespace
 
-std::vector<std::string> mappedTextStreams(const MKVFileInfo& record,
-                                           const std::vector<std::string>& arguments) {
+std::vector<std::string> textStreams(const std::vector<OutputTrack>& planned) {
     std::vector<std::string> streams;
-    for (const auto& stream : mappedStreams(arguments)) {
-        const bool external = record.subtitleFileURL && stream == kExternal;
-        const auto number = Fennimar::partAfter(stream, "0:");
-        const int index = number ? Fennimar::leadingInteger(*number) : -1;
-        if (external || std::ranges::count(record.subtitleTrackIDs, index) > 0) {
-            streams.push_back(stream);
-        }
+    for (const auto& track : planned) {
+        if (track.kind != OutputTrack::Kind::Subtitle) continue;
+        streams.push_back(track.stream ? makeString("0:%i", *track.stream)
+                                       : std::string(kExternal));
     }
     return streams;
 }
@@ -288,9 +283,9 @@ std::vector<std::uint64_t> textCounts(const Mp4Movie& output) {
 }
 
 JobNotes cueNotes(const Translations& translations, const MKVFileInfo& record,
-                  const std::vector<std::string>& arguments,
+                  const std::vector<OutputTrack>& planned,
                   const std::vector<std::uint64_t>& arrived, const CueTools& tools) {
-    const auto streams = mappedTextStreams(record, arguments);
+    const auto streams = textStreams(planned);
     if (streams.empty()) return {};
     const auto list = converterOutput(record, streams, "framecrc", tools);
     const auto sources = list ? parseCueList(*list, streams) : std::nullopt;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "conversion/job_notes.h"
+#include "conversion/stream_plan.h"
 #include "media/mkv_file_info.h"
 
 namespace reelvane {
@@ -31,9 +32,8 @@ struct SourceTrack {
     std::vector<Cue> cues{};
 };
 
-/// The text tracks among the streams that a run has mapped, in the order of the output's.
-[[nodiscard]] std::vector<std::string> mappedTextStreams(const MKVFileInfo& record,
-                                                         const std::vector<std::string>& arguments);
+/// The streams that the output's text tracks are made of, "0:4" or "1:0", in their order.
+[[nodiscard]] std::vector<std::string> textStreams(const std::vector<OutputTrack>& planned);
 
 /// What the converter is run with to list the cues of these streams: of the movie all is read, but
 /// nothing is decoded.
@@ -62,7 +62,7 @@ struct CueTools {
 /// begins. `arrived` holds the counts of the output. Blocks for as long as the sources take to be
 /// read; any thread.
 [[nodiscard]] JobNotes cueNotes(const Translations& translations, const MKVFileInfo& record,
-                                const std::vector<std::string>& arguments,
+                                const std::vector<OutputTrack>& planned,
                                 const std::vector<std::uint64_t>& arrived, const CueTools& tools);
 
 }  // namespace reelvane

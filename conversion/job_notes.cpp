@@ -183,9 +183,9 @@ JobNotes doubtsOfProof(const Translations& translations, std::string_view fileNa
 }
 
 JobNotes doubtsOfSound(const Translations& translations, std::string_view fileName,
-                       std::span<const AudioEntry> tracks) {
-    const auto unknown = std::ranges::count_if(
-        tracks, [](const AudioEntry& entry) { return hasUnknownCodec(entry.text); });
+                       std::span<const AudioTrack> tracks) {
+    const auto unknown =
+        std::ranges::count_if(tracks, [](const AudioTrack& track) { return !track.isKnown(); });
     if (unknown == 0) return {};
     if (unknown < std::ssize(tracks)) {
         const auto format = translations.localized(

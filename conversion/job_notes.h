@@ -53,6 +53,6 @@ void addNotes(JobNotes& notes, JobNotes more);
 /// That the source has sound and the output none, because ffmpeg knows no track's format; of some
 /// tracks only it is a remark.
 [[nodiscard]] JobNotes doubtsOfSound(const Translations& translations, std::string_view fileName,
-                                     std::span<const AudioEntry> tracks);
+                                     std::span<const AudioTrack> tracks);
 
 }  // namespace reelvane

@@ -1,11 +1,10 @@
 #include "conversion/output_check.h"
 
-#include <algorithm>
+#include <set>
 
 #include "conversion/cue_count.h"
 #include "conversion/output_tracks.h"
 #include "conversion/source_removal.h"
-#include "conversion/stream_plan.h"
 #include "mp4/mp4_reader.h"
 #include "support/localization.h"
 #include "support/logging.h"
@@ -17,8 +16,6 @@
 namespace reelvane {
 namespace {
 
-constexpr std::string_view kExternalSubtitle = "1:0";
-
 /// The source's own index of its picture: only MP4 and QuickTime have one that counts pictures.
 std::optional<Mp4Track> indexedPicture(const MKVFileInfo& record) {
     if (!readsEdits(record.demuxer) || !record.videoTrackID) return std::nullopt;
@@ -29,19 +26,26 @@ std::optional<Mp4Track> indexedPicture(const MKVFileInfo& record) {
     return track.kind == Mp4TrackKind::Video ? std::optional(track) : std::nullopt;
 }
 
-bool isForcedByName(const std::filesystem::path& subtitle) {
-    return Fennimar::lowercasedExtension(subtitle.stem()) == "forced";
+/// Which of the output's subtitle tracks, counted from 0, are forced.
+std::set<std::size_t> forcedSubtitles(const std::vector<OutputTrack>& planned) {
+    std::set<std::size_t> forced;
+    std::size_t subtitle = 0;
+    for (const auto& track : planned) {
+        if (track.kind != OutputTrack::Kind::Subtitle) continue;
+        if (track.forced) forced.insert(subtitle);
+        ++subtitle;
+    }
+    return forced;
 }
 
 /// Sets flags, languages and the length of a trimmed picture, and reads the file back once more, so
 /// that what was proven stays proven.
 Mp4Reading withTrackFields(const std::filesystem::path& output,
                            const std::filesystem::path& heldPath, Mp4Reading reading,
-                           const std::set<std::size_t>& forced,
-                           const std::vector<std::string>& languages,
+                           const std::vector<OutputTrack>& planned,
                            const std::optional<Mp4Track>& sourcePicture) {
-    auto patches = trackFlagPatches(*reading.movie, forced);
-    const auto languageFields = languagePatches(*reading.movie, languages);
+    auto patches = trackFlagPatches(*reading.movie, forcedSubtitles(planned));
+    const auto languageFields = languagePatches(*reading.movie, planned);
     patches.insert(patches.end(), languageFields.begin(), languageFields.end());
     const auto trims =
         sourcePicture ? trimPatches(*reading.movie, *sourcePicture) : std::vector<FieldPatch>();
@@ -55,32 +59,13 @@ Mp4Reading withTrackFields(const std::filesystem::path& output,
 
 }  // namespace
 
-std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
-                                      const std::vector<std::string>& mapped) {
-    std::set<std::size_t> forced;
-    std::size_t subtitle = 0;
-    for (const auto& stream : mapped) {
-        const bool external = record.subtitleFileURL && stream == kExternalSubtitle;
-        const auto number = Fennimar::partAfter(stream, "0:");
-        const int index = number ? Fennimar::leadingInteger(*number) : -1;
-        if (!external && std::ranges::count(record.subtitleTrackIDs, index) == 0) continue;
-        if (external ? isForcedByName(*record.subtitleFileURL)
-                     : std::ranges::count(record.forcedSubtitleTrackIDs, index) > 0) {
-            forced.insert(subtitle);
-        }
-        ++subtitle;
-    }
-    return forced;
-}
-
 OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& record,
-                        const std::vector<std::string>& arguments, std::string_view jobOutput,
+                        const std::vector<OutputTrack>& planned, std::string_view jobOutput,
                         const std::filesystem::path& heldPath) {
     if (!record.destinationURL) return {.proof = {.problem = "has no destination"}};
     if (outputAdmitsFailure(jobOutput)) return {.proof = {.problem = "was not written to its end"}};
     const auto& output = *record.destinationURL;
-    const auto mapped = mappedStreams(arguments);
-    const OutputExpectation expectation{.mappedStreams = mapped.size(),
+    const OutputExpectation expectation{.mappedStreams = planned.size(),
                                         .runtimeSeconds = record.runtimeSeconds,
                                         .sourcePicture = indexedPicture(record),
                                         .promisedPictures = record.promisedPictures,
@@ -88,9 +73,8 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
     auto reading = readMp4(heldPath);
     OutputCheck check{.proof = proveOutput(reading, expectation)};
     if (!check.proof.problem.empty()) return check;
-    const auto languages = sourceLanguages(record, arguments);
-    reading = withTrackFields(output, heldPath, std::move(reading), forcedSubtitles(record, mapped),
-                              languages, expectation.sourcePicture);
+    reading =
+        withTrackFields(output, heldPath, std::move(reading), planned, expectation.sourcePicture);
     check.proof = proveOutput(reading, expectation);
     if (!check.proof.problem.empty()) return check;
     const auto name = Fennimar::validUtf8(record.fileName);
@@ -110,10 +94,10 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
         vn_log_level(LogNotice, "Info: %@ (%@)", text, output);
         addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = std::move(text)}});
     };
-    remarkOnLost(lostTitles(record, arguments, *reading.movie),
+    remarkOnLost(lostTitles(planned, *reading.movie),
                  localizable("The titles of its tracks are not in the result: %@. Movies with the "
                              "extension mp4 carry them."));
-    remarkOnLost(lostLanguages(languages),
+    remarkOnLost(lostLanguages(planned),
                  localizable("The languages of some tracks are not in the result, because MP4 "
                              "files cannot name them: %@."));
     return check;

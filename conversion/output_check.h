@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "conversion/job_notes.h"
 #include "conversion/output_lease.h"
 #include "conversion/output_proof.h"
+#include "conversion/stream_plan.h"
 #include "media/mkv_file_info.h"
 #include "support/held_file.h"
 
@@ -37,13 +37,8 @@ struct OutputCheck {
 /// flags in place. `heldPath` opens the very file that was made (see RunFiles). Some milliseconds,
 /// whatever the size of the file.
 [[nodiscard]] OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& record,
-                                      const std::vector<std::string>& arguments,
+                                      const std::vector<OutputTrack>& planned,
                                       std::string_view jobOutput,
                                       const std::filesystem::path& heldPath);
-
-/// Which of the output's subtitle tracks, counted from 0, are forced: the input says so of an
-/// embedded one; an external file is forced when its name ends in ".forced" before its extension.
-[[nodiscard]] std::set<std::size_t> forcedSubtitles(const MKVFileInfo& record,
-                                                    const std::vector<std::string>& mapped);
 
 }  // namespace reelvane

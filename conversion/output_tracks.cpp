@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdint>
 
-#include "conversion/stream_plan.h"
 #include "media/languages.h"
 #include "support/strings.h"
 
@@ -61,30 +60,11 @@ bool isLetter(char character) {
     return character >= 'a' && character <= 'z';
 }
 
-std::string languageOfStream(const MKVFileInfo& record, int index) {
-    for (const auto& entry : record.audioTrackInformation) {
-        if (streamIndexOf(entry.text) == index) return std::string(languageOf(entry.text));
-    }
-    const auto& subtitles = record.subtitleTrackIDs;
-    const auto place =
-        static_cast<std::size_t>(std::ranges::find(subtitles, index) - subtitles.begin());
-    if (place < record.subtitleLanguages.size()) return record.subtitleLanguages[place];
-    return {};
+void addOnce(std::vector<std::string>& list, const std::string& text) {
+    if (!text.empty() && std::ranges::find(list, text) == list.end()) list.push_back(text);
 }
 
 }  // namespace
-
-std::vector<std::string> sourceLanguages(const MKVFileInfo& record,
-                                         const std::vector<std::string>& arguments) {
-    std::vector<std::string> languages;
-    for (const auto source : sourceStreams(arguments)) {
-        auto& language = languages.emplace_back();
-        if (!source) continue;
-        language = languageOfStream(record, *source);
-        if (namedLanguage(language).empty()) language.clear();
-    }
-    return languages;
-}
 
 std::string mp4Language(std::string_view language) {
     if (language.size() == 3 && std::ranges::all_of(language, isLetter)) {
@@ -98,12 +78,12 @@ std::string mp4Language(std::string_view language) {
 }
 
 std::vector<FieldPatch> languagePatches(const Mp4Movie& movie,
-                                        const std::vector<std::string>& languages) {
+                                        const std::vector<OutputTrack>& planned) {
     std::vector<FieldPatch> patches;
-    const auto count = std::min(movie.tracks.size(), languages.size());
+    const auto count = std::min(movie.tracks.size(), planned.size());
     for (std::size_t i = 0; i < count; ++i) {
         const auto& track = movie.tracks[i];
-        const auto language = mp4Language(languages[i]);
+        const auto language = mp4Language(planned[i].language);
         if (language.empty() || language == track.language || !holdsStream(track)) continue;
         std::uint64_t packed = 0;
         for (const char letter : language) {
@@ -114,26 +94,21 @@ std::vector<FieldPatch> languagePatches(const Mp4Movie& movie,
     return patches;
 }
 
-std::vector<std::string> lostLanguages(const std::vector<std::string>& languages) {
+std::vector<std::string> lostLanguages(const std::vector<OutputTrack>& planned) {
     std::vector<std::string> lost;
-    for (const auto& language : languages) {
-        if (language.empty() || !mp4Language(language).empty()) continue;
-        if (std::ranges::find(lost, language) == lost.end()) lost.push_back(language);
+    for (const auto& track : planned) {
+        if (!mp4Language(track.language).empty()) continue;
+        addOnce(lost, track.language);
     }
     return lost;
 }
 
-std::vector<std::string> lostTitles(const MKVFileInfo& record,
-                                    const std::vector<std::string>& arguments,
+std::vector<std::string> lostTitles(const std::vector<OutputTrack>& planned,
                                     const Mp4Movie& movie) {
     std::vector<std::string> lost;
-    const auto sources = sourceStreams(arguments);
-    const auto count = std::min(movie.tracks.size(), sources.size());
+    const auto count = std::min(movie.tracks.size(), planned.size());
     for (std::size_t i = 0; i < count; ++i) {
-        if (!sources[i] || movie.tracks[i].hasTitle) continue;
-        const auto title = record.trackTitles.find(*sources[i]);
-        if (title == record.trackTitles.end()) continue;
-        if (std::ranges::find(lost, title->second) == lost.end()) lost.push_back(title->second);
+        if (!movie.tracks[i].hasTitle) addOnce(lost, planned[i].title);
     }
     return lost;
 }

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "media/mkv_file_info.h"
+#include "conversion/stream_plan.h"
 #include "mp4/mp4_box.h"
 #include "mp4/mp4_movie.h"
 
@@ -20,11 +20,6 @@ namespace reelvane {
 [[nodiscard]] std::vector<FieldPatch> trackFlagPatches(
     const Mp4Movie& movie, const std::set<std::size_t>& forcedSubtitles);
 
-/// The language of each stream that an argument list maps, as the source names it: "ger", "pt-BR";
-/// empty where it names none. A filtered sound track has the language of what went into the filter.
-[[nodiscard]] std::vector<std::string> sourceLanguages(const MKVFileInfo& record,
-                                                       const std::vector<std::string>& arguments);
-
 /// What an MP4 file can say of a source's language: three letters (ISO 639-2). They pass as they
 /// are, "de" and "de-AT" become "ger"; empty for anything else.
 [[nodiscard]] std::string mp4Language(std::string_view language);
@@ -32,15 +27,14 @@ namespace reelvane {
 /// The fields to set so that each track has its source's language, where MP4 can say it: the
 /// converter loses two-letter codes, regions and the language of what it has filtered. Pure.
 [[nodiscard]] std::vector<FieldPatch> languagePatches(const Mp4Movie& movie,
-                                                      const std::vector<std::string>& languages);
+                                                      const std::vector<OutputTrack>& planned);
 
 /// The languages that MP4 cannot say, each once.
-[[nodiscard]] std::vector<std::string> lostLanguages(const std::vector<std::string>& languages);
+[[nodiscard]] std::vector<std::string> lostLanguages(const std::vector<OutputTrack>& planned);
 
 /// The titles of the source's tracks that are missing from an output: of ffmpeg's two writers the
 /// one that makes most M4V files drops them. Each once, in the order of the output's tracks. Pure.
-[[nodiscard]] std::vector<std::string> lostTitles(const MKVFileInfo& record,
-                                                  const std::vector<std::string>& arguments,
+[[nodiscard]] std::vector<std::string> lostTitles(const std::vector<OutputTrack>& planned,
                                                   const Mp4Movie& movie);
 
 /// Gives the output's picture the length that its source's edit list says, where that leaves the

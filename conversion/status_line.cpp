@@ -14,9 +14,8 @@ namespace {
 constexpr double kLongestShown = 18000;
 
 /// What stands after the stream's number, with its leading space: " eng (ac3) [5.1]".
-std::string_view trackText(const AudioEntry& entry) {
-    const auto pieces = Fennimar::split(entry.text, ":");
-    return pieces.size() > 1 ? pieces[1] : std::string_view();
+std::string trackText(const AudioTrack& track) {
+    return std::string(Fennimar::partAfter(text(track), ":").value_or(""));
 }
 
 std::string withAudio(const Translations& translations, std::string line,

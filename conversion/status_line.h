@@ -34,7 +34,7 @@ class Translations;
 /// What a job's status line depends on.
 struct StatusFacts {
     ConversionJobState state = ConversionJobState::Queued;
-    std::span<const AudioEntry> audio{};
+    std::span<const AudioTrack> audio{};
     std::size_t audioTrackIndex = 0;
     double remainingSeconds = 0;   ///< of a running job
     double conversionSeconds = 0;  ///< of a finished job

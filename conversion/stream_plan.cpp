@@ -1,16 +1,14 @@
 #include "conversion/stream_plan.h"
 
 #include <algorithm>
-#include <span>
-#include <string_view>
 
 #include "media/languages.h"
 #include "support/make_string.h"
+#include "support/paths.h"
 #include "support/ports/translations.h"
 #include "support/strings.h"
 
 namespace reelvane {
-
 namespace {
 
 constexpr int kHighestSamplingRate = 48000;
@@ -41,7 +39,7 @@ PlannedAudio plannedAudio(std::size_t entry, AudioMethod method,
     return {.entry = entry, .method = method, .bitrate = bitrateFor(method, settings)};
 }
 
-PlannedAudio mainAudio(const AudioEntry& source, std::size_t entry, AudioMethod method,
+PlannedAudio mainAudio(const AudioTrack& source, std::size_t entry, AudioMethod method,
                        const ConversionSettings& settings) {
     auto audio = plannedAudio(entry, method, settings);
     if (method == AudioMethodCopy) return audio;
@@ -51,26 +49,6 @@ PlannedAudio mainAudio(const AudioEntry& source, std::size_t entry, AudioMethod 
     }
     return audio;
 }
-
-}  // namespace
-
-StreamPlan planStreams(const MKVFileInfo& file, std::size_t audioTrackIndex,
-                       const ConversionSettings& settings) {
-    StreamPlan plan{.video = file.videoTrackID.value_or(0)};
-    const auto& entries = file.audioTrackInformation;
-    const auto method = mainAudioMethod(file, audioTrackIndex, settings.audio);
-    if (!method) return plan;
-    plan.mainAudio = mainAudio(entries[audioTrackIndex], audioTrackIndex, *method, settings);
-    if (const auto second = additionalSurroundTrack(entries, audioTrackIndex, settings)) {
-        plan.surround = plannedAudio(
-            second->entry, second->transcode ? AudioMethodAC3Surround : AudioMethodCopy, settings);
-    }
-    if (mapsEmbeddedSubtitles(file, settings)) plan.subtitles = file.subtitleTrackIDs;
-    plan.externalSubtitle = file.subtitleFileURL.has_value();
-    return plan;
-}
-
-namespace {
 
 int customMethod(std::string_view codec, bool audioIsSurround, const AudioSettings& settings) {
     if (codec == "ac3") {
@@ -97,7 +75,93 @@ bool isAudioMethod(int value) {
     return value >= AudioMethodAAC && value <= AudioMethodCopy;
 }
 
+bool isSurroundOf(const AudioTrack& track, std::string_view codec) {
+    return track.surround && track.codec == codec;
+}
+
+std::optional<std::size_t> surroundSource(std::span<const AudioTrack> tracks,
+                                          std::size_t selected) {
+    const auto& chosen = tracks[selected];
+    if (isSurroundOf(chosen, "ac3") || isSurroundOf(chosen, "dts")) return selected;
+    const auto language = bibliographicCode(chosen.language);
+    for (const std::string_view codec : {"ac3", "dts"}) {
+        const auto found = std::ranges::find_if(tracks, [&](const AudioTrack& track) {
+            return isSurroundOf(track, codec) && bibliographicCode(track.language) == language;
+        });
+        if (found != tracks.end()) return static_cast<std::size_t>(found - tracks.begin());
+    }
+    return {};
+}
+
+std::string titleOf(const MKVFileInfo& file, int stream) {
+    const auto found = file.trackTitles.find(stream);
+    return found == file.trackTitles.end() ? std::string() : found->second;
+}
+
+OutputTrack audioTrack(const MKVFileInfo& file, const PlannedAudio& audio) {
+    const auto& source = file.audioTrackInformation[audio.entry];
+    return {.kind = OutputTrack::Kind::Audio,
+            .stream = source.stream,
+            .language = std::string(namedLanguage(source.language)),
+            .title = titleOf(file, source.stream)};
+}
+
+OutputTrack subtitleTrack(const MKVFileInfo& file, int stream) {
+    const auto& streams = file.subtitleTrackIDs;
+    const auto place =
+        static_cast<std::size_t>(std::ranges::find(streams, stream) - streams.begin());
+    const auto& languages = file.subtitleLanguages;
+    return {.kind = OutputTrack::Kind::Subtitle,
+            .stream = stream,
+            .language = std::string(
+                namedLanguage(place < languages.size() ? languages[place] : std::string())),
+            .title = titleOf(file, stream),
+            .forced = std::ranges::count(file.forcedSubtitleTrackIDs, stream) > 0};
+}
+
+constexpr int kFirstEncoding = 2;
+
+/// Empty when the preference leaves it to the file.
+std::string preferredEncoding(int index) {
+    if (index < kFirstEncoding || !isSubtitleEncoding(static_cast<std::size_t>(index))) return {};
+    const auto name = kSubtitleEncodings[static_cast<std::size_t>(index)];
+    // The converter reads UTF-16 by its byte order mark and hands UTF-8 on; naming UTF-16 here
+    // would decode the text twice.
+    return Fennimar::replaced(name, "UTF-16", "UTF-8");
+}
+
 }  // namespace
+
+StreamPlan planStreams(const MKVFileInfo& file, std::size_t audioTrackIndex,
+                       const ConversionSettings& settings) {
+    StreamPlan plan{.video = file.videoTrackID.value_or(0)};
+    const auto& tracks = file.audioTrackInformation;
+    const auto method = mainAudioMethod(file, audioTrackIndex, settings.audio);
+    if (!method) return plan;
+    plan.mainAudio = mainAudio(tracks[audioTrackIndex], audioTrackIndex, *method, settings);
+    if (const auto second = additionalSurroundTrack(tracks, audioTrackIndex, settings)) {
+        plan.surround = plannedAudio(
+            second->entry, second->transcode ? AudioMethodAC3Surround : AudioMethodCopy, settings);
+    }
+    if (mapsEmbeddedSubtitles(file, settings)) plan.subtitles = file.subtitleTrackIDs;
+    plan.externalSubtitle = file.subtitleFileURL.has_value();
+    return plan;
+}
+
+std::vector<OutputTrack> outputTracks(const StreamPlan& plan, const MKVFileInfo& file) {
+    std::vector<OutputTrack> tracks{{.stream = plan.video, .title = titleOf(file, plan.video)}};
+    for (const auto& audio : {plan.mainAudio, plan.surround}) {
+        if (audio) tracks.push_back(audioTrack(file, *audio));
+    }
+    if (plan.externalSubtitle) {
+        const auto name = file.subtitleFileURL->stem();
+        tracks.push_back({.kind = OutputTrack::Kind::Subtitle,
+                          .forced = Fennimar::lowercasedExtension(name) == "forced"});
+    }
+    std::for_each(plan.subtitles.rbegin(), plan.subtitles.rend(),
+                  [&](int stream) { tracks.push_back(subtitleTrack(file, stream)); });
+    return tracks;
+}
 
 AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurround,
                                       const AudioSettings& settings) {
@@ -113,9 +177,9 @@ AudioMethod calculateConversionMethod(std::string_view codec, bool audioIsSurrou
 std::optional<AudioMethod> mainAudioMethod(const MKVFileInfo& file, std::size_t audioTrackIndex,
                                            const AudioSettings& settings) {
     if (file.audioTrackInformation.empty()) return {};
-    const auto& entry = file.audioTrackInformation.at(audioTrackIndex).text;
-    if (hasUnknownCodec(entry)) return {};
-    return calculateConversionMethod(codecOf(entry), isSurround(entry), settings);
+    const auto& track = file.audioTrackInformation.at(audioTrackIndex);
+    if (!track.isKnown()) return {};
+    return calculateConversionMethod(track.codec, track.surround, settings);
 }
 
 std::string audioMethodProblem(const Translations& translations, const MKVFileInfo& file,
@@ -124,97 +188,22 @@ std::string audioMethodProblem(const Translations& translations, const MKVFileIn
     if (!method || isAudioMethod(*method)) return {};
     return makeString(translations.localized("The audio handling chosen for %@ audio is not valid "
                                              "(%i). Please choose another one in the preferences."),
-                      codecOf(file.audioTrackInformation[audioTrackIndex].text), int{*method});
+                      file.audioTrackInformation[audioTrackIndex].codec, int{*method});
 }
 
-bool isSurround(std::string_view audioEntry) {
-    return Fennimar::contains(audioEntry, "5.1");
-}
-
-namespace {
-
-constexpr std::string_view kSurroundMark = "[5.1]";
-
-std::optional<std::size_t> surroundSource(std::span<const AudioEntry> entries,
-                                          std::size_t selected) {
-    const auto& text = entries[selected].text;
-    if (Fennimar::contains(text, kSurroundMark) &&
-        (Fennimar::contains(text, "(ac3)") || Fennimar::contains(text, "(dts)"))) {
-        return selected;
-    }
-    const auto language = bibliographicCode(languageOf(text));
-    for (const std::string_view codec : {"ac3", "dts"}) {
-        const auto found = std::ranges::find_if(entries, [&](const AudioEntry& entry) {
-            return Fennimar::contains(entry.text, kSurroundMark) &&
-                   bibliographicCode(languageOf(entry.text)) == language &&
-                   codecOf(entry.text) == codec;
-        });
-        if (found != entries.end()) return static_cast<std::size_t>(found - entries.begin());
-    }
-    return {};
-}
-
-}  // namespace
-
-std::optional<SurroundTrack> additionalSurroundTrack(std::span<const AudioEntry> entries,
+std::optional<SurroundTrack> additionalSurroundTrack(std::span<const AudioTrack> tracks,
                                                      std::size_t selected,
                                                      const ConversionSettings& settings) {
     if (settings.audio.conversionPreset != ConversionPreset::Compatible ||
         !settings.includeSurroundTrack) {
         return {};
     }
-    const auto source = surroundSource(entries, selected);
+    const auto source = surroundSource(tracks, selected);
     if (!source) return {};
-    const bool isDTS = codecOf(entries[*source].text) == "dts";
-    return SurroundTrack{.entry = *source,
-                         .transcode = isDTS && settings.includeSurroundTrackTranscoded};
+    return SurroundTrack{
+        .entry = *source,
+        .transcode = tracks[*source].codec == "dts" && settings.includeSurroundTrackTranscoded};
 }
-
-namespace {
-
-/// "0:1" out of "[0:1]volume=1.50[out]", which makes the stream "[out]"; empty without a filter.
-std::string_view filteredStream(const std::vector<std::string>& arguments) {
-    const auto option = std::ranges::find(arguments, "-filter_complex");
-    if (option == arguments.end() || std::next(option) == arguments.end()) return {};
-    const auto begin = Fennimar::partAfter(*std::next(option), "[");
-    return begin ? Fennimar::partBefore(*begin, "]") : std::string_view();
-}
-
-}  // namespace
-
-std::vector<std::string> mappedStreams(const std::vector<std::string>& arguments) {
-    std::vector<std::string> mapped;
-    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-        if (arguments[i] == "-map") mapped.push_back(arguments[i + 1]);
-    }
-    return mapped;
-}
-
-std::vector<std::optional<int>> sourceStreams(const std::vector<std::string>& arguments) {
-    std::vector<std::optional<int>> sources;
-    for (const auto& stream : mappedStreams(arguments)) {
-        const std::string_view source =
-            stream.starts_with('[') ? filteredStream(arguments) : std::string_view(stream);
-        auto& index = sources.emplace_back();
-        if (source.starts_with("0:")) index = Fennimar::leadingInteger(source.substr(2));
-    }
-    return sources;
-}
-
-namespace {
-
-constexpr int kFirstEncoding = 2;
-
-/// Empty when the preference leaves it to the file.
-std::string preferredEncoding(int index) {
-    if (index < kFirstEncoding || !isSubtitleEncoding(static_cast<std::size_t>(index))) return {};
-    const auto name = kSubtitleEncodings[static_cast<std::size_t>(index)];
-    // The converter reads UTF-16 by its byte order mark and hands UTF-8 on; naming UTF-16 here
-    // would decode the text twice.
-    return Fennimar::replaced(name, "UTF-16", "UTF-8");
-}
-
-}  // namespace
 
 bool findsSubtitleEncoding(const ConversionSettings& settings) {
     return preferredEncoding(settings.externalSubtitleEncoding).empty();
@@ -227,30 +216,6 @@ std::string subtitleEncoding(const SubtitleFormat& format, const ConversionSetti
     // For the same reason a mark overrules a preference that was made for other files.
     if (format.hasByteOrderMark && preferred != "UTF-8") return {};
     return preferred;
-}
-
-std::vector<std::string> subtitleInputArguments(const MKVFileInfo& file,
-                                                const ConversionSettings& settings) {
-    if (!file.subtitleFileURL) return {};
-    std::vector<std::string> arguments;
-    // Left to itself the converter would follow a list of other files in place of subtitles.
-    if (const auto& demuxer = file.subtitleFormat.demuxer; !demuxer.empty()) {
-        arguments = {"-f", demuxer};
-    }
-    if (auto encoding = subtitleEncoding(file.subtitleFormat, settings); !encoding.empty()) {
-        arguments.insert(arguments.end(), {"-sub_charenc", std::move(encoding)});
-    }
-    arguments.insert(arguments.end(), {"-i", file.subtitleFileURL->native()});
-    return arguments;
-}
-
-std::vector<std::string> subtitleMapArguments(const StreamPlan& plan) {
-    std::vector<std::string> arguments;
-    if (plan.externalSubtitle) arguments = {"-map", "1:0"};
-    std::for_each(plan.subtitles.rbegin(), plan.subtitles.rend(), [&](int track) {
-        arguments.insert(arguments.end(), {"-map", makeString("0:%i", track)});
-    });
-    return arguments;
 }
 
 bool mapsEmbeddedSubtitles(const MKVFileInfo& file, const ConversionSettings& settings) {

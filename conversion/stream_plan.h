@@ -13,6 +13,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// What becomes of one audio stream of the input.
 struct PlannedAudio {
     std::size_t entry = 0;  ///< index into the record's audioTrackInformation
@@ -23,7 +25,7 @@ struct PlannedAudio {
 };
 
 /// Which streams of an input go into the output, and as what. Decided here alone: the argument list
-/// says it to the converter, and the track plan to the user.
+/// says it to the converter, the track plan to the user, the output's tracks to what checks it.
 struct StreamPlan {
     int video = 0;                            ///< always copied
     std::optional<PlannedAudio> mainAudio{};  ///< absent: a silent movie, which is picture alone
@@ -37,7 +39,23 @@ struct StreamPlan {
 [[nodiscard]] StreamPlan planStreams(const MKVFileInfo& file, std::size_t audioTrackIndex,
                                      const ConversionSettings& settings);
 
-class Translations;
+/// One track of an output, and what it is made of.
+struct OutputTrack {
+    enum class Kind { Video, Audio, Subtitle };
+    Kind kind = Kind::Video;
+    std::optional<int> stream{};  ///< of the input; absent: it comes from the subtitle file
+    std::string language{};       ///< as the report has it; empty: it names none
+    std::string title{};          ///< empty: it has none
+    bool forced = false;          ///< of a subtitle: it shows where others are off
+
+    [[nodiscard]] bool operator==(const OutputTrack&) const = default;
+};
+
+/// The tracks of the output that a plan makes, in its order: the picture, the sound, the subtitle
+/// file, which is forced when its name ends in ".forced" before its extension, and the embedded
+/// text tracks, the last one first.
+[[nodiscard]] std::vector<OutputTrack> outputTracks(const StreamPlan& plan,
+                                                    const MKVFileInfo& file);
 
 /// How a track is treated. Codec names are compared exactly. A custom handling is returned as it is
 /// stored and may lie outside the four methods: see audioMethodProblem.
@@ -56,12 +74,9 @@ class Translations;
                                              const MKVFileInfo& file, std::size_t audioTrackIndex,
                                              const AudioSettings& settings);
 
-/// True when the entry names a surround track: it contains "5.1".
-[[nodiscard]] bool isSurround(std::string_view audioEntry);
-
 /// A second audio track that keeps the surround sound beside the converted main track.
 struct SurroundTrack {
-    std::size_t entry = 0;   ///< its source: index into the audio entries
+    std::size_t entry = 0;   ///< its source: index into the audio tracks
     bool transcode = false;  ///< to six-channel AC-3; otherwise it is copied
 };
 
@@ -69,17 +84,7 @@ struct SurroundTrack {
 /// is surround AC-3 or DTS, else the first such track of the same language, AC-3 before DTS. Absent
 /// when there is none or the preferences ask for none.
 [[nodiscard]] std::optional<SurroundTrack> additionalSurroundTrack(
-    std::span<const AudioEntry> entries, std::size_t selected, const ConversionSettings& settings);
-
-/// The streams that an argument list maps, "0:1" or "[out]", in the order of the output's tracks.
-[[nodiscard]] std::vector<std::string> mappedStreams(const std::vector<std::string>& arguments);
-
-/// The movie's stream that each of them is made of; for "[out]" the one that goes into the filter.
-/// Absent for a stream of another input.
-[[nodiscard]] std::vector<std::optional<int>> sourceStreams(
-    const std::vector<std::string>& arguments);
-
-struct StreamPlan;
+    std::span<const AudioTrack> tracks, std::size_t selected, const ConversionSettings& settings);
 
 /// The encodings of external subtitle files, in the order of the preference's menu. The first
 /// stands for the encoding that is found in each file; the second is the menu's separator.
@@ -119,14 +124,6 @@ static_assert(kSubtitleEncodings.size() == 39);
 /// The encoding that the converter is told of; empty: it needs no word.
 [[nodiscard]] std::string subtitleEncoding(const SubtitleFormat& format,
                                            const ConversionSettings& settings);
-
-/// The second input, with its format where it is known and its encoding where
-/// it has to be told; empty without an external file.
-[[nodiscard]] std::vector<std::string> subtitleInputArguments(const MKVFileInfo& file,
-                                                              const ConversionSettings& settings);
-
-/// The maps of all text tracks: the external file's, then the embedded ones, last track first.
-[[nodiscard]] std::vector<std::string> subtitleMapArguments(const StreamPlan& plan);
 
 /// True when text tracks of the input itself go into the output.
 [[nodiscard]] bool mapsEmbeddedSubtitles(const MKVFileInfo& file,

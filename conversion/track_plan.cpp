@@ -78,11 +78,10 @@ private:
                 .outcome = copied()};
     }
 
-    [[nodiscard]] std::string audioText(std::string_view entry) const {
-        const auto codec = std::string(codecOf(entry));
-        return trackText(streamIndexOf(entry), {namedLanguage(languageOf(entry)),
-                                                codec.empty() ? localized("audio") : codec,
-                                                isSurround(entry) ? "5.1" : ""});
+    [[nodiscard]] std::string audioText(const AudioTrack& track) const {
+        return trackText(track.stream, {namedLanguage(track.language),
+                                        track.codec.empty() ? localized("audio") : track.codec,
+                                        track.surround ? "5.1" : ""});
     }
 
     /// "AAC stereo 128k, 48 kHz, volume 150 %"
@@ -98,16 +97,16 @@ private:
         return text;
     }
 
-    [[nodiscard]] TrackOutcome planned(std::string_view entry, const PlannedAudio& audio) const {
+    [[nodiscard]] TrackOutcome planned(const AudioTrack& track, const PlannedAudio& audio) const {
         const bool isCopied = audio.method == AudioMethodCopy;
         return {.kind = Kind::Audio,
                 .fate = isCopied ? Fate::Copied : Fate::Converted,
-                .track = audioText(entry),
+                .track = audioText(track),
                 .outcome = isCopied ? copied() : formatText(audio)};
     }
 
-    [[nodiscard]] TrackOutcome surround(std::string_view entry) const {
-        auto outcome = planned(entry, *plan_.surround);
+    [[nodiscard]] TrackOutcome surround(const AudioTrack& track) const {
+        auto outcome = planned(track, *plan_.surround);
         const bool isCopied = outcome.fate == Fate::Copied;
         if (plan_.surround->entry != plan_.mainAudio->entry) {
             outcome.outcome = isCopied
@@ -116,31 +115,31 @@ private:
             return outcome;
         }
         outcome.again = true;
-        outcome.track = makeString(localized("%@ again"), trackText(streamIndexOf(entry), {}));
+        outcome.track = makeString(localized("%@ again"), trackText(track.stream, {}));
         if (isCopied) {
-            outcome.outcome = codecOf(entry) == "ac3" ? localized("copied as AC-3 5.1")
-                                                      : localized("copied as DTS 5.1");
+            outcome.outcome = track.codec == "ac3" ? localized("copied as AC-3 5.1")
+                                                   : localized("copied as DTS 5.1");
         }
         return outcome;
     }
 
     void addAudio(std::vector<TrackOutcome>& tracks) const {
-        const auto& entries = file_.audioTrackInformation;
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            const auto& text = entries[i].text;
+        const auto& sources = file_.audioTrackInformation;
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            const auto& source = sources[i];
             if (plan_.mainAudio && plan_.mainAudio->entry == i) {
-                tracks.push_back(planned(text, *plan_.mainAudio));
+                tracks.push_back(planned(source, *plan_.mainAudio));
                 if (const auto& second = plan_.surround) {
-                    tracks.push_back(surround(entries[second->entry].text));
+                    tracks.push_back(surround(sources[second->entry]));
                 }
             } else if (!plan_.surround || plan_.surround->entry != i) {
                 tracks.push_back(
                     {.kind = Kind::Audio,
                      .fate = Fate::LeftOut,
-                     .track = audioText(text),
-                     .outcome = hasUnknownCodec(text)
-                                    ? localized("left out, format unknown to ffmpeg")
-                                    : localized("left out, only the chosen sound is taken")});
+                     .track = audioText(source),
+                     .outcome = source.isKnown()
+                                    ? localized("left out, only the chosen sound is taken")
+                                    : localized("left out, format unknown to ffmpeg")});
             }
         }
     }

@@ -75,15 +75,15 @@ std::size_t rankOf(std::string_view language, const Languages& preferred) {
     return static_cast<std::size_t>(std::ranges::find(preferred, language) - preferred.begin());
 }
 
-/// The indices of the entries in the best-ranked language, in their order.
+/// The indices of the tracks in the best-ranked language, in their order.
 template <typename Languages>
-std::vector<std::size_t> candidatesAmong(std::span<const AudioEntry> entries,
+std::vector<std::size_t> candidatesAmong(std::span<const AudioTrack> tracks,
                                          const Languages& preferred) {
     std::vector<std::size_t> candidates;
     auto bestRank = preferred.size();
-    for (std::size_t index = 0; index < entries.size(); ++index) {
-        if (hasUnknownCodec(entries[index].text)) continue;
-        const auto rank = rankOf(bibliographicCode(languageOf(entries[index].text)), preferred);
+    for (std::size_t index = 0; index < tracks.size(); ++index) {
+        if (!tracks[index].isKnown()) continue;
+        const auto rank = rankOf(bibliographicCode(tracks[index].language), preferred);
         if (rank > bestRank) continue;
         if (rank < bestRank) candidates.clear();
         bestRank = rank;
@@ -115,19 +115,19 @@ std::vector<std::string> preferredLanguages3Letter(const std::vector<std::string
     return codes;
 }
 
-std::optional<std::size_t> bestLanguage(std::span<const AudioEntry> entries, int defaultAudio,
+std::optional<std::size_t> bestLanguage(std::span<const AudioTrack> tracks, int defaultAudio,
                                         std::span<const std::string> preferredLanguages) {
     const auto fixed = static_cast<std::size_t>(defaultAudio) - kFirstFixedChoice;
     const auto candidates =
         fixed < kFixedLanguages.size()
-            ? candidatesAmong(entries, std::span(kFixedLanguages).subspan(fixed, 1))
-            : candidatesAmong(entries, preferredLanguages);
-    if (candidates.empty() && entries.empty()) return std::nullopt;
+            ? candidatesAmong(tracks, std::span(kFixedLanguages).subspan(fixed, 1))
+            : candidatesAmong(tracks, preferredLanguages);
+    if (candidates.empty() && tracks.empty()) return std::nullopt;
     if (candidates.empty()) return 0;  // none can be read: there is nothing to choose
     // These two go into the result without being encoded anew, or with the least loss.
     for (const std::string_view wanted : {"aac", "ac3"}) {
         const auto found = std::ranges::find_if(
-            candidates, [&](std::size_t index) { return codecOf(entries[index].text) == wanted; });
+            candidates, [&](std::size_t index) { return tracks[index].codec == wanted; });
         if (found != candidates.end()) return *found;
     }
     return candidates.front();

@@ -27,7 +27,7 @@ namespace reelvane {
 /// first "aac", else the first "ac3", else the first. Absent when there is no entry.
 /// `defaultAudio`: 0 takes the user's languages; 2 to 8 one fixed language; others read as 0.
 [[nodiscard]] std::optional<std::size_t> bestLanguage(
-    std::span<const AudioEntry> entries, int defaultAudio,
+    std::span<const AudioTrack> tracks, int defaultAudio,
     std::span<const std::string> preferredLanguages);
 
 }  // namespace reelvane

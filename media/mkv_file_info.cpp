@@ -10,11 +10,6 @@
 namespace reelvane {
 namespace {
 
-std::string_view wordAt(std::string_view audioEntry, std::size_t index) {
-    const auto words = Fennimar::split(audioEntry, " ");
-    return index < words.size() ? words[index] : std::string_view{};
-}
-
 std::string listed(const std::vector<std::string>& values) {
     return "[" + Fennimar::joined(values, ", ") + "]";
 }
@@ -35,7 +30,7 @@ std::string informationText(const Translations& translations, const MKVFileInfo&
 std::string description(const MKVFileInfo& info) {
     std::vector<std::string> audio;
     audio.reserve(info.audioTrackInformation.size());
-    for (const auto& entry : info.audioTrackInformation) audio.push_back(entry.text);
+    for (const auto& track : info.audioTrackInformation) audio.push_back(text(track));
     std::vector<std::string> subtitles;
     subtitles.reserve(info.subtitleTrackIDs.size());
     for (const auto id : info.subtitleTrackIDs) subtitles.push_back(std::to_string(id));
@@ -51,26 +46,13 @@ std::string description(const MKVFileInfo& info) {
                             {"subtitleFileURL", info.subtitleFileURL}});
 }
 
-std::string_view languageOf(std::string_view audioEntry) {
-    return wordAt(audioEntry, 1);
+std::string text(const AudioTrack& track) {
+    return makeString("#%i: %@ (%@)%@", track.stream, track.language, track.codec,
+                      track.surround ? " [5.1]" : "");
 }
 
 std::string_view namedLanguage(std::string_view word) {
     return word == "unk" || word == "und" ? std::string_view{} : word;
-}
-
-std::string_view codecOf(std::string_view audioEntry) {
-    const auto inParentheses = wordAt(audioEntry, 2);
-    if (inParentheses.size() < 2) return {};
-    return inParentheses.substr(1, inParentheses.size() - 2);
-}
-
-bool hasUnknownCodec(std::string_view audioEntry) {
-    return codecOf(audioEntry) == "none";
-}
-
-int streamIndexOf(std::string_view audioEntry) {
-    return Fennimar::leadingInteger(Fennimar::trimmedTo(wordAt(audioEntry, 0), "0123456789"));
 }
 
 }  // namespace reelvane

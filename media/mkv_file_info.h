@@ -15,11 +15,20 @@ namespace reelvane {
 
 class Translations;
 
-/// One audio stream of the input, as its text and its sampling rate.
-struct AudioEntry {
-    std::string text{};  ///< "#1: eng (ac3) [5.1]": stream index, language, codec, surround suffix
-    int hz = 0;          ///< sampling rate; 0 when the report gives none
+/// One audio stream of the input.
+struct AudioTrack {
+    int stream = 0;          ///< its index in the input
+    std::string language{};  ///< as the report has it; "unk" where it has none
+    std::string codec{};     ///< "ac3"
+    bool surround = false;   ///< 5.1 channels or the like
+    int hz = 0;              ///< sampling rate; 0 when the report gives none
+
+    /// Whether ffmpeg knows a way to read or to copy it.
+    [[nodiscard]] bool isKnown() const { return codec != "none"; }
 };
+
+/// "#1: eng (ac3) [5.1]": how a track stands in menus and lists.
+[[nodiscard]] std::string text(const AudioTrack& track);
 
 /// Whether something may lie at the destination.
 enum class OutputClaim {
@@ -29,7 +38,7 @@ enum class OutputClaim {
 
 /// One probed input file. Filled once by the probe, then owned by the job that converts it.
 struct MKVFileInfo {
-    std::vector<AudioEntry> audioTrackInformation{};  ///< in report order
+    std::vector<AudioTrack> audioTrackInformation{};  ///< in report order
     std::vector<int> subtitleTrackIDs{};              ///< text subtitles, in report order
     std::vector<int> forcedSubtitleTrackIDs{};        ///< those of them that are marked as forced
     std::vector<std::string> subtitleLanguages{};     ///< of subtitleTrackIDs, in the same order
@@ -68,16 +77,7 @@ struct MKVFileInfo {
 /// A text for debugging and problem reports with the main properties, one to a line.
 [[nodiscard]] std::string description(const MKVFileInfo& info);
 
-/// The parts of an audio entry's text, split at single spaces.
-/// "eng" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
-[[nodiscard]] std::string_view languageOf(std::string_view audioEntry);
 /// The language that a report's word names; empty for "unk" and "und", which name none.
 [[nodiscard]] std::string_view namedLanguage(std::string_view word);
-/// "ac3" out of "#1: eng (ac3) [5.1]"; empty when the entry has no such part.
-[[nodiscard]] std::string_view codecOf(std::string_view audioEntry);
-/// Whether ffmpeg names the track's codec "none": it knows no way to read or to copy it.
-[[nodiscard]] bool hasUnknownCodec(std::string_view audioEntry);
-/// 1 out of "#1: eng (ac3) [5.1]".
-[[nodiscard]] int streamIndexOf(std::string_view audioEntry);
 
 }  // namespace reelvane

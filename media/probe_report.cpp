@@ -183,9 +183,10 @@ private:
         const auto codec = isHeAac && options_.heAACConvert ? "he-aac" : codecIn(details);
         const auto language = languageIn(block);
         report_.record.audioTrackInformation.push_back(
-            {.text = makeString("#%@: %@ (%@)%@", block.index, language.empty() ? "unk" : language,
-                                codec,
-                                Fennimar::containsAny(details, kSurroundLayouts) ? " [5.1]" : ""),
+            {.stream = block.index,
+             .language = language.empty() ? "unk" : language,
+             .codec = std::string(codec),
+             .surround = Fennimar::containsAny(details, kSurroundLayouts),
              .hz = samplingRateIn(details)});
     }
 

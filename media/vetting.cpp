@@ -87,8 +87,8 @@ void warnOfSound(const Translations& translations, const MKVFileInfo& record,
                  std::string_view fileName, std::string_view appName,
                  std::vector<VettingAlert>& alerts) {
     const auto& tracks = record.audioTrackInformation;
-    const bool isUnknown = std::ranges::all_of(
-        tracks, [](const AudioEntry& entry) { return hasUnknownCodec(entry.text); });
+    const bool isUnknown =
+        std::ranges::all_of(tracks, [](const AudioTrack& track) { return !track.isKnown(); });
     if (tracks.empty() || !isUnknown) return;
     alerts.push_back(error(
         appName,

@@ -7,6 +7,7 @@
 #include "cli/json_lines.h"
 #include "cli/text_reporter.h"
 #include "support/strings.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -116,7 +117,7 @@ TEST(TextLines, MessagesAndSummariesNameWhatThereIs) {
 }
 
 TEST(JsonLines, AbsentIsNullAndBadBytesAreReplaced) {
-    const MKVFileInfo record{.audioTrackInformation = {{.text = "#1: eng (ac3)"}}};
+    const MKVFileInfo record{.audioTrackInformation = {audioTrack("#1: eng (ac3)")}};
     const auto line = acceptedLine({.file = "\xFF.mkv", .record = record, .bestAudio = 0});
     EXPECT_EQ(line,
               "{\"file\":\"\uFFFD.mkv\",\"accepted\":true,\"fileName\":\"\",\"fileSize\":0,"

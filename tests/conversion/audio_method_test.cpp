@@ -3,6 +3,7 @@
 
 #include "conversion/stream_plan.h"
 #include "support/localization.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -33,7 +34,7 @@ TEST(AudioMethodChoice, FollowsCodecSurroundAndPreset) {
 }
 
 TEST(AudioMethodChoice, ANumberThatIsNoMethodIsAProblem) {
-    const MKVFileInfo movie{.audioTrackInformation = {{"#1: eng (ac3)"}}};
+    const MKVFileInfo movie{.audioTrackInformation = {audioTrack("#1: eng (ac3)")}};
     for (const int stored : {-1, 0, 3, 4}) {
         const AudioSettings settings{.conversionPreset = ConversionPreset::Custom,
                                      .customAC3Handling = stored};

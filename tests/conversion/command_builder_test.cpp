@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/strings.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -11,7 +12,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-CommandInput movie(std::vector<AudioEntry> audio, const ConversionSettings& settings = {}) {
+CommandInput movie(std::vector<AudioTrack> audio, const ConversionSettings& settings = {}) {
     CommandInput input{.settings = settings, .progressFile = "PROG"};
     input.file.fileURL = "IN";
     input.file.destinationURL = "OUT";
@@ -27,17 +28,17 @@ std::string commandLine(const CommandInput& input) {
 }
 
 TEST(CommandBuilder, WholeCommands) {
-    EXPECT_EQ(commandLine(movie({{"#1: eng (ac3) [5.1]", 48000}})),
+    EXPECT_EQ(commandLine(movie({audioTrack("#1: eng (ac3) [5.1]", 48000)})),
               "-fix_sub_duration -i IN -stats -map 0:0 -map 0:1 -map 0:1 -scodec mov_text -vcodec "
               "copy -acodec aac -ac 2 -b:a 128k -c:a:1 copy -progress PROG -loglevel warning -y "
               "OUT");
-    auto repaired =
-        movie({{"#1: eng (aac)", 48000}}, {.audio = {.conversionPreset = ConversionPreset::Fast}});
+    auto repaired = movie({audioTrack("#1: eng (aac)", 48000)},
+                          {.audio = {.conversionPreset = ConversionPreset::Fast}});
     repaired.needsFixup = true;
     EXPECT_EQ(commandLine(repaired),
               "-fix_sub_duration -i IN -stats -map 0:0 -map 0:1 -absf aac_adtstoasc -scodec "
               "mov_text -vcodec copy -acodec copy -progress PROG -loglevel warning -y OUT");
-    auto custom = movie({{"#1: eng (dts) [5.1]", 96000}},
+    auto custom = movie({audioTrack("#1: eng (dts) [5.1]", 96000)},
                         {.audio = {.conversionPreset = ConversionPreset::Custom},
                          .audioVolume = 150,
                          .disableBuiltinSubtitles = false,
@@ -48,22 +49,20 @@ TEST(CommandBuilder, WholeCommands) {
               "1:0 -map 0:3 -map 0:2 -scodec mov_text -vcodec copy -acodec ac3 -filter_complex "
               "[0:1]volume=1.50[out] -ar 48000 -ac 6 -b:a 448k -progress PROG -loglevel warning -y "
               "OUT");
-    custom.file.audioTrackInformation = {{"#1: eng (none)", 48000}};
+    custom.file.audioTrackInformation = {audioTrack("#1: eng (none)", 48000)};
     EXPECT_EQ(commandLine(custom),
               "-i IN -stats -map 0:0 -scodec mov_text -vcodec copy -progress PROG -loglevel "
               "warning -y OUT");
 }
 
 TEST(CommandBuilder, ThingsThatChangeOnePlace) {
-    using Audio = std::vector<AudioEntry>;
-    const Audio mp3{{"#1: eng (mp3)", 48000}};
-    const Audio aac{{"#1: eng (aac)", 96000}};
-    const Audio ac3{{"#1: eng (ac3) [5.1]"}};
-    const Audio dts{{"#1: eng (dts) [5.1]"}};
-    const Audio many{{"#1: eng (aac)"},
-                     {"#2: ger (ac3) [5.1]"},
-                     {"#3: eng (dts) [5.1]"},
-                     {"#4: eng (ac3) [5.1]"}};
+    using Audio = std::vector<AudioTrack>;
+    const Audio mp3{audioTrack("#1: eng (mp3)", 48000)};
+    const Audio aac{audioTrack("#1: eng (aac)", 96000)};
+    const Audio ac3{audioTrack("#1: eng (ac3) [5.1]")};
+    const Audio dts{audioTrack("#1: eng (dts) [5.1]")};
+    const Audio many{audioTrack("#1: eng (aac)"), audioTrack("#2: ger (ac3) [5.1]"),
+                     audioTrack("#3: eng (dts) [5.1]"), audioTrack("#4: eng (ac3) [5.1]")};
     struct Row {
         Audio audio{};
         ConversionSettings settings{};
@@ -75,7 +74,7 @@ TEST(CommandBuilder, ThingsThatChangeOnePlace) {
         {mp3, {.audioVolume = 101.5F}, "[0:1]volume=1.0"},
         {mp3, {.audioVolume = 50}, "[0:1]volume=0.50[out]", "-ar"},
         {aac, {.audioVolume = 50}, "-acodec copy -progress", "volume"},
-        {{{"#1: eng (mp3)", 48001}}, {}, "-acodec aac -ar 48000 -ac 2"},
+        {{audioTrack("#1: eng (mp3)", 48001)}, {}, "-acodec aac -ar 48000 -ac 2"},
         {mp3, {.audio = {.conversionPreset = ConversionPreset::Fast}}, "ac3 -ac 2 -b:a 192k -prog"},
         {dts,
          {.aacBitrate = 4, .ac3SurroundBitrate = -1},
@@ -110,7 +109,7 @@ TEST(CommandBuilder, ContainerIsNamedWhereTheExtensionWouldMislead) {
         {"o.m4v", "h264", "dts", 0, "-y -f mp4 o.m4v"},  // copied as the second track
     };
     for (const auto& row : rows) {
-        auto input = movie({{"#1: eng (" + std::string(row.audio) + ") [5.1]"}});
+        auto input = movie({audioTrack("#1: eng (" + std::string(row.audio) + ") [5.1]")});
         input.file.destinationURL = row.output;
         input.file.videoCodec = row.video;
         input.settings.audio.conversionPreset = conversionPresetOf(row.preset);

@@ -3,6 +3,7 @@
 
 #include "support/strings.h"
 #include "tests/conversion/job_fixture.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -96,7 +97,7 @@ TEST_F(JobTest, CopiedAACIsTriedFirstWhereTheConverterNeedsThat) {
         version = text;
         controller.version =
             std::make_shared<ConverterVersion>(platform.processLauncher, "/bundle/ffmpeg");
-        record.audioTrackInformation = {{"#1: eng (aac)", 48000}};
+        record.audioTrackInformation = {audioTrack("#1: eng (aac)", 48000)};
         setUpJob();
         start();
         EXPECT_THAT(job->arguments(), testing::Contains("-absf").Times(tried ? 1 : 0));

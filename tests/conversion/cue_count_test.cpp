@@ -25,9 +25,12 @@ MKVFileInfo record() {
 }
 
 TEST(CueCount, AsksForTheMappedTextTracksAlone) {
-    const std::vector<std::string> run{"-i",   "a",   "-map", "0:0", "-map", "[out]",
-                                       "-map", "1:0", "-map", "0:3", "-map", "0:2"};
-    const auto streams = mappedTextStreams(record(), run);
+    using Kind = OutputTrack::Kind;
+    const auto streams = textStreams({{.stream = 0},
+                                      {.kind = Kind::Audio, .stream = 1},
+                                      {.kind = Kind::Subtitle},
+                                      {.kind = Kind::Subtitle, .stream = 3},
+                                      {.kind = Kind::Subtitle, .stream = 2}});
     EXPECT_THAT(streams, ElementsAre("1:0", "0:3", "0:2"));
     EXPECT_THAT(
         cueListArguments(record(), streams),
@@ -83,15 +86,16 @@ TEST(CueCount, SaysWhichCuesDidNotArrive) {
             const bool data = request.arguments.at(request.arguments.size() - 2) == "data";
             return FinishedProcess{.output = data ? content : std::string(kHeader) + lines};
         };
-        const auto notes = cueNotes(kUntranslated, record(), {"-map", "0:0", "-map", "1:0"},
-                                    {arrived}, {.launcher = &launcher, .ffmpeg = "ffmpeg"});
+        const auto notes =
+            cueNotes(kUntranslated, record(), {{}, {.kind = OutputTrack::Kind::Subtitle}},
+                     {arrived}, {.launcher = &launcher, .ffmpeg = "ffmpeg"});
         ASSERT_EQ(notes.size(), expected.size()) << lines;
         for (std::size_t i = 0; i < notes.size(); ++i) {
             EXPECT_THAT(notes[i].text, HasSubstr(expected[i]));
         }
     }
     FakeProcessLauncher launcher;
-    EXPECT_THAT(cueNotes(kUntranslated, record(), {"-map", "0:0"}, {}, {.launcher = &launcher}),
+    EXPECT_THAT(cueNotes(kUntranslated, record(), {{.stream = 0}}, {}, {.launcher = &launcher}),
                 IsEmpty());
     EXPECT_THAT(launcher.runs, IsEmpty()) << "no text, no run";
 }

@@ -4,6 +4,7 @@
 
 #include "support/localization.h"
 #include "tests/conversion/job_fixture.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -13,7 +14,7 @@ TEST_F(JobTest, DetailsFollowThePreferencesUntilTheStartAndNoFurther) {
         return jobDetails(kUntranslated, *job, controller.settings, progressFile.parent_path());
     };
     const auto sound = [&details] { return trackLine(details().tracks.at(1)); };
-    job->fileInfo().audioTrackInformation = {{"#1: eng (mp3)", 48000}};
+    job->fileInfo().audioTrackInformation = {audioTrack("#1: eng (mp3)", 48000)};
     EXPECT_EQ(sound(), "#1 eng mp3 → AAC stereo 128k");
     job->fileInfo().subtitleFileURL = "/v/a.srt";
     job->fileInfo().subtitleFormat.encoding = {.kind = FoundEncoding::Kind::Named,
@@ -43,7 +44,7 @@ TEST_F(JobTest, TheRowSaysWhatWasLeftOutAndWhereTheResultLiesUnlessThatIsPlain) 
     startAndWrite();
     finish();
     EXPECT_EQ(note().text, job->details());
-    job->fileInfo().audioTrackInformation.push_back({"#2: ger (aac)", 48000});
+    job->fileInfo().audioTrackInformation.push_back(audioTrack("#2: ger (aac)", 48000));
     job->fileInfo().subtitleTrackIDs = {3};
     const auto whole = job->details();
     EXPECT_EQ(note().text, "1 audio, 1 subtitle track left out · " + whole);

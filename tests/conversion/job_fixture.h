@@ -5,6 +5,7 @@
 #include <string>
 
 #include "conversion/conversion_job.h"
+#include "tests/fakes/audio_tracks.h"
 #include "tests/fakes/fake_job_controller.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/small_mp4.h"
@@ -58,7 +59,7 @@ protected:
         job = std::make_unique<ConversionJob>(platform.vantor, controller, record, 0);
     }
 
-    MKVFileInfo record = MKVFileInfo{.audioTrackInformation = {{"#1: eng (ac3)", 48000}},
+    MKVFileInfo record = MKVFileInfo{.audioTrackInformation = {audioTrack("#1: eng (ac3)", 48000)},
                                      .fileName = "movie.mkv",
                                      .fileURL = source,
                                      .destinationURL = output,

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/localization.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -57,12 +58,13 @@ TEST(JobNotes, TheLogSaysWhatIsWrongWithTheSource) {
 }
 
 TEST(JobNotes, SoundOfNoKnownFormatIsMissed) {
-    const auto doubts = [](const std::vector<AudioEntry>& tracks) {
+    const auto doubts = [](const std::vector<AudioTrack>& tracks) {
         return warningText(doubtsOfSound(kUntranslated, "film.mkv", tracks));
     };
-    EXPECT_THAT(doubts({{"#1: eng (none)"}, {"#2: ger (none) [5.1]"}}), HasSubstr("was left out"));
-    EXPECT_EQ(doubts({{"#1: eng (none)"}, {"#2: ger (aac)"}}) + doubts({}), "");
-    const std::vector<AudioEntry> mixed{{"#1: eng (none)"}, {"#2: ger (aac)"}};
+    EXPECT_THAT(doubts({audioTrack("#1: eng (none)"), audioTrack("#2: ger (none) [5.1]")}),
+                HasSubstr("was left out"));
+    EXPECT_EQ(doubts({audioTrack("#1: eng (none)"), audioTrack("#2: ger (aac)")}) + doubts({}), "");
+    const std::vector<AudioTrack> mixed{audioTrack("#1: eng (none)"), audioTrack("#2: ger (aac)")};
     EXPECT_THAT(doubtsOfSound(kUntranslated, "film.mkv", mixed).at(0).text,
                 HasSubstr("1 of the audio tracks of film.mkv"));
     EXPECT_TRUE(doubtsOfSound(kUntranslated, "film.mkv", std::span(mixed).subspan(1)).empty());

@@ -4,14 +4,16 @@
 #include <gtest/gtest.h>
 
 #include "support/localization.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
 
 TEST(StatusLine, SaysWhatTheStateAllows) {
     using State = ConversionJobState;
-    const std::vector<AudioEntry> three{{"#1: eng (aac)"}, {"#2: ger (ac3)"}, {"#3: fre (ac3)"}};
-    const std::vector<AudioEntry> one{three.front()};
+    const std::vector<AudioTrack> three{audioTrack("#1: eng (aac)"), audioTrack("#2: ger (ac3)"),
+                                        audioTrack("#3: fre (ac3)")};
+    const std::vector<AudioTrack> one{three.front()};
     EXPECT_EQ(statusLine(kUntranslated, {.state = State::Paused, .audio = one}), "Status: Paused");
     EXPECT_EQ(statusLine(kUntranslated, {.state = State::Finished, .conversionSeconds = 125.4}),
               "Status: Finished [Conversion took: 2m 5s]");

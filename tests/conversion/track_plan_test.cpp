@@ -7,6 +7,7 @@
 #include "conversion/stream_plan.h"
 #include "support/localization.h"
 #include "support/strings.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -54,15 +55,45 @@ void expectAgreement(const CommandInput& input) {
         if (sound) told.emplace_back(Fennimar::partBefore(track.outcome, " as "));
     }
     EXPECT_EQ(told, sounds);
-    EXPECT_THAT(maps, testing::UnorderedElementsAreArray(mappedStreams(arguments)));
+    std::vector<std::string> mapped;
+    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
+        if (arguments[i] == "-map") mapped.push_back(arguments[i + 1]);
+    }
+    EXPECT_THAT(maps, testing::UnorderedElementsAreArray(mapped));
+}
+
+TEST(StreamPlan, TheOutputsTracksAreKnownInTheirOrder) {
+    using Kind = OutputTrack::Kind;
+    const MKVFileInfo movie{
+        .audioTrackInformation = {audioTrack("#1: ger (dts) [5.1]"), audioTrack("#2: und (aac)")},
+        .subtitleTrackIDs = {4, 5},
+        .forcedSubtitleTrackIDs = {4},
+        .subtitleLanguages = {"eng", "und"},
+        .trackTitles = {{0, "Film"}, {2, "Commentary"}},
+        .subtitleFileURL = "/movies/Film.Forced.srt"};
+    const StreamPlan plan{.mainAudio = {{.entry = 1, .volume = 1.5}},
+                          .surround = {{.entry = 0}},
+                          .subtitles = {4, 5},
+                          .externalSubtitle = true};
+    EXPECT_THAT(
+        outputTracks(plan, movie),
+        testing::ElementsAre(
+            OutputTrack{.stream = 0, .title = "Film"},
+            OutputTrack{.kind = Kind::Audio, .stream = 2, .title = "Commentary"},
+            OutputTrack{.kind = Kind::Audio, .stream = 1, .language = "ger"},
+            OutputTrack{.kind = Kind::Subtitle, .forced = true},
+            OutputTrack{.kind = Kind::Subtitle, .stream = 5},
+            OutputTrack{.kind = Kind::Subtitle, .stream = 4, .language = "eng", .forced = true}));
 }
 
 TEST(TrackPlan, AgreesWithTheCommandLine) {
-    const std::vector<std::vector<AudioEntry>> movies = {
+    const std::vector<std::vector<AudioTrack>> movies = {
         {},
-        {{"#1: eng (ac3) [5.1]", 48000}, {"#2: ger (dts)", 96000}},
-        {{"#1: eng (dts) [5.1]"}, {"#2: eng (aac)"}, {"#3: eng (ac3) [5.1]"}},
-        {{"#1: unk (mp3)", 96000}, {"#2: unk (dts) [5.1]"}, {"#3: ger (vorbis)"}}};
+        {audioTrack("#1: eng (ac3) [5.1]", 48000), audioTrack("#2: ger (dts)", 96000)},
+        {audioTrack("#1: eng (dts) [5.1]"), audioTrack("#2: eng (aac)"),
+         audioTrack("#3: eng (ac3) [5.1]")},
+        {audioTrack("#1: unk (mp3)", 96000), audioTrack("#2: unk (dts) [5.1]"),
+         audioTrack("#3: ger (vorbis)")}};
     for (unsigned choice = 0; choice < 3U << 5U; ++choice) {
         const auto flag = [&](unsigned bit) { return (choice >> bit & 1U) != 0; };
         CommandInput input{.settings = {.audioVolume = flag(0) ? 150.F : 100.F,
@@ -84,7 +115,8 @@ TEST(TrackPlan, AgreesWithTheCommandLine) {
 
 TEST(TrackPlan, LeavesOutWhatIsNotKnown) {
     CommandInput input{.settings = {.audioVolume = 150, .disableBuiltinSubtitles = false}};
-    input.file = {.audioTrackInformation = {{"#1: eng (dts) [5.1]", 96000}, {"#3: ger (ac3)"}},
+    input.file = {.audioTrackInformation = {audioTrack("#1: eng (dts) [5.1]", 96000),
+                                            audioTrack("#3: ger (ac3)")},
                   .subtitleTrackIDs = {4, 5},
                   .forcedSubtitleTrackIDs = {4},
                   .subtitleLanguages = {"ger", "und"},
@@ -105,7 +137,8 @@ TEST(TrackPlan, LeavesOutWhatIsNotKnown) {
     EXPECT_EQ(leftOut(), "1 audio, 4 subtitle tracks left out");
     input = {.audioTrackIndex = 1};
     EXPECT_EQ(leftOut(), "");
-    input.file.audioTrackInformation = {{"#1: eng (ac3) [5.1]"}, {"#2: eng (aac)"}, {"#3: unk ()"}};
+    input.file.audioTrackInformation = {audioTrack("#1: eng (ac3) [5.1]"),
+                                        audioTrack("#2: eng (aac)"), audioTrack("#3: unk ()")};
     EXPECT_EQ(lines(input),
               "#0 video: copied\n#2 eng aac: copied\n#1 eng ac3 5.1: copied as a second track\n"
               "#3 audio: left out, only the chosen sound is taken\n");

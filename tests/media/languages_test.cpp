@@ -5,6 +5,8 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "tests/fakes/audio_tracks.h"
+
 namespace reelvane {
 namespace {
 
@@ -33,26 +35,30 @@ TEST(Languages, TheTableIsTheStandards) {
 }
 
 TEST(Languages, BestLanguagePrefersTheLanguageThenTheCodec) {
-    using Entries = std::vector<AudioEntry>;
+    using Entries = std::vector<AudioTrack>;
     const auto best = [](const Entries& entries, const std::vector<std::string>& languages,
                          int choice = 0) { return bestLanguage(entries, choice, languages); };
-    const Entries three{{"#1: ger (ac3) [5.1]"}, {"#2: eng (dts)"}, {"#3: eng (aac)"}};
+    const Entries three{audioTrack("#1: ger (ac3) [5.1]"), audioTrack("#2: eng (dts)"),
+                        audioTrack("#3: eng (aac)")};
     EXPECT_EQ(best(three, {"eng", "ger"}), 2);
     EXPECT_EQ(best(three, {"spa", "ger", "eng"}), 0);
     EXPECT_EQ(best(three, {"eng"}, 3), 0) << "always German";
     EXPECT_EQ(best(three, {"ger"}, 2), 2) << "always English";
     EXPECT_EQ(best(three, {"ger"}, 1), 0) << "no choice";
     EXPECT_EQ(best(three, {"ger"}, 9), 0) << "no choice";
-    const Entries foreign{{"#1: jpn (he-aac)"}, {"#2: eng (dts) [5.1]"}, {"#3: eng (ac3)"}};
+    const Entries foreign{audioTrack("#1: jpn (he-aac)"), audioTrack("#2: eng (dts) [5.1]"),
+                          audioTrack("#3: eng (ac3)")};
     EXPECT_EQ(best(foreign, {"ger", "en-US"}), 2);
     for (const std::string spelling : {"deu", "ger", "de", "de-DE"}) {
-        EXPECT_EQ(best({{"#1: eng (aac)"}, {"#2: " + spelling + " (dts)"}}, {"ger"}), 1);
+        EXPECT_EQ(
+            best({audioTrack("#1: eng (aac)"), audioTrack("#2: " + spelling + " (dts)")}, {"ger"}),
+            1);
     }
-    EXPECT_EQ(best({{"#1: eng (none)"}, {"#2: jpn (mp3)"}}, {"eng"}), 1) << "cannot be read";
-    EXPECT_EQ(best({{"#1: eng (none)"}}, {"eng"}), 0);
-    EXPECT_EQ(best({{"#1: jpn (dts)"}, {"#2"}}, {}), 0);
+    EXPECT_EQ(best({audioTrack("#1: eng (none)"), audioTrack("#2: jpn (mp3)")}, {"eng"}), 1)
+        << "cannot be read";
+    EXPECT_EQ(best({audioTrack("#1: eng (none)")}, {"eng"}), 0);
+    EXPECT_EQ(best({audioTrack("#1: jpn (dts)"), audioTrack("#2")}, {}), 0);
     EXPECT_EQ(best({}, {"eng"}), std::nullopt);
-    EXPECT_EQ(streamIndexOf("#12: eng (ac3) [5.1]"), 12);
 }
 
 }  // namespace

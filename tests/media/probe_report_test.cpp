@@ -47,8 +47,8 @@ std::string streamsIn(std::string_view text) {
         streams += " " + each.codec + (each.tenBit ? "!" : "");
     }
     streams += " " + record.resolution + " " + std::to_string(record.referenceFrames.value_or(-1));
-    for (const auto& [entry, hz] : record.audioTrackInformation) {
-        streams += " " + entry + " at " + std::to_string(hz);
+    for (const auto& track : record.audioTrackInformation) {
+        streams += " " + reelvane::text(track) + " at " + std::to_string(track.hz);
     }
     for (const auto id : record.subtitleTrackIDs) streams += " text " + std::to_string(id);
     for (const auto& [id, title] : record.trackTitles) {
@@ -93,7 +93,7 @@ TEST(ProbeReport, ReadsStreams) {
         EXPECT_EQ(streamsIn(text + "\xff"), streamsIn(text + "\uFFFD"));
     }
     const auto record = parseProbeReport(kMatroska, {.heAACConvert = true}).record;
-    EXPECT_EQ(record.audioTrackInformation.at(1).text, "#2: unk (he-aac)");
+    EXPECT_EQ(reelvane::text(record.audioTrackInformation.at(1)), "#2: unk (he-aac)");
 }
 
 // Of a hostile movie: its title, comment, track title, handler, language and chapter hold a mark.

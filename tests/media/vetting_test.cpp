@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/localization.h"
+#include "tests/fakes/audio_tracks.h"
 
 namespace reelvane {
 namespace {
@@ -41,17 +42,17 @@ warningtoomanyrefframes later Warning|The file 'a�.mkv' will probably not play
  later Reelvane|Warning: the file 'a�.mkv' doesn't seem to be a valid MKV and can't be converted by Reelvane. If you are sure the file is valid please contact us regarding this issue.|OK
 )");
     EXPECT_EQ(
-        alertsFor({.record = {.audioTrackInformation = {{"#1: eng (none)"}},
+        alertsFor({.record = {.audioTrackInformation = {audioTrack("#1: eng (none)")},
                               .videoTrackID = 0,
                               .dolbyVisionProfile = 5}}),
         R"(dolbyvisionwarning later Warning|The picture of the file 'a�.mkv' is in Dolby Vision profile 5. Only devices with Dolby Vision show its right colours; on others it is green and purple.|OK
  later Reelvane|The sound of the file 'a�.mkv' has a format that ffmpeg does not know, so the file can only be converted without sound.|OK
 )");
-    EXPECT_EQ(
-        alertsFor({.record = {.audioTrackInformation = {{"#1: eng (none)"}, {"#2: unk (aac)"}},
-                              .videoTrackID = 0,
-                              .dolbyVisionProfile = 8}}),
-        "");
+    EXPECT_EQ(alertsFor({.record = {.audioTrackInformation = {audioTrack("#1: eng (none)"),
+                                                              audioTrack("#2: unk (aac)")},
+                                    .videoTrackID = 0,
+                                    .dolbyVisionProfile = 8}}),
+              "");
     report.record.demuxer = "concat";
     EXPECT_EQ(alertsFor(report), alertsFor({})) << "a playlist";
 }
