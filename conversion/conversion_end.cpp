@@ -156,6 +156,7 @@ void ConversionJob::decideOnSource(const ConversionSettings& settings) {
     const auto kind = hasDoubt(notes())                           ? SourceFate::Kind::Doubtful
                       : fileInfo_.runtimeSeconds.value_or(0) <= 0 ? SourceFate::Kind::NoLength
                       : outputCheck_.proof.isShort                ? SourceFate::Kind::Short
+                      : fileInfo_.hasOtherPictures                ? SourceFate::Kind::OtherPicture
                       : !outputCheck_.onDisk                      ? SourceFate::Kind::NotOnDisk
                                                                   : SourceFate::Kind::Removed;
     if (kind != SourceFate::Kind::Removed) {

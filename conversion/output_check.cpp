@@ -85,6 +85,12 @@ OutputCheck checkOutput(const Translations& translations, const MKVFileInfo& rec
     if (readsEdits(record.demuxer) && partsOfMp4(record.fileURL) > 1) {
         addNotes(check.notes, {doubtOfCut(translations, name)});
     }
+    if (record.hasOtherPictures) {
+        auto text = makeString(
+            translations.localized("%@ holds another picture track, which is not in the result."),
+            name);
+        addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = std::move(text)}});
+    }
     for (const auto& warning : record.warnings) {
         addNotes(check.notes, {{.kind = JobNote::Kind::Remark, .text = warning}});
     }

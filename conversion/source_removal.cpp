@@ -122,6 +122,9 @@ std::string_view formatOf(SourceKind kind, bool toTrash) {
             return localizable("%@ was kept because it does not say how long it is.");
         case SourceKind::Short:
             return localizable("%@ was kept because it says that it is longer than the new file.");
+        case SourceKind::OtherPicture:
+            return localizable(
+                "%@ was kept because it holds another picture track that is not in the new file.");
         case SourceKind::NotOnDisk:
             return localizable(
                 "%@ was kept because the disk of the new file did not confirm that it is stored.");

@@ -68,15 +68,16 @@ struct SourceRemoval {
 struct SourceFate {
     enum class Kind {
         Removed,
-        Doubtful,    ///< kept: something speaks against the output, and the notes say what
-        NoLength,    ///< kept: how long it is nobody knows, so nobody knows whether it is all there
-        Short,       ///< kept: it says that it is longer, so it may have been cut
-        NotOnDisk,   ///< kept: the output's disk does not confirm that it has the output
-        Changed,     ///< kept: it is not the file any more that was looked into
-        OutputGone,  ///< kept: the output is not the file any more that was proven
-        NotCompared,  ///< kept: one of them could not be read to its end
-        Different,    ///< kept: the packets of the picture are not the same
-        NotRemoved    ///< it could not be removed, and `problem` says why
+        Doubtful,  ///< kept: something speaks against the output, and the notes say what
+        NoLength,  ///< kept: how long it is nobody knows, so nobody knows whether it is all there
+        Short,     ///< kept: it says that it is longer, so it may have been cut
+        OtherPicture,  ///< kept: it holds another picture track, which no output takes
+        NotOnDisk,     ///< kept: the output's disk does not confirm that it has the output
+        Changed,       ///< kept: it is not the file any more that was looked into
+        OutputGone,    ///< kept: the output is not the file any more that was proven
+        NotCompared,   ///< kept: one of them could not be read to its end
+        Different,     ///< kept: the packets of the picture are not the same
+        NotRemoved     ///< it could not be removed, and `problem` says why
     };
     Kind kind = Kind::Removed;
     std::string problem{};

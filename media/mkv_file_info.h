@@ -64,6 +64,7 @@ struct MKVFileInfo {
     /// What Matroska's statistics say of the picture, where they can be read.
     std::optional<std::uint64_t> promisedPictures{};
     std::optional<int> promisedSeconds{};
+    bool hasOtherPictures = false;          ///< video streams that a player could show instead
     int subtitleCount = 0;                  ///< streams of any subtitle kind
     std::string demuxer{};                  ///< "matroska,webm"
     std::optional<FileVersion> identity{};  ///< as it was before it was probed

@@ -64,6 +64,10 @@ std::vector<VideoStreamFact> likelyPictures(std::vector<VideoStreamFact> streams
     return streams;
 }
 
+bool isMovingPicture(const VideoStreamFact& stream) {
+    return !stream.isEmpty && !isImageCodec(stream.codec);
+}
+
 bool areInDoubt(std::span<const VideoStreamFact> streams) {
     return lastingStreams({streams.begin(), streams.end()}).size() > 1;
 }

@@ -29,6 +29,9 @@ struct VideoStreamFact {
 /// track, a second small one must not win over the movie. The last of them is taken.
 [[nodiscard]] std::vector<VideoStreamFact> likelyPictures(std::vector<VideoStreamFact> streams);
 
+/// Whether the stream has moving pictures, as far as is known: it is no cover that nobody marked.
+[[nodiscard]] bool isMovingPicture(const VideoStreamFact& stream);
+
 /// Whether what is known does not tell yet, so that the streams' packets should be counted.
 [[nodiscard]] bool areInDoubt(std::span<const VideoStreamFact> streams);
 

@@ -223,6 +223,10 @@ void choosePicture(ProbeReport& report) {
         record.referenceFrames = picture.referenceFrames;
         record.namesColour = picture.namesColour;
         record.dolbyVisionProfile = picture.dolbyVisionProfile;
+        record.hasOtherPictures =
+            std::ranges::any_of(report.videoStreams, [&](const VideoStreamFact& stream) {
+                return stream.index != picture.index && isMovingPicture(stream);
+            });
         if (Fennimar::contains(record.demuxer, "matroska")) {
             record.promisedPictures = picture.promisedPictures;
             record.promisedSeconds = picture.promisedSeconds;

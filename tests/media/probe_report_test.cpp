@@ -293,6 +293,12 @@ TEST(PictureChoice, ThePictureIsTheMovies) {
             report.videoStreams[i].packets = packets[i];
         choosePicture(report);
         EXPECT_EQ(report.record.videoTrackID, chosen) << text;
+        bool others = false;
+        for (int i = 0; i < std::ssize(streams); ++i) {
+            others = others || (i != chosen &&
+                                streams[static_cast<std::size_t>(i)].starts_with("h264, yuv420p"));
+        }
+        EXPECT_EQ(report.record.hasOtherPictures, others) << text;
     }
     std::vector<VideoStreamFact> counted(2);
     takeCounts("#tb 0: 1/25\n0, 0, 0, 1, 5, 0x1\n1, 0, 0\n1, 5, 5\n7, 0\n", counted);
