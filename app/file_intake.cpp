@@ -243,7 +243,6 @@ void FileIntake::skip(const std::filesystem::path& file, const std::vector<Vetti
     refuse(file, alerts);
     if (stop.stop_requested()) return;  // an alert's own loop may have left the file
     cancelAdd();
-    owner_.updateWindowTitle();
 }
 
 void FileIntake::stopForToolProblem(const Probe& probe) {
@@ -264,7 +263,6 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
         refuse(file, {alert});
     });
     cancelAdd();
-    owner_.updateWindowTitle();
     if (fatal) owner_.terminate();
 }
 
@@ -315,7 +313,9 @@ void FileIntake::addResolved(std::size_t audioTrackIndex, const ResolvedDestinat
     auto job = std::make_unique<ConversionJob>(vantor_, owner_.jobController(), std::move(record),
                                                audioTrackIndex);
     job->presetSpeedInfo();
-    owner_.addJob(std::move(job));
+    owner_.addJob(std::move(job), hasWaitingFiles());
+    cancelAdd();
+    clearFileInfo();
 }
 
 /// Its title names the file, whose alert this is.

@@ -53,14 +53,14 @@ struct IntakeTurn {
 /// turns it into a job. Main thread only. A window mirrors the sheet's state from here.
 class FileIntake {
 public:
-    /// What the intake asks of the controller.
+    /// What the intake asks of its owner.
     class Owner {
     public:
         virtual ~Owner() = default;
-        virtual void addJob(std::unique_ptr<ConversionJob> job) = 0;
+        /// `othersWait`: more files are on their way, so the job does not start at once.
+        virtual void addJob(std::unique_ptr<ConversionJob> job, bool othersWait) = 0;
         /// What a new job reports to.
         [[nodiscard]] virtual ConversionJob::Controller& jobController() = 0;
-        virtual void updateWindowTitle() = 0;
         /// Shows the main window, in front.
         virtual void bringToFront() = 0;
         /// Ends the program with status 0.
@@ -106,7 +106,6 @@ public:
     [[nodiscard]] const std::filesystem::path& presentFile() const { return turn_.get().file; }
 
     [[nodiscard]] const std::optional<MKVFileInfo>& fileInfo() const { return fileInfo_; }
-    void clearFileInfo();
     /// Tells the observers of refusals about a file that was taken but cannot become a job.
     void refuse(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
 
@@ -153,6 +152,7 @@ private:
     void fillAudioPopUp();
     void resolved(std::size_t audioTrackIndex, const Resolution& resolution);
     void addResolved(std::size_t audioTrackIndex, const ResolvedDestination& destination);
+    void clearFileInfo();
     void leaveUnadded(const std::optional<VettingAlert>& problem);
     void tellOfPresentFile(const VettingAlert& problem);
     [[nodiscard]] VettingAlert plainAlert(std::string message) const;

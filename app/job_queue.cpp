@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "support/dispatch.h"
-
 namespace reelvane {
 
 ConversionJob& JobQueue::insertJob(std::unique_ptr<ConversionJob> job, InsertAt where) {
@@ -116,14 +114,6 @@ Subscription JobQueue::observeStates(std::function<void()> changed) {
 
 Subscription JobQueue::observeJobs(std::function<void(ConversionJob&)> changed) {
     return changes_.add(std::move(changed));
-}
-
-void RetiredJobs::retire(std::unique_ptr<ConversionJob> job) {
-    if (!job) return;
-    jobs_.push_back(std::move(job));
-    dispatch_async_main(vantor_, [this, alive = std::weak_ptr(alive_)] {
-        if (alive.lock()) jobs_.clear();
-    });
 }
 
 }  // namespace reelvane

@@ -139,6 +139,10 @@ bool Lifecycle::applicationShouldTerminate() {
     return answer.button == kFirstButton;
 }
 
+void Lifecycle::preferencesWindowWillClose() {
+    vantor_.preferences().synchronize();
+}
+
 void Lifecycle::applicationWillTerminate() {
     vantor_.preferences().synchronize();
     while (!queue_.taskArray().empty()) queue_.taskArray().front()->remove();

@@ -74,6 +74,8 @@ public:
     void listenToNotifications();
     /// False: a conversion runs, starts or is paused, and the user wants to stay.
     [[nodiscard]] bool applicationShouldTerminate();
+    /// What was changed there is on the disk when this returns.
+    void preferencesWindowWillClose();
     /// Removes every job, running ones included, and puts the preferences onto the disk.
     void applicationWillTerminate();
 

@@ -80,7 +80,7 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
         console.error(outputLostText(console.closedBy()) + " What was converted before stays.");
     }
     auto summary = run.summary();
-    for (const auto& left : controller.leftBehind()) {
+    for (const auto& left : controller.outputs().leftBehind()) {
         summary.leftSomething = true;
         reporter->alerted(vantor.appName(), leftBehindText(kUntranslated, left));
     }

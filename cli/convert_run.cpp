@@ -70,7 +70,7 @@ void ConvertRun::start(const CheckedInputs& inputs) {
         paths.push_back(file.path);
         if (areMovies({file.path})) ++movies_;
     }
-    if (!paths.empty()) controller_.openFiles(paths);
+    if (!paths.empty()) controller_.intake().openFiles(paths);
     checkLater();
 }
 
@@ -114,7 +114,7 @@ std::string ConvertRun::takeGivenName(const std::filesystem::path& path) {
 }
 
 void ConvertRun::showReading() {
-    const bool converts = controller_.jobCountWithState(ConversionJobState::Converting) > 0;
+    const bool converts = controller_.queue().jobCountWithState(ConversionJobState::Converting) > 0;
     if (controller_.intake().state() == IntakeState::Reading && !converts) {
         reporter_.reading(std::min(read_ + 1, movies_), movies_);
     }
@@ -239,7 +239,7 @@ void ConvertRun::check() {
             giveUp(*next);
             tellAlerts();
         } else {
-            controller_.startNextJobInQueue();
+            controller_.queueControl().startNextJobInQueue();
         }
         checkLater();
         return;
@@ -251,8 +251,8 @@ void ConvertRun::check() {
 }
 
 bool ConvertRun::isIdle() const {
-    return !controller_.intake().isBusy() && !controller_.isAtWork() &&
-           controller_.comparisons().isIdle();
+    return !controller_.intake().isBusy() && !controller_.queue().isAtWork() &&
+           controller_.jobOwner().comparisons().isIdle();
 }
 
 void ConvertRun::giveUp(const ConversionJob& next) {

@@ -125,7 +125,7 @@ void watchSession(AppDelegate& controller, QGuiApplication& application) {
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
                      [&controller](QSessionManager& session) {
                          if (!session.allowsInteraction()) return;
-                         if (!controller.applicationShouldTerminate()) session.cancel();
+                         if (!controller.lifecycle().applicationShouldTerminate()) session.cancel();
                      });
 }
 
@@ -139,7 +139,7 @@ void listenToOtherStarts(DBusApplication& instance, AppDelegate& controller, Mai
         if (request.files.empty()) {
             static_cast<void>(controller.applicationShouldHandleReopen());
         } else {
-            controller.openFiles(request.files);
+            controller.intake().openFiles(request.files);
         }
     });
     instance.setAction([&window](const std::string& action) {
@@ -154,7 +154,7 @@ void openGivenFiles(PlatformParts& platform, AppDelegate& controller, MainWindow
     if (Interruption::signal() != 0) return;
     listenToOtherStarts(*platform.instance, controller, window);
     watchSession(controller, application);
-    if (!files.empty()) controller.openFiles(files);
+    if (!files.empty()) controller.intake().openFiles(files);
 }
 
 /// Starts the program from where it was moved to.
@@ -218,7 +218,7 @@ int runWindow(PlatformParts& platform, QApplication& application,
     platform.store.hurry();
     platform.launcherEntry.setProgress(std::nullopt);
     controller.applicationWillTerminate();
-    for (const auto& left : controller.leftBehind()) {
+    for (const auto& left : controller.outputs().leftBehind()) {
         std::cerr << "reelvane: " << printable(leftBehindText(platform.translations, left)) << '\n';
     }
     platform.dispatcher.finishBackground();

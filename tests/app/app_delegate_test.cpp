@@ -14,7 +14,7 @@ protected:
         for (const auto& row : app_->queue().taskArray()) states.push_back(row->state());
         return states;
     }
-    [[nodiscard]] std::string title() const { return app_->windowTitle().get(); }
+    [[nodiscard]] std::string title() const { return app_->queueControl().windowTitle().get(); }
 };
 
 TEST_F(AppDelegateTest, TheNewestJobRunsNextUnlessTheyGoToTheBottom) {
@@ -35,26 +35,26 @@ TEST_F(AppDelegateTest, TheNewestJobRunsNextUnlessTheyGoToTheBottom) {
 TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
     launch();
     EXPECT_EQ(title(), "Reelvane ");
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
     EXPECT_EQ(title(), "Reelvane (Paused)");
-    EXPECT_EQ(app_->addButtonTitle().get(), "Add to Queue");
+    EXPECT_EQ(app_->queueControl().addButtonTitle().get(), "Add to Queue");
     add({movie("a.mkv"), movie("b.mkv")});
     EXPECT_THAT(states(), ElementsAre(Queued, Queued));
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
     EXPECT_THAT(states(), ElementsAre(Converting, Queued));
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
     EXPECT_THAT(states(), ElementsAre(Paused, Queued));
     EXPECT_TRUE(platform_.processLauncher.children[0].suspended);
     EXPECT_EQ(title(), "Reelvane (Paused) [2 Job(s), 1 Queued]");
-    app_->continueJob(*app_->queue().taskArray()[1]);
+    app_->queueControl().continueJob(*app_->queue().taskArray()[1]);
     settle();
-    EXPECT_FALSE(app_->paused()) << "a job that the user starts un-pauses the queue";
+    EXPECT_FALSE(app_->queueControl().paused()) << "a job that the user starts un-pauses the queue";
     EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "but starts no other";
     EXPECT_EQ(app_->queueControl().pauseTitle().get(), "Pause Queue");
-    app_->continueJob(*app_->queue().taskArray()[0]);
+    app_->queueControl().continueJob(*app_->queue().taskArray()[0]);
     settle();
     EXPECT_THAT(states(), ElementsAre(Paused, Converting)) << "never two at a time";
     fail(1);
@@ -65,8 +65,8 @@ TEST_F(AppDelegateTest, NothingStartsBesideARunThatIsBeingReadBack) {
     add({movie("a.mkv"), movie("b.mkv")});
     platform_.folder.write("a.m4v", SmallMp4{}.bytes());
     platform_.processLauncher.children.at(0).exit(0);
-    app_->togglePause();
-    app_->togglePause();
+    app_->queueControl().togglePause();
+    app_->queueControl().togglePause();
     EXPECT_EQ(app_->queue().jobsAtWork().size(), 1U);
     settle();
     EXPECT_THAT(states(), ElementsAre(Converting, Finished));
@@ -99,7 +99,7 @@ TEST_F(AppDelegateTest, AnAutomaticNameIsCheckedOnceMoreAtTheStart) {
 
 TEST_F(AppDelegateTest, ARemovedJobLeavesAForeignFileAtItsAutomaticPath) {
     add({movie("a.mkv"), movie("b.mkv")});
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
     const auto queued = platform_.folder.write("b.m4v", "of another program");
     app_->queue().taskArray().front()->remove();
@@ -118,7 +118,7 @@ TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
     finish(0);
     EXPECT_THAT(states(), ElementsAre(Failed, Queued, Finished));
     EXPECT_THAT(lastAlert(), HasSubstr("removed the file c.mkv"));
-    app_->cleanClicked();
+    app_->queueControl().cleanClicked();
     settle();
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv"));
     EXPECT_EQ(job(1).state(), Converting) << "a removal asks for the next job";
@@ -127,7 +127,7 @@ TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
 TEST_F(AppDelegateTest, TheQueueGoesOnWhenAllOfSeveralAreRemoved) {
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
     const auto& jobs = app_->queue().taskArray();
-    app_->removeJobs({jobs[3].get(), jobs[0].get(), jobs[1].get()});
+    app_->queueControl().removeJobs({jobs[3].get(), jobs[0].get(), jobs[1].get()});
     settle();
     EXPECT_EQ(platform_.processLauncher.children.size(), 2) << "none that goes was started";
     EXPECT_EQ(title(), "Reelvane  [1 Job(s), 0 Queued]");
@@ -189,7 +189,7 @@ TEST_F(AppDelegateTest, QuittingAfterTheConversionsWaitsForWhatTheUserStillDoes)
     add({movie("a.mkv"), movie("b.mkv")});
     set(kAutoAdd.key, 0);
     open({movie("c.mkv")});
-    app_->removeJobs({app_->queue().taskArray().front().get()});
+    app_->queueControl().removeJobs({app_->queue().taskArray().front().get()});
     finish(0);
     app_->intake().cancelAdd();
     settle();
@@ -206,7 +206,7 @@ TEST_F(AppDelegateTest, QuittingAfterTheConversionsWaitsForWhatTheUserStillDoes)
     app_->queue().taskArray().front()->remove();
 
     open({movie("e.mkv")});
-    app_->togglePause();
+    app_->queueControl().togglePause();
     app_->intake().addToQueue();
     settle();
     platform_.dispatcher.advance(kUndoTime);
@@ -216,25 +216,25 @@ TEST_F(AppDelegateTest, QuittingAfterTheConversionsWaitsForWhatTheUserStillDoes)
 TEST_F(AppDelegateTest, AConversionThatRunsStartsOrIsPausedAsksBeforeQuitting) {
     platform_.alerts.answers = {{.button = kSecondButton}};
     launch();
-    app_->togglePause();
+    app_->queueControl().togglePause();
     add({movie("a.mkv")});
-    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate());
     EXPECT_THAT(platform_.alerts.shown, IsEmpty()) << "a queued one alone does not ask";
     platform_.dispatcher.isSilent = true;
-    app_->continueJob(*app_->queue().taskArray().front());
-    EXPECT_FALSE(app_->applicationShouldTerminate()) << "it is starting";
+    app_->queueControl().continueJob(*app_->queue().taskArray().front());
+    EXPECT_FALSE(app_->lifecycle().applicationShouldTerminate()) << "it is starting";
     platform_.dispatcher.isSilent = false;
     app_->queue().taskArray().front()->remove();
     add({movie("b.mkv")});
-    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate());
     EXPECT_EQ(lastAlert(), "Conversion is in progresss. Are you sure you want to quit?");
     EXPECT_TRUE(platform_.alerts.shown.back().destructive);
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
-    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate());
     EXPECT_EQ(platform_.alerts.shown.size(), 3);
     finish(0);
-    EXPECT_TRUE(app_->applicationShouldTerminate());
+    EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate());
     EXPECT_EQ(platform_.alerts.shown.size(), 3);
 }
 

@@ -51,7 +51,7 @@ protected:
     }
     void open(const std::vector<fs::path>& files) {
         if (!app_) launch();
-        app_->openFiles(files);
+        app_->intake().openFiles(files);
         settle();
     }
     /// Lets all work end that waits for its turn, in the background too.

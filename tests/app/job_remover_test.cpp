@@ -12,7 +12,7 @@ protected:
     void remove(const std::vector<std::size_t>& rows) {
         std::vector<ConversionJob*> jobs;
         for (const auto row : rows) jobs.push_back(app_->queue().taskArray().at(row).get());
-        app_->removeJobs(jobs);
+        app_->queueControl().removeJobs(jobs);
         settle();
     }
     void undo() {
@@ -69,7 +69,7 @@ TEST_F(JobRemoverTest, WhatNobodyWantsBackEndsAfterTenSecondsOrWithTheNextRemova
         {"another removal", [this] { remove({0}); }},
         {"the movie again", [this] { add({movie("a.mkv")}); }},
         {"quitting", [this] {
-             EXPECT_TRUE(app_->applicationShouldTerminate()) << "without a question";
+             EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate()) << "without a question";
              app_->applicationWillTerminate();
          }}};
     for (const auto& [name, end] : ends) {
@@ -77,7 +77,7 @@ TEST_F(JobRemoverTest, WhatNobodyWantsBackEndsAfterTenSecondsOrWithTheNextRemova
         launch();
         add({movie("a.mkv")});
         const auto output = platform_.processLauncher.children[0].request.arguments.back();
-        app_->togglePause();
+        app_->queueControl().togglePause();
         add({movie("b.mkv")});
         remove({1});
         platform_.dispatcher.advance(kUndoTime - std::chrono::seconds(1));
@@ -101,7 +101,7 @@ TEST_F(JobRemoverTest, ARunThatEndsWhileItsJobIsAwayIsFollowedUpWhenItIsBack) {
             add({movie("a.mkv")});
             platform_.folder.write("a.m4v", SmallMp4{}.bytes());
             if (whileRead) child(0).exit(0);
-            app_->removeJobs({app_->queue().taskArray().front().get()});
+            app_->queueControl().removeJobs({app_->queue().taskArray().front().get()});
             if (!whileRead) child(0).exit(0);
             settle();
             EXPECT_THAT(platform_.notifications.delivered, IsEmpty());

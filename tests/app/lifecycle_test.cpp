@@ -25,14 +25,14 @@ TEST_F(LifecycleTest, AClickRevealsTheOutputAndAFailureHasNone) {
 TEST_F(LifecycleTest, WindowsAreAskedForInFront) {
     launch();
     std::vector<std::string> asked;
-    const auto requests = app_->observeWindowRequests([&](const WindowRequest& request) {
+    const auto requests = app_->windows().observe([&](const WindowRequest& request) {
         asked.push_back(std::to_string(static_cast<int>(request.kind)) +
                         (request.tab ? " tab " + std::to_string(*request.tab) : ""));
     });
     EXPECT_FALSE(app_->applicationShouldHandleReopen());
-    app_->openDocumentationWindow(2);
-    app_->openDocumentationWindow(-1);
-    app_->openPromotion();
+    app_->windows().openDocumentationWindow(2);
+    app_->windows().openDocumentationWindow(-1);
+    app_->windows().openPromotion();
     open({movie("A.mkv")});
     EXPECT_THAT(asked, ElementsAre("0", "1 tab 2", "1", "2", "0"));
 }

@@ -21,7 +21,7 @@ TEST_F(AppFixture, TheQueuesProgressIsThatOfTheBatch) {
     platform_.dispatcher.advance(std::chrono::seconds(1));
     EXPECT_EQ(fraction(), 0.166) << "half of one in three";
     finish(0);
-    app_->cleanClicked();
+    app_->queueControl().cleanClicked();
     EXPECT_EQ(fraction(), 0.333) << "what is done stays done";
     report_.replace(report_.find("00:00:12"), 8, "00:00:24");
     add({movie("d.mkv")});

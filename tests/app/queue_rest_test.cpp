@@ -8,7 +8,7 @@ using enum ConversionJobState;
 
 class QueueRestTest : public AppFixture {
 protected:
-    [[nodiscard]] bool stands() const { return app_->queueHasStopped().get(); }
+    [[nodiscard]] bool stands() const { return app_->queueRest().hasStopped().get(); }
 };
 
 TEST_F(QueueRestTest, TheQueueGoesOnWhenTheLastFileOfABatchLeavesWithoutAJob) {
@@ -16,7 +16,7 @@ TEST_F(QueueRestTest, TheQueueGoesOnWhenTheLastFileOfABatchLeavesWithoutAJob) {
     for (const bool byItself : {true, false}) {
         set(kAutoAdd.key, byItself ? 1 : 0);
         launch();
-        app_->openFiles({movie("a.mkv"), movie("b.mkv"), movie("z.webm")});
+        app_->intake().openFiles({movie("a.mkv"), movie("b.mkv"), movie("z.webm")});
         platform_.processLauncher.answer = [this](const ProcessRequest& request) {
             const bool refused = request.arguments.back().ends_with("z.webm");
             return FinishedProcess{.output = refused ? "" : report_, .exitStatus = 1};
@@ -44,11 +44,12 @@ TEST_F(QueueRestTest, AQueueThatStandsIsSeenUntilItGoesOn) {
     fs::remove(platform_.folder.path() / "c.mkv");
     finish(0);
     EXPECT_TRUE(stands());
-    EXPECT_EQ(app_->windowTitle().get(), "Reelvane  [3 Job(s), 1 Queued]") << "one has failed";
-    app_->togglePause();
+    EXPECT_EQ(app_->queueControl().windowTitle().get(), "Reelvane  [3 Job(s), 1 Queued]")
+        << "one has failed";
+    app_->queueControl().togglePause();
     settle();
     EXPECT_FALSE(stands()) << "it is paused, which is said elsewhere";
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
     EXPECT_EQ(job(1).state(), Converting);
     EXPECT_FALSE(stands());
@@ -57,10 +58,10 @@ TEST_F(QueueRestTest, AQueueThatStandsIsSeenUntilItGoesOn) {
 TEST_F(QueueRestTest, TheMachineMaySleepAMinuteAfterTheLastWork) {
     const auto& held = platform_.powerAssertions.held;
     launch();
-    app_->togglePause();
+    app_->queueControl().togglePause();
     add({movie("gone.mkv")});
     fs::remove(platform_.folder.path() / "gone.mkv");
-    app_->togglePause();
+    app_->queueControl().togglePause();
     settle();
     app_->queue().taskArray().front()->remove();
     EXPECT_EQ(held.size(), 1) << "an input that has vanished";

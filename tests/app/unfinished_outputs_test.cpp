@@ -96,7 +96,7 @@ TEST_F(UnfinishedOutputsTest, AnAbortLeavesNothingOfItsOwnBehind) {
     EXPECT_FALSE(fs::exists(own.output.path) || fs::exists(own.progressFile.path));
     EXPECT_TRUE(fs::exists(other.output.path));
     EXPECT_THAT(stored(), IsEmpty());
-    EXPECT_THAT(app_->leftBehind(), IsEmpty());
+    EXPECT_THAT(app_->outputs().leftBehind(), IsEmpty());
 }
 
 TEST_F(UnfinishedOutputsTest, AProcessThatCannotBeSeenIsNotGone) {

@@ -125,7 +125,7 @@ TEST_F(FileSheetTest, LeavesTheKeyboardToWhoTypes) {
 
 TEST_F(FileSheetTest, ShowsTheFileWhileItIsReadAndSaysWhenItIsMute) {
     report_ = report_.substr(0, report_.find("    Stream #0:1"));
-    app_->openFiles({movie("a.mkv")});
+    app_->intake().openFiles({movie("a.mkv")});
     EXPECT_TRUE(shows("a.mkv") && shows("Looking into the file…"));
     EXPECT_TRUE(partNamed<QPushButton>(*sheet_, "Cancel")->isEnabled())
         << "a disk that does not answer may be left";

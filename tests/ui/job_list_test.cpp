@@ -145,7 +145,7 @@ TEST_F(JobList, ShowsTenThousandJobsByAHandfulOfRows) {
     EXPECT_EQ(view.rows().rowOf(read)->y(), before);
     EXPECT_EQ(view.selectedCount(), selected);
 
-    app_->togglePause();  // the movies are not there to be converted
+    app_->queueControl().togglePause();  // the movies are not there to be converted
     bar.setValue(0);
     view.selectionModel()->select({view.model()->index(0, 0), view.model()->index(499, 0)},
                                   QItemSelectionModel::Select);
@@ -188,7 +188,7 @@ TEST_F(JobList, IsWorkedByItsKeys) {
     EXPECT_EQ(jobAt(0).state(), ConversionJobState::Converting);
     press(Qt::Key_Return);
     EXPECT_EQ(platform_.workspace.revealed.size(), 1U);
-    app_->openFiles({movie("e.mkv")});
+    app_->intake().openFiles({movie("e.mkv")});
     press(Qt::Key_Return);
     EXPECT_EQ(platform_.workspace.revealed.size(), 1U) << "it was meant for the movie being read";
     app_->intake().cancelAdd();

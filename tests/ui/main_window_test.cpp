@@ -126,7 +126,7 @@ TEST_F(MainWindowShown, ABarOffersTheWayBackFromARemovalAndGivesTheKeyboardToThe
         return named != nullptr && named->isVisible() ? named : nullptr;
     };
     add({movie("a.mkv"), movie("b.mkv")});
-    app_->removeJobs({app_->queue().taskArray().back().get()});
+    app_->queueControl().removeJobs({app_->queue().taskArray().back().get()});
     settle();
     ASSERT_NE(button("Undo"), nullptr);
     EXPECT_THAT(button("Undo")->accessibleDescription().toStdString(),
@@ -137,7 +137,7 @@ TEST_F(MainWindowShown, ABarOffersTheWayBackFromARemovalAndGivesTheKeyboardToThe
     EXPECT_EQ(window.focusWidget(), window.findChild<QStackedWidget*>()->currentWidget());
     EXPECT_THAT(rows(), ElementsAre("b.mkv", "a.mkv"));
 
-    app_->removeJobs({app_->queue().taskArray().back().get()});
+    app_->queueControl().removeJobs({app_->queue().taskArray().back().get()});
     settle();
     command(QKeySequence::Undo)->trigger();
     EXPECT_EQ(rows().size(), 2U);

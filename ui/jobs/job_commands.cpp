@@ -23,7 +23,7 @@ void JobCommands::pauseOrContinue(ConversionJob& job) {
     if (controls.pauses) {
         job.pause();
     } else if (controls.continues) {
-        context_.controller.continueJob(job);
+        context_.controller.queueControl().continueJob(job);
     }
 }
 
@@ -55,7 +55,7 @@ void JobCommands::copyCommandLine(const ConversionJob& job) const {
 }
 
 void JobCommands::remove(const std::vector<ConversionJob*>& jobs) {
-    context_.controller.removeJobs(jobs);
+    context_.controller.queueControl().removeJobs(jobs);
 }
 
 JobDetails detailsNow(const UiContext& context, const ConversionJob& job) {

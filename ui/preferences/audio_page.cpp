@@ -4,7 +4,6 @@
 
 #include <QVBoxLayout>
 
-#include "app/app_delegate.h"
 #include "app/preference_table.h"
 #include "conversion/conversion_settings.h"
 #include "support/vantor.h"
@@ -48,7 +47,6 @@ AudioPage::AudioPage(const UiContext& context, QWidget* parent)
 
 void AudioPage::addStyles() {
     column().addHeading(tr("Audio Conversion Settings"));
-    auto& controller = context_.controller;
     auto& style = column().add<PreferenceRadioButtons>(
         {.key = kConversionPreset.key,
          .label = tr("Conversion style"),
@@ -64,7 +62,7 @@ void AudioPage::addStyles() {
             {.value = static_cast<int>(ConversionPreset::Custom),
              .title = tr("Custom"),
              .help = tr("You decide for each kind of audio; AAC is always copied.")}});
-    style.setChanged([&controller] { controller.selectConversionStyle(); });
+    style.setChanged([this] { selectConversionStyle(); });
 
     customContainer_ = new QWidget(&column());
     customContainer_->setObjectName("customContainer");
@@ -75,8 +73,7 @@ void AudioPage::addStyles() {
                    {ConversionPreset::Fast, makeFast()},
                    {ConversionPreset::Custom, makeCustom()}};
     for (const auto& [preset, container] : containers_) container->hide();
-    subscription_ =
-        bind(controller.conversionStyle(), [this](ConversionPreset shown) { showStyle(shown); });
+    selectConversionStyle();
 }
 
 PreferenceColumn* AudioPage::makeCompatible() {
@@ -150,7 +147,8 @@ PreferenceColumn* AudioPage::makeCustom() {
     return view;
 }
 
-void AudioPage::showStyle(ConversionPreset style) {
+void AudioPage::selectConversionStyle() {
+    const auto style = conversionPresetOf(get(context_.vantor.preferences(), kConversionPreset));
     auto* const shown = containers_.at(style);
     for (const auto& [preset, container] : containers_) {
         if (container == shown || container->parentWidget() != customContainer_) continue;
@@ -217,7 +215,7 @@ std::vector<std::string_view> AudioPage::keys() const {
 void AudioPage::showStored() {
     PreferencePage::showStored();
     for (const auto& [preset, container] : containers_) container->showStored();
-    context_.controller.selectConversionStyle();
+    selectConversionStyle();
 }
 
 }  // namespace reelvane

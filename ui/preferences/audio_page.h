@@ -22,14 +22,14 @@ private:
     [[nodiscard]] PreferenceColumn* makeCompatible();
     [[nodiscard]] PreferenceColumn* makeFast();
     [[nodiscard]] PreferenceColumn* makeCustom();
-    void showStyle(ConversionPreset style);
+    /// Shows the settings of the present conversion style.
+    void selectConversionStyle();
     void addTracks();
     void addQuality();
 
     UiContext context_;
     QWidget* customContainer_ = nullptr;
     std::map<ConversionPreset, PreferenceColumn*> containers_;  ///< the settings of each style
-    Subscription subscription_;
 };
 
 }  // namespace reelvane

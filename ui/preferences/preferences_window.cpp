@@ -170,7 +170,7 @@ void PreferencesWindow::showEvent(QShowEvent* event) {
 
 void PreferencesWindow::done(int result) {
     QDialog::done(result);  // what was still waiting to be stored is stored as it hides
-    context_.controller.preferencesWindowWillClose();
+    context_.controller.lifecycle().preferencesWindowWillClose();
 }
 
 }  // namespace reelvane

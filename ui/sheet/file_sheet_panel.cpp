@@ -156,9 +156,9 @@ QBoxLayout* FileSheetPanel::choiceRow() {
 
 void FileSheetPanel::bindTexts() {
     auto& controller = context_.controller;
-    subscriptions_.push_back(bind(controller.addButtonTitle(), [this](const std::string& title) {
-        add_->setText(toControlText(title));
-    }));
+    subscriptions_.push_back(
+        bind(controller.queueControl().addButtonTitle(),
+             [this](const std::string& title) { add_->setText(toControlText(title)); }));
     subscriptions_.push_back(bind(controller.intake().waitingCount(), [this](std::size_t count) {
         waiting_->setText(tr("%n more waiting", nullptr, static_cast<int>(count)));
         waiting_->setVisible(count > 0);

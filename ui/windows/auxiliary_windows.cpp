@@ -26,7 +26,7 @@ AuxiliaryWindows::AuxiliaryWindows(const UiContext& context, QWidget& mainWindow
     : context_(context),
       mainWindow_(mainWindow) {
     auto& controller = context_.controller;
-    subscriptions_.push_back(controller.observeWindowRequests([this](const WindowRequest& wanted) {
+    subscriptions_.push_back(controller.windows().observe([this](const WindowRequest& wanted) {
         if (wanted.kind == WindowRequest::Kind::Promotion) openPromotion();
     }));
     subscriptions_.push_back(controller.lifecycle().usages().observePrompts(

@@ -127,7 +127,7 @@ void DropTarget::drop(QDropEvent& event) {
     auto* const later = new QTimer(this);
     connect(later, &QTimer::timeout, this, [this, later, paths = draggedPaths(*event.mimeData())] {
         later->deleteLater();
-        controller_.openFiles(paths);
+        controller_.intake().openFiles(paths);
     });
     later->setSingleShot(true);
     later->start(0);

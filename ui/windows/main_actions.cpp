@@ -41,10 +41,10 @@ void MainActions::makeCommands(QWidget* window) {
     addMovies_->setIconText(tr("Add"));
     addMovies_->setToolTip(tr("Choose movies and subtitle files to convert"));
     pauseQueue_ = add({}, {}, QKeySequence(Qt::CTRL | Qt::Key_P),
-                      [&controller] { controller.togglePause(); });
+                      [&controller] { controller.queueControl().togglePause(); });
     pauseQueue_->setToolTip(tr("Pause or resume the whole queue"));
     cleanUp_ = add(tr("C&lean Up"), icons.symbolic("clean_up"), QKeySequence(Qt::CTRL | Qt::Key_L),
-                   [&controller] { controller.cleanClicked(); });
+                   [&controller] { controller.queueControl().cleanClicked(); });
     cleanUp_->setToolTip(tr("Take finished movies off the list; the files stay"));
     undo_ = add(tr("&Undo Removal"), {}, QKeySequence::Undo,
                 [&controller] { controller.queueControl().undoRemoval(); });
@@ -63,7 +63,7 @@ void MainActions::makeHelp() {
     const auto name = toQString(context_.vantor.appName());
     rate_ = add(tr("&Rate %1…").arg(name), {}, {}, [this] { windows_.openRating(); });
     promotion_ = add(tr("&What %1 Can Do").arg(name), {}, {},
-                     [this] { context_.controller.openPromotion(); });
+                     [this] { context_.controller.windows().openPromotion(); });
     about_ = add(tr("&About %1").arg(name), {}, {}, [this] { windows_.openAbout(); });
     about_->setMenuRole(QAction::AboutRole);
     subscriptions_.push_back(bind(context_.controller.lifecycle().usages().isRateable(),
@@ -100,7 +100,7 @@ void MainActions::refreshQueue() {
     auto& controller = context_.controller;
     cleanUp_->setEnabled(controller.queueControl().canCleanUp());
     // With a movie on its way, a pause means that it is only to be added.
-    pauseQueue_->setEnabled(controller.paused() || controller.intake().isBusy() ||
+    pauseQueue_->setEnabled(controller.queueControl().paused() || controller.intake().isBusy() ||
                             !controller.queue().taskArray().empty());
 }
 

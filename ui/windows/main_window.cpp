@@ -79,7 +79,7 @@ void MainWindow::layOut(PosterFrames& posters) {
     column->setSpacing(0);
     stopBar_ = new NoticeBar(
         NoticeBar::Edge::Above, tr("Start Queue"),
-        [this] { context_.controller.startNextJobInQueue(); }, content);
+        [this] { context_.controller.queueControl().startNextJobInQueue(); }, content);
     undoBar_ = new NoticeBar(
         NoticeBar::Edge::Below, tr("Undo"),
         [this] { context_.controller.queueControl().undoRemoval(); }, content);
@@ -97,10 +97,10 @@ void MainWindow::layOut(PosterFrames& posters) {
 
 void MainWindow::bindController() {
     auto& controller = context_.controller;
-    subscriptions_.push_back(bind(controller.windowTitle(), [this](const std::string& title) {
-        setWindowTitle(toQString(title));
-    }));
-    subscriptions_.push_back(controller.observeWindowRequests([this](const WindowRequest& wanted) {
+    subscriptions_.push_back(
+        bind(controller.queueControl().windowTitle(),
+             [this](const std::string& title) { setWindowTitle(toQString(title)); }));
+    subscriptions_.push_back(controller.windows().observe([this](const WindowRequest& wanted) {
         if (wanted.kind == WindowRequest::Kind::Main) bringToFront(*this);
     }));
     subscriptions_.push_back(controller.queue().observeMembership(
@@ -108,7 +108,7 @@ void MainWindow::bindController() {
     auto& removal = controller.queueControl().undoableRemoval();
     subscriptions_.push_back(bind(removal, [this](const auto& /*removal*/) { showRemoval(); }));
     subscriptions_.push_back(
-        bind(controller.queueHasStopped(), [this](bool /*hasStopped*/) { showStop(); }));
+        bind(controller.queueRest().hasStopped(), [this](bool /*hasStopped*/) { showStop(); }));
     showListOrInvitation();
 }
 
@@ -122,7 +122,7 @@ void MainWindow::showRemoval() {
 }
 
 void MainWindow::showStop() {
-    if (context_.controller.queueHasStopped().get()) {
+    if (context_.controller.queueRest().hasStopped().get()) {
         stopBar_->showText(tr("The queue has stopped."));
     } else {
         hideBar(*stopBar_);
@@ -156,7 +156,7 @@ void MainWindow::focusPage() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     rememberFrame(*this, context_.vantor.preferences());
-    if (!context_.controller.applicationShouldTerminate()) {
+    if (!context_.controller.lifecycle().applicationShouldTerminate()) {
         event->ignore();
         return;
     }
