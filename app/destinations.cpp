@@ -16,30 +16,24 @@
 namespace reelvane {
 namespace {
 
-/// The row that shows this folder; absent where none does.
-std::optional<std::size_t> rowOf(const PopUpMenu& menu, const BookmarkData& folder) {
+/// The folders that the menu shows, which may have changed since.
+SavedDestinations shownFolders(const PopUpMenu& menu) {
+    SavedDestinations folders;
     const auto& items = menu.items();
-    const auto found = std::ranges::find(items, folder, &MenuItem::folder);
-    if (folder.empty() || found == items.end()) return std::nullopt;
-    return static_cast<std::size_t>(found - items.begin());
-}
-
-bool isChoice(const PopUpMenu& menu, std::size_t row) {
-    return row < menu.items().size() && !menu.items()[row].isSeparator() &&
-           !menu.items()[row].isCommand;
+    for (auto row = kFirstFolderDestination; row < items.size(); ++row) {
+        if (items[row].isSeparator() || items[row].isCommand) break;
+        folders.push_back({.name = items[row].title, .bookmark = items[row].folder});
+    }
+    return folders;
 }
 
 /// The same destination in another list of rows; absent where it is not there.
 std::optional<std::size_t> rowOf(const PopUpMenu& menu, const DestinationChoice& choice) {
-    switch (choice.kind) {
-        case DestinationChoice::Kind::Ask:
-            return kAskDestination;
-        case DestinationChoice::Kind::NextToSource:
-            return kNextToSourceDestination;
-        case DestinationChoice::Kind::SavedFolder:
-            return rowOf(menu, choice.folder);
-    }
-    return std::nullopt;
+    return rowOfDestination(shownFolders(menu), choice);
+}
+
+bool isChoice(const PopUpMenu& menu, std::size_t row) {
+    return destinationOfRow(shownFolders(menu), row).has_value();
 }
 
 struct TriedFolders {
@@ -88,13 +82,8 @@ std::vector<MenuItem> destinationMenuItems(const FixedDestinationTitles& titles,
 }
 
 std::optional<DestinationChoice> chosenDestination(const PopUpMenu& menu) {
-    using Kind = DestinationChoice::Kind;
     const auto row = menu.selectedIndex();
-    if (!row || !isChoice(menu, *row)) return std::nullopt;
-    if (const auto& folder = menu.items()[*row].folder; !folder.empty()) {
-        return DestinationChoice{.kind = Kind::SavedFolder, .folder = folder};
-    }
-    return DestinationChoice{.kind = *row == kAskDestination ? Kind::Ask : Kind::NextToSource};
+    return row ? destinationOfRow(shownFolders(menu), *row) : std::nullopt;
 }
 
 const OpenedFolder* folderHolding(const std::vector<OpenedFolder>& folders,
@@ -204,7 +193,9 @@ void Destinations::addDestination(const std::filesystem::path& folder,
     vantor_.preferences().synchronize();
     rebuildPreferencesDestinationPopUp();
     auto& shown = menu == DestinationMenu::Preferences ? preferencesPopUp_ : destinationPopUp_;
-    if (const auto row = rowOf(shown, *created.bookmark)) pick(menu, *row);
+    const DestinationChoice choice{.kind = DestinationChoice::Kind::SavedFolder,
+                                   .folder = *created.bookmark};
+    if (const auto row = rowOf(shown, choice)) pick(menu, *row);
 }
 
 void Destinations::refuseDuplicate() {

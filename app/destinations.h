@@ -31,13 +31,6 @@ struct FixedDestinationTitles {
 [[nodiscard]] std::vector<MenuItem> destinationMenuItems(const FixedDestinationTitles& titles,
                                                          const SavedDestinations& folders);
 
-/// Where outputs go.
-struct DestinationChoice {
-    enum class Kind { Ask, NextToSource, SavedFolder };
-    Kind kind = Kind::Ask;
-    BookmarkData folder{};  ///< of a saved folder
-};
-
 /// What the selected row of a destination menu shows; absent where none is selected.
 [[nodiscard]] std::optional<DestinationChoice> chosenDestination(const PopUpMenu& menu);
 

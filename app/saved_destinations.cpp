@@ -49,10 +49,10 @@ void rearrange(PreferenceValues& values, const SavedDestinations& before,
     store(values, after);
     const auto chosen = values.find(kDefaultDestination.key);
     if (chosen == values.end()) return;
-    const auto row = Fennimar::leadingInteger(chosen->second);
-    const auto end = static_cast<int>(kFirstFolderDestination + before.size());
-    if (row < static_cast<int>(kFirstFolderDestination) || row >= end) return;
-    const auto now = rowAfterwards(before, after, static_cast<std::size_t>(row));
+    const auto row = static_cast<std::size_t>(Fennimar::leadingInteger(chosen->second));
+    const auto choice = destinationOfRow(before, row);
+    if (!choice || choice->kind != DestinationChoice::Kind::SavedFolder) return;
+    const auto now = rowOfDestination(after, *choice);
     chosen->second = preferenceText(static_cast<int>(now.value_or(kAskDestination)));
 }
 
@@ -83,15 +83,25 @@ SavedDestinations savedDestinations(const Preferences& preferences) {
                        get(preferences, kDestinationNames));
 }
 
-std::optional<std::size_t> rowAfterwards(const SavedDestinations& before,
-                                         const SavedDestinations& after, std::size_t row) {
-    if (row < kFirstFolderDestination) return row;
+std::optional<DestinationChoice> destinationOfRow(const SavedDestinations& folders,
+                                                  std::size_t row) {
+    using Kind = DestinationChoice::Kind;
+    if (row == kAskDestination) return DestinationChoice{.kind = Kind::Ask};
+    if (row == kNextToSourceDestination) return DestinationChoice{.kind = Kind::NextToSource};
+    if (row < kFirstFolderDestination) return std::nullopt;
     const auto place = row - kFirstFolderDestination;
-    if (place >= before.size()) return std::nullopt;
-    const auto found =
-        std::ranges::find(after, before[place].bookmark, &SavedDestination::bookmark);
-    if (found == after.end()) return std::nullopt;
-    return kFirstFolderDestination + static_cast<std::size_t>(found - after.begin());
+    if (place >= folders.size()) return std::nullopt;
+    return DestinationChoice{.kind = Kind::SavedFolder, .folder = folders[place].bookmark};
+}
+
+std::optional<std::size_t> rowOfDestination(const SavedDestinations& folders,
+                                            const DestinationChoice& choice) {
+    using Kind = DestinationChoice::Kind;
+    if (choice.kind == Kind::Ask) return kAskDestination;
+    if (choice.kind == Kind::NextToSource) return kNextToSourceDestination;
+    const auto found = std::ranges::find(folders, choice.folder, &SavedDestination::bookmark);
+    if (found == folders.end()) return std::nullopt;
+    return kFirstFolderDestination + static_cast<std::size_t>(found - folders.begin());
 }
 
 bool addDestination(PreferenceValues& values, const SavedDestination& destination) {

@@ -39,11 +39,19 @@ using SavedDestinations = std::vector<SavedDestination>;
 /// In the order of the menu.
 [[nodiscard]] SavedDestinations savedDestinations(const Preferences& preferences);
 
-/// The menu row, after a change of the folders, of what this row meant before it; absent when that
-/// folder is gone.
-[[nodiscard]] std::optional<std::size_t> rowAfterwards(const SavedDestinations& before,
-                                                       const SavedDestinations& after,
-                                                       std::size_t row);
+/// Where outputs go.
+struct DestinationChoice {
+    enum class Kind { Ask, NextToSource, SavedFolder };
+    Kind kind = Kind::Ask;
+    BookmarkData folder{};  ///< of a saved folder
+};
+
+/// What a row means in a destination menu of these folders; absent where it stands for no place.
+[[nodiscard]] std::optional<DestinationChoice> destinationOfRow(const SavedDestinations& folders,
+                                                                std::size_t row);
+/// The row that means this; absent when the folder is not among them.
+[[nodiscard]] std::optional<std::size_t> rowOfDestination(const SavedDestinations& folders,
+                                                          const DestinationChoice& choice);
 
 // Edits of the stored values, in one step each. Pure but for the values. The default destination
 // keeps meaning the same folder, or becomes "ask" when that one goes.

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "app/destinations.h"
 #include "app/outputs.h"
 #include "app/preference_table.h"
@@ -24,23 +26,18 @@
 namespace reelvane {
 namespace {
 
-/// Where a conversion would keep its progress file: the documents folder, which it would make if
-/// need be, or else the folder of the program's own data.
-std::filesystem::path progressFolder(const CommandContext& context) {
-    const auto folders = context.host.folders();
-    return writableDocuments(folders.documents,
-                             folders.applicationData / appName(context.mainBundle));
-}
-
 /// Where the result would go, by the same rules as a conversion's.
 FolderAnswer destinationFolder(const CommandContext& context, const RunChoices& choices,
                                const MKVFileInfo& record) {
     if (choices.destinationFolder) return {.folder = choices.destinationFolder};
+    using Kind = DestinationChoice::Kind;
     const auto row = static_cast<std::size_t>(get(context.preferences, kDefaultDestination));
-    if (row == kNextToSourceDestination) return {.folder = record.fileURL.parent_path()};
     const auto saved = savedDestinations(context.preferences);
-    if (row >= kFirstFolderDestination && row < kFirstFolderDestination + saved.size()) {
-        return folderOf(saved[row - kFirstFolderDestination], context.folderAccess);
+    const auto choice = destinationOfRow(saved, row).value_or(DestinationChoice());
+    if (choice.kind == Kind::NextToSource) return {.folder = record.fileURL.parent_path()};
+    if (choice.kind == Kind::SavedFolder) {
+        return folderOf(*std::ranges::find(saved, choice.folder, &SavedDestination::bookmark),
+                        context.folderAccess);
     }
     return {.problem = "No destination could be chosen. Please name one with --to."};
 }
@@ -74,7 +71,8 @@ PlannedCommand commandFor(const CommandContext& context, const RunChoices& choic
     const auto track =
         choices.audioTrackIndex ? choices.audioTrackIndex : bestAudioOf(context, record);
     return plannedCommand(kUntranslated, record, track.value_or(0),
-                          readConversionSettings(context.preferences), progressFolder(context));
+                          readConversionSettings(context.preferences),
+                          docDirAsItStands(context.host, context.mainBundle));
 }
 
 }  // namespace

@@ -116,10 +116,6 @@ VettingAlert plainAlert(const std::string& title, std::string message) {
 
 }  // namespace
 
-std::string appName(const MainBundle& mainBundle) {
-    return mainBundle.infoValue("Name").value_or("Reelvane");
-}
-
 Inspection inspectFile(const CommandContext& context, const std::string& given) {
     const auto tools = probeTools(context.processLauncher, context.mainBundle, context.folderAccess,
                                   appName(context.mainBundle), kUntranslated);

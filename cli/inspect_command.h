@@ -9,9 +9,6 @@
 
 namespace reelvane {
 
-/// The name under which the program speaks to the user.
-[[nodiscard]] std::string appName(const MainBundle& mainBundle);
-
 /// Checks, probes and vets one movie here and now. A report that cannot be read refuses the file; a
 /// problem with the tool comes with the one alert that tells it.
 [[nodiscard]] Inspection inspectFile(const CommandContext& context, const std::string& given);

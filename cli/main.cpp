@@ -42,8 +42,7 @@ struct Base {
     Base(Console& shown, int cancelDescriptor)
         : console(shown),
           processLauncher(cancelDescriptor),
-          store(host.folders().configuration / identifier / (identifier + ".ini"),
-                {.cancelDescriptor = cancelDescriptor}) {}
+          store(prefsPath(host, mainBundle), {.cancelDescriptor = cancelDescriptor}) {}
 
     void tellStoreProblem() const {
         if (const auto problem = store.problem(kUntranslated)) console.error(*problem);
@@ -54,14 +53,13 @@ struct Base {
     LinuxHost host;
     PosixFolderAccess folderAccess;
     PosixProcessLauncher processLauncher;
-    std::string identifier = mainBundle.infoValue("Identifier").value_or("org.reelvane.Reelvane");
     IniPreferencesStore store;
     Preferences preferences{store};
 };
 
 int convert(Base& base, const Interruption& interruption, const ConvertRequest& request) {
     setUnattendedPreferences(base.preferences);
-    const auto name = base.mainBundle.infoValue("Name").value_or("Reelvane");
+    const auto name = appName(base.mainBundle);
     StderrAlerts alerts(base.console);
     DecliningPanels panels;
     GlibDispatcher dispatcher;
@@ -77,7 +75,8 @@ int convert(Base& base, const Interruption& interruption, const ConvertRequest& 
     g_source_set_priority(interrupted.get(), G_PRIORITY_HIGH);
     SyslogSystemLog systemLog{std::string(kProgramName)};
     InotifyBundleWatch bundleWatch;
-    DBusNotifications notifications(systemLog, dispatcher, name, base.identifier);
+    DBusNotifications notifications(systemLog, dispatcher, name,
+                                    appBundleIdentifier(base.mainBundle));
     DBusPowerAssertions powerAssertions(systemLog, name);
     Untranslated translations;  // as all that the command line says
     GioWorkspace workspace(systemLog);

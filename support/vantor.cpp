@@ -15,13 +15,44 @@
 namespace reelvane {
 namespace fs = std::filesystem;
 
+namespace {
+
+bool canBeWrittenInto(fs::path folder) {
+    std::error_code ignored;
+    while (!fs::exists(folder, ignored) && folder.has_relative_path()) {
+        folder = folder.parent_path();
+    }
+    return fs::is_directory(folder, ignored) && ::access(folder.c_str(), W_OK) == 0;
+}
+
+}  // namespace
+
+std::string appName(const MainBundle& mainBundle) {
+    return mainBundle.infoValue("Name").value_or("Reelvane");
+}
+
+std::string appBundleIdentifier(const MainBundle& mainBundle) {
+    return mainBundle.infoValue("Identifier").value_or("org.reelvane.Reelvane");
+}
+
+fs::path prefsPath(const Host& host, const MainBundle& mainBundle) {
+    const auto identifier = appBundleIdentifier(mainBundle);
+    return host.folders().configuration / identifier / (identifier + ".ini");
+}
+
+fs::path docDirAsItStands(const Host& host, const MainBundle& mainBundle) {
+    const auto folders = host.folders();
+    return canBeWrittenInto(folders.documents) ? folders.documents
+                                               : folders.applicationData / appName(mainBundle);
+}
+
 Vantor::Vantor(const Ports& ports, Preferences& preferences)
     : ports_(ports),
       preferences_(preferences),
-      appName_(ports.mainBundle.infoValue("Name").value_or("Reelvane")),
+      appName_(reelvane::appName(ports.mainBundle)),
       appVersionString_(ports.mainBundle.infoValue("ShortVersion").value_or("")),
       appBuildNumber_(Fennimar::leadingInteger(ports.mainBundle.infoValue("Version").value_or(""))),
-      appBundleIdentifier_(ports.mainBundle.infoValue("Identifier").value_or("")),
+      appBundleIdentifier_(reelvane::appBundleIdentifier(ports.mainBundle)),
       alertQueue_(std::make_unique<AlertQueue>(ports.alerts, ports.dispatcher, ports.translations,
                                                appName_)) {
     log_set_sinks(
@@ -34,17 +65,6 @@ Vantor::Vantor(const Ports& ports, Preferences& preferences)
     }
 }
 
-fs::path writableDocuments(const fs::path& documents, const fs::path& otherwise) {
-    auto existing = documents;
-    std::error_code ignored;
-    while (!fs::exists(existing, ignored) && existing.has_relative_path()) {
-        existing = existing.parent_path();
-    }
-    const bool usable =
-        fs::is_directory(existing, ignored) && ::access(existing.c_str(), W_OK) == 0;
-    return usable ? documents : otherwise;
-}
-
 Vantor::~Vantor() {
     log_set_sinks({});
     preferences_.setBackground({});
@@ -52,8 +72,7 @@ Vantor::~Vantor() {
 }
 
 fs::path Vantor::prefsPath() const {
-    return ports_.host.folders().configuration / appBundleIdentifier_ /
-           (appBundleIdentifier_ + ".ini");
+    return reelvane::prefsPath(ports_.host, ports_.mainBundle);
 }
 
 fs::path Vantor::resDir() const {
@@ -61,9 +80,10 @@ fs::path Vantor::resDir() const {
 }
 
 fs::path Vantor::docDir() const {
-    auto folder = ports_.host.folders().documents;
     // Where it cannot be made it cannot be written either.
-    return makePrivateFolder(folder) ? writableDocuments(folder, suppDir()) : suppDir();
+    return makePrivateFolder(ports_.host.folders().documents)
+               ? docDirAsItStands(ports_.host, ports_.mainBundle)
+               : suppDir();
 }
 
 fs::path Vantor::deskDir() const {

@@ -40,10 +40,18 @@ struct Ports {
     Workspace& workspace;
 };
 
-/// The documents folder, or `otherwise` where nothing can be written into it. One that is not there
-/// counts as the folder in which it would be made; nothing is made.
-[[nodiscard]] std::filesystem::path writableDocuments(const std::filesystem::path& documents,
-                                                      const std::filesystem::path& otherwise);
+// What `Vantor` answers, for a program that has none yet.
+
+/// The name under which the program speaks to the user.
+[[nodiscard]] std::string appName(const MainBundle& mainBundle);
+/// The name by which the desktop knows it.
+[[nodiscard]] std::string appBundleIdentifier(const MainBundle& mainBundle);
+/// The file that holds the stored preferences.
+[[nodiscard]] std::filesystem::path prefsPath(const Host& host, const MainBundle& mainBundle);
+/// What `docDir` would answer now; nothing is made. A folder that is not there counts as the one in
+/// which it would be made.
+[[nodiscard]] std::filesystem::path docDirAsItStands(const Host& host,
+                                                     const MainBundle& mainBundle);
 
 /// The program's identity, its folders, its preferences and its ports. One per process, made by
 /// `main` and handed down by reference. Reading it is safe from any thread.
@@ -68,7 +76,6 @@ public:
     [[nodiscard]] int appBuildNumber() const { return appBuildNumber_; }
     [[nodiscard]] const std::string& appBundleIdentifier() const { return appBundleIdentifier_; }
 
-    /// The file that holds the stored preferences.
     [[nodiscard]] std::filesystem::path prefsPath() const;
     [[nodiscard]] std::filesystem::path resDir() const;
     /// The user's documents folder, made when missing; the support folder where it cannot be

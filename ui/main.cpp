@@ -69,13 +69,13 @@ public:
 struct PlatformParts {
     ExecutableBundle mainBundle;
     LinuxHost host;
-    std::string name = mainBundle.infoValue("Name").value_or("Reelvane");
-    std::string identifier = mainBundle.infoValue("Identifier").value_or("org.reelvane.Reelvane");
+    std::string name = appName(mainBundle);
+    std::string identifier = appBundleIdentifier(mainBundle);
     PosixFolderAccess folderAccess;
     Interruption interruption;
     // Interrupted, a child that somebody waits for does not keep the program.
     PosixProcessLauncher processLauncher{interruption.descriptor()};
-    IniPreferencesStore store{host.folders().configuration / identifier / (identifier + ".ini"),
+    IniPreferencesStore store{prefsPath(host, mainBundle),
                               {.cancelDescriptor = interruption.descriptor()}};
     Preferences preferences{store};
     SyslogSystemLog systemLog{"reelvane"};

@@ -7,8 +7,8 @@
 #include <QMimeData>
 
 #include "app/app_delegate.h"
+#include "app/settings_reader.h"
 #include "support/make_string.h"
-#include "support/ports/host.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/workspace.h"
 #include "support/vantor.h"
@@ -60,8 +60,9 @@ void JobCommands::remove(const std::vector<ConversionJob*>& jobs) {
 
 JobDetails detailsNow(const UiContext& context, const ConversionJob& job) {
     const auto& vantor = context.vantor;
-    return jobDetails(vantor.ports().translations, job, context.controller.conversionSettings(),
-                      writableDocuments(vantor.ports().host.folders().documents, vantor.suppDir()));
+    return jobDetails(vantor.ports().translations, job,
+                      readConversionSettings(vantor.preferences()),
+                      docDirAsItStands(vantor.ports().host, vantor.ports().mainBundle));
 }
 
 bool hasCommandLine(const ConversionJob& job) {
