@@ -19,6 +19,8 @@ namespace reelvane {
 namespace {
 
 constexpr std::string_view kEraseLine = "\r\x1b[K";
+constexpr std::string_view kEllipsis = "…";
+constexpr std::size_t kUsualColumns = 80;
 
 enum class Written { All, Closed, GivenUp };
 
@@ -41,6 +43,40 @@ Written writeUnlessCancelled(int descriptor, std::string_view text, int cancelDe
         }
     }
     return Written::All;
+}
+
+std::optional<std::string> environment(const char* name) {
+    const char* const value = std::getenv(name);
+    if (value == nullptr) return std::nullopt;
+    return value;
+}
+
+std::size_t widthOf(char32_t character) {
+    if (g_unichar_iszerowidth(character) != 0) return 0;
+    return g_unichar_iswide(character) != 0 ? 2 : 1;
+}
+
+/// A character with the marks that join it: what must not be torn apart.
+struct Cluster {
+    std::string_view text{};
+    std::size_t width = 0;
+};
+
+std::vector<Cluster> clusters(std::string_view text) {
+    std::vector<Cluster> found;
+    while (!text.empty()) {
+        const auto character = decodeUtf8(text);
+        const auto bytes = text.substr(0, character.length);
+        const auto width = widthOf(character.value);
+        if (width == 0 && !found.empty()) {
+            const auto& last = found.back().text;
+            found.back().text = {last.data(), last.size() + bytes.size()};
+        } else {
+            found.push_back({.text = bytes, .width = width});
+        }
+        text.remove_prefix(character.length);
+    }
+    return found;
 }
 
 }  // namespace
@@ -87,18 +123,6 @@ void Console::endLive() {
     if (std::exchange(isLive_, false)) write(kEraseLine);
 }
 
-namespace {
-
-constexpr std::size_t kUsualColumns = 80;
-
-std::optional<std::string> environment(const char* name) {
-    const char* const value = std::getenv(name);
-    if (value == nullptr) return std::nullopt;
-    return value;
-}
-
-}  // namespace
-
 bool canShowLiveLine(const TerminalFacts& facts) {
     return facts.isTerminal && facts.term && !facts.term->empty() && *facts.term != "dumb";
 }
@@ -118,40 +142,6 @@ std::size_t terminalColumns(int descriptor) {
     const bool known = ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return known ? size.ws_col : kUsualColumns;
 }
-
-namespace {
-
-constexpr std::string_view kEllipsis = "…";
-
-std::size_t widthOf(char32_t character) {
-    if (g_unichar_iszerowidth(character) != 0) return 0;
-    return g_unichar_iswide(character) != 0 ? 2 : 1;
-}
-
-/// A character with the marks that join it: what must not be torn apart.
-struct Cluster {
-    std::string_view text{};
-    std::size_t width = 0;
-};
-
-std::vector<Cluster> clusters(std::string_view text) {
-    std::vector<Cluster> found;
-    while (!text.empty()) {
-        const auto character = decodeUtf8(text);
-        const auto bytes = text.substr(0, character.length);
-        const auto width = widthOf(character.value);
-        if (width == 0 && !found.empty()) {
-            const auto& last = found.back().text;
-            found.back().text = {last.data(), last.size() + bytes.size()};
-        } else {
-            found.push_back({.text = bytes, .width = width});
-        }
-        text.remove_prefix(character.length);
-    }
-    return found;
-}
-
-}  // namespace
 
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
@@ -186,6 +176,23 @@ std::string padded(std::string text, std::size_t columns) {
     const auto width = displayWidth(text);
     if (width < columns) text.append(columns - width, ' ');
     return text;
+}
+
+std::string wrapped(std::string_view text, std::string_view gap, std::size_t columns,
+                    std::size_t indent) {
+    const std::string margin(indent, ' ');
+    std::string result;
+    std::string line;
+    for (const auto piece : Fennimar::split(text, gap)) {
+        const auto width = indent + displayWidth(line) + gap.size() + displayWidth(piece);
+        if (!line.empty() && width > columns) {
+            result += margin + line + "\n";
+            line.clear();
+        }
+        if (!line.empty()) line += gap;
+        line += piece;
+    }
+    return result + margin + line;
 }
 
 }  // namespace reelvane

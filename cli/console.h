@@ -19,9 +19,8 @@ public:
         bool liveLine = false;
         bool colours = false;
     };
-    /// Reads from the two streams and the environment what they can do. A readable
-    /// `cancelDescriptor`
-    /// (-1: none) says that the run was cancelled.
+    /// Reads from the two streams and the environment what they can do. A `cancelDescriptor` that
+    /// can be read (-1: none) says that the run was cancelled.
     explicit Console(int cancelDescriptor = -1);
     /// With what they can do given.
     explicit Console(Abilities abilities) : abilities_(abilities) {}
@@ -83,5 +82,10 @@ struct TerminalFacts {
 
 /// The text with spaces behind it up to this many columns.
 [[nodiscard]] std::string padded(std::string text, std::size_t columns);
+
+/// The text broken at its gaps (one space, or two between parts that belong together) into lines of
+/// at most `columns` where that can be, each with `indent` spaces before it.
+[[nodiscard]] std::string wrapped(std::string_view text, std::string_view gap, std::size_t columns,
+                                  std::size_t indent);
 
 }  // namespace reelvane

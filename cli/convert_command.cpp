@@ -15,8 +15,8 @@
 #include "cli/arguments.h"
 #include "cli/console.h"
 #include "cli/convert_run.h"
+#include "cli/destinations_command.h"
 #include "cli/input_check.h"
-#include "cli/settings_commands.h"
 #include "cli/terminal_alerts.h"
 #include "cli/text_reporter.h"
 #include "conversion/stream_plan.h"
@@ -61,7 +61,7 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
         const auto& summary = run.summary();
         loop.quit(summary.failed + summary.refused == 0 ? kExitSuccess : kExitFailure);
     });
-    alerts.setTold([&run](const AlertContent& content) { run.alerted(content); });
+    alerts.setHandler([&run](const AlertContent& content) { run.alerted(content); });
     console.setClosedHandler([&] { loop.quit(statusOfLostOutput(console.closedBy())); });
     // The program's own wish; an alert has said why.
     controller.setTerminateHandler([&loop] { loop.quit(kExitFailure); });
@@ -72,9 +72,9 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
 
     run.abandon();
     console.endLive();
-    alerts.setTold([](const AlertContent&) {});
+    alerts.setHandler([](const AlertContent&) {});
     controller.applicationWillTerminate();
-    alerts.setTold({});
+    alerts.setHandler({});
     const bool outputLost = console.isClosed();
     if (outputLost) {
         console.error(outputLostText(console.closedBy()) + " What was converted before stays.");

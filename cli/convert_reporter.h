@@ -16,9 +16,9 @@ class Console;
 
 /// How far the running conversion has come.
 struct ConvertProgress {
-    double percent = 0;
-    std::optional<double> speed{};      ///< play time written per second
-    std::optional<double> remaining{};  ///< seconds
+    double percent = 0;                 ///< 0 to 100
+    std::optional<double> speed{};      ///< play time written per second; absent: not known yet
+    std::optional<double> remaining{};  ///< seconds; absent: not known yet
     std::string status{};               ///< the job's status line
     double elapsed = 0;                 ///< seconds since the start
     std::size_t number = 1;             ///< of this file

@@ -27,6 +27,7 @@ namespace reelvane {
 namespace {
 
 constexpr std::size_t kIndent = 4;
+constexpr auto kKindWords = std::to_array<std::string_view>({"Video", "Audio", "Text", "Other"});
 
 std::string acceptedText(const InspectionFacts& facts, std::size_t columns) {
     const auto& record = facts.record;
@@ -75,7 +76,54 @@ std::string refusedText(const std::string& file, const std::vector<VettingAlert>
     return text;
 }
 
+VettingAlert plainAlert(const std::string& title, std::string message) {
+    return {.title = title, .message = std::move(message), .button = "OK"};
+}
+
+std::string trackText(const Mp4Track& track) {
+    auto text = makeString("\n    %-5s #%u: %@, %@, %.0f s",
+                           kKindWords.at(static_cast<std::size_t>(track.kind)), track.trackID,
+                           printable(track.codec), track.language, track.seconds);
+    if (!track.enabled) text += ", off";
+    if (track.alternateGroup != 0) text += makeString(", group %u", track.alternateGroup);
+    return text;
+}
+
+std::string verifiedText(const std::string& file, const Mp4Reading& reading, std::uint64_t bytes) {
+    const auto name = printable(file);
+    if (!reading.movie) {
+        return makeString("%@: %@: it %@", name, reading.uncheckable ? "not checked" : "broken",
+                          reading.problem);
+    }
+    const auto& movie = *reading.movie;
+    auto text = makeString("%@: whole: %@", name,
+                           contentText(kUntranslated, movie.seconds, movie.tracks.size(), bytes));
+    for (const auto& track : movie.tracks) text += trackText(track);
+    return text;
+}
+
 }  // namespace
+
+Inspection inspectFile(const CommandContext& context, const std::string& given) {
+    const auto tools = probeTools(context.processLauncher, context.mainBundle, context.folderAccess,
+                                  appName(context.mainBundle), kUntranslated);
+    const InputFile file{.given = given, .path = absolutePath(given)};
+    if (auto problem = movieProblem(file)) {
+        return {.alerts = {plainAlert(tools.appName, *std::move(problem))}};
+    }
+    auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
+    if (inspection.toolProblem != ProbeToolProblem::None) {
+        inspection.alerts = {
+            plainAlert(tools.appName,
+                       toolProblemText(kUntranslated, inspection.toolProblem, context.mainBundle))};
+    }
+    return inspection;
+}
+
+std::optional<std::size_t> bestAudioOf(const CommandContext& context, const MKVFileInfo& record) {
+    return bestLanguage(record.audioTrackInformation, get(context.preferences, kDefaultAudio),
+                        preferredLanguages3Letter(context.host.preferredLanguages()));
+}
 
 int runInspect(const CommandContext& context, const InspectRequest& request) {
     auto& console = context.console;
@@ -107,63 +155,6 @@ int runInspect(const CommandContext& context, const InspectRequest& request) {
     }
     return status;
 }
-
-namespace {
-
-VettingAlert plainAlert(const std::string& title, std::string message) {
-    return {.title = title, .message = std::move(message), .button = "OK"};
-}
-
-}  // namespace
-
-Inspection inspectFile(const CommandContext& context, const std::string& given) {
-    const auto tools = probeTools(context.processLauncher, context.mainBundle, context.folderAccess,
-                                  appName(context.mainBundle), kUntranslated);
-    const InputFile file{.given = given, .path = absolutePath(given)};
-    if (auto problem = movieProblem(file)) {
-        return {.alerts = {plainAlert(tools.appName, *std::move(problem))}};
-    }
-    auto inspection = initWithURL(file.path, readProbeOptions(context.preferences), tools);
-    if (inspection.toolProblem != ProbeToolProblem::None) {
-        inspection.alerts = {
-            plainAlert(tools.appName,
-                       toolProblemText(kUntranslated, inspection.toolProblem, context.mainBundle))};
-    }
-    return inspection;
-}
-
-std::optional<std::size_t> bestAudioOf(const CommandContext& context, const MKVFileInfo& record) {
-    return bestLanguage(record.audioTrackInformation, get(context.preferences, kDefaultAudio),
-                        preferredLanguages3Letter(context.host.preferredLanguages()));
-}
-
-namespace {
-
-constexpr auto kKindWords = std::to_array<std::string_view>({"Video", "Audio", "Text", "Other"});
-
-std::string trackText(const Mp4Track& track) {
-    auto text = makeString("\n    %-5s #%u: %@, %@, %.0f s",
-                           kKindWords.at(static_cast<std::size_t>(track.kind)), track.trackID,
-                           printable(track.codec), track.language, track.seconds);
-    if (!track.enabled) text += ", off";
-    if (track.alternateGroup != 0) text += makeString(", group %u", track.alternateGroup);
-    return text;
-}
-
-std::string verifiedText(const std::string& file, const Mp4Reading& reading, std::uint64_t bytes) {
-    const auto name = printable(file);
-    if (!reading.movie) {
-        return makeString("%@: %@: it %@", name, reading.uncheckable ? "not checked" : "broken",
-                          reading.problem);
-    }
-    const auto& movie = *reading.movie;
-    auto text = makeString("%@: whole: %@", name,
-                           contentText(kUntranslated, movie.seconds, movie.tracks.size(), bytes));
-    for (const auto& track : movie.tracks) text += trackText(track);
-    return text;
-}
-
-}  // namespace
 
 int runVerify(const CommandContext& context, const VerifyRequest& request) {
     auto& console = context.console;

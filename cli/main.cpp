@@ -38,8 +38,8 @@ namespace {
 constexpr std::chrono::seconds kLongestEnd(5);
 
 /// What every command needs, made in this order.
-struct Base {
-    Base(Console& shown, int cancelDescriptor)
+struct Platform {
+    Platform(Console& shown, int cancelDescriptor)
         : console(shown),
           processLauncher(cancelDescriptor),
           store(prefsPath(host, mainBundle), {.cancelDescriptor = cancelDescriptor}) {}
@@ -57,14 +57,14 @@ struct Base {
     Preferences preferences{store};
 };
 
-int convert(Base& base, const Interruption& interruption, const ConvertRequest& request) {
-    setUnattendedPreferences(base.preferences);
-    const auto name = appName(base.mainBundle);
-    StderrAlerts alerts(base.console);
+int convert(Platform& platform, const Interruption& interruption, const ConvertRequest& request) {
+    setUnattendedPreferences(platform.preferences);
+    const auto name = appName(platform.mainBundle);
+    StderrAlerts alerts(platform.console);
     DecliningPanels panels;
     GlibDispatcher dispatcher;
     if (!dispatcher.hasBackground()) {
-        base.console.error(
+        platform.console.error(
             "The system gives this user no more processes and threads, so nothing can be "
             "converted. Please end other programs or raise the limit, and try again.");
         return kExitFailure;
@@ -76,51 +76,51 @@ int convert(Base& base, const Interruption& interruption, const ConvertRequest& 
     SyslogSystemLog systemLog{std::string(kProgramName)};
     InotifyBundleWatch bundleWatch;
     DBusNotifications notifications(systemLog, dispatcher, name,
-                                    appBundleIdentifier(base.mainBundle));
+                                    appBundleIdentifier(platform.mainBundle));
     DBusPowerAssertions powerAssertions(systemLog, name);
     Untranslated translations;  // as all that the command line says
     GioWorkspace workspace(systemLog);
     Vantor vantor({.alerts = alerts,
                    .bundleWatch = bundleWatch,
                    .dispatcher = dispatcher,
-                   .folderAccess = base.folderAccess,
-                   .host = base.host,
-                   .mainBundle = base.mainBundle,
+                   .folderAccess = platform.folderAccess,
+                   .host = platform.host,
+                   .mainBundle = platform.mainBundle,
                    .notifications = notifications,
                    .panels = panels,
                    .powerAssertions = powerAssertions,
-                   .processLauncher = base.processLauncher,
+                   .processLauncher = platform.processLauncher,
                    .systemLog = systemLog,
                    .translations = translations,
                    .workspace = workspace},
-                  base.preferences);
+                  platform.preferences);
     const UncaughtExceptionHandler uncaught(vantor);
     runDamagedApplicationTest(vantor, [](int /*a window's*/) { endProcess(kExitFailure); });
     std::atomic<bool> storeHeld = false;
-    base.store.setHeldHandler([&storeHeld] { storeHeld = true; });
+    platform.store.setHeldHandler([&storeHeld] { storeHeld = true; });
     const auto runLoop = [&] {
         const auto status = dispatcher.run();
         endWithin(kLongestEnd, status);
-        base.store.hurry();
+        platform.store.hurry();
         return status;
     };
     const auto status =
-        runConvert(vantor, base.console, alerts,
+        runConvert(vantor, platform.console, alerts,
                    {.quit = [&](int wanted) { dispatcher.quit(wanted); }, .run = runLoop}, request);
     dispatcher.finishBackground();
-    base.store.setHeldHandler({});
-    if (storeHeld) base.tellStoreProblem();
+    platform.store.setHeldHandler({});
+    if (storeHeld) platform.tellStoreProblem();
     return status;
 }
 
-int run(Base& base, const Request& request) {
-    const CommandContext context{.console = base.console,
-                                 .store = base.store,
-                                 .preferences = base.preferences,
-                                 .folderAccess = base.folderAccess,
-                                 .host = base.host,
-                                 .mainBundle = base.mainBundle,
-                                 .processLauncher = base.processLauncher};
+int run(Platform& platform, const Request& request) {
+    const CommandContext context{.console = platform.console,
+                                 .store = platform.store,
+                                 .preferences = platform.preferences,
+                                 .folderAccess = platform.folderAccess,
+                                 .host = platform.host,
+                                 .mainBundle = platform.mainBundle,
+                                 .processLauncher = platform.processLauncher};
     struct Runner {
         const CommandContext& context;
         int operator()(const InspectRequest& inspect) const { return runInspect(context, inspect); }
@@ -137,18 +137,18 @@ int run(Base& base, const Request& request) {
     return std::visit(Runner{.context = context}, request.action);
 }
 
-void prepare(Base& base, const Request& request) {
-    base.preferences.registerDefaults(registeredDefaults());
-    for (const auto& [key, text] : request.overrides) base.preferences.setForThisRun(key, text);
-    base.tellStoreProblem();
+void prepare(Platform& platform, const Request& request) {
+    platform.preferences.registerDefaults(registeredDefaults());
+    for (const auto& [key, text] : request.overrides) platform.preferences.setForThisRun(key, text);
+    platform.tellStoreProblem();
 }
 
 int startConversion(const Request& request, const ConvertRequest& conversion) {
     const Interruption interruption;
     Console console(interruption.descriptor());
-    Base base(console, interruption.descriptor());
-    prepare(base, request);
-    return convert(base, interruption, conversion);
+    Platform platform(console, interruption.descriptor());
+    prepare(platform, request);
+    return convert(platform, interruption, conversion);
 }
 
 int start(const Request& request) {
@@ -163,11 +163,11 @@ int start(const Request& request) {
     // A probe ends with the thread that runs it.
     exitAtOnceOnSignals();
     Console console;
-    Base base(console, -1);
-    prepare(base, request);
-    base.store.setHeldHandler([&base] { base.tellStoreProblem(); });
+    Platform platform(console, -1);
+    prepare(platform, request);
+    platform.store.setHeldHandler([&platform] { platform.tellStoreProblem(); });
     try {
-        const int status = run(base, request);
+        const int status = run(platform, request);
         // A reader that has read enough is told nothing.
         if (console.isClosed() && console.closedBy() != EPIPE) {
             console.error(outputLostText(console.closedBy()));

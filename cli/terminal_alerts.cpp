@@ -10,8 +10,8 @@
 namespace reelvane {
 
 AlertAnswer StderrAlerts::runModal(const AlertContent& content) {
-    if (told_) {
-        told_(content);
+    if (handler_) {
+        handler_(content);
     } else {
         console_.error(errorText(printable(content.title), {}, content.message));
     }

@@ -16,17 +16,17 @@ class Console;
 /// conversion, and answered at once with the most cautious button.
 class StderrAlerts final : public Alerts {
 public:
-    using Told = std::function<void(const AlertContent&)>;
+    using Handler = std::function<void(const AlertContent&)>;
 
     explicit StderrAlerts(Console& console) : console_(console) {}
 
     /// Where alerts go instead of standard error; an empty function takes that back.
-    void setTold(Told told) { told_ = std::move(told); }
+    void setHandler(Handler handler) { handler_ = std::move(handler); }
     [[nodiscard]] AlertAnswer runModal(const AlertContent& content) override;
 
 private:
     Console& console_;
-    Told told_;
+    Handler handler_;
 };
 
 /// Alerts that wait until it is known whether the refusal or the failure of a file says the same,

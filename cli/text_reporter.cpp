@@ -16,6 +16,85 @@
 namespace reelvane {
 namespace {
 
+constexpr std::size_t kShortestName = 8;
+constexpr std::size_t kUsualName = 16;  // shorter ones are padded
+constexpr std::size_t kLongestName = 40;
+constexpr std::size_t kBarFrame = 3;  // its two ends and a space
+constexpr std::size_t kShortestBar = 6;
+constexpr std::size_t kLongestBar = 30;
+constexpr std::size_t kEighths = 8;  // the steps of one block character
+
+constexpr auto kPartialBlocks =
+    std::to_array<std::string_view>({"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"});
+
+constexpr std::string_view kGreen = "\x1b[32m";
+constexpr std::string_view kDim = "\x1b[2m";
+constexpr std::string_view kPlain = "\x1b[0m";
+
+std::string percentText(double percent) {
+    // Rounded down: 100 is for what has ended.
+    return makeString("%3i%%", static_cast<int>(std::clamp(percent, 0.0, 100.0)));
+}
+
+std::string speedText(double speed) {
+    std::array<char, 32> text{};
+    const auto written = std::to_chars(text.data(), text.data() + text.size(), speed,
+                                       std::chars_format::fixed, speed < 10 ? 1 : 0);
+    return std::string(text.data(), written.ptr) + "x";
+}
+
+std::string bar(double percent, std::size_t columns, bool coloured) {
+    const auto share = std::clamp(percent, 0.0, 100.0) / 100;
+    const auto steps = static_cast<std::size_t>(share * double(columns * kEighths));
+    std::string full;
+    for (std::size_t i = 0; i < steps / kEighths; ++i) full += "█";
+    full += kPartialBlocks.at(steps % kEighths);
+    const auto rest = columns - displayWidth(full);
+    std::string empty;
+    for (std::size_t i = 0; i < rest; ++i) empty += coloured ? "─" : " ";
+    if (!coloured) return "[" + full + empty + "]";
+    return makeString(" %@%@%@%@%@%@ ", kGreen, full, kPlain, kDim, empty, kPlain);
+}
+
+/// What stands around the name and the bar.
+struct Surroundings {
+    std::string before{};
+    std::string behind{};
+};
+
+/// The parts that are left when so many are left out, in columns that do not dance from one second
+/// to the next.
+Surroundings surroundings(const ConvertProgress& progress, int leftOut) {
+    Surroundings parts{.behind = percentText(progress.percent)};
+    if (progress.files > 1 && leftOut < 2) {
+        parts.before = makeString("[%lu/%lu] ", progress.number, progress.files);
+    }
+    if (leftOut < 1) {
+        parts.behind += makeString("  %5s", progress.speed ? speedText(*progress.speed) : "");
+    }
+    if (leftOut < 3) {
+        const auto left =
+            progress.remaining ? formattedTimeFromTimeInterval(*progress.remaining) : "";
+        parts.behind += makeString("  %7s", left);
+    }
+    return parts;
+}
+
+/// Where a message speaks of this very file, and not of "Film.mkv.srt".
+std::size_t placeOfName(std::string_view message, std::string_view name) {
+    const auto isOneOf = [](std::string_view characters, char character) {
+        return characters.find(character) != std::string_view::npos;
+    };
+    auto at = name.empty() ? std::string_view::npos : message.find(name);
+    for (; at != std::string_view::npos; at = message.find(name, at + 1)) {
+        auto behind = message.substr(at + name.size());
+        if (behind.starts_with('.')) behind.remove_prefix(1);
+        const bool begins = at == 0 || isOneOf(" '", message[at - 1]);
+        if (begins && (behind.empty() || isOneOf(" ':,", behind.front()))) break;
+    }
+    return at;
+}
+
 std::string nameOf(const EventSubject& subject) {
     return printable(subject.file);
 }
@@ -55,16 +134,11 @@ public:
     }
 
     void progress(const EventSubject& subject, const ConvertProgress& progress) override {
-        const ProgressFacts facts{.name = nameOf(subject),
-                                  .percent = progress.percent,
-                                  .speed = progress.speed,
-                                  .remaining = progress.remaining,
-                                  .number = progress.number,
-                                  .files = progress.files};
+        const auto name = nameOf(subject);
         if (live_) {
-            console_.showLive(progressLine(facts, room(), console_.abilities().colours));
+            console_.showLive(progressLine(name, progress, room(), console_.abilities().colours));
         } else if (!quiet_ && progressSteps_.isDue(progress.percent, progress.elapsed)) {
-            console_.line(makeString("%@: %@", facts.name, progressText(facts)));
+            console_.line(makeString("%@: %@", name, progressText(progress)));
         }
     }
 
@@ -144,78 +218,11 @@ std::unique_ptr<ConvertReporter> makeTextReporter(Console& console, bool quiet) 
     return std::make_unique<TextReporter>(console, quiet);
 }
 
-namespace {
-
-constexpr std::size_t kShortestName = 8;
-constexpr std::size_t kUsualName = 16;  // shorter ones are padded
-constexpr std::size_t kLongestName = 40;
-constexpr std::size_t kBarFrame = 3;  // its two ends and a space
-constexpr std::size_t kShortestBar = 6;
-constexpr std::size_t kLongestBar = 30;
-constexpr std::size_t kEighths = 8;  // the steps of one block character
-
-constexpr auto kPartialBlocks =
-    std::to_array<std::string_view>({"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"});
-
-constexpr std::string_view kGreen = "\x1b[32m";
-constexpr std::string_view kDim = "\x1b[2m";
-constexpr std::string_view kPlain = "\x1b[0m";
-
-std::string percentText(double percent) {
-    // Rounded down: 100 is for what has ended.
-    return makeString("%3i%%", static_cast<int>(std::clamp(percent, 0.0, 100.0)));
-}
-
-std::string speedText(double speed) {
-    std::array<char, 32> text{};
-    const auto written = std::to_chars(text.data(), text.data() + text.size(), speed,
-                                       std::chars_format::fixed, speed < 10 ? 1 : 0);
-    return std::string(text.data(), written.ptr) + "x";
-}
-
-std::string bar(double percent, std::size_t columns, bool coloured) {
-    const auto share = std::clamp(percent, 0.0, 100.0) / 100;
-    const auto steps = static_cast<std::size_t>(share * double(columns * kEighths));
-    std::string full;
-    for (std::size_t i = 0; i < steps / kEighths; ++i) full += "█";
-    full += kPartialBlocks.at(steps % kEighths);
-    const auto rest = columns - displayWidth(full);
-    std::string empty;
-    for (std::size_t i = 0; i < rest; ++i) empty += coloured ? "─" : " ";
-    if (!coloured) return "[" + full + empty + "]";
-    return makeString(" %@%@%@%@%@%@ ", kGreen, full, kPlain, kDim, empty, kPlain);
-}
-
-/// What stands around the name and the bar.
-struct Surroundings {
-    std::string before{};
-    std::string behind{};
-};
-
-/// The parts that are left when so many are given up, in columns that do not dance from one second
-/// to the next.
-Surroundings surroundings(const ProgressFacts& facts, int givenUp) {
-    Surroundings parts{.behind = percentText(facts.percent)};
-    if (facts.files > 1 && givenUp < 2) {
-        parts.before = makeString("[%lu/%lu] ", facts.number, facts.files);
-    }
-    if (givenUp < 1) {
-        parts.behind += makeString("  %5s", facts.speed ? speedText(*facts.speed) : "");
-    }
-    if (givenUp < 3) {
-        const auto left = facts.remaining ? formattedTimeFromTimeInterval(*facts.remaining) : "";
-        parts.behind += makeString("  %7s", left);
-    }
-    return parts;
-}
-
-}  // namespace
-
-std::string progressText(const ProgressFacts& facts) {
-    auto text = makeString("%i%%", static_cast<int>(std::clamp(facts.percent, 0.0, 100.0)));
-    if (facts.speed) text += makeString(" at %@", speedText(*facts.speed));
-    if (facts.remaining) {
-        text += makeString(", %@ left", formattedTimeFromTimeInterval(*facts.remaining));
+std::string progressText(const ConvertProgress& progress) {
+    auto text = makeString("%i%%", static_cast<int>(std::clamp(progress.percent, 0.0, 100.0)));
+    if (progress.speed) text += makeString(" at %@", speedText(*progress.speed));
+    if (progress.remaining) {
+        text += makeString(", %@ left", formattedTimeFromTimeInterval(*progress.remaining));
     }
     return text;
 }
@@ -229,44 +236,26 @@ bool ProgressSteps::isDue(double percent, double elapsed) {
     return true;
 }
 
-std::string progressLine(const ProgressFacts& facts, std::size_t columns, bool coloured) {
-    constexpr int kMostGivenUp = 3;
+std::string progressLine(std::string_view name, const ConvertProgress& progress,
+                         std::size_t columns, bool coloured) {
+    constexpr int kMostLeftOut = 3;
     constexpr auto kLeastRoom = kShortestName + kBarFrame + kShortestBar;
     Surroundings parts;
     std::size_t room = 0;  // for name and bar
-    for (int givenUp = 0; givenUp <= kMostGivenUp && room < kLeastRoom; ++givenUp) {
-        parts = surroundings(facts, givenUp);
+    for (int leftOut = 0; leftOut <= kMostLeftOut && room < kLeastRoom; ++leftOut) {
+        parts = surroundings(progress, leftOut);
         const auto taken = displayWidth(parts.before) + 1 + displayWidth(parts.behind);
         room = columns > taken ? columns - taken : 0;
     }
     if (room == 0) return elidedMiddle(parts.behind, columns);
-    if (room < kLeastRoom) return padded(elidedMiddle(facts.name, room), room) + " " + parts.behind;
+    if (room < kLeastRoom) return padded(elidedMiddle(name, room), room) + " " + parts.behind;
 
-    const auto wanted = std::clamp(displayWidth(facts.name), kUsualName, kLongestName);
+    const auto wanted = std::clamp(displayWidth(name), kUsualName, kLongestName);
     const auto forName = std::min(wanted, std::max(kShortestName, (room - kBarFrame) * 3 / 5));
     const auto forBar = std::min(room - kBarFrame - forName, kLongestBar);
-    return parts.before + padded(elidedMiddle(facts.name, forName), forName) + " " +
-           bar(facts.percent, forBar, coloured) + " " + parts.behind;
+    return parts.before + padded(elidedMiddle(name, forName), forName) + " " +
+           bar(progress.percent, forBar, coloured) + " " + parts.behind;
 }
-
-namespace {
-
-/// Where a message speaks of this very file, and not of "Film.mkv.srt".
-std::size_t placeOfName(std::string_view message, std::string_view name) {
-    const auto isOneOf = [](std::string_view characters, char character) {
-        return characters.find(character) != std::string_view::npos;
-    };
-    auto at = name.empty() ? std::string_view::npos : message.find(name);
-    for (; at != std::string_view::npos; at = message.find(name, at + 1)) {
-        auto behind = message.substr(at + name.size());
-        if (behind.starts_with('.')) behind.remove_prefix(1);
-        const bool begins = at == 0 || isOneOf(" '", message[at - 1]);
-        if (begins && (behind.empty() || isOneOf(" ':,", behind.front()))) break;
-    }
-    return at;
-}
-
-}  // namespace
 
 std::string errorText(std::string_view name, std::string_view what, std::string_view message) {
     std::string text(name);
@@ -307,23 +296,6 @@ std::string summaryText(const ConvertSummary& summary) {
     if (summary.finished == 0) return text;
     return text + makeString(" (%@, %@)", formattedTimeFromTimeInterval(summary.seconds),
                              fileSizeText(summary.bytes));
-}
-
-std::string wrapped(std::string_view text, std::string_view gap, std::size_t columns,
-                    std::size_t indent) {
-    const std::string margin(indent, ' ');
-    std::string result;
-    std::string line;
-    for (const auto piece : Fennimar::split(text, gap)) {
-        const auto width = indent + displayWidth(line) + gap.size() + displayWidth(piece);
-        if (!line.empty() && width > columns) {
-            result += margin + line + "\n";
-            line.clear();
-        }
-        if (!line.empty()) line += gap;
-        line += piece;
-    }
-    return result + margin + line;
 }
 
 }  // namespace reelvane

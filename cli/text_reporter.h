@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,18 +8,8 @@
 
 namespace reelvane {
 
-/// How far one conversion has come.
-struct ProgressFacts {
-    std::string name{};                 ///< the file's, printable
-    double percent = 0;                 ///< 0 to 100
-    std::optional<double> speed{};      ///< play time written per second; absent: not known yet
-    std::optional<double> remaining{};  ///< seconds; absent: not known yet
-    std::size_t number = 1;             ///< of this file
-    std::size_t files = 1;              ///< in this run
-};
-
 /// "42% at 31x, 1m 3s left": what is known.
-[[nodiscard]] std::string progressText(const ProgressFacts& facts);
+[[nodiscard]] std::string progressText(const ConvertProgress& progress);
 
 /// Which steps of a conversion are worth a line where lines stay: each full ten per cent, and one a
 /// minute.
@@ -34,11 +23,11 @@ private:
     double told_ = 0;  // seconds
 };
 
-/// One line of at most this many columns: counter, name, bar, percentage, speed and remaining time.
-/// On a narrow terminal the name is elided in its middle; then speed, counter, remaining time and
-/// bar go, in this order.
-[[nodiscard]] std::string progressLine(const ProgressFacts& facts, std::size_t columns,
-                                       bool coloured);
+/// One line of at most this many columns: counter, name (printable), bar, percentage, speed and
+/// remaining time. On a narrow terminal the name is elided in its middle; then speed, counter,
+/// remaining time and bar go, in this order.
+[[nodiscard]] std::string progressLine(std::string_view name, const ConvertProgress& progress,
+                                       std::size_t columns, bool coloured);
 
 /// "Film.mkv: failed: Movie conversion failed because ...", on as many lines as the message has,
 /// those after the first indented. An empty `what` is left out. `name` is printable.
@@ -54,10 +43,5 @@ private:
 
 /// "3 files converted, 1 failed, 1 refused (1m 3s, 1.43 GB)": what there is.
 [[nodiscard]] std::string summaryText(const ConvertSummary& summary);
-
-/// The text broken at its gaps (one space, or two between parts that belong together) into lines of
-/// at most `columns` where that can be, each with `indent` spaces before it.
-[[nodiscard]] std::string wrapped(std::string_view text, std::string_view gap, std::size_t columns,
-                                  std::size_t indent);
 
 }  // namespace reelvane

@@ -56,24 +56,24 @@ TEST(TextWidth, NothingSteersTheTerminal) {
 }
 
 TEST(ProgressLine, FitsEveryWidthAndDropsTheLeastImportantFirst) {
-    const ProgressFacts facts{.name = "第一話 A.Very.Long.Movie.Name.Of.2024.1080p.mkv",
-                              .percent = 42.9,
-                              .speed = 31.4,
-                              .remaining = 3663,
-                              .number = 2,
-                              .files = 12};
+    const ConvertProgress progress{
+        .percent = 42.9, .speed = 31.4, .remaining = 3663, .number = 2, .files = 12};
+    const auto line = [&](std::size_t columns, bool coloured = false) {
+        return progressLine("第一話 A.Very.Long.Movie.Name.Of.2024.1080p.mkv", progress, columns,
+                            coloured);
+    };
     for (std::size_t columns = 1; columns < 200; ++columns) {
-        EXPECT_LE(displayWidth(progressLine(facts, columns, false)), columns);
+        EXPECT_LE(displayWidth(line(columns)), columns);
     }
-    const auto wide = progressLine(facts, 120, false);
+    const auto wide = line(120);
     for (const auto* const part : {"[2/12] 第一話", ".mkv [███", "42%", "31x", "61m 3s"}) {
         EXPECT_THAT(wide, HasSubstr(part));
     }
-    EXPECT_THAT(progressLine(facts, 40, false), Not(HasSubstr("31x")));
-    EXPECT_THAT(progressLine(facts, 40, false), EndsWith("]  42%   61m 3s"));
-    EXPECT_THAT(progressLine(facts, 30, false), HasSubstr("] "));
-    EXPECT_THAT(progressLine(facts, 79, true), HasSubstr("\x1b[32m"));
-    EXPECT_THAT(progressLine(facts, 79, false), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(line(40), Not(HasSubstr("31x")));
+    EXPECT_THAT(line(40), EndsWith("]  42%   61m 3s"));
+    EXPECT_THAT(line(30), HasSubstr("] "));
+    EXPECT_THAT(line(79, true), HasSubstr("\x1b[32m"));
+    EXPECT_THAT(line(79), Not(HasSubstr("\x1b")));
 }
 
 TEST(ProgressLine, SaysOnlyWhatIsKnown) {
