@@ -12,6 +12,8 @@
 
 namespace reelvane {
 
+class Vantor;
+
 /// A file that was not taken, and why.
 struct RefusedFile {
     std::filesystem::path file{};
@@ -40,8 +42,6 @@ private:
     std::vector<RefusedFile> list_;
     Observers<> observers_;
 };
-
-class Vantor;
 
 /// What the user is told of files as they are taken in: of a single one by its alerts. An alert for
 /// each of several would hold them up: who has gone finds them all standing. They get a list, or a

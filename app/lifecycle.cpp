@@ -20,6 +20,9 @@ namespace {
 
 constexpr std::string_view kUsagesKey = "vantor_usages";
 
+constexpr int kUsagesBeforeRating = 10;
+constexpr int kUsagesBeforeFeedback = 20;
+
 }  // namespace
 
 void UsageCounter::increaseUsages(const Request& request) {
@@ -41,13 +44,6 @@ void UsageCounter::increaseUsages(const Request& request) {
 Subscription UsageCounter::observePrompts(std::function<void(const std::string&)> open) {
     return prompts_.add(std::move(open));
 }
-
-namespace {
-
-constexpr int kUsagesBeforeRating = 10;
-constexpr int kUsagesBeforeFeedback = 20;
-
-}  // namespace
 
 Lifecycle::Lifecycle(Vantor& vantor, JobQueue& queue)
     : vantor_(vantor),

@@ -47,8 +47,6 @@ private:
     Observers<const std::string&> prompts_;
 };
 
-class Vantor;
-
 /// How the program comes up, asks before it goes, and notices that it was moved. Main thread only.
 class Lifecycle {
 public:

@@ -36,41 +36,6 @@ bool isTextSubtitle(const std::filesystem::path& path) {
     return isSubtitleFile(path) && Fennimar::lowercasedExtension(path) != kPossiblyPictures;
 }
 
-}  // namespace
-
-bool isSubtitleFile(const std::filesystem::path& path) {
-    return std::ranges::find(kSubtitleFileTypes, Fennimar::lowercasedExtension(path)) !=
-           kSubtitleFileTypes.end();
-}
-
-SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
-                      const FirstBytesReader& firstBytes) {
-    SortedFiles sorted;
-    for (const auto& path : paths) {
-        if (isTextSubtitle(path)) sorted.subtitles.push_back(path);
-    }
-    for (const auto& path : paths) {
-        if (Fennimar::lowercasedExtension(path) == kPossiblyPictures &&
-            firstBytes(path) != kPackHeader) {
-            sorted.subtitles.push_back(path);
-        }
-    }
-    std::copy_if(paths.rbegin(), paths.rend(), std::back_inserter(sorted.movies), isMovie);
-    return sorted;
-}
-
-bool acceptsDrag(std::span<const std::filesystem::path> paths) {
-    return !std::ranges::all_of(paths, isSubtitleFile);
-}
-
-std::vector<std::string> openableFileTypes() {
-    std::vector<std::string> types(kMovieFileTypes.begin(), kMovieFileTypes.end());
-    types.insert(types.end(), kSubtitleFileTypes.begin(), kSubtitleFileTypes.end());
-    return types;
-}
-
-namespace {
-
 using Path = std::filesystem::path;
 
 bool isDigit(char letter) {
@@ -133,7 +98,72 @@ std::string problemOfSubtitle(const Path& path, const SortedFiles& sorted,
     return subtitleProblemText(translations, path, SubtitleProblem::Pictures);
 }
 
+std::string withoutExtension(std::filesystem::path path) {
+    return path.replace_extension().native();
+}
+
+/// How far a subtitle file's name is from a movie's; less is closer.
+struct Distance {
+    enum class Kind { SameName, Point, WordEnd };
+    Kind kind = Kind::SameName;
+    std::size_t excess = 0;  // bytes that the subtitle's name is longer
+
+    // NOLINTNEXTLINE(modernize-use-nullptr): the compiler's own comparison with 0
+    friend auto operator<=>(const Distance&, const Distance&) = default;
+};
+
+/// Bytes outside ASCII are taken for letters.
+bool endsWord(char next) {
+    const bool letter = (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z');
+    const bool digit = next >= '0' && next <= '9';
+    return !letter && !digit && static_cast<unsigned char>(next) < 0x80;
+}
+
+/// Absent: they do not belong together, as "Film 1" and "Film 10".
+std::optional<Distance> distance(const std::filesystem::path& movie,
+                                 const std::filesystem::path& subtitle) {
+    const auto name = withoutExtension(movie);
+    const auto longer = withoutExtension(subtitle);
+    if (!longer.starts_with(name)) return std::nullopt;
+    const auto rest = std::string_view(longer).substr(name.size());
+    if (rest.empty()) return Distance{};
+    if (rest.starts_with('.')) return Distance{Distance::Kind::Point, rest.size()};
+    if (!endsWord(rest.front())) return std::nullopt;
+    return Distance{Distance::Kind::WordEnd, rest.size()};
+}
+
 }  // namespace
+
+bool isSubtitleFile(const std::filesystem::path& path) {
+    return std::ranges::find(kSubtitleFileTypes, Fennimar::lowercasedExtension(path)) !=
+           kSubtitleFileTypes.end();
+}
+
+SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
+                      const FirstBytesReader& firstBytes) {
+    SortedFiles sorted;
+    for (const auto& path : paths) {
+        if (isTextSubtitle(path)) sorted.subtitles.push_back(path);
+    }
+    for (const auto& path : paths) {
+        if (Fennimar::lowercasedExtension(path) == kPossiblyPictures &&
+            firstBytes(path) != kPackHeader) {
+            sorted.subtitles.push_back(path);
+        }
+    }
+    std::copy_if(paths.rbegin(), paths.rend(), std::back_inserter(sorted.movies), isMovie);
+    return sorted;
+}
+
+bool acceptsDrag(std::span<const std::filesystem::path> paths) {
+    return !std::ranges::all_of(paths, isSubtitleFile);
+}
+
+std::vector<std::string> openableFileTypes() {
+    std::vector<std::string> types(kMovieFileTypes.begin(), kMovieFileTypes.end());
+    types.insert(types.end(), kSubtitleFileTypes.begin(), kSubtitleFileTypes.end());
+    return types;
+}
 
 bool naturallyBefore(const Path& one, const Path& other) {
     auto part = one.begin();
@@ -246,44 +276,6 @@ OpenedFiles lookInto(const std::vector<Path>& paths, const Translations& transla
     }
     return opened;
 }
-
-namespace {
-
-std::string withoutExtension(std::filesystem::path path) {
-    return path.replace_extension().native();
-}
-
-/// How far a subtitle file's name is from a movie's; less is closer.
-struct Distance {
-    enum class Kind { SameName, Point, WordEnd };
-    Kind kind = Kind::SameName;
-    std::size_t excess = 0;  // bytes that the subtitle's name is longer
-
-    // NOLINTNEXTLINE(modernize-use-nullptr): the compiler's own comparison with 0
-    friend auto operator<=>(const Distance&, const Distance&) = default;
-};
-
-/// Bytes outside ASCII are taken for letters.
-bool endsWord(char next) {
-    const bool letter = (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z');
-    const bool digit = next >= '0' && next <= '9';
-    return !letter && !digit && static_cast<unsigned char>(next) < 0x80;
-}
-
-/// Absent: they do not belong together, as "Film 1" and "Film 10".
-std::optional<Distance> distance(const std::filesystem::path& movie,
-                                 const std::filesystem::path& subtitle) {
-    const auto name = withoutExtension(movie);
-    const auto longer = withoutExtension(subtitle);
-    if (!longer.starts_with(name)) return std::nullopt;
-    const auto rest = std::string_view(longer).substr(name.size());
-    if (rest.empty()) return Distance{};
-    if (rest.starts_with('.')) return Distance{Distance::Kind::Point, rest.size()};
-    if (!endsWord(rest.front())) return std::nullopt;
-    return Distance{Distance::Kind::WordEnd, rest.size()};
-}
-
-}  // namespace
 
 void SubtitlePairing::addMovie(const std::filesystem::path& movie) {
     movies_.insert(movie);

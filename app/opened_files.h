@@ -18,6 +18,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// The extensions of the movies that are taken, in lower case.
 inline constexpr auto kMovieFileTypes = std::to_array<std::string_view>(
     {"mkv", "mp4", "mov", "ogm", "wmv", "mpg", "flv", "webm", "ts"});
@@ -48,8 +50,6 @@ using FirstBytesReader = std::function<std::optional<std::uint32_t>(const std::f
 
 /// What the open panel lets the user choose: the movies' extensions, then the subtitles'.
 [[nodiscard]] std::vector<std::string> openableFileTypes();
-
-class Translations;
 
 /// How far a folder is searched: a whole disk that was dropped by mistake is not read to its end.
 struct FolderSearchBounds {

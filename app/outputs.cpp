@@ -15,6 +15,17 @@
 #include "support/vantor.h"
 
 namespace reelvane {
+namespace {
+
+// At the program's end, for files that are just being made.
+constexpr std::chrono::seconds kPatience(3);
+
+std::string_view withoutDot(std::string_view extension) {
+    return extension.substr(extension.starts_with('.') ? 1 : 0);
+}
+
+}  // namespace
+
 std::string OutputNames::keyOf(const std::filesystem::path& path) {
     return path.lexically_normal().native();
 }
@@ -90,17 +101,6 @@ void FileRemovals::finish() {
         removal.then();
     }
 }
-
-namespace {
-
-// At the program's end, for files that are just being made.
-constexpr std::chrono::seconds kPatience(3);
-
-std::string_view withoutDot(std::string_view extension) {
-    return extension.substr(extension.starts_with('.') ? 1 : 0);
-}
-
-}  // namespace
 
 Outputs::Outputs(Vantor& vantor, std::shared_ptr<OutputNames> names)
     : vantor_(vantor),

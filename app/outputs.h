@@ -17,6 +17,8 @@
 
 namespace reelvane {
 
+class Vantor;
+
 /// The paths that jobs in the list will write, and those that they read. A promised path is a taken
 /// one, so that two movies of one name never overwrite each other. Any thread: what asks a disk is
 /// called in the background, and a disk that does not answer holds up nobody else. A look-up costs
@@ -46,8 +48,6 @@ private:
     std::unordered_map<std::string, std::uint64_t> numbers_;
 };
 
-class Vantor;
-
 /// Files that are being deleted in the background, where a disk that does not answer holds nobody
 /// up. Main thread only.
 class FileRemovals {
@@ -74,8 +74,6 @@ private:
     // Shared only so that a deletion that ends after this object can tell.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
-
-class Vantor;
 
 /// Gives out the outputs of this program's conversions, keeps the notes in the preferences that let
 /// the next start clear up after a crash, and deletes what is given back unfinished. Several

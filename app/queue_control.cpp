@@ -21,6 +21,8 @@ bool isCleanable(const ConversionJob& job) {
            job.warning().empty();
 }
 
+constexpr std::chrono::seconds kAwakeAfterWork(60);
+
 }  // namespace
 
 QueueControl::QueueControl(Vantor& vantor, JobQueue& queue)
@@ -130,12 +132,6 @@ void QueueControl::updateWindowTitle() {
                                .jobs = queue_.taskArray().size(),
                                .queued = queue_.jobCountWithState(ConversionJobState::Queued)}));
 }
-
-namespace {
-
-constexpr std::chrono::seconds kAwakeAfterWork(60);
-
-}  // namespace
 
 QueueRest::QueueRest(Vantor& vantor, JobQueue& queue, QueueControl& control, FileIntake& intake,
                      std::function<void()> terminate)

@@ -18,6 +18,8 @@
 
 namespace reelvane {
 
+class FileIntake;
+class Translations;
 class Vantor;
 
 /// The image that the toolbar's pause item shows, by its resource name.
@@ -89,11 +91,6 @@ private:
     Subscription states_;
 };
 
-class FileIntake;
-class JobQueue;
-class QueueControl;
-class Vantor;
-
 /// Sees when the queue comes to rest, and does what is due then. Main thread only.
 class QueueRest {
 public:
@@ -137,8 +134,6 @@ private:
     std::vector<Subscription> subscriptions_;
     Errands errands_;
 };
-
-class Translations;
 
 /// What the main window's title tells of the queue.
 struct QueueSummary {

@@ -26,6 +26,21 @@ AudioSettings readAudioSettings(const Preferences& preferences) {
             .customUnknownHandling = get(preferences, kCustomUnknownHandling)};
 }
 
+constexpr int kUsagesBeforeSpeedHint = 4;
+
+void resetIfExcluded(Preferences& preferences, const Preference<int>& preference) {
+    if (get(preferences, preference) == preference.range.excluded) {
+        set(preferences, preference, preference.defaultValue);
+    }
+}
+
+void resetIfOutside(Preferences& preferences, const Preference<int>& preference) {
+    const auto value = get(preferences, preference);
+    if (value < preference.range.minimum || value > preference.range.maximum) {
+        set(preferences, preference, preference.defaultValue);
+    }
+}
+
 }  // namespace
 
 ConversionSettings readConversionSettings(const Preferences& preferences) {
@@ -53,25 +68,6 @@ ProbeOptions readProbeOptions(const Preferences& preferences) {
 std::string_view outputExtension(const Preferences& preferences) {
     return get(preferences, kDefaultExtension) == 0 ? "mp4" : "m4v";
 }
-
-namespace {
-
-constexpr int kUsagesBeforeSpeedHint = 4;
-
-void resetIfExcluded(Preferences& preferences, const Preference<int>& preference) {
-    if (get(preferences, preference) == preference.range.excluded) {
-        set(preferences, preference, preference.defaultValue);
-    }
-}
-
-void resetIfOutside(Preferences& preferences, const Preference<int>& preference) {
-    const auto value = get(preferences, preference);
-    if (value < preference.range.minimum || value > preference.range.maximum) {
-        set(preferences, preference, preference.defaultValue);
-    }
-}
-
-}  // namespace
 
 std::string versionUsagesKey(std::string_view version) {
     return makeString("vantor_%@_usages", version);

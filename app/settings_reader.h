@@ -12,7 +12,11 @@
 
 namespace reelvane {
 
+class FolderAccess;
+class MainBundle;
 class Preferences;
+class ProcessLauncher;
+class Translations;
 
 /// The preferences of one conversion, as they stand now. Any thread.
 [[nodiscard]] ConversionSettings readConversionSettings(const Preferences& preferences);
@@ -34,8 +38,6 @@ struct RunChoices {
     bool unattended = false;
 };
 
-class Preferences;
-
 /// What a launch puts right in the stored preferences, before any job exists. Main thread only.
 /// A value that was set for this run only is never the reason to write to the store.
 
@@ -53,11 +55,6 @@ void upgradeDestinationIndex(Preferences& preferences);
 
 /// Brings `DefaultDestination` back into the menu with this many saved folders.
 void clampDefaultDestination(Preferences& preferences, std::size_t folders);
-
-class FolderAccess;
-class MainBundle;
-class ProcessLauncher;
-class Translations;
 
 /// What a probe works with: the bundle's ffmpeg, and whether a sandbox limits access.
 [[nodiscard]] ProbeTools probeTools(ProcessLauncher& launcher, const MainBundle& mainBundle,

@@ -14,12 +14,12 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// What is wrong with choosing the audio track of this index, as one sentence for the user; absent
 /// when the file has that track.
 [[nodiscard]] std::optional<std::string> audioChoiceProblem(const MKVFileInfo& record,
                                                             std::size_t audioTrackIndex);
-
-class Translations;
 
 /// A movie's subtitle file, looked into.
 struct ChosenSubtitle {

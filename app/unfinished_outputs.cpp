@@ -37,6 +37,25 @@ UnfinishedList listOf(const std::vector<std::string>& entries) {
     return entries.empty() ? std::nullopt : std::optional(preferenceText(entries));
 }
 
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMostFolders = 32;  // that are asked at once; the others wait for a new start
+
+/// Told only of the process's own file: the lock of another says nothing about the process.
+ProgressLock lockOf(const OwnFile& progressFile) {
+    return isStillThere(progressFile) ? progressLockOf(progressFile.path) : ProgressLock::Unknown;
+}
+
+/// True when it is gone, or was not there. What lies there and is another's counts as that.
+bool removeOwn(const OwnFile& file) {
+    return !isStillThere(file) || ::unlink(file.path.c_str()) == 0;
+}
+
+bool folderIsThere(const fs::path& file) {
+    std::error_code ignored;
+    return fs::is_directory(file.parent_path(), ignored);
+}
+
 }  // namespace
 
 std::string unfinishedOutputText(const UnfinishedOutput& unfinished) {
@@ -103,29 +122,6 @@ bool isGone(const UnfinishedOutput& unfinished, const ProcessScope& here,
     if (agree(there.pidNamespace, here.pidNamespace)) return startTimeNow != unfinished.startTime;
     return lock == ProgressLock::Free;
 }
-
-namespace {
-
-namespace fs = std::filesystem;
-
-constexpr std::size_t kMostFolders = 32;  // that are asked at once; the others wait for a new start
-
-/// Told only of the process's own file: the lock of another says nothing about the process.
-ProgressLock lockOf(const OwnFile& progressFile) {
-    return isStillThere(progressFile) ? progressLockOf(progressFile.path) : ProgressLock::Unknown;
-}
-
-/// True when it is gone, or was not there. What lies there and is another's counts as that.
-bool removeOwn(const OwnFile& file) {
-    return !isStillThere(file) || ::unlink(file.path.c_str()) == 0;
-}
-
-bool folderIsThere(const fs::path& file) {
-    std::error_code ignored;
-    return fs::is_directory(file.parent_path(), ignored);
-}
-
-}  // namespace
 
 UnfinishedOutputs::Outcome UnfinishedOutputs::cleanUpAfter(const UnfinishedOutput& unfinished) {
     const auto& output = unfinished.output;

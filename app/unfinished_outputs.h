@@ -14,6 +14,8 @@
 
 namespace reelvane {
 
+class Translations;
+
 /// A conversion that was at work: what it writes, and the process that follows it.
 struct UnfinishedOutput {
     int processID = 0;
@@ -57,8 +59,6 @@ using UnfinishedList = std::optional<std::string>;
 /// `startTimeNow`: what this process is told of `unfinished.processID`.
 [[nodiscard]] bool isGone(const UnfinishedOutput& unfinished, const ProcessScope& here,
                           const std::optional<std::string>& startTimeNow, ProgressLock lock);
-
-class Translations;
 
 /// Deletes, as the program starts, what crashed ones have left behind: the partial outputs and the
 /// progress files of processes that are gone for sure (see isGone), as far as they are the very

@@ -9,6 +9,8 @@
 namespace reelvane {
 
 class Console;
+class FolderAccess;
+class Preferences;
 class StderrAlerts;
 class Vantor;
 
@@ -23,9 +25,6 @@ struct ConvertLoop {
 /// preferences of an unattended run have to be set before.
 [[nodiscard]] int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts,
                              const ConvertLoop& loop, const ConvertRequest& request);
-
-class FolderAccess;
-class Preferences;
 
 /// What the options say to the core, or the one sentence on why they cannot be followed.
 struct ConversionChoices {

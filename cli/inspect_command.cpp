@@ -22,6 +22,7 @@
 #include "support/ports/main_bundle.h"
 #include "support/preferences.h"
 #include "support/strings.h"
+#include "support/vantor.h"
 
 namespace reelvane {
 namespace {
