@@ -43,7 +43,7 @@ AppDelegate::AppDelegate(Vantor& vantor, RunChoices choices)
                          .rest = rest_,
                          .lifecycle = lifecycle_,
                          .outputs = outputs_}),
-      retakenMovies_(intake_.turn().observe([this] {
+      retakenMovies_(intake_.present().observe([this] {
           if (intake_.state() == IntakeState::Reading) {
               control_.forgetRemovalOf(intake_.presentFile());
           }

@@ -120,9 +120,9 @@ bool FileIntake::isBusy() const {
 }
 
 void FileIntake::enter(IntakeState state) {
-    auto turn = turn_.get();
-    turn.state = state;
-    turn_.set(std::move(turn));
+    auto present = present_.get();
+    present.state = state;
+    present_.set(std::move(present));
 }
 
 void FileIntake::addNextFile() {
@@ -135,8 +135,8 @@ void FileIntake::addNextFile() {
         probe.subtitles = {std::filesystem::absolute(*choices_.subtitleFile)};
     }
     stop_ = std::stop_source();
-    turn_.set(
-        {.state = IntakeState::Reading, .number = turn_.get().number + 1, .file = probe.file});
+    present_.set(
+        {.state = IntakeState::Reading, .number = present_.get().number + 1, .file = probe.file});
     probeInBackground(std::move(probe));
 }
 
@@ -222,7 +222,7 @@ void FileIntake::probed(const Probe& probe, const std::stop_token& stop) {
         return;
     }
     const bool several = telling_.isOneOfSeveral();
-    if (!several) telling_.tell(probe.file, probe.inspection.alerts);
+    if (!several) telling_.tellOfTaken(probe.inspection.alerts);
     if (stop.stop_requested()) return;  // an alert's own loop may have left the file
     fileInfo_ = *record;
     if (several) fileInfo_->warnings = telling_.notes(probe.inspection.alerts);
@@ -239,7 +239,7 @@ void FileIntake::accept() {
 
 void FileIntake::skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
     const auto stop = stop_.get_token();
-    telling_.tell(file, alerts);
+    telling_.tellOfRefused(file, alerts);
     refuse(file, alerts);
     if (stop.stop_requested()) return;  // an alert's own loop may have left the file
     cancelAdd();
@@ -254,9 +254,11 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
     const bool fatal = problem == ProbeToolProblem::NoResources;
     const auto alert = plainAlert(
         toolProblemText(vantor_.ports().translations, problem, vantor_.ports().mainBundle));
-    runAlert(vantor_, {.title = alert.title,
-                       .message = alert.message,
-                       .buttons = {fatal ? std::string(localizable("Exit")) : alert.button}});
+    if (!choices_.unattended) {
+        runAlert(vantor_, {.title = alert.title,
+                           .message = alert.message,
+                           .buttons = {fatal ? std::string(localizable("Exit")) : alert.button}});
+    }
     const bool several = telling_.isOneOfSeveral();
     std::for_each(dropped.rbegin(), dropped.rend(), [&](const auto& file) {
         if (several) refusedFiles().add({.file = file, .reason = alert.message});

@@ -37,11 +37,11 @@ enum class IntakeState {
 };
 
 /// The present file and what becomes of it.
-struct IntakeTurn {
+struct PresentFile {
     IntakeState state = IntakeState::Idle;
     std::size_t number = 0;        ///< of files taken up so far: another number is another file
     std::filesystem::path file{};  ///< while idle the last one
-    friend bool operator==(const IntakeTurn&, const IntakeTurn&) = default;
+    friend bool operator==(const PresentFile&, const PresentFile&) = default;
 };
 
 /// The least height of the file sheet in this state.
@@ -101,14 +101,11 @@ public:
     [[nodiscard]] bool hasWaitingFiles() const { return !importFiles_.empty(); }
     /// How many files wait to be probed.
     [[nodiscard]] Observable<std::size_t>& waitingCount() { return waitingCount_; }
-    [[nodiscard]] Observable<IntakeTurn>& turn() { return turn_; }
-    [[nodiscard]] IntakeState state() const { return turn_.get().state; }
-    [[nodiscard]] const std::filesystem::path& presentFile() const { return turn_.get().file; }
+    [[nodiscard]] Observable<PresentFile>& present() { return present_; }
+    [[nodiscard]] IntakeState state() const { return present_.get().state; }
+    [[nodiscard]] const std::filesystem::path& presentFile() const { return present_.get().file; }
 
     [[nodiscard]] const std::optional<MKVFileInfo>& fileInfo() const { return fileInfo_; }
-    /// Tells the observers of refusals about a file that was taken but cannot become a job.
-    void refuse(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
-
     /// What of a batch was not taken.
     [[nodiscard]] RefusedFiles& refusedFiles() { return telling_.refusedFiles(); }
     [[nodiscard]] PopUpMenu& audioPopUp() { return audioPopUp_; }
@@ -147,6 +144,8 @@ private:
     [[nodiscard]] bool awaitsUser() const;
     void probed(const Probe& probe, const std::stop_token& stop);
     void accept();
+    /// Tells the observers of refusals about a file that was taken but cannot become a job.
+    void refuse(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
     void skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
     void stopForToolProblem(const Probe& probe);
     void fillAudioPopUp();
@@ -166,7 +165,7 @@ private:
     std::vector<std::string> preferredLanguages_;
     std::vector<std::filesystem::path> importFiles_;  // taken from the end
     Observable<std::size_t> waitingCount_{0};
-    Observable<IntakeTurn> turn_;
+    Observable<PresentFile> present_;
     SubtitlePairing pairing_;
     std::optional<MKVFileInfo> fileInfo_;
     PopUpMenu audioPopUp_;

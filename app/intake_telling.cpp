@@ -12,14 +12,19 @@ bool IntakeTelling::isOneOfSeveral() const {
     return !unattended_ && (batch_ > 1 || vantor_.alertQueue().isOpen());
 }
 
-void IntakeTelling::tell(const std::filesystem::path& file,
-                         const std::vector<VettingAlert>& alerts) {
+void IntakeTelling::tellOfTaken(const std::vector<VettingAlert>& alerts) {
+    for (auto alert : alerts) {
+        // Where nobody looks the program may end before the delay is over.
+        alert.delayed = alert.delayed && !unattended_;
+        raise(vantor_, alert);
+    }
+}
+
+void IntakeTelling::tellOfRefused(const std::filesystem::path& file,
+                                  const std::vector<VettingAlert>& alerts) {
+    if (unattended_) return;
     if (!isOneOfSeveral()) {
-        for (auto alert : alerts) {
-            // Where nobody looks the program may end before the delay is over.
-            alert.delayed = alert.delayed && !unattended_;
-            raise(vantor_, alert);
-        }
+        tellOfTaken(alerts);
         return;
     }
     std::string reason;

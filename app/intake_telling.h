@@ -55,8 +55,10 @@ public:
     void movies(std::size_t count, bool joined) { batch_ = (joined ? batch_ : 0) + count; }
     [[nodiscard]] bool isOneOfSeveral() const;
 
-    /// Of a movie that is not taken, or of a single one that is.
-    void tell(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
+    /// Of a single movie that is taken.
+    void tellOfTaken(const std::vector<VettingAlert>& alerts);
+    /// Of a movie that is not taken. Where nobody is there, who follows the refusals is told alone.
+    void tellOfRefused(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts);
     /// Of what was opened and is neither movie nor subtitle file; `alone`: nothing else was.
     void tellOfLeftOut(std::vector<RefusedFile> leftOut, bool alone);
     /// What the alerts of a movie that is taken say, but for those that the user has silenced.

@@ -9,7 +9,6 @@
 #include "app/settings_reader.h"
 #include "conversion/job_details.h"
 #include "conversion/stream_plan.h"
-#include "support/dispatch.h"
 #include "support/make_string.h"
 #include "support/paths.h"
 #include "support/vantor.h"
@@ -29,14 +28,15 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
       controller_(controller),
       reporter_(reporter),
       ended_(std::move(ended)),
-      begin_(vantor.ports().dispatcher.now()) {
+      begin_(vantor.ports().dispatcher.now()),
+      errands_(vantor.ports().dispatcher) {
     subscriptions_.push_back(controller.queue().observeMembership(
         [this](ConversionJob& job, JobQueue::Membership change) {
             if (change == JobQueue::Membership::Begins) {
                 follow(job);
             } else {
                 followed_.erase(&job);  // its address may come back as another one's
-                if (asked_ == &job) asked_ = nullptr;
+                if (lastStarted_ == &job) lastStarted_ = nullptr;
             }
             checkLater();
         }));
@@ -47,7 +47,7 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
             refuse(takeGivenName(file), alerts);
         }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { checkLater(); }));
-    subscriptions_.push_back(controller.intake().turn().observe([this] { showReading(); }));
+    subscriptions_.push_back(controller.intake().present().observe([this] { showReading(); }));
 }
 
 ConvertRun::~ConvertRun() = default;
@@ -102,7 +102,6 @@ void ConvertRun::abandon() {
 
 void ConvertRun::refuse(const std::string& given, std::span<const VettingAlert> alerts) {
     ++summary_.refused;
-    for (const auto& alert : alerts) heldAlerts_.drop(alert.message);
     reporter_.refused(given, alerts);
     checkLater();
 }
@@ -167,15 +166,15 @@ void ConvertRun::jobChanged(const ConversionJob& job) {
     checkLater();
 }
 
-void ConvertRun::tellStart(Followed& followed, const ConversionJob& job) {
+void ConvertRun::tellStart(FollowedJob& followed, const ConversionJob& job) {
     if (std::exchange(followed.begun, true)) return;
     followed.started = now();
     reporter_.started(followed.subject, job.arguments());
 }
 
-void ConvertRun::tellProgress(Followed& followed, const ConversionJob& job) {
-    if (job.progress() <= followed.told) return;
-    followed.told = job.progress();
+void ConvertRun::tellProgress(FollowedJob& followed, const ConversionJob& job) {
+    if (job.progress() <= followed.toldPercent) return;
+    followed.toldPercent = job.progress();
     ConvertProgress progress{.percent = job.progress(),
                              .status = job.stateInfoString(),
                              .elapsed = Fennimar::secondsBetween(followed.started, now()),
@@ -189,7 +188,7 @@ void ConvertRun::tellProgress(Followed& followed, const ConversionJob& job) {
     reporter_.progress(followed.subject, progress);
 }
 
-void ConvertRun::tellFinished(Followed& followed, const ConversionJob& job) {
+void ConvertRun::tellFinished(FollowedJob& followed, const ConversionJob& job) {
     followed.ended = true;
     const auto bytes = Fennimar::fileSize(followed.subject.output);
     ++summary_.finished;
@@ -202,7 +201,7 @@ void ConvertRun::tellFinished(Followed& followed, const ConversionJob& job) {
                                           .notes = job.notes()});
 }
 
-void ConvertRun::tellNotes(Followed& followed, const ConversionJob& job) {
+void ConvertRun::tellNotes(FollowedJob& followed, const ConversionJob& job) {
     const auto& notes = job.notes();
     for (; followed.toldNotes < notes.size(); ++followed.toldNotes) {
         const auto& note = notes[followed.toldNotes];
@@ -210,7 +209,7 @@ void ConvertRun::tellNotes(Followed& followed, const ConversionJob& job) {
     }
 }
 
-void ConvertRun::tellFailed(Followed& followed, const std::string& title,
+void ConvertRun::tellFailed(FollowedJob& followed, const std::string& title,
                             const std::string& message, const std::string& log) {
     followed.ended = true;
     ++summary_.failed;
@@ -220,8 +219,7 @@ void ConvertRun::tellFailed(Followed& followed, const std::string& title,
 
 void ConvertRun::checkLater() {
     if (over_ || std::exchange(checking_, true)) return;
-    dispatch_async_main(vantor_, [this, alive = std::weak_ptr(alive_)] {
-        if (!alive.lock()) return;
+    errands_.later([this] {
         checking_ = false;
         if (!over_) check();
     });
@@ -229,14 +227,14 @@ void ConvertRun::checkLater() {
 
 void ConvertRun::check() {
     // What a start tells belongs to its job, should that be refused.
-    const bool starts = asked_ != nullptr && asked_->isStarting();
+    const bool starts = lastStarted_ != nullptr && lastStarted_->isStarting();
     if (!isIdle()) {
         if (!starts) tellAlerts();
         return;
     }
     if (auto* const next = controller_.queue().nextRunnableJob()) {
-        if (std::exchange(asked_, next) == next) {
-            giveUp(*next);
+        if (std::exchange(lastStarted_, next) == next) {
+            dropRefusedStart(*next);
             tellAlerts();
         } else {
             controller_.queueControl().startNextJobInQueue();
@@ -255,7 +253,7 @@ bool ConvertRun::isIdle() const {
            controller_.jobOwner().comparisons().isIdle();
 }
 
-void ConvertRun::giveUp(const ConversionJob& next) {
+void ConvertRun::dropRefusedStart(const ConversionJob& next) {
     const auto found = followed_.find(&next);
     if (found != followed_.end()) {
         tellFailed(found->second, vantor_.appName(), lastAlert_.message, next.log().shown());

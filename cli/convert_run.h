@@ -10,6 +10,7 @@
 #include "cli/convert_reporter.h"
 #include "cli/input_check.h"
 #include "cli/terminal_alerts.h"
+#include "support/errands.h"
 #include "support/observable.h"
 #include "support/ports/alerts.h"
 #include "support/ports/dispatcher.h"
@@ -35,7 +36,7 @@ public:
     ConvertRun& operator=(ConvertRun&&) = delete;
 
     void start(const CheckedInputs& inputs);
-    /// To be told of every alert. One that the refusal or failure of a file says too is not told
+    /// To be told of every alert. One that the failure of a file says too is not told
     /// again; the others are, in the next turn of the main loop.
     void alerted(const AlertContent& content);
     /// Ends the run, maybe before its time: then the conversions that had started are told to be
@@ -46,11 +47,11 @@ public:
 
 private:
     /// What has been told of a job so far.
-    struct Followed {
+    struct FollowedJob {
         EventSubject subject{};
         bool begun = false;
         bool ended = false;
-        double told = -1;  ///< the progress that was told last
+        double toldPercent = -1;  ///< the progress that was told last
         std::size_t toldNotes = 0;
         TimePoint started{};
         Subscription subscription{};
@@ -65,12 +66,12 @@ private:
 
     void follow(ConversionJob& job);
     void jobChanged(const ConversionJob& job);
-    void tellStart(Followed& followed, const ConversionJob& job);
-    void tellProgress(Followed& followed, const ConversionJob& job);
-    void tellFinished(Followed& followed, const ConversionJob& job);
+    void tellStart(FollowedJob& followed, const ConversionJob& job);
+    void tellProgress(FollowedJob& followed, const ConversionJob& job);
+    void tellFinished(FollowedJob& followed, const ConversionJob& job);
     /// Those that are new: the last ones come after the end, when the source has been compared.
-    void tellNotes(Followed& followed, const ConversionJob& job);
-    void tellFailed(Followed& followed, const std::string& title, const std::string& message,
+    void tellNotes(FollowedJob& followed, const ConversionJob& job);
+    void tellFailed(FollowedJob& followed, const std::string& title, const std::string& message,
                     const std::string& log);
 
     void checkLater();
@@ -78,7 +79,7 @@ private:
     [[nodiscard]] bool isIdle() const;
     /// Its start was refused: it would be the next one for ever, so it makes way for those behind
     /// it.
-    void giveUp(const ConversionJob& next);
+    void dropRefusedStart(const ConversionJob& next);
 
     Vantor& vantor_;
     AppDelegate& controller_;
@@ -90,16 +91,15 @@ private:
     std::size_t movies_ = 0;
     std::size_t read_ = 0;  // movies that are queued or refused
     std::size_t refusedMovies_ = 0;
-    std::map<const ConversionJob*, Followed> followed_;
+    std::map<const ConversionJob*, FollowedJob> followed_;
     std::vector<std::unique_ptr<ConversionJob>> refusedStarts_;  // taken off the queue
     std::vector<Subscription> subscriptions_;
     HeldAlerts heldAlerts_;
-    const ConversionJob* asked_ = nullptr;  // the job that was started last
+    const ConversionJob* lastStarted_ = nullptr;  // by this object
     AlertContent lastAlert_;
     bool checking_ = false;  // a check is on its way
     bool over_ = false;
-    // Shared only so that a turn of the loop after this object's end can tell.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Errands errands_;
 };
 
 }  // namespace reelvane

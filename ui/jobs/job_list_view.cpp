@@ -90,8 +90,8 @@ JobListView::JobListView(const UiContext& context, PosterFrames& posters, QWidge
                                .remove = [this] { removeSelected(); }},
                               commands_, icons_, context.icons.symbolic("copy"))),
       states_(context.controller.queue().observeStates([this] { refreshAll(); })),
-      reading_(bind(context.controller.intake().turn(), [this](const IntakeTurn& turn) {
-          actions_->setReturnReveals(turn.state != IntakeState::Reading);
+      reading_(bind(context.controller.intake().present(), [this](const PresentFile& present) {
+          actions_->setReturnReveals(present.state != IntakeState::Reading);
       })) {
     setAccessibleName(tr("Conversions"));
     setFrameShape(QFrame::NoFrame);

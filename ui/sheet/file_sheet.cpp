@@ -34,7 +34,7 @@ FileSheet::FileSheet(const UiContext& context, QWidget* parent)
     connect(&slide_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& extent) { place(extent.toDouble()); });
     auto& intake = context_.controller.intake();
-    subscriptions_.push_back(intake.turn().observe([this] { followTurn(); }));
+    subscriptions_.push_back(intake.present().observe([this] { followTurn(); }));
     subscriptions_.push_back(intake.awaitsDisk().observe([this] { followDisk(); }));
     place(0);
     followTurn();

@@ -89,7 +89,7 @@ void MainActions::bindQueue() {
     subscriptions_.push_back(controller.queue().observeJobs([this](const ConversionJob& job) {
         if (job.state() == ConversionJobState::Finished) refreshQueue();
     }));
-    subscriptions_.push_back(controller.intake().turn().observe([this] { refreshQueue(); }));
+    subscriptions_.push_back(controller.intake().present().observe([this] { refreshQueue(); }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { refreshQueue(); }));
     subscriptions_.push_back(bind(controller.queueControl().undoableRemoval(),
                                   [this](const auto& removal) { undo_->setEnabled(!!removal); }));
