@@ -8,7 +8,6 @@
 
 #include "app/preference_table.h"
 #include "app/unfinished_outputs.h"
-#include "support/dispatch.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/ports/host.h"
@@ -72,6 +71,8 @@ void OutputNames::release(const std::filesystem::path& path) {
     numbers_.clear();
 }
 
+FileRemovals::FileRemovals(Vantor& vantor) : errands_(vantor.ports().dispatcher) {}
+
 void FileRemovals::remove(Work deletion, Work then) {
     if (finishing_) {
         deletion();
@@ -80,13 +81,7 @@ void FileRemovals::remove(Work deletion, Work then) {
     }
     const auto number = ++last_;
     underWay_.emplace(number, Removal{.deletion = deletion, .then = std::move(then)});
-    dispatch_async_back(vantor_, [this, &vantor = vantor_, alive = std::weak_ptr(alive_),
-                                  deletion = std::move(deletion), number] {
-        deletion();
-        dispatch_async_main(vantor, [this, alive, number] {
-            if (alive.lock()) deleted(number);
-        });
-    });
+    errands_.run(std::move(deletion), [this, number] { deleted(number); });
 }
 
 void FileRemovals::deleted(std::uint64_t number) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "conversion/output_lease.h"
+#include "support/errands.h"
 #include "support/ports/dispatcher.h"
 
 namespace reelvane {
@@ -52,7 +53,7 @@ private:
 /// up. Main thread only.
 class FileRemovals {
 public:
-    explicit FileRemovals(Vantor& vantor) : vantor_(vantor) {}
+    explicit FileRemovals(Vantor& vantor);
 
     /// Runs the deletion in the background and `then` on the main thread.
     void remove(Work deletion, Work then);
@@ -67,12 +68,10 @@ private:
     };
     void deleted(std::uint64_t number);
 
-    Vantor& vantor_;
     std::map<std::uint64_t, Removal> underWay_;
     std::uint64_t last_ = 0;
     bool finishing_ = false;
-    // Shared only so that a deletion that ends after this object can tell.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Errands errands_;
 };
 
 /// Gives out the outputs of this program's conversions, keeps the notes in the preferences that let
