@@ -77,7 +77,8 @@ TEST_F(AppDelegateTest, AnUnwritableDestinationMakesNoJobAndLeavesTheMovieToTheU
         launch({.destinationFolder = "/proc/no/such/folder", .unattended = unattended});
         open({movie("a.mkv"), movie("b.mkv")});
         EXPECT_THAT(rows(), IsEmpty());
-        EXPECT_THAT(lastAlert(), HasSubstr("the selected destinatation or it is a read-only"));
+        EXPECT_THAT(unattended ? refusalTexts_.back() : lastAlert(),
+                    HasSubstr("the selected destinatation or it is a read-only"));
         if (unattended) break;
         EXPECT_EQ(platform_.alerts.shown.back().title, "a.mkv") << "whose alert it is";
         EXPECT_EQ(app_->intake().state(), IntakeState::AwaitingUser);
