@@ -18,7 +18,7 @@
 
 namespace reelvane {
 
-struct DestinationResolver::Found {
+struct DestinationResolver::SearchResult {
     std::optional<ResolvedDestination> destination{};
     std::string problem{};  ///< to be told; empty: none
     std::string button = "OK";
@@ -55,7 +55,7 @@ void DestinationResolver::resolve(const MKVFileInfo& record,
         searchInBackground(
             task, [names = names_, folder = std::filesystem::absolute(*choices_.destinationFolder),
                    name = record.fileName, type = extension()] {
-                return Found{.destination = placeIn(*names, folder, name, type)};
+                return SearchResult{.destination = placeIn(*names, folder, name, type)};
             });
     } else if (!choice) {
         task.answer({});
@@ -70,7 +70,7 @@ void DestinationResolver::resolve(const MKVFileInfo& record,
 
 void DestinationResolver::searchInBackground(const Task& task, Search search) {
     searching_(true);
-    errands_.run(std::move(search), [this, task](const Found& found) {
+    errands_.run(std::move(search), [this, task](const SearchResult& found) {
         if (task.stop.stop_requested()) {
             if (found.destination) release(*found.destination);
             return;
@@ -80,7 +80,7 @@ void DestinationResolver::searchInBackground(const Task& task, Search search) {
     });
 }
 
-Resolution DestinationResolver::judged(const Found& found) {
+Resolution DestinationResolver::judged(const SearchResult& found) {
     VettingAlert problem{
         .title = vantor_.appName(), .message = found.problem, .button = found.button};
     if (!problem.message.empty()) return {.problem = std::move(problem)};
@@ -116,10 +116,10 @@ void DestinationResolver::takeSavedFolder(const Task& task, const BookmarkData& 
                 const auto folder = openSavedFolder(access, bookmark);
                 auto place = placeIn(*names, folder, name, type);
                 place.securityURL = folder;
-                return Found{.destination = std::move(place)};
+                return SearchResult{.destination = std::move(place)};
             } catch (const BookmarkProblem& thrown) {
                 vn_log_level(LogError, "%@: %@", thrown.name(), thrown.what());
-                return Found{.problem = problem};
+                return SearchResult{.problem = problem};
             }
         });
 }
@@ -163,22 +163,23 @@ void DestinationResolver::takeChosenPath(const Task& task, const std::filesystem
     searchInBackground(task, [names = names_, source = task.record.fileURL, stop = task.stop,
                               chosen, type = extension()] {
         if (Fennimar::isSameFile(source, chosen)) {
-            return Found{.problem =
-                             "You've tried to overwrite the source file with the target "
-                             "file. Thats the worst idea ever.",
-                         .button = "D'oh"};
+            return SearchResult{.problem =
+                                    "You've tried to overwrite the source file with the target "
+                                    "file. Thats the worst idea ever.",
+                                .button = "D'oh"};
         }
-        if (stop.stop_requested()) return Found{};
+        if (stop.stop_requested()) return SearchResult{};
         // Where another job of the list reads or writes, the user meant no harm to that one.
         if (!names->promiseIfFree(chosen)) {
-            return Found{.destination = placeIn(*names, chosen.parent_path(),
-                                                chosen.filename().native(), type)};
+            return SearchResult{.destination = placeIn(*names, chosen.parent_path(),
+                                                       chosen.filename().native(), type)};
         }
         // What lies there stays until the new file is proven, and then is replaced in one step.
-        return Found{.destination = ResolvedDestination{
-                         .destinationURL = chosen,
-                         .chosen = true,
-                         .isWriteable = Fennimar::isWriteablePath(Fennimar::uniqueFile(chosen))}};
+        return SearchResult{
+            .destination = ResolvedDestination{
+                .destinationURL = chosen,
+                .chosen = true,
+                .isWriteable = Fennimar::isWriteablePath(Fennimar::uniqueFile(chosen))}};
     });
 }
 
@@ -194,7 +195,7 @@ bool DestinationResolver::goNextTo(const Task& task) {
             if (opened.securityScoped && access.startAccessing(opened.folder)) {
                 place.securityURL = opened.folder;
             }
-            return Found{.destination = std::move(place)};
+            return SearchResult{.destination = std::move(place)};
         });
     return true;
 }

@@ -54,8 +54,8 @@ public:
 
 private:
     /// What the disks have said.
-    struct Found;
-    using Search = std::function<Found()>;
+    struct SearchResult;
+    using Search = std::function<SearchResult()>;
 
     /// What is to be found for whom.
     struct Task {
@@ -72,7 +72,7 @@ private:
     /// False when no opened folder holds the record's file.
     [[nodiscard]] bool goNextTo(const Task& task);
     void searchInBackground(const Task& task, Search search);
-    [[nodiscard]] Resolution judged(const Found& found);
+    [[nodiscard]] Resolution judged(const SearchResult& found);
     void release(const ResolvedDestination& destination);
     [[nodiscard]] std::string extension() const;
 

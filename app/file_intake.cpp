@@ -39,7 +39,7 @@ FileIntake::FileIntake(Vantor& vantor, Owner& owner, Destinations& destinations,
       owner_(owner),
       destinations_(destinations),
       choices_(choices),
-      telling_(vantor, choices.unattended),
+      messages_(vantor, choices.unattended),
       resolver_(vantor, destinations, std::move(names), choices) {
     resolver_.setSearching([this](bool searching) { awaitsDisk_.set(searching); });
 }
@@ -80,7 +80,7 @@ void FileIntake::lookInBackground(std::vector<std::filesystem::path> paths) {
 void FileIntake::take(OpenedFiles opened) {
     auto& movies = opened.sorted.movies;
     const bool handled = hasWaitingFiles() || state() != IntakeState::Idle;
-    telling_.movies(movies.size(), handled);
+    messages_.movies(movies.size(), handled);
     for (const auto& subtitle : opened.sorted.subtitles) pairing_.addSubtitle(subtitle);
     for (const auto& movie : movies) pairing_.addMovie(movie);
     std::ranges::move(movies, std::back_inserter(importFiles_));
@@ -94,7 +94,7 @@ void FileIntake::take(OpenedFiles opened) {
     }
     if (!handled) addNextFile();
     if (!isBusy()) idle_.notify();
-    telling_.tellOfLeftOut(std::move(opened.leftOut), !isBusy());
+    messages_.tellOfLeftOut(std::move(opened.leftOut), !isBusy());
 }
 
 std::string FileIntake::withoutMovieText(const std::filesystem::path& subtitle) const {
@@ -221,11 +221,11 @@ void FileIntake::probed(const Probe& probe, const std::stop_token& stop) {
         skip(probe.file, probe.inspection.alerts);
         return;
     }
-    const bool several = telling_.isOneOfSeveral();
-    if (!several) telling_.tellOfTaken(probe.inspection.alerts);
+    const bool several = messages_.isOneOfSeveral();
+    if (!several) messages_.tellOfTaken(probe.inspection.alerts);
     if (stop.stop_requested()) return;  // an alert's own loop may have left the file
     fileInfo_ = *record;
-    if (several) fileInfo_->warnings = telling_.notes(probe.inspection.alerts);
+    if (several) fileInfo_->warnings = messages_.notes(probe.inspection.alerts);
     accept();
 }
 
@@ -239,7 +239,7 @@ void FileIntake::accept() {
 
 void FileIntake::skip(const std::filesystem::path& file, const std::vector<VettingAlert>& alerts) {
     const auto stop = stop_.get_token();
-    telling_.tellOfRefused(file, alerts);
+    messages_.tellOfRefused(file, alerts);
     refuse(file, alerts);
     if (stop.stop_requested()) return;  // an alert's own loop may have left the file
     cancelAdd();
@@ -259,7 +259,7 @@ void FileIntake::stopForToolProblem(const Probe& probe) {
                            .message = alert.message,
                            .buttons = {fatal ? std::string(localizable("Exit")) : alert.button}});
     }
-    const bool several = telling_.isOneOfSeveral();
+    const bool several = messages_.isOneOfSeveral();
     std::for_each(dropped.rbegin(), dropped.rend(), [&](const auto& file) {
         if (several) refusedFiles().add({.file = file, .reason = alert.message});
         refuse(file, {alert});

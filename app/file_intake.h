@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "app/destination_resolver.h"
-#include "app/intake_telling.h"
+#include "app/intake_messages.h"
 #include "app/opened_files.h"
 #include "app/settings_reader.h"
 #include "app/track_choices.h"
@@ -107,7 +107,7 @@ public:
 
     [[nodiscard]] const std::optional<MKVFileInfo>& fileInfo() const { return fileInfo_; }
     /// What of a batch was not taken.
-    [[nodiscard]] RefusedFiles& refusedFiles() { return telling_.refusedFiles(); }
+    [[nodiscard]] RefusedFiles& refusedFiles() { return messages_.refusedFiles(); }
     [[nodiscard]] PopUpMenu& audioPopUp() { return audioPopUp_; }
     /// The disk is being asked for a place for the file that the user has added.
     [[nodiscard]] Observable<bool>& awaitsDisk() { return awaitsDisk_; }
@@ -160,7 +160,7 @@ private:
     Owner& owner_;
     Destinations& destinations_;
     const RunChoices& choices_;
-    IntakeTelling telling_;
+    IntakeMessages messages_;
     DestinationResolver resolver_;
     std::vector<std::string> preferredLanguages_;
     std::vector<std::filesystem::path> importFiles_;  // taken from the end

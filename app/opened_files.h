@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/intake_telling.h"
+#include "app/intake_messages.h"
 
 namespace reelvane {
 

@@ -35,17 +35,14 @@ TEST_F(AppDelegateTest, TheNewestJobRunsNextUnlessTheyGoToTheBottom) {
 TEST_F(AppDelegateTest, PausingSuspendsAndResumingTakesTheTopmostJob) {
     launch();
     EXPECT_EQ(title(), "Reelvane ");
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_EQ(title(), "Reelvane (Paused)");
     EXPECT_EQ(app_->queueControl().addButtonTitle().get(), "Add to Queue");
     add({movie("a.mkv"), movie("b.mkv")});
     EXPECT_THAT(states(), ElementsAre(Queued, Queued));
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_THAT(states(), ElementsAre(Converting, Queued));
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_THAT(states(), ElementsAre(Paused, Queued));
     EXPECT_TRUE(platform_.processLauncher.children[0].suspended);
     EXPECT_EQ(title(), "Reelvane (Paused) [2 Job(s), 1 Queued]");
@@ -100,15 +97,12 @@ TEST_F(AppDelegateTest, AnAutomaticNameIsCheckedOnceMoreAtTheStart) {
 
 TEST_F(AppDelegateTest, ARemovedJobLeavesAForeignFileAtItsAutomaticPath) {
     add({movie("a.mkv"), movie("b.mkv")});
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     const auto queued = platform_.folder.write("b.m4v", "of another program");
-    app_->queue().taskArray().front()->remove();
-    settle();
+    removeTop();
     fail(0);
     const auto failed = platform_.folder.write("a.m4v", "of another program");
-    app_->queue().taskArray().front()->remove();
-    settle();
+    removeTop();
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_TRUE(fs::exists(queued) && fs::exists(failed));
 }
@@ -153,10 +147,7 @@ TEST_F(AppDelegateTest, AJobMayGoInsideItsOwnCallBack) {
     finish(0);
     EXPECT_THAT(rows(), ElementsAre("c.mkv", "b.mkv"));
     EXPECT_TRUE(fs::exists(platform_.folder.path() / "a.m4v"));
-    platform_.alerts.whileOpen = [this] {
-        app_->queue().taskArray().front()->remove();
-        settle();
-    };
+    platform_.alerts.whileOpen = [this] { removeTop(); };
     platform_.processLauncher.children.at(1).print("No space left on device\n");
     fail(1);
     EXPECT_THAT(rows(), ElementsAre("b.mkv"));
@@ -230,8 +221,7 @@ TEST_F(AppDelegateTest, AConversionThatRunsStartsOrIsPausedAsksBeforeQuitting) {
     EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate());
     EXPECT_EQ(lastAlert(), "Conversion is in progresss. Are you sure you want to quit?");
     EXPECT_TRUE(platform_.alerts.shown.back().destructive);
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_TRUE(app_->lifecycle().applicationShouldTerminate());
     EXPECT_EQ(platform_.alerts.shown.size(), 3);
     finish(0);

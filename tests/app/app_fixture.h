@@ -54,6 +54,14 @@ protected:
         app_->intake().openFiles(files);
         settle();
     }
+    void togglePause() {
+        app_->queueControl().togglePause();
+        settle();
+    }
+    void removeTop() {
+        app_->queue().taskArray().front()->remove();
+        settle();
+    }
     /// Lets all work end that waits for its turn, in the background too.
     void settle() { platform_.dispatcher.runPending(); }
     /// Lets the run end well, with the output in place.

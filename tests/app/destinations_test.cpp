@@ -195,13 +195,11 @@ TEST_F(DestinationsTest, TheSavePanelNeverLetsTheSourceBeOverwritten) {
     EXPECT_TRUE(fs::exists(chosen)) << "nothing is replaced for a movie that was left";
     open({source});
     platform_.panels.saveAnswer = chosen;
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     app_->intake().addToQueue();
     settle();
     EXPECT_TRUE(fs::exists(chosen)) << "it is replaced when there is something to replace it";
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_EQ(output(0), "chosen.m4v") << "a chosen name stays";
     EXPECT_EQ(contentOf(chosen), "x") << "and so does what lies there";
 

@@ -46,11 +46,9 @@ TEST_F(QueueRestTest, AQueueThatStandsIsSeenUntilItGoesOn) {
     EXPECT_TRUE(stands());
     EXPECT_EQ(app_->queueControl().windowTitle().get(), "Reelvane  [3 Job(s), 1 Queued]")
         << "one has failed";
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_FALSE(stands()) << "it is paused, which is said elsewhere";
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     EXPECT_EQ(job(1).state(), Converting);
     EXPECT_FALSE(stands());
 }
@@ -61,8 +59,7 @@ TEST_F(QueueRestTest, TheMachineMaySleepAMinuteAfterTheLastWork) {
     app_->queueControl().togglePause();
     add({movie("gone.mkv")});
     fs::remove(platform_.folder.path() / "gone.mkv");
-    app_->queueControl().togglePause();
-    settle();
+    togglePause();
     app_->queue().taskArray().front()->remove();
     EXPECT_EQ(held.size(), 1) << "an input that has vanished";
     platform_.dispatcher.advance(std::chrono::seconds(59));

@@ -6,7 +6,7 @@
 #include <QPlainTextEdit>
 #include <QTest>
 
-#include "app/intake_telling.h"
+#include "app/intake_messages.h"
 #include "tests/ui/names.h"
 
 namespace reelvane {

@@ -12,7 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "app/intake_telling.h"
+#include "app/intake_messages.h"
 #include "ui/widgets/labels.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/theme.h"

@@ -1,4 +1,4 @@
-#include "app/intake_telling.h"
+#include "app/intake_messages.h"
 
 #include <utility>
 
@@ -8,11 +8,11 @@
 
 namespace reelvane {
 
-bool IntakeTelling::isOneOfSeveral() const {
+bool IntakeMessages::isOneOfSeveral() const {
     return !unattended_ && (batch_ > 1 || vantor_.alertQueue().isOpen());
 }
 
-void IntakeTelling::tellOfTaken(const std::vector<VettingAlert>& alerts) {
+void IntakeMessages::tellOfTaken(const std::vector<VettingAlert>& alerts) {
     for (auto alert : alerts) {
         // Where nobody looks the program may end before the delay is over.
         alert.delayed = alert.delayed && !unattended_;
@@ -20,8 +20,8 @@ void IntakeTelling::tellOfTaken(const std::vector<VettingAlert>& alerts) {
     }
 }
 
-void IntakeTelling::tellOfRefused(const std::filesystem::path& file,
-                                  const std::vector<VettingAlert>& alerts) {
+void IntakeMessages::tellOfRefused(const std::filesystem::path& file,
+                                   const std::vector<VettingAlert>& alerts) {
     if (unattended_) return;
     if (!isOneOfSeveral()) {
         tellOfTaken(alerts);
@@ -32,7 +32,7 @@ void IntakeTelling::tellOfRefused(const std::filesystem::path& file,
     refusedFiles_.add({.file = file, .reason = std::move(reason)});
 }
 
-void IntakeTelling::tellOfLeftOut(std::vector<RefusedFile> leftOut, bool alone) {
+void IntakeMessages::tellOfLeftOut(std::vector<RefusedFile> leftOut, bool alone) {
     if (alone && leftOut.size() == 1) {
         alert_apptitled(vantor_, leftOut.front().reason, "OK");
         return;
@@ -40,7 +40,7 @@ void IntakeTelling::tellOfLeftOut(std::vector<RefusedFile> leftOut, bool alone) 
     for (auto& refused : leftOut) refusedFiles_.add(std::move(refused));
 }
 
-std::vector<std::string> IntakeTelling::notes(const std::vector<VettingAlert>& alerts) const {
+std::vector<std::string> IntakeMessages::notes(const std::vector<VettingAlert>& alerts) const {
     std::vector<std::string> notes;
     for (const auto& alert : alerts) {
         if (!isSilenced(vantor_, alert.key)) notes.push_back(alert.message);

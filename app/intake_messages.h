@@ -46,10 +46,10 @@ private:
 /// What the user is told of files as they are taken in: of a single one by its alerts. An alert for
 /// each of several would hold them up: who has gone finds them all standing. They get a list, or a
 /// note of their job. Main thread only.
-class IntakeTelling {
+class IntakeMessages {
 public:
     /// `unattended`: nobody is there to be held up.
-    IntakeTelling(Vantor& vantor, bool unattended) : vantor_(vantor), unattended_(unattended) {}
+    IntakeMessages(Vantor& vantor, bool unattended) : vantor_(vantor), unattended_(unattended) {}
 
     /// So many movies came; `joined`: to others that are still being taken in.
     void movies(std::size_t count, bool joined) { batch_ = (joined ? batch_ : 0) + count; }
