@@ -59,7 +59,7 @@ void FileIntake::stop() {
 
 void FileIntake::openFiles(const std::vector<std::filesystem::path>& paths) {
     auto absolute = absolutePaths(paths);
-    if (areMovies(absolute)) {
+    if (std::ranges::all_of(absolute, isMovieFile)) {  // nothing needs to be looked at
         take({.sorted = sortFiles(absolute, Fennimar::readInt)});
     } else {
         lookInBackground(std::move(absolute));

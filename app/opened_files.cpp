@@ -27,11 +27,6 @@ constexpr std::uint32_t kPackHeader =
     std::endian::native == std::endian::little ? 0xBA010000U : 0x000001BAU;
 constexpr std::string_view kPossiblyPictures = "sub";
 
-bool isMovie(const std::filesystem::path& path) {
-    return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(path)) !=
-           kMovieFileTypes.end();
-}
-
 bool isTextSubtitle(const std::filesystem::path& path) {
     return isSubtitleFile(path) && Fennimar::lowercasedExtension(path) != kPossiblyPictures;
 }
@@ -79,7 +74,7 @@ bool isHidden(const Path& path) {
 }
 
 bool isTaken(const Path& path) {
-    return areMovies({path}) || isSubtitleFile(path);
+    return isMovieFile(path) || isSubtitleFile(path);
 }
 
 std::string named(const Translations& translations, std::string_view sentence, const Path& path) {
@@ -134,6 +129,11 @@ std::optional<Distance> distance(const std::filesystem::path& movie,
 
 }  // namespace
 
+bool isMovieFile(const Path& path) {
+    return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(path)) !=
+           kMovieFileTypes.end();
+}
+
 bool isSubtitleFile(const std::filesystem::path& path) {
     return std::ranges::find(kSubtitleFileTypes, Fennimar::lowercasedExtension(path)) !=
            kSubtitleFileTypes.end();
@@ -151,7 +151,7 @@ SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
             sorted.subtitles.push_back(path);
         }
     }
-    std::copy_if(paths.rbegin(), paths.rend(), std::back_inserter(sorted.movies), isMovie);
+    std::copy_if(paths.rbegin(), paths.rend(), std::back_inserter(sorted.movies), isMovieFile);
     return sorted;
 }
 
@@ -211,8 +211,7 @@ FolderSearch searchFolder(const Path& folder, const std::stop_token& stop,
 FolderContent openFolder(const Path& folder, const std::vector<Path>& given,
                          const Translations& translations, const std::stop_token& stop) {
     auto found = searchFolder(folder, stop);
-    const bool holdsMovie =
-        std::ranges::any_of(found.files, [](const Path& file) { return areMovies({file}); });
+    const bool holdsMovie = std::ranges::any_of(found.files, isMovieFile);
     FolderContent opened;
     if (!found.problem.empty()) {
         opened.problem = makeString(translations.localized("The folder '%@' can't be read: %@."),
@@ -232,13 +231,6 @@ FolderContent openFolder(const Path& folder, const std::vector<Path>& given,
     });
     opened.files = std::move(found.files);
     return opened;
-}
-
-bool areMovies(const std::vector<Path>& paths) {
-    return std::ranges::all_of(paths, [](const Path& path) {
-        return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(path)) !=
-               kMovieFileTypes.end();
-    });
 }
 
 OpenedFiles lookInto(const std::vector<Path>& paths, const Translations& translations,

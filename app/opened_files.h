@@ -41,7 +41,8 @@ using FirstBytesReader = std::function<std::optional<std::uint32_t>(const std::f
 [[nodiscard]] SortedFiles sortFiles(std::span<const std::filesystem::path> paths,
                                     const FirstBytesReader& firstBytes);
 
-/// True for the extensions of external subtitle files.
+/// By the extension alone.
+[[nodiscard]] bool isMovieFile(const std::filesystem::path& path);
 [[nodiscard]] bool isSubtitleFile(const std::filesystem::path& path);
 
 /// True when a drag with these is welcome: a movie, a folder that may hold some, or what is told
@@ -78,9 +79,6 @@ struct OpenedFiles {
     SortedFiles sorted{};
     std::vector<RefusedFile> leftOut{};  ///< what is neither taken nor looked for
 };
-
-/// True when all these are movies by their names: then nothing needs to be looked at.
-[[nodiscard]] bool areMovies(const std::vector<std::filesystem::path>& paths);
 
 /// What a search has put into the place of a folder.
 struct FolderContent {

@@ -9,7 +9,6 @@
 #include "cli/command_line.h"
 #include "cli/help_text.h"
 #include "support/make_string.h"
-#include "support/paths.h"
 
 namespace reelvane {
 namespace {
@@ -112,10 +111,7 @@ ConversionOptions conversionOptions(const CommandLine& line) {
 /// One subtitle file goes with one movie.
 void checkSubtitle(const ConvertRequest& request) {
     if (!request.options.subtitleFile) return;
-    const auto movies = std::ranges::count_if(request.files, [](const std::string& file) {
-        return std::ranges::find(kMovieFileTypes, Fennimar::lowercasedExtension(file)) !=
-               kMovieFileTypes.end();
-    });
+    const auto movies = std::ranges::count_if(request.files, isMovieFile);
     if (movies < 2) return;
     throw UsageError(std::string(kSubtitleForOneMovie));
 }

@@ -48,8 +48,7 @@ int runConvert(Vantor& vantor, Console& console, StderrAlerts& alerts, const Con
     const auto inputs =
         checkInputs(request.files, vantor.appName(),
                     findsSubtitleEncoding(readConversionSettings(vantor.preferences())));
-    const auto movies = std::ranges::count_if(
-        inputs.files, [](const InputFile& file) { return areMovies({file.path}); });
+    const auto movies = std::ranges::count_if(inputs.files, isMovieFile, &InputFile::path);
     if (request.options.subtitleFile && movies > 1) {
         console.error(kSubtitleForOneMovie);
         return kExitUsage;

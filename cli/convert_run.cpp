@@ -68,7 +68,7 @@ void ConvertRun::start(const CheckedInputs& inputs) {
     for (const auto& file : inputs.files) {
         given_.emplace(file.path, file.given);
         paths.push_back(file.path);
-        if (areMovies({file.path})) ++movies_;
+        if (isMovieFile(file.path)) ++movies_;
     }
     if (!paths.empty()) controller_.intake().openFiles(paths);
     checkLater();

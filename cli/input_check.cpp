@@ -14,11 +14,6 @@
 namespace reelvane {
 namespace {
 
-bool hasExtensionOf(const std::filesystem::path& path, std::span<const std::string_view> types) {
-    const auto extension = Fennimar::lowercasedExtension(path);
-    return std::ranges::find(types, extension) != types.end();
-}
-
 VettingAlert refusal(std::string_view appName, std::string message) {
     return {.title = std::string(appName), .message = std::move(message), .button = "OK"};
 }
@@ -43,9 +38,7 @@ std::string fileProblem(const InputFile& file) {
     if (!dangling && !std::filesystem::is_regular_file(status)) {
         return makeString("'%@' is no regular file, so it is not read.", name);
     }
-    const bool known =
-        hasExtensionOf(file.path, kMovieFileTypes) || hasExtensionOf(file.path, kSubtitleFileTypes);
-    if (known) return {};
+    if (isMovieFile(file.path) || isSubtitleFile(file.path)) return {};
     return makeString(
         "'%@' has none of the extensions of a movie (mkv, mp4, mov, ogm, wmv, mpg, flv, webm, ts) "
         "or of a subtitle file (srt, ass, ssa, smi, sub).",
@@ -60,10 +53,6 @@ std::string sampleText(const std::vector<std::string>& lines) {
         text += decoded(line, "CP1252").value_or(Fennimar::validUtf8(line));
     }
     return text;
-}
-
-bool isSubtitles(const InputFile& file) {
-    return hasExtensionOf(file.path, kSubtitleFileTypes);
 }
 
 using Refuse = std::function<void(const InputFile&, std::string)>;
@@ -99,14 +88,14 @@ class Pairs {
 public:
     explicit Pairs(const std::vector<InputFile>& files) {
         for (const auto& file : files) {
-            if (isSubtitles(file)) {
+            if (isSubtitleFile(file.path)) {
                 pairing_.addSubtitle(file.path);
             } else {
                 pairing_.addMovie(file.path);
             }
         }
         for (const auto& file : files) {
-            if (isSubtitles(file)) continue;
+            if (isSubtitleFile(file.path)) continue;
             const auto subtitles = pairing_.subtitlesFor(file.path);
             if (!subtitles.empty()) pairing_.pair(file.path, subtitles.front());
         }
@@ -147,7 +136,7 @@ std::filesystem::path absolutePath(const std::string& given) {
 
 std::optional<std::string> movieProblem(const InputFile& file) {
     if (auto problem = fileProblem(file); !problem.empty()) return problem;
-    if (!hasExtensionOf(file.path, kSubtitleFileTypes)) return std::nullopt;
+    if (!isSubtitleFile(file.path)) return std::nullopt;
     return makeString("'%@' is a subtitle file. Please name the movie that it belongs to.",
                       Fennimar::validUtf8(file.given));
 }
@@ -176,7 +165,8 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
     std::vector<InputFile> candidates;
     for (auto& file : withFoldersOpened(given, refuse)) {
         auto problem = fileProblem(file);
-        if (problem.empty() && isSubtitles(file)) problem = subtitleProblem(file, findsEncoding);
+        if (problem.empty() && isSubtitleFile(file.path))
+            problem = subtitleProblem(file, findsEncoding);
         if (problem.empty()) {
             candidates.push_back(std::move(file));
         } else {
@@ -185,7 +175,7 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
     }
     const Pairs pairs(candidates);
     for (const auto& file : candidates) {
-        auto problem = isSubtitles(file) ? pairs.problem(file) : std::string();
+        auto problem = isSubtitleFile(file.path) ? pairs.problem(file) : std::string();
         if (problem.empty()) {
             checked.files.push_back(file);
         } else {

@@ -124,11 +124,7 @@ std::optional<FileContent> replaceFile(const std::filesystem::path& path, const 
     FileDescriptor file(::open(
         temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!file.isOpen()) return std::nullopt;
-    if (!writeAll(file.get(), text) || ::fsync(file.get()) < 0 ||
-        ::rename(temporary.c_str(), target.c_str()) < 0) {
-        ::unlink(temporary.c_str());
-        return std::nullopt;
-    }
+    if (!takePlace(file, temporary, text, target, true)) return std::nullopt;
     synchronizeFolder(target.parent_path());
     FileContent content{.state = ReadState::Read, .identity = identityOfOpen(file.get())};
     content.file = std::move(file);

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,6 +21,14 @@ bool writeAll(int file, std::string_view bytes) {
 
 FileDescriptor createFile(const std::filesystem::path& path, mode_t mode) {
     return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+}
+
+bool takePlace(const FileDescriptor& file, const std::filesystem::path& path,
+               std::string_view bytes, const std::filesystem::path& target, bool synchronized) {
+    const bool taken = writeAll(file.get(), bytes) && (!synchronized || ::fsync(file.get()) == 0) &&
+                       ::rename(path.c_str(), target.c_str()) == 0;
+    if (!taken) ::unlink(path.c_str());
+    return taken;
 }
 
 bool makePrivateFolder(const std::filesystem::path& folder) {

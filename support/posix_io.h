@@ -43,6 +43,13 @@ bool writeAll(int file, std::string_view bytes);
 /// programs that try at once one succeeds. Closed when that fails, with errno set. Any thread.
 [[nodiscard]] FileDescriptor createFile(const std::filesystem::path& path, mode_t mode);
 
+/// Writes the bytes into a new file that is open and lies beside the target, and lets it take the
+/// target's place in one step, so that nobody ever finds half a file. False: the target is as it
+/// was, and the new file is gone. `synchronized`: the bytes are on the device before. Any thread.
+[[nodiscard]] bool takePlace(const FileDescriptor& file, const std::filesystem::path& path,
+                             std::string_view bytes, const std::filesystem::path& target,
+                             bool synchronized);
+
 /// Makes the folder, and those above it that are missing, for this user alone whatever the umask
 /// says. False: there is none, with errno set. Any thread.
 bool makePrivateFolder(const std::filesystem::path& folder);

@@ -108,15 +108,13 @@ QByteArray asPng(const QImage& image) {
     return plain.save(&buffer, "PNG") ? buffer.data() : QByteArray();
 }
 
-/// In one step, so that no other program ever finds half a file.
 void replaceFile(const path& file, const QByteArray& content) {
     auto pattern = (file.parent_path() / ".reelvane-XXXXXX").native();
-    FileDescriptor opened(::mkostemp(pattern.data(), O_CLOEXEC));  // for the owner alone
+    const FileDescriptor opened(::mkostemp(pattern.data(), O_CLOEXEC));  // for the owner alone
     if (!opened.isOpen()) return;
-    const bool whole =
-        writeAll(opened.get(), {content.data(), static_cast<std::size_t>(content.size())});
-    opened.reset();
-    if (!whole || ::rename(pattern.c_str(), file.c_str()) != 0) ::unlink(pattern.c_str());
+    // What is lost is made again, so nothing waits for the device.
+    static_cast<void>(takePlace(
+        opened, pattern, {content.data(), static_cast<std::size_t>(content.size())}, file, false));
 }
 
 }  // namespace
