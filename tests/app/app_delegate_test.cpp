@@ -160,7 +160,7 @@ TEST_F(AppDelegateTest, EverySuccessIsCountedAndTheLastMayQuit) {
     fail(0);
     finish(1);
     EXPECT_EQ(terminated_, 0) << "a failed job keeps the program open";
-    EXPECT_EQ(platform_.preferences.defaultInt(kConvertedFileCount.key), 1);
+    EXPECT_EQ(get(platform_.preferences, kConvertedFileCount), 1);
     EXPECT_EQ(platform_.preferences.defaultInt("vantor_1.2_usages"), 1);
     app_->queue().taskArray().back()->remove();
     settle();

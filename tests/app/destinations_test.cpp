@@ -14,11 +14,9 @@ protected:
         platform_.preferences.setDefaultArray(kDestinationBookmarks.key, folders);
         platform_.preferences.setDefaultArray(kDestinationNames.key, folders);
     }
-    [[nodiscard]] int stored() const {
-        return platform_.preferences.defaultInt(kDefaultDestination.key);
-    }
+    [[nodiscard]] int stored() const { return get(platform_.preferences, kDefaultDestination); }
     [[nodiscard]] std::vector<std::string> names() const {
-        return platform_.preferences.defaultArray(kDestinationNames.key).value();
+        return get(platform_.preferences, kDestinationNames);
     }
 };
 
@@ -135,10 +133,10 @@ TEST_F(DestinationsTest, ARunThatNobodyWatchesLeavesTheWindowsThingsAlone) {
     launch({.unattended = true});
     EXPECT_THAT(names(), ElementsAre("/one", "/two")) << "its disk may be away";
     EXPECT_EQ(stored(), 9);
-    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShown.key), 0);
+    EXPECT_FALSE(get(platform_.preferences, kWelcomeShown));
     launch();
     EXPECT_THAT(names(), ElementsAre("/one"));
-    EXPECT_EQ(platform_.preferences.defaultInt(kWelcomeShown.key), 1);
+    EXPECT_TRUE(get(platform_.preferences, kWelcomeShown));
 }
 
 TEST_F(DestinationsTest, ASavedFolderIsOpenedForTheJobAndClosedWithIt) {

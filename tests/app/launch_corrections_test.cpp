@@ -16,22 +16,22 @@ protected:
 };
 
 TEST_F(LaunchCorrections, PutMenuValuesRight) {
-    const auto corrected = [this](std::string_view key, int stored) {
-        preferences_.setDefaultInt(key, stored);
+    const auto corrected = [this](const Preference<int>& preference, int stored) {
+        set(preferences_, preference, stored);
         correctMenuValues(preferences_);
-        return preferences_.defaultInt(key);
+        return get(preferences_, preference);
     };
     for (const auto& [stored, after] : {std::pair(1, 0), {2, 2}, {99, 99}})
-        EXPECT_EQ(corrected(kExternalSubtitleEncoding.key, stored), after);
+        EXPECT_EQ(corrected(kExternalSubtitleEncoding, stored), after);
     for (const auto& [stored, after] : {std::pair(3, 1), {-1, 1}, {0, 0}})
-        EXPECT_EQ(corrected(kCustomUnknownHandling.key, stored), after);
+        EXPECT_EQ(corrected(kCustomUnknownHandling, stored), after);
 }
 
 TEST_F(LaunchCorrections, ClampTheDestinationToTheSavedFolders) {
     const auto clamped = [this](std::size_t folders, int stored) {
-        preferences_.setDefaultInt(kDefaultDestination.key, stored);
+        set(preferences_, kDefaultDestination, stored);
         clampDefaultDestination(preferences_, folders);
-        return preferences_.defaultInt(kDefaultDestination.key);
+        return get(preferences_, kDefaultDestination);
     };
     for (const auto& [stored, after] : {std::pair(4, 4), {5, 3}, {6, 3}, {2, 0}, {3, 3}})
         EXPECT_EQ(clamped(2, stored), after);
@@ -42,23 +42,23 @@ TEST_F(LaunchCorrections, ClampTheDestinationToTheSavedFolders) {
 
 TEST_F(LaunchCorrections, LeaveZeroAndTheChoicesOfThisRunAlone) {
     upgradeDestinationIndex(preferences_);
-    EXPECT_EQ(preferences_.defaultInt(kDefaultDestination.key), 0);
+    EXPECT_EQ(get(preferences_, kDefaultDestination), 0);
 
     for (const auto& [written, after] : {std::pair(1, 1), {2, 3}, {3, 4}}) {
-        preferences_.setDefaultInt(kHasUpgradedFromPre13.key, 0);
-        preferences_.setDefaultInt(kDefaultDestination.key, written);
+        set(preferences_, kHasUpgradedFromPre13, false);
+        set(preferences_, kDefaultDestination, written);
         upgradeDestinationIndex(preferences_);
         upgradeDestinationIndex(preferences_);
-        EXPECT_EQ(preferences_.defaultInt(kDefaultDestination.key), after);
+        EXPECT_EQ(get(preferences_, kDefaultDestination), after);
     }
 
-    preferences_.setDefaultInt(kHasUpgradedFromPre13.key, 0);
-    preferences_.setDefaultInt(kDefaultDestination.key, 3);
+    set(preferences_, kHasUpgradedFromPre13, false);
+    set(preferences_, kDefaultDestination, 3);
     const auto stored = platform_.store.values;
     preferences_.setForThisRun(kDefaultDestination.key, "1");
     upgradeDestinationIndex(preferences_);
     clampDefaultDestination(preferences_, 0);
-    EXPECT_EQ(preferences_.defaultInt(kDefaultDestination.key), 1);
+    EXPECT_EQ(get(preferences_, kDefaultDestination), 1);
     EXPECT_EQ(platform_.store.values, stored) << "the stored choice waits for its own launch";
 }
 

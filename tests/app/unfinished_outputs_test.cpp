@@ -25,9 +25,7 @@ protected:
     }
     [[nodiscard]] std::vector<UnfinishedOutput> stored() const {
         std::vector<UnfinishedOutput> found;
-        const auto& preferences = platform_.preferences;
-        for (const auto& text :
-             preferences.defaultArray(kUnfinishedOutput.key).value_or(std::vector<std::string>{})) {
+        for (const auto& text : get(platform_.preferences, kUnfinishedOutput)) {
             found.push_back(unfinishedOutputFromText(text).value_or(UnfinishedOutput{}));
         }
         return found;
