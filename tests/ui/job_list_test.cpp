@@ -47,8 +47,9 @@ struct JobList : UiFixture {
     ConversionJob& insert(JobQueue::InsertAt where = JobQueue::InsertAt::Bottom) {
         const auto name = std::to_string(++made_) + ".mkv";
         MKVFileInfo record{.fileName = name, .fileURL = platform_.folder.path() / name};
-        return queue().insertJob(
-            std::make_unique<ConversionJob>(platform_.vantor, *app_, std::move(record), 0), where);
+        return queue().insertJob(std::make_unique<ConversionJob>(platform_.vantor, app_->jobOwner(),
+                                                                 std::move(record), 0),
+                                 where);
     }
     JobRow* row(std::size_t number) {
         QApplication::processEvents();
