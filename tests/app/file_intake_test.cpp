@@ -202,20 +202,6 @@ TEST_F(FileIntakeTest, FoldersAreSearchedAndWhatIsNoMovieIsNamed) {
     EXPECT_EQ(rows().front(), "b.mkv");
 }
 
-TEST(OpenedFiles, AFolderIsSearchedAsAPersonWouldOrderItAndWithinBounds) {
-    EXPECT_TRUE(naturallyBefore("a/Show 2", "a/Show 10"));
-    EXPECT_TRUE(naturallyBefore("Ab 02x", "ab 2y"));
-    EXPECT_TRUE(naturallyBefore("a/z", "b"));
-    EXPECT_FALSE(naturallyBefore("1", "01") == naturallyBefore("01", "1"));
-    const TemporaryFolder folder;
-    for (const auto* const name : {"1/2/deep.mkv", "a.mkv"}) folder.write(name);
-    EXPECT_EQ(searchFolder(folder.path(), {}).files.size(), 2U);
-    for (const auto& bounds : {FolderSearchBounds{.depth = 2}, FolderSearchBounds{.entries = 2}}) {
-        EXPECT_FALSE(searchFolder(folder.path(), {}, bounds).isWhole);
-    }
-    EXPECT_FALSE(searchFolder("/proc/no/such/folder", {}).problem.empty());
-}
-
 TEST_F(FileIntakeTest, AlertsOnceForAMissingToolAndDropsTheBatch) {
     platform_.processLauncher.nextError = LaunchError::NotFound;
     open({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});

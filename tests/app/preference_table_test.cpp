@@ -4,10 +4,6 @@
 #include <set>
 #include <tuple>
 
-#include "app/settings_reader.h"
-#include "support/make_string.h"
-#include "tests/fakes/fake_platform.h"
-
 namespace reelvane {
 namespace {
 
@@ -55,44 +51,6 @@ TEST(PreferenceTable, AMisfitCountsAsWhatTheProgramDoesWithIt) {
         {kCustomUnknownHandling.key, 3, 1}};
     for (const auto& [key, stored, effective] : cases) {
         EXPECT_EQ(effectiveInteger(*findPreference(key), stored), effective) << key << stored;
-    }
-}
-
-std::vector<std::string_view> listOf(auto... keys) {
-    return {keys...};
-}
-
-TEST(SettingsReader, EachKeyReachesItsOwnSettingAndNoOther) {
-    FakePlatform platform;
-    auto& preferences = platform.preferences;
-    const auto values = [&preferences] {
-        const auto s = readConversionSettings(preferences);
-        const auto& a = s.audio;
-        return makeString(
-            "%i%i%i%i%i%i%i%i%i%i%i%i%i%.0f%i%i%i%i%i%i%i%i%i%i%i",
-            static_cast<int>(a.conversionPreset), a.ac3Downmix, a.dtsDownmix, a.customAC3Handling,
-            a.customAC351Handling, a.customDTSHandling, a.customDTS51Handling, a.customMP3Handling,
-            a.customVorbisHandling, a.customUnknownHandling, s.aacBitrate, s.ac3StereoBitrate,
-            s.ac3SurroundBitrate, s.audioVolume, s.includeSurroundTrack,
-            s.includeSurroundTrackTranscoded, s.disableBuiltinSubtitles, s.externalSubtitleEncoding,
-            s.produceStreamableFiles, s.fixSubtitleDuration, s.autoClean, s.autoRemove,
-            s.autoRemoveType, s.quitAfterConversion, readProbeOptions(preferences).heAACConvert);
-    };
-    const auto keys =
-        listOf(kConversionPreset.key, kAC3Downmix.key, kDTSDownmix.key, kCustomAC3Handling.key,
-               kCustomAC351Handling.key, kCustomDTSHandling.key, kCustomDTS51Handling.key,
-               kCustomMP3Handling.key, kCustomVorbisHandling.key, kCustomUnknownHandling.key,
-               kAACBitrate.key, kAC3StereoBitrate.key, kAC3SurroundBitrate.key, kAudioVolume.key,
-               kIncludeSurroundTrack.key, kIncludeSurroundTrackTranscoded.key,
-               kDisableBuiltinSubtitles.key, kExternalSubtitleEncoding.key,
-               kProduceStreamableFiles.key, kFixSubtitleDuration.key, kAutoClean.key,
-               kAutoRemove.key, kAutoRemoveType.key, kQuitAfterConversion.key, kHEAACConvert.key);
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        preferences.setDefaultInt(keys[i], 1);
-        std::string expected(keys.size(), '0');
-        expected[i] = '1';
-        EXPECT_EQ(values(), expected) << keys[i];
-        preferences.setDefaultObject(keys[i], std::nullopt);
     }
 }
 

@@ -56,16 +56,6 @@ TEST(Arguments, OverridesStandBeforeAndAfterTheCommand) {
     EXPECT_EQ(std::get<ConvertRequest>(request.action).options.audioTrackIndex, 2U);
 }
 
-TEST(Arguments, PreferencesKnowTheirCommands) {
-    EXPECT_EQ(parsed<PreferencesRequest>({"preferences", "--markdown"}).form,
-              PreferencesRequest::Form::Markdown);
-    const auto set = parsed<PreferencesRequest>({"preferences", "set", "AutoAdd", "on"});
-    EXPECT_EQ(set.action, PreferencesRequest::Action::Set);
-    EXPECT_EQ(set.value, "1");
-    EXPECT_EQ(parsed<DestinationsRequest>({"destinations", "remove", "x"}).action,
-              DestinationsRequest::Action::Remove);
-}
-
 TEST(Arguments, UsageErrorsAreOneSentenceThatHelps) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{}, "No command was given."},

@@ -165,7 +165,7 @@ TEST_F(PreferencesCommand, AWriteThatFailsIsTold) {
 TEST_F(PreferencesCommand, TheReferencePageIsTheOneInTheDocumentation) {
     std::ifstream page(REELVANE_REFERENCE, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(page), {}};
-    EXPECT_EQ(cli({"preferences", "list", "--markdown"}).output, text);
+    EXPECT_EQ(cli({"preferences", "--markdown"}).output, text);
 }
 
 TEST_F(PreferencesCommand, SavedDestinationsAreUsedByName) {

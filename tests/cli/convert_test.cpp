@@ -125,28 +125,21 @@ TEST_F(Convert, SignalsLeaveNothingUnfinishedBehind) {
     movie("a.mkv", "!hang\n");
     movie("b.mkv", "!hang\n");
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        Child running(command({"convert", "a.mkv", "b.mkv"}));
+        Child running(command({"convert", "--json", "a.mkv", "b.mkv"}));
         awaitFile(path("b.m4v"));
         running.send(signal);
         running.send(signal);  // somebody impatient
-        EXPECT_EQ(running.wait().status, 128 + signal);
+        const auto outcome = running.wait();
+        EXPECT_EQ(outcome.status, 128 + signal);
+        auto names = eventNames(outcome.output);
+        std::erase(names, "progress");  // there may have been time for none
+        EXPECT_THAT(names, ElementsAre("queued", "queued", "started", "interrupted"));
+        EXPECT_EQ(objects(outcome.output).back().at("file"), "b.mkv");
         EXPECT_FALSE(std::filesystem::exists(path("a.m4v")));
         EXPECT_FALSE(std::filesystem::exists(path("b.m4v")));
         EXPECT_FALSE(hasProgressFiles());
         EXPECT_FALSE(isUsed(path("b.mkv")));
     }
-}
-
-TEST_F(Convert, EveryStartHasItsEndAmongTheEvents) {
-    movie("a.mkv", "!hang\n");
-    Child running(command({"convert", "--json", "a.mkv"}));
-    awaitFile(path("a.m4v"));
-    running.send(SIGTERM);
-    const auto outcome = running.wait();
-    auto names = eventNames(outcome.output);
-    std::erase(names, "progress");  // there may have been time for none
-    ASSERT_THAT(names, ElementsAre("queued", "started", "interrupted"));
-    EXPECT_EQ(objects(outcome.output).back().at("file"), "a.mkv");
 }
 
 TEST_F(Convert, WarningsOfAMovieThatIsDoneAtOnceAreTold) {

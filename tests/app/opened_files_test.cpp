@@ -1,7 +1,10 @@
+#include "app/opened_files.h"
+
 #include <gmock/gmock.h>
 #include <string>
 
-#include "app/opened_files.h"
+#include "support/paths.h"
+#include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {
 namespace {
@@ -9,6 +12,32 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
+
+TEST(FileSorting, TellsMoviesAndTextSubtitlesApart) {
+    TemporaryFolder folder;
+    const auto pictures = folder.write("p.sub", std::string_view("\x00\x00\x01\xBA rest", 9));
+    const auto text = folder.write("t.SUB", "{1}{2}Hi");
+    const auto sorted = sortFiles(
+        std::vector<std::filesystem::path>{"/a.MKV", "/missing.sub", pictures, "/b.srt", "/c.txt",
+                                           "/noext", "/d.ts", text, "/.mkv", "/e.smi"},
+        Fennimar::readInt);
+    EXPECT_THAT(sorted.movies, ElementsAre("/d.ts", "/a.MKV"));
+    EXPECT_THAT(sorted.subtitles, ElementsAre("/b.srt", "/e.smi", "/missing.sub", text));
+}
+
+TEST(OpenedFiles, AFolderIsSearchedAsAPersonWouldOrderItAndWithinBounds) {
+    EXPECT_TRUE(naturallyBefore("a/Show 2", "a/Show 10"));
+    EXPECT_TRUE(naturallyBefore("Ab 02x", "ab 2y"));
+    EXPECT_TRUE(naturallyBefore("a/z", "b"));
+    EXPECT_FALSE(naturallyBefore("1", "01") == naturallyBefore("01", "1"));
+    const TemporaryFolder folder;
+    for (const auto* const name : {"1/2/deep.mkv", "a.mkv"}) folder.write(name);
+    EXPECT_EQ(searchFolder(folder.path(), {}).files.size(), 2U);
+    for (const auto& bounds : {FolderSearchBounds{.depth = 2}, FolderSearchBounds{.entries = 2}}) {
+        EXPECT_FALSE(searchFolder(folder.path(), {}, bounds).isWhole);
+    }
+    EXPECT_FALSE(searchFolder("/proc/no/such/folder", {}).problem.empty());
+}
 
 /// The best file of each movie, in the order of the movies; "-" for none.
 Names paired(const Names& movies, const Names& subtitles) {
