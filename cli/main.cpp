@@ -38,8 +38,8 @@ namespace {
 constexpr std::chrono::seconds kLongestEnd(5);
 
 /// What every command needs, made in this order.
-struct Platform {
-    Platform(Console& shown, int cancelDescriptor)
+struct PlatformParts {
+    PlatformParts(Console& shown, int cancelDescriptor)
         : console(shown),
           processLauncher(cancelDescriptor),
           store(prefsPath(host, mainBundle), {.cancelDescriptor = cancelDescriptor}) {}
@@ -57,7 +57,8 @@ struct Platform {
     Preferences preferences{store};
 };
 
-int convert(Platform& platform, const Interruption& interruption, const ConvertRequest& request) {
+int convert(PlatformParts& platform, const Interruption& interruption,
+            const ConvertRequest& request) {
     setUnattendedPreferences(platform.preferences);
     const auto name = appName(platform.mainBundle);
     StderrAlerts alerts(platform.console);
@@ -113,7 +114,7 @@ int convert(Platform& platform, const Interruption& interruption, const ConvertR
     return status;
 }
 
-int run(Platform& platform, const Request& request) {
+int run(PlatformParts& platform, const Request& request) {
     const CommandContext context{.console = platform.console,
                                  .store = platform.store,
                                  .preferences = platform.preferences,
@@ -137,7 +138,7 @@ int run(Platform& platform, const Request& request) {
     return std::visit(Runner{.context = context}, request.action);
 }
 
-void prepare(Platform& platform, const Request& request) {
+void prepare(PlatformParts& platform, const Request& request) {
     platform.preferences.registerDefaults(registeredDefaults());
     for (const auto& [key, text] : request.overrides) platform.preferences.setForThisRun(key, text);
     platform.tellStoreProblem();
@@ -146,7 +147,7 @@ void prepare(Platform& platform, const Request& request) {
 int startConversion(const Request& request, const ConvertRequest& conversion) {
     const Interruption interruption;
     Console console(interruption.descriptor());
-    Platform platform(console, interruption.descriptor());
+    PlatformParts platform(console, interruption.descriptor());
     prepare(platform, request);
     return convert(platform, interruption, conversion);
 }
@@ -163,7 +164,7 @@ int start(const Request& request) {
     // A probe ends with the thread that runs it.
     exitAtOnceOnSignals();
     Console console;
-    Platform platform(console, -1);
+    PlatformParts platform(console, -1);
     prepare(platform, request);
     platform.store.setHeldHandler([&platform] { platform.tellStoreProblem(); });
     try {
