@@ -42,7 +42,8 @@ AppDelegate::AppDelegate(Vantor& vantor, RunChoices choices)
                          .control = control_,
                          .rest = rest_,
                          .lifecycle = lifecycle_,
-                         .outputs = outputs_}),
+                         .outputs = outputs_,
+                         .unattended = choices_.unattended}),
       retakenMovies_(intake_.present().observe([this] {
           if (intake_.state() == IntakeState::Reading) {
               control_.forgetRemovalOf(intake_.presentFile());

@@ -46,6 +46,8 @@ ConvertRun::ConvertRun(Vantor& vantor, AppDelegate& controller, ConvertReporter&
             ++refusedMovies_;
             refuse(takeGivenName(file), alerts);
         }));
+    subscriptions_.push_back(
+        controller.jobOwner().observeEvents([this](const JobEvent& event) { jobTold(event); }));
     subscriptions_.push_back(controller.intake().observeIdle([this] { checkLater(); }));
     subscriptions_.push_back(controller.intake().present().observe([this] { showReading(); }));
 }
@@ -80,7 +82,6 @@ void ConvertRun::alerted(const AlertContent& content) {
         reporter_.alerted(content.title, content.message);
         return;
     }
-    lastAlert_ = content;
     heldAlerts_.add(content);
     if (over_) tellAlerts();
     checkLater();
@@ -166,6 +167,15 @@ void ConvertRun::jobChanged(const ConversionJob& job) {
     checkLater();
 }
 
+void ConvertRun::jobTold(const JobEvent& event) {
+    // Of the other alerts a failure says the same.
+    const bool refuses = event.kind == JobEvent::Kind::NoSpace;
+    if (!refuses && event.kind != JobEvent::Kind::SourceMissing) return;
+    if (refuses) refusal_ = event.text;
+    heldAlerts_.add({.title = event.title, .message = event.text});
+    checkLater();
+}
+
 void ConvertRun::tellStart(FollowedJob& followed, const ConversionJob& job) {
     if (std::exchange(followed.begun, true)) return;
     followed.started = now();
@@ -233,6 +243,7 @@ void ConvertRun::check() {
         return;
     }
     if (auto* const next = controller_.queue().nextRunnableJob()) {
+        // Twice, since what an earlier conversion left may just be being deleted.
         if (std::exchange(lastStarted_, next) == next) {
             dropRefusedStart(*next);
             tellAlerts();
@@ -256,7 +267,7 @@ bool ConvertRun::isIdle() const {
 void ConvertRun::dropRefusedStart(const ConversionJob& next) {
     const auto found = followed_.find(&next);
     if (found != followed_.end()) {
-        tellFailed(found->second, vantor_.appName(), lastAlert_.message, next.log().shown());
+        tellFailed(found->second, vantor_.appName(), refusal_, next.log().shown());
     }
     refusedStarts_.push_back(controller_.queue().takeJob(next));
 }

@@ -19,6 +19,7 @@ namespace reelvane {
 
 class AppDelegate;
 class ConversionJob;
+struct JobEvent;
 class Vantor;
 
 /// One run of `convert`: opens the files, follows the queue until nothing is left in it, and tells
@@ -66,6 +67,7 @@ private:
 
     void follow(ConversionJob& job);
     void jobChanged(const ConversionJob& job);
+    void jobTold(const JobEvent& event);
     void tellStart(FollowedJob& followed, const ConversionJob& job);
     void tellProgress(FollowedJob& followed, const ConversionJob& job);
     void tellFinished(FollowedJob& followed, const ConversionJob& job);
@@ -96,8 +98,8 @@ private:
     std::vector<Subscription> subscriptions_;
     HeldAlerts heldAlerts_;
     const ConversionJob* lastStarted_ = nullptr;  // by this object
-    AlertContent lastAlert_;
-    bool checking_ = false;  // a check is on its way
+    std::string refusal_;                         // why the last start made no run
+    bool checking_ = false;                       // a check is on its way
     bool over_ = false;
     Errands errands_;
 };

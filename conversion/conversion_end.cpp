@@ -1,13 +1,12 @@
 // How a job ends: its run is over, or the user takes it off the list.
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <utility>
 
 #include "conversion/conversion_job.h"
 #include "conversion/diagnosis.h"
-#include "conversion/job_completion.h"
 #include "conversion/stream_plan.h"
-#include "support/alerts.h"
-#include "support/dispatch.h"
 #include "support/localization.h"
 #include "support/logging.h"
 #include "support/make_string.h"
@@ -15,35 +14,43 @@
 #include "support/ports/folder_access.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/workspace.h"
+#include "support/posix_io.h"
 #include "support/strings.h"
 #include "support/vantor.h"
 
 namespace reelvane {
+namespace {
 
-void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutput) {
-    if (aside_) {
-        missedEnd_ = [this, exitStatus, rest = std::string(remainingOutput)] {
-            taskFinished(exitStatus, rest);
-        };
-        return;
-    }
-    const auto settings = controller_.conversionSettings();
-    closeRun(remainingOutput);
-    // The converter's word is not enough: it also ends with 0 over a file that is broken.
-    if (exitStatus == 0) {
-        checkRun(settings);
-    } else {
-        runEnded(settings, true);
-    }
+/// Waits until the device has the file; false when it could not be written there after all.
+bool isOnDisk(const std::filesystem::path& file) {
+    const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
 }
 
-void ConversionJob::checkRun(const ConversionSettings& settings) {
-    checking_ = true;
-    observers_.notify();
-    errands_.run(
-        [&translations = vantor_.ports().translations, files = lease_.files(), record = fileInfo_,
-         planned = outputTracks(plan_, fileInfo_), log = log_.searched(),
-         autoRemove = settings.autoRemove, tools = cueTools()] {
+}  // namespace
+
+void ConversionJob::taskFinished(int exitStatus, std::string_view remainingOutput) {
+    nextStep_.take([this, exitStatus, rest = std::string(remainingOutput)] {
+        run_.log.appendRest(rest);
+        // The converter's word is not enough: it also ends with 0 over a file that is broken.
+        if (exitStatus == 0) {
+            checkRun();
+        } else {
+            runEnded(true);
+        }
+    });
+}
+
+void ConversionJob::checkRun() {
+    CheckingJob checking{.shown = state(),
+                         .settings = controller_.conversionSettings(),
+                         .lease = std::move(std::get<RunningJob>(phase_).lease),
+                         .disks = DiskWork(vantor_.ports().dispatcher)};
+    checking.disks.errands.run(
+        [&translations = vantor_.ports().translations, files = checking.lease.files(),
+         record = fileInfo_, planned = outputTracks(run_.plan, fileInfo_),
+         log = run_.log.searched(), autoRemove = checking.settings.autoRemove,
+         tools = cueTools(checking.disks)] {
             if (!files->isOutputThere()) return OutputCheck{.isGone = true};
             auto check = checkOutput(translations, record, planned, log, files->heldPath());
             if (!check.proof.problem.empty()) return check;
@@ -56,114 +63,98 @@ void ConversionJob::checkRun(const ConversionSettings& settings) {
             check.onDisk = autoRemove && isOnDisk(files->heldPath());
             return check;
         },
-        [this, settings](const OutputCheck& check) {
-            outputCheck_ = check;
-            missedEnd_ = [this, settings] { keepOutput(settings); };
-            if (!aside_) followUpEnd();
+        [this](const OutputCheck& check) {
+            result_.check = check;
+            nextStep_.take([this] { keepOutput(); });
         });
+    enter(std::move(checking));
 }
 
-void ConversionJob::keepOutput(const ConversionSettings& settings) {
-    if (outputCheck_.isGone) problem_ = placeProblem(RunFiles::Keeping::Gone);
-    if (outputCheck_.isGone || !outputCheck_.proof.problem.empty()) {
-        checking_ = false;
-        runEnded(settings, true);
+void ConversionJob::keepOutput() {
+    const auto& check = result_.check;
+    if (check.isGone) result_.problem = placeProblem(RunFiles::Keeping::Gone);
+    if (check.isGone || !check.proof.problem.empty()) {
+        runEnded(true);
         return;
     }
+    auto& checking = std::get<CheckingJob>(phase_);
     struct Kept {
         RunFiles::Keeping keeping;
         std::optional<FileVersion> identity;
     };
-    errands_.run(
-        [files = lease_.files()] {
+    checking.disks.errands.run(
+        [files = checking.lease.files()] {
             const auto keeping = files->keep();
             return Kept{.keeping = keeping, .identity = fileVersionOf(files->keptPath())};
         },
-        [this, settings](const Kept& kept) {
-            checking_ = false;
+        [this](const Kept& kept) {
             const bool isKept = kept.keeping == RunFiles::Keeping::Kept;
             if (isKept) {
-                moveDestination(lease_.files()->keptPath());
-                outputCheck_.identity = kept.identity;
+                moveDestination(std::get<CheckingJob>(phase_).lease.files()->keptPath());
+                result_.check.identity = kept.identity;
             } else {
-                problem_ = placeProblem(kept.keeping);
-                outputCheck_.details.clear();
+                result_.problem = placeProblem(kept.keeping);
+                result_.check.details.clear();
             }
-            missedEnd_ = [this, settings, isKept] { runEnded(settings, !isKept); };
-            if (!aside_) followUpEnd();
+            nextStep_.take([this, isKept] { runEnded(!isKept); });
         });
 }
 
-CueTools ConversionJob::cueTools() const {
+CueTools ConversionJob::cueTools(const DiskWork& disks) const {
     const auto& ports = vantor_.ports();
     return {.launcher = &ports.processLauncher,
             .ffmpeg = ports.mainBundle.pathForResource("ffmpeg"),
-            .stop = leaving_.get_token()};
+            .stop = disks.stop.get_token()};
 }
 
-void ConversionJob::runEnded(const ConversionSettings& settings, bool failed) {
-    // An alert's own loop, or the next job's, may take this job away before all is done.
-    const std::weak_ptr<const bool> alive = alive_;
-    auto& vantor = vantor_;
-    auto& controller = controller_;
+void ConversionJob::runEnded(bool failed) {
+    const auto& ports = vantor_.ports();
     const EndedRun run{.fileName = Fennimar::validUtf8(fileInfo_.fileName),
                        .output = fileInfo_.destinationURL.value_or(std::filesystem::path()),
                        .failed = failed,
                        .warning = warning()};
+    JobEvent event{.kind = failed ? JobEvent::Kind::RunFailed : JobEvent::Kind::RunFinished,
+                   .notification = endNotification(ports.translations, vantor_.appName(), run)};
+    if (failed && ranOutOfSpace(run_.log.searched())) {
+        const auto explanation = diagnosis();
+        event.title = makeString("%@: %@", run.fileName, explanation.title);
+        event.text = explanation.message;
+    }
+    run_.ended = ports.dispatcher.now();
+    run_.progress = 100;
     if (failed) {
-        fail();
+        enter(FailedJob());
     } else {
-        succeed(settings);
+        succeed();
     }
-    if (!alive.expired()) {
-        stopDate_ = vantor.ports().dispatcher.now();
-        setProgress(100);
-    }
-    followUp(vantor, controller, run);
+    controller_.jobEvent(event);
 }
 
-void ConversionJob::closeRun(std::string_view remainingOutput) {
-    timer_.reset();
-    log_.appendRest(remainingOutput);
-    task_.reset();
-    releaseSleepAssertion();
-    if (!aacFile_.empty()) Fennimar::removeFile(aacFile_);
-}
-
-void ConversionJob::fail() {
-    lease_.end();
-    finishedError_ = true;
-    auto& vantor = vantor_;
-    const bool full = ranOutOfSpace(log_.searched());
-    const auto explanation = full ? diagnosis() : Diagnosis{};
-    const auto title =
-        makeString("%@: %@", Fennimar::validUtf8(fileInfo_.fileName), explanation.title);
-    setState(ConversionJobState::Failed);
-    if (full) alert(vantor, title, explanation.message, "OK");
-}
-
-void ConversionJob::succeed(const ConversionSettings& settings) {
-    finishedOK_ = true;
-    lease_.end();  // the output is the user's now
-    if (settings.autoRemove) decideOnSource(settings);
-    setState(ConversionJobState::Finished);
+void ConversionJob::succeed() {
+    auto& checking = std::get<CheckingJob>(phase_);
+    const auto settings = checking.settings;
+    checking.lease.end();  // the output is the user's now
+    FinishedJob finished;
+    if (settings.autoRemove) finished.comparison = decideOnSource(settings);
+    enter(std::move(finished));
     // A warning stays until the user has seen it.
     if (settings.autoClean && !isComparing() && warning().empty()) remove();
 }
 
-void ConversionJob::decideOnSource(const ConversionSettings& settings) {
+std::unique_ptr<SourceRemover> ConversionJob::decideOnSource(const ConversionSettings& settings) {
     const bool toTrash = settings.autoRemoveType == 0;
-    const auto kind = hasDoubt(notes())                           ? SourceFate::Kind::Doubtful
+    const auto& check = result_.check;
+    const auto kind = hasDoubt(check.notes)                       ? SourceFate::Kind::Doubtful
                       : fileInfo_.runtimeSeconds.value_or(0) <= 0 ? SourceFate::Kind::NoLength
-                      : outputCheck_.proof.isShort                ? SourceFate::Kind::Short
+                      : check.proof.isShort                       ? SourceFate::Kind::Short
                       : fileInfo_.hasOtherPictures                ? SourceFate::Kind::OtherPicture
-                      : !outputCheck_.onDisk                      ? SourceFate::Kind::NotOnDisk
+                      : !check.onDisk                             ? SourceFate::Kind::NotOnDisk
                                                                   : SourceFate::Kind::Removed;
     if (kind != SourceFate::Kind::Removed) {
         tellOfSource({.kind = kind}, toTrash);
-        return;
+        return nullptr;
     }
-    remover_ = std::make_unique<SourceRemover>(
+    return std::make_unique<SourceRemover>(
         vantor_, controller_.comparisons(),
         SourceRemoval{.source = {.path = fileInfo_.fileURL,
                                  .stream = makeString("0:%i", fileInfo_.videoTrackID.value_or(0)),
@@ -174,7 +165,7 @@ void ConversionJob::decideOnSource(const ConversionSettings& settings) {
                                  .stream = "0:v:0",
                                  .codec = fileInfo_.videoCodec,
                                  .hasEdits = true},
-                      .outputIdentity = outputCheck_.identity,
+                      .outputIdentity = check.identity,
                       .toTrash = toTrash},
         [this, settings](const SourceFate& fate) { sourceDecided(settings, fate); });
 }
@@ -183,18 +174,16 @@ void ConversionJob::tellOfSource(const SourceFate& fate, bool toTrash) {
     const auto text = sourceFateText(vantor_.ports().translations,
                                      Fennimar::validUtf8(fileInfo_.fileName), fate, toTrash);
     if (text.empty()) return;
-    addNotes(outputCheck_.notes, {{.kind = JobNote::Kind::SourceKept, .text = text}});
+    addNotes(result_.check.notes, {{.kind = JobNote::Kind::SourceKept, .text = text}});
     vn_log_level(LogError, "Info: %@ (%@)", text, fileInfo_.fileURL);
 }
 
 void ConversionJob::sourceDecided(const ConversionSettings& settings, const SourceFate& fate) {
-    auto& controller = controller_;
-    const std::weak_ptr<const bool> alive = alive_;
-    remover_.reset();
+    std::get<FinishedJob>(phase_).comparison.reset();
     tellOfSource(fate, settings.autoRemoveType == 0);
     observers_.notify();
-    if (!alive.expired() && settings.autoClean && warning().empty()) remove();
-    controller.quitIfDone();
+    if (settings.autoClean && warning().empty()) remove();
+    tell(JobEvent::Kind::SourceDecided);
 }
 
 std::string ConversionJob::warning() const {
@@ -202,27 +191,33 @@ std::string ConversionJob::warning() const {
 }
 
 Diagnosis ConversionJob::diagnosis() const {
-    const auto arguments = Fennimar::joined(arguments_, " ");
+    const auto arguments = Fennimar::joined(run_.arguments, " ");
     const auto name = Fennimar::validUtf8(fileInfo_.fileName);
-    const bool blamed = blamesSource(outputCheck_.proof, log_.searched());
+    const bool blamed = blamesSource(result_.check.proof, run_.log.searched());
     return diagnose(vantor_.ports().translations,
-                    {.startProblem = problem_,
-                     .jobOutput = log_.searched(),
-                     .shownOutput = log_.shown(),
-                     .incompleteOutput = !outputCheck_.proof.problem.empty(),
+                    {.startProblem = result_.problem,
+                     .jobOutput = run_.log.searched(),
+                     .shownOutput = run_.log.shown(),
+                     .incompleteOutput = !result_.check.proof.problem.empty(),
                      .damagedSource = blamed ? std::string_view(name) : std::string_view(),
                      .arguments = arguments,
-                     .embeddedSubtitlesConverted = !plan_.subtitles.empty(),
-                     .externalSubtitles = plan_.externalSubtitle});
+                     .embeddedSubtitlesConverted = !run_.plan.subtitles.empty(),
+                     .externalSubtitles = run_.plan.externalSubtitle});
 }
 
 void ConversionJob::reveal() {
     auto& workspace = vantor_.ports().workspace;
-    if (state_ == ConversionJobState::Failed) {
-        explainFailure(vantor_, diagnosis(),
-                       {.arguments = Fennimar::joined(arguments_, " "),
-                        .log = log_.shown(),
-                        .recordDescription = description(fileInfo_)});
+    if (state() == ConversionJobState::Failed) {
+        const auto explanation = diagnosis();
+        JobEvent event{.kind = JobEvent::Kind::Explained,
+                       .title = explanation.title,
+                       .text = explanation.message};
+        if (explanation.offersReport) {
+            event.report = FailedRun{.arguments = Fennimar::joined(run_.arguments, " "),
+                                     .log = run_.log.shown(),
+                                     .recordDescription = description(fileInfo_)};
+        }
+        controller_.jobEvent(event);
     } else if (workspace.isShiftKeyHeld()) {
         workspace.reveal(fileInfo_.fileURL);
     } else if (fileInfo_.destinationURL) {
@@ -231,23 +226,15 @@ void ConversionJob::reveal() {
 }
 
 void ConversionJob::remove() {
-    if (isStarting()) releaseSleepAssertion();
-    leaveSleepAssertion();
-    startWanted_ = false;
-    leaving_.request_stop();
-    errands_.forget();
-    checking_ = false;
-    timer_.reset();
-    if (task_) task_->terminate();
-    task_.reset();
-    remover_.reset();  // the source stays
-    lease_.end();
+    if (auto* const running = std::get_if<RunningJob>(&phase_)) {
+        if (running->following) leaveAwake(running->following->awake);
+        running->child->terminate();
+    }
+    phase_.emplace<RemovedJob>(RemovedJob{.last = state()});
     if (const auto folder = std::exchange(fileInfo_.securityURL, {})) {
         vantor_.ports().folderAccess.stopAccessing(*folder);
     }
-    auto& controller = controller_;
-    controller.removeJob(*this);  // the job may be gone from here on
-    startNextJobIfIdle(controller);
+    controller_.removeJob(*this);
 }
 
 std::string ConversionJob::placeProblem(RunFiles::Keeping keeping) const {
@@ -266,22 +253,18 @@ std::string ConversionJob::placeProblem(RunFiles::Keeping keeping) const {
 
 void ConversionJob::setAside() {
     pause();
-    aside_ = true;
-    if (!std::exchange(remover_, {})) return;
+    nextStep_.hold();
+    if (!isComparing()) return;
     // Nobody who has taken a movie off the list wants its source to go; it is decided anew later.
-    missedEnd_ = [this] {
-        decideOnSource(controller_.conversionSettings());
+    std::get<FinishedJob>(phase_).comparison.reset();
+    nextStep_.take([this] {
+        std::get<FinishedJob>(phase_).comparison = decideOnSource(controller_.conversionSettings());
         observers_.notify();
-    };
+    });
 }
 
 void ConversionJob::bringBack() {
-    aside_ = false;
-    followUpEnd();
-}
-
-void ConversionJob::followUpEnd() {
-    if (const auto missed = std::exchange(missedEnd_, {})) missed();
+    nextStep_.release();
 }
 
 }  // namespace reelvane

@@ -9,20 +9,28 @@
 
 namespace reelvane {
 
+void NextStep::take(std::function<void()> step) {
+    if (held_) {
+        waiting_ = std::move(step);
+    } else {
+        step();
+    }
+}
+
+void NextStep::release() {
+    held_ = false;
+    if (const auto step = std::exchange(waiting_, {})) step();
+}
+
 ConversionJob::ConversionJob(Vantor& vantor, Controller& controller, MKVFileInfo fileInfo,
                              std::size_t audioTrackIndex)
     : vantor_(vantor),
       controller_(controller),
       fileInfo_(std::move(fileInfo)),
-      audioTrackIndex_(audioTrackIndex),
-      errands_(vantor.ports().dispatcher) {}
-
-ConversionJob::~ConversionJob() {
-    leaving_.request_stop();
-}
+      audioTrackIndex_(audioTrackIndex) {}
 
 std::string ConversionJob::stateInfoString() const {
-    return statusLine(vantor_.ports().translations, {.state = state_,
+    return statusLine(vantor_.ports().translations, {.state = state(),
                                                      .audio = fileInfo_.audioTrackInformation,
                                                      .audioTrackIndex = audioTrackIndex_,
                                                      .remainingSeconds = remainingSeconds(),
@@ -30,41 +38,37 @@ std::string ConversionJob::stateInfoString() const {
 }
 
 double ConversionJob::remainingSeconds() const {
-    return remainingTime(progress_, elapsedSeconds());
+    return remainingTime(run_.progress, elapsedSeconds());
 }
 
 std::optional<double> ConversionJob::timeLeft() const {
-    if (state_ != ConversionJobState::Converting || isBeingChecked()) return std::nullopt;
-    return reelvane::timeLeft(progress_, elapsedSeconds());
+    if (state() != ConversionJobState::Converting || isBeingChecked()) return std::nullopt;
+    return reelvane::timeLeft(run_.progress, elapsedSeconds());
 }
 
 double ConversionJob::conversionSeconds() const {
-    if (state_ != ConversionJobState::Finished && state_ != ConversionJobState::Failed) return 0;
-    if (!startDate_) return 0;
-    return stopDate_ ? Fennimar::secondsBetween(*startDate_, *stopDate_) : elapsedSeconds();
+    return run_.started && run_.ended ? Fennimar::secondsBetween(*run_.started, *run_.ended) : 0;
 }
 
 double ConversionJob::elapsedSeconds() const {
-    return startDate_ ? Fennimar::secondsBetween(*startDate_, vantor_.ports().dispatcher.now()) : 0;
+    if (!run_.started) return 0;
+    return Fennimar::secondsBetween(*run_.started, vantor_.ports().dispatcher.now());
 }
 
 Subscription ConversionJob::observe(std::function<void()> changed) {
     return observers_.add(std::move(changed));
 }
 
-void ConversionJob::setState(ConversionJobState state) {
-    const bool ends = state == ConversionJobState::Finished || state == ConversionJobState::Failed;
-    if (ends && fileInfo_.destinationURL) {
+void ConversionJob::phaseEntered() {
+    if ((finishedOK() || finishedError()) && fileInfo_.destinationURL) {
         // What lies there is the user's, who may choose that place for another movie.
         controller_.outputs()->release(*fileInfo_.destinationURL);
     }
-    state_ = state;
     observers_.notify();
 }
 
-void ConversionJob::setProgress(double percent) {
-    progress_ = percent;
-    observers_.notify();
+void ConversionJob::tell(JobEvent::Kind kind, std::string_view title, std::string_view text) {
+    controller_.jobEvent({.kind = kind, .title = std::string(title), .text = std::string(text)});
 }
 
 void ConversionJob::setSpeedInfoFromMethod(AudioMethod method) {

@@ -3,11 +3,8 @@
 #include <utility>
 
 #include "conversion/conversion_job.h"
-#include "conversion/job_completion.h"
 #include "conversion/stream_plan.h"
 #include "media/probe.h"
-#include "support/alerts.h"
-#include "support/dispatch.h"
 #include "support/localization.h"
 #include "support/ports/main_bundle.h"
 #include "support/ports/translations.h"
@@ -39,98 +36,87 @@ std::string launchProblem(const Translations& translations, LaunchError error,
 
 }  // namespace
 
-void ConversionJob::takeSleepAssertion() {
-    sleepAssertion_ = vantor_.ports().powerAssertions.create(localized(vantor_, kAssertionName));
+SleepAssertion ConversionJob::stayAwake() const {
+    return {vantor_.ports().powerAssertions, localized(vantor_, kAssertionName)};
 }
 
-void ConversionJob::releaseSleepAssertion() {
-    vantor_.ports().powerAssertions.release(sleepAssertion_);
-    sleepAssertion_ = kNoPowerAssertion;
-}
-
-void ConversionJob::leaveSleepAssertion() {
-    const auto assertion = std::exchange(sleepAssertion_, kNoPowerAssertion);
+void ConversionJob::leaveAwake(SleepAssertion& awake) {
+    const auto assertion = awake.leave();
     if (assertion != kNoPowerAssertion) controller_.assertionLeft(assertion);
 }
 
 void ConversionJob::launch() {
-    const auto ffmpeg = vantor_.ports().mainBundle.pathForResource("ffmpeg");
-    auto result = vantor_.ports().processLauncher.launch(
-        {.executable = ffmpeg, .arguments = arguments_}, *this);
+    const auto& ports = vantor_.ports();
+    auto result = ports.processLauncher.launch(
+        {.executable = ports.mainBundle.pathForResource("ffmpeg"), .arguments = run_.arguments},
+        *this);
     if (!result.child) {
-        const auto& ports = vantor_.ports();
         refuseStart(launchProblem(ports.translations, result.error, ports.mainBundle));
         return;
     }
-    task_ = std::move(result.child);
-    startProgressTimer();
-    startDate_ = vantor_.ports().dispatcher.now();
-    setState(ConversionJobState::Converting);
-    controller_.pauseContinueClicked();
+    run_.started = ports.dispatcher.now();
+    auto& starting = std::get<StartingJob>(phase_);
+    enter(RunningJob{.lease = std::move(starting.lease),
+                     .child = std::move(result.child),
+                     .following = follow(std::move(starting.awake))});
+    tell(JobEvent::Kind::WentOn);
 }
 
 void ConversionJob::refuseStart(const std::string& problem) {
-    problem_ = problem;
-    finishedError_ = true;
-    lease_.end();
-    releaseSleepAssertion();
-    auto& vantor = vantor_;
-    auto& controller = controller_;
-    setState(ConversionJobState::Failed);
-    // From here on nothing of the job is touched: the alert's own loop may take it away.
-    alert_apptitled(vantor, problem, "OK");
-    // In a later turn, so that a queue full of refused jobs does not nest.
-    dispatch_async_main(vantor, [&controller] { startNextJobIfIdle(controller); });
+    result_.problem = problem;
+    enter(FailedJob());
+    tell(JobEvent::Kind::StartRefused, vantor_.appName(), problem);
 }
 
 void ConversionJob::outputReceived(std::string_view bytes) {
-    log_.append(bytes);
+    run_.log.append(bytes);
 }
 
-void ConversionJob::startProgressTimer() {
-    timer_ = vantor_.ports().dispatcher.every(std::chrono::seconds(1), [this] { progressTimer(); });
+RunningJob::Following ConversionJob::follow(SleepAssertion awake) {
+    auto& dispatcher = vantor_.ports().dispatcher;
+    return {.timer = dispatcher.every(std::chrono::seconds(1), [this] { progressTimer(); }),
+            .awake = std::move(awake)};
 }
 
 void ConversionJob::progressTimer() {
-    const auto report = progressReader_.readNew(lease_.files()->progressDescriptor());
+    auto& running = std::get<RunningJob>(phase_);
+    const auto report = running.progress.readNew(running.lease.files()->progressDescriptor());
     if (const auto percent =
             progressPercent(report, fileInfo_.runtimeSeconds, fileInfo_.fileSize)) {
-        setProgress(*percent);
+        run_.progress = *percent;
+        observers_.notify();
     }
 }
 
 void ConversionJob::pause() {
-    if (isStarting()) {
-        startWanted_ = false;  // what the disks answer is undone, or taken up by the next start
-        releaseSleepAssertion();
+    if (auto* const starting = std::get_if<StartingJob>(&phase_)) {
+        // What the disks answer is undone, or taken up by the next start.
+        enter(QueuedJob{.abandoned = std::move(starting->disks)});
+    } else if (auto* const running = std::get_if<RunningJob>(&phase_);
+               running != nullptr && running->following) {
+        running->following.reset();
+        running->child->suspend();
         observers_.notify();
-        return;
     }
-    // A run that has ended is only being looked at.
-    if (state_ != ConversionJobState::Converting || !task_) return;
-    timer_.reset();
-    task_->suspend();
-    setState(ConversionJobState::Paused);
-    releaseSleepAssertion();
 }
 
 void ConversionJob::continueJob() {
-    auto& controller = controller_;  // a start that is refused shows an alert, whose own loop may
-                                     // take this job away
-    if (state_ == ConversionJobState::Paused) {
-        // A run that ended before it could be stopped is only being looked at.
-        if (task_) {
-            startProgressTimer();
-            task_->resume();
-            takeSleepAssertion();
-        }
-        setState(ConversionJobState::Converting);
-    } else if (state_ == ConversionJobState::Queued) {
+    if (auto* const running = std::get_if<RunningJob>(&phase_)) {
+        if (running->following) return;
+        running->following = follow(stayAwake());
+        running->child->resume();
+        observers_.notify();
+    } else if (auto* const checking = std::get_if<CheckingJob>(&phase_)) {
+        // The run is over, so there is nothing to go on but its name.
+        if (checking->shown != ConversionJobState::Paused) return;
+        checking->shown = ConversionJobState::Converting;
+        observers_.notify();
+    } else if (std::holds_alternative<QueuedJob>(phase_)) {
         start();
-    } else {
+    } else if (!isStarting()) {
         return;
     }
-    controller.pauseContinueClicked();
+    tell(JobEvent::Kind::WentOn);
 }
 
 }  // namespace reelvane

@@ -6,8 +6,6 @@
 #include "conversion/command_builder.h"
 #include "conversion/conversion_job.h"
 #include "conversion/stream_plan.h"
-#include "support/alerts.h"
-#include "support/dispatch.h"
 #include "support/localization.h"
 #include "support/logging.h"
 #include "support/make_string.h"
@@ -17,20 +15,23 @@
 namespace reelvane {
 
 void ConversionJob::start() {
-    if (isStarting()) return;
-    takeSleepAssertion();
-    audioFile_.clear();
-    aacFile_.clear();
-    log_ = {};
-    problem_.clear();
-    outputCheck_ = {};
-    startWanted_ = true;
-    observers_.notify();
-    if (!asking_) askDisks();  // else what is under way is taken up
+    auto* const queued = std::get_if<QueuedJob>(&phase_);
+    const bool isOver =
+        std::holds_alternative<FinishedJob>(phase_) || std::holds_alternative<FailedJob>(phase_);
+    if (queued == nullptr && !isOver) return;
+    run_ = {};
+    result_ = {};
+    if (queued != nullptr && queued->abandoned) {
+        // What is under way is taken up.
+        enter(StartingJob{.disks = std::move(*queued->abandoned), .awake = stayAwake()});
+        return;
+    }
+    StartingJob starting{.disks = DiskWork(vantor_.ports().dispatcher), .awake = stayAwake()};
+    askDisks(starting.disks);
+    enter(std::move(starting));
 }
 
-void ConversionJob::askDisks() {
-    asking_ = true;
+void ConversionJob::askDisks(DiskWork& disks) {
     std::error_code none;
     const StartQuestion question{
         .record = fileInfo_,
@@ -38,31 +39,32 @@ void ConversionJob::askDisks() {
         .progressFolders = {vantor_.docDir(), std::filesystem::temp_directory_path(none)},
         .copiedAAC = copiedAAC(),
         .version = controller_.converterVersion(),
-        .unwanted = leaving_.get_token()};
-    errands_.run([question, &vantor = vantor_] { return prepareStart(vantor, question); },
-                 [this](StartFacts facts) {
-                     if (startWanted_) {
-                         asking_ = false;
-                         prepared(std::move(facts));
-                     } else {
-                         undoStart(std::move(facts.output.lease));
-                     }
-                 });
+        .unwanted = disks.stop.get_token()};
+    disks.errands.run([question, &vantor = vantor_] { return prepareStart(vantor, question); },
+                      [this](StartFacts facts) {
+                          if (isStarting()) {
+                              prepared(std::move(facts));
+                          } else {
+                              undoStart(std::move(facts.output.lease));
+                          }
+                      });
 }
 
 void ConversionJob::undoStart(OutputLease made) {
     // Shared, because work can be copied and a lease can not.
     const auto undone = std::make_shared<OutputLease>(std::move(made));
-    errands_.run([undone] { undone->end(); },
-                 [this] {
-                     asking_ = false;
-                     if (startWanted_) askDisks();
-                 });
+    auto& abandoned = std::get<QueuedJob>(phase_).abandoned;
+    abandoned->errands.run([undone] { undone->end(); },
+                           [this] {
+                               if (auto* const starting = std::get_if<StartingJob>(&phase_)) {
+                                   askDisks(starting->disks);
+                               } else {
+                                   std::get<QueuedJob>(phase_).abandoned.reset();
+                               }
+                           });
 }
 
 void ConversionJob::prepared(StartFacts facts) {
-    startWanted_ = false;
-    observers_.notify();
     if (!checkInput(facts) || !takeOutput(facts.output)) return;
     const auto settings = withWholeSubtitles(fileInfo_, controller_.conversionSettings());
     const auto method = mainAudioMethod(fileInfo_, audioTrackIndex_, settings.audio);
@@ -74,34 +76,31 @@ void ConversionJob::prepared(StartFacts facts) {
     if (const auto& subtitle = fileInfo_.subtitleFileURL; subtitle && method) {
         vn_log_level(LogNotice, "Info: adding subtitles from file %@", *subtitle);
     }
+    const auto& files = *std::get<StartingJob>(phase_).lease.files();
     auto written = fileInfo_;
-    written.destinationURL = lease_.files()->workPath();
-    arguments_ = buildArguments({.file = written,
-                                 .audioTrackIndex = audioTrackIndex_,
-                                 .settings = settings,
-                                 .progressFile = lease_.files()->progressPath(),
-                                 .needsFixup = facts.needsFixup && method == AudioMethodCopy});
-    plan_ = planStreams(fileInfo_, audioTrackIndex_, settings);
-    arguments_.shrink_to_fit();  // they are kept as long as the job is listed
-    runSettings_ = settings;
+    written.destinationURL = files.workPath();
+    run_.arguments = buildArguments({.file = written,
+                                     .audioTrackIndex = audioTrackIndex_,
+                                     .settings = settings,
+                                     .progressFile = files.progressPath(),
+                                     .needsFixup = facts.needsFixup && method == AudioMethodCopy});
+    run_.plan = planStreams(fileInfo_, audioTrackIndex_, settings);
+    run_.arguments.shrink_to_fit();  // they are kept as long as the job is listed
+    run_.settings = settings;
     launch();
 }
 
 bool ConversionJob::checkInput(const StartFacts& facts) {
     if (!facts.inputPresent) {
-        // The state first: an alert's own loop may let others look at this job, or take it away.
-        log_.append("USER_REMOVED");
-        finishedError_ = true;
-        leaveSleepAssertion();
+        run_.log.append("USER_REMOVED");
+        leaveAwake(std::get<StartingJob>(phase_).awake);
         const auto name = Fennimar::validUtf8(fileInfo_.fileURL.filename().native());
-        auto& vantor = vantor_;
-        setState(ConversionJobState::Failed);
-        alert_apptitled(vantor,
-                        makeString(localized(vantor,
-                                             "It seems you've removed the file %@ or unmounted "
-                                             "it's volume so conversion can't proceed."),
-                                   name),
-                        "OK");
+        enter(FailedJob());
+        tell(JobEvent::Kind::SourceMissing, vantor_.appName(),
+             makeString(localized(vantor_,
+                                  "It seems you've removed the file %@ or unmounted it's volume so "
+                                  "conversion can't proceed."),
+                        name));
         return false;
     }
     if (facts.writesOverInput) {
@@ -119,9 +118,9 @@ bool ConversionJob::takeOutput(OutputLease::Taken& taken) {
         refuseStart(outputProblem(taken));
         return false;
     }
-    lease_ = std::move(taken.lease);
-    progressReader_ = {};
-    moveDestination(lease_.files()->destination());
+    auto& lease = std::get<StartingJob>(phase_).lease;
+    lease = std::move(taken.lease);
+    moveDestination(lease.files()->destination());
     return true;
 }
 
@@ -163,10 +162,11 @@ bool ConversionJob::checkFreeSpace(const std::optional<VolumeFacts>& volume) {
     if (!volume) return true;
     const auto problem = spaceProblem(fileInfo_.fileSize, *volume);
     if (problem.empty()) return true;
-    lease_.end();
-    leaveSleepAssertion();
+    leaveAwake(std::get<StartingJob>(phase_).awake);
+    enter(QueuedJob());
     // Titled with the movie, since its text names none.
-    alert(vantor_, Fennimar::validUtf8(fileInfo_.fileName), problem, "OK");
+    tell(JobEvent::Kind::NoSpace, Fennimar::validUtf8(fileInfo_.fileName),
+         localized(vantor_, problem));
     return false;
 }
 

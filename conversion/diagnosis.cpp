@@ -121,12 +121,9 @@ Mail failureReport(const ReportFacts& sender, const FailedRun& run) {
                                 sender.operatingSystemVersion, sender.preferences)};
 }
 
-void explainFailure(Vantor& vantor, const Diagnosis& diagnosis, const FailedRun& run) {
-    if (!diagnosis.offersReport) {
-        alert(vantor, diagnosis.title, diagnosis.message, "OK");
-        return;
-    }
-    const auto answer = askForReport(vantor, diagnosis.title, diagnosis.message, "Cancel");
+void offerReport(Vantor& vantor, const std::string& title, const std::string& text,
+                 const FailedRun& run) {
+    const auto answer = askForReport(vantor, title, text, "Cancel");
     if (!answer.send) return;
     openMail(vantor, failureReport(gatherReportFacts(vantor, answer.withPreferences), run));
 }

@@ -53,7 +53,8 @@ struct FailedRun {
 
 /// Shows why a conversion failed and opens the report's mail where the user asks for it. Blocks
 /// until the user has answered.
-void explainFailure(Vantor& vantor, const Diagnosis& diagnosis, const FailedRun& run);
+void offerReport(Vantor& vantor, const std::string& title, const std::string& text,
+                 const FailedRun& run);
 
 /// What the converter has printed, without its statistics lines: once to be searched for single
 /// messages and once to be shown. Byte for byte; it need not be UTF-8.

@@ -119,6 +119,18 @@ TEST_F(AppDelegateTest, AStartThatCannotRunLeavesTheQueueStanding) {
     EXPECT_EQ(job(1).state(), Converting) << "a removal asks for the next job";
 }
 
+TEST_F(AppDelegateTest, ARefusedStartLetsTheNextJobRunOnceTheUserHasReadWhy) {
+    add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv")});
+    platform_.processLauncher.nextError = LaunchError::NotFound;
+    platform_.alerts.whileOpen = [this] {
+        EXPECT_THAT(states(), ElementsAre(Failed, Queued, Finished));
+        EXPECT_FALSE(app_->queue().isAtWork()) << "not behind the alert";
+        platform_.processLauncher.nextError = LaunchError::None;
+    };
+    finish(0);
+    EXPECT_THAT(states(), ElementsAre(Failed, Converting, Finished));
+}
+
 TEST_F(AppDelegateTest, TheQueueGoesOnWhenAllOfSeveralAreRemoved) {
     add({movie("a.mkv"), movie("b.mkv"), movie("c.mkv"), movie("d.mkv")});
     const auto& jobs = app_->queue().taskArray();

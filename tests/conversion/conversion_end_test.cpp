@@ -17,11 +17,11 @@ TEST_F(JobTest, ASuccessKeepsTheOutputAndAnnouncesIt) {
     finish("frame=1 bitrate=1");
     EXPECT_EQ(job->progress(), 100);
     EXPECT_EQ(job->log().searched(), "frame=1 bitrate=1") << "the rest of the pipe is not filtered";
-    EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionEnded"));
+    EXPECT_THAT(controller.told, ElementsAre("runFinished"));
     EXPECT_THAT(platform.powerAssertions.held, IsEmpty());
     platform.dispatcher.advance(std::chrono::seconds(60));
     EXPECT_EQ(job->stateInfoString(), "Status: Finished [Conversion took: 5s]");
-    const auto& notification = platform.notifications.delivered.at(0);
+    const auto& notification = controller.notifications.at(0);
     EXPECT_EQ(notification.title, "Reelvane Conversion Finished");
     EXPECT_EQ(notification.text, "Reelvane has finished converting the file movie.mkv.");
     EXPECT_EQ(notification.actionTitle, "Show");
@@ -36,11 +36,12 @@ TEST_F(JobTest, AFailureLeavesNoOutput) {
     child().exit(1, "strange");
     EXPECT_EQ(job->state(), State::Failed);
     EXPECT_TRUE(exists(source) && !exists(output) && !exists(progressFile));
-    EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionFailed"));
+    EXPECT_THAT(controller.told, ElementsAre("runFailed"));
+    platform.dispatcher.runPending();
     EXPECT_THAT(platform.alerts.shown, IsEmpty()) << "explained when the user asks";
-    EXPECT_EQ(platform.notifications.delivered.at(0).text,
+    EXPECT_EQ(controller.notifications.at(0).text,
               "Reelvane has failed to convert the file movie.mkv.");
-    EXPECT_FALSE(platform.notifications.delivered[0].actionTitle);
+    EXPECT_FALSE(controller.notifications[0].actionTitle);
 }
 
 TEST_F(JobTest, SubtitlesAreBlamedOnlyWhereTheRunTookThem) {
@@ -63,12 +64,14 @@ TEST_F(JobTest, AReportIsMailedOnlyWhereTheUserAsksForItAndWithHisPreferencesOnl
     const auto& urls = platform.workspace.urls;
     platform.alerts.answers = {{.button = kSecondButton, .index = 1}};
     job->reveal();
+    platform.dispatcher.runPending();
     EXPECT_THAT(urls, IsEmpty()) << "cancelled";
     EXPECT_THAT(platform.alerts.shown.back().buttons, ElementsAre("Send to support", "Cancel"));
     EXPECT_EQ(platform.alerts.shown.back().accessory.index, 1);
     for (const int attached : {0, 1}) {
         platform.alerts.answers = {{.button = kFirstButton, .index = attached}};
         job->reveal();
+        platform.dispatcher.runPending();
         EXPECT_THAT(urls.back(), HasSubstr("subject=Reelvane%20v1.2%20Problem%20Report&body="));
         EXPECT_THAT(urls.back(), HasSubstr("one%20%26%20two%0Athree%0A%20"));
         EXPECT_EQ(urls.back().ends_with("c3RvcmVk"), attached != 0);
@@ -79,19 +82,17 @@ TEST_F(JobTest, AFullDiskIsToldAtOnceEvenIfTheJobGoesMeanwhile) {
     startAndWrite();
     platform.alerts.whileOpen = [this] { job.reset(); };
     child().exit(1, "No space left on device");
+    EXPECT_EQ(job->state(), State::Failed) << "before anybody is told";
+    platform.dispatcher.runPending();
     EXPECT_THAT(lastAlert(), HasSubstr("not enough free space left on the destination volume"));
-    EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionFailed"));
+    EXPECT_THAT(controller.told, ElementsAre("runFailed"));
 }
 
 TEST_F(JobTest, CleaningUpHappensBeforeTheNextJob) {
     controller.settings.autoClean = true;
     startAndWrite();
-    controller.onTold = [this](const std::string& what) {
-        if (what == "startNextJobInQueue") controller.converting = 1;
-    };
     finish();
-    EXPECT_THAT(controller.told,
-                ElementsAre("removeJob", "startNextJobInQueue", "conversionEnded"));
+    EXPECT_THAT(controller.told, ElementsAre("removeJob", "runFinished"));
     EXPECT_TRUE(exists(source) && exists(output) && !child().terminated);
 }
 
@@ -117,15 +118,14 @@ TEST_F(RemovalTest, TheSourceGoesOnceItsPictureHasBeenCompared) {
     whileComparing = [this](const ProcessRequest& request) {
         EXPECT_TRUE(request.background && job->isComparing());
         EXPECT_EQ(job->state(), State::Finished);
-        EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionEnded"))
+        EXPECT_THAT(controller.told, ElementsAre("runFinished"))
             << "neither cleaned up nor quit before";
     };
     startAndWrite();
     finish();
     EXPECT_THAT(platform.processLauncher.runs, testing::SizeIs(2));
     EXPECT_THAT(platform.workspace.recycled, ElementsAre(source));
-    EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue", "conversionEnded", "removeJob",
-                                             "startNextJobInQueue", "quitIfDone"));
+    EXPECT_THAT(controller.told, ElementsAre("runFinished", "removeJob", "sourceDecided"));
     EXPECT_TRUE(exists(output) && !child().terminated);
 }
 
@@ -241,7 +241,7 @@ TEST_F(JobTest, AShortOutputIsKeptAndSoIsItsSource) {
     EXPECT_EQ(job->state(), State::Finished);
     EXPECT_THAT(job->details(), HasSubstr("1m 40s, 2 tracks, "));
     EXPECT_THAT(job->details(), testing::Not(HasSubstr("verified")));
-    EXPECT_EQ(platform.notifications.delivered.at(0).text,
+    EXPECT_EQ(controller.notifications.at(0).text,
               "movie.mkv ended after 1m 40s of 2m 5s: the source may be damaged.");
     EXPECT_TRUE(exists(source) && exists(output) && platform.workspace.recycled.empty());
 }
@@ -252,7 +252,7 @@ TEST_F(JobTest, ADoubtfulRunIsKeptAndSoIsItsSource) {
     finish("[matroska,webm @ 0x1] File ended prematurely");
     EXPECT_EQ(job->state(), State::Finished);
     EXPECT_THAT(job->warning(), HasSubstr("movie.mkv could not be read without errors"));
-    EXPECT_EQ(job->warning(), platform.notifications.delivered.at(0).text +
+    EXPECT_EQ(job->warning(), controller.notifications.at(0).text +
                                   " movie.mkv was kept because the result may differ from it.");
     EXPECT_TRUE(exists(source) && exists(output) && platform.workspace.recycled.empty());
 }
@@ -265,7 +265,7 @@ TEST_F(JobTest, RemovingARunningJobEndsItWithoutAWord) {
     EXPECT_EQ(child().listener, nullptr);
     EXPECT_TRUE(exists(source) && !exists(output) && !exists(progressFile));
     EXPECT_THAT(platform.folderAccess.open, IsEmpty());
-    EXPECT_THAT(controller.told, ElementsAre("removeJob", "startNextJobInQueue"));
+    EXPECT_THAT(controller.told, ElementsAre("removeJob"));
     std::filesystem::create_directory(output);
     job->remove();
     EXPECT_TRUE(exists(output)) << "a folder is never deleted";

@@ -24,7 +24,7 @@ TEST_F(JobTest, StartLaunchesTheConverterOnAFileOfItsOwn) {
     EXPECT_EQ(child().request.executable, "/bundle/resources/ffmpeg");
     EXPECT_EQ(child().request.arguments, job->arguments());
     EXPECT_THAT(job->arguments(), testing::IsSupersetOf({progressFile.native(), output.native()}));
-    EXPECT_THAT(controller.told, ElementsAre("pauseContinueClicked"));
+    EXPECT_THAT(controller.told, ElementsAre("wentOn"));
     EXPECT_THAT(platform.powerAssertions.names, ElementsAre("Converting MKV file."));
     EXPECT_THAT(platform.processLauncher.runs, IsEmpty()) << "only AAC is tried first";
 }
@@ -38,7 +38,7 @@ TEST_F(JobTest, AVanishedInputFailsAndStaysAwake) {
               "It seems you've removed the file movie.mkv or unmounted it's volume so "
               "conversion can't proceed.");
     EXPECT_EQ(platform.powerAssertions.held.size(), 1);
-    EXPECT_THAT(controller.told, IsEmpty());
+    EXPECT_THAT(controller.told, ElementsAre("sourceMissing"));
     EXPECT_THAT(job->diagnosis().message, HasSubstr("you've removed/renamed the source"));
 }
 
@@ -52,19 +52,18 @@ TEST_F(JobTest, ARefusedStartFailsCleanlyAndLetsTheNextJobRun) {
         {"ffmpeg", [this] { platform.processLauncher.nextError = LaunchError::NotFound; }},
         {"by its own conversion", [this] { job->fileInfo().destinationURL = source; }}};
     for (const auto& [alert, prepare] : rows) {
-        controller = {};
+        controller.told.clear();
+        controller.settings = {};
+        platform.processLauncher.nextError = LaunchError::None;
         prepare();
         job->start();
-        platform.alerts.whileOpen = [this] {
-            EXPECT_THAT(controller.told, IsEmpty()) << "not inside the call";
-        };
         platform.dispatcher.runPending();
         EXPECT_EQ(job->state(), State::Failed);
         EXPECT_THAT(lastAlert(), HasSubstr(alert));
         EXPECT_EQ(job->diagnosis().message, lastAlert());
         EXPECT_THAT(platform.powerAssertions.held, IsEmpty());
         EXPECT_FALSE(exists(output) || exists(progressFile)) << alert;
-        EXPECT_THAT(controller.told, ElementsAre("startNextJobInQueue"));
+        EXPECT_THAT(controller.told, ElementsAre("startRefused"));
     }
     job->remove();
     EXPECT_TRUE(exists(source)) << "though it was named as the output";
@@ -139,6 +138,7 @@ TEST_F(JobTest, AStartThatNobodyWaitsForLeavesNothingBehind) {
     EXPECT_TRUE(exists(output));
     job->remove();
     EXPECT_FALSE(exists(output));
+    setUpJob();
     job->start();
     job.reset();
     platform.dispatcher.runPending();

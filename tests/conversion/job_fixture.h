@@ -50,7 +50,7 @@ protected:
     }
 
     FakePlatform platform;
-    FakeJobController controller;
+    FakeJobController controller{platform.vantor};
     std::filesystem::path source = platform.folder.write("movie.mkv");
     std::filesystem::path output = platform.folder.path() / "movie.m4v";
     std::filesystem::path progressFile = platform.folder.path() / "Documents/movie.mkv.log";

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <array>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -9,6 +9,7 @@
 
 #include "conversion/conversion_job.h"
 #include "media/probe.h"
+#include "support/dispatch.h"
 #include "support/paths.h"
 
 namespace reelvane {
@@ -45,36 +46,36 @@ public:
 /// Plays the queue: remembers what a job told it, in order, and answers as the test says.
 class FakeJobController final : public ConversionJob::Controller {
 public:
+    explicit FakeJobController(Vantor& vantor) : vantor_(vantor) {}
+
     void removeJob(ConversionJob& /*job*/) override { say("removeJob"); }
-    void startNextJobInQueue() override { say("startNextJobInQueue"); }
-    void pauseContinueClicked() override { say("pauseContinueClicked"); }
-    [[nodiscard]] bool isAtWork() const override { return converting > 0; }
+    /// Shows the alerts, as an owner does, once the main loop turns.
+    void jobEvent(const JobEvent& event) override {
+        static constexpr auto kNames =
+            std::to_array<const char*>({"wentOn", "sourceMissing", "noSpace", "startRefused",
+                                        "runFinished", "runFailed", "sourceDecided", "explained"});
+        if (event.notification) notifications.push_back(*event.notification);
+        dispatch_async_main(vantor_, [this, event] { showAlert(vantor_, event); });
+        say(kNames.at(static_cast<std::size_t>(event.kind)));
+    }
     [[nodiscard]] std::shared_ptr<OutputLease::Keeper> outputs() override { return keeper; }
     [[nodiscard]] std::shared_ptr<ConverterVersion> converterVersion() override { return version; }
     [[nodiscard]] Turns& comparisons() override { return turns; }
-    void conversionEnded(bool succeeded) override {
-        say(succeeded ? "conversionEnded" : "conversionFailed");
-    }
     void assertionLeft(PowerAssertionID assertion) override { left.push_back(assertion); }
-    void quitIfDone() override {
-        if (settings.quitAfterConversion && turns.isIdle()) say("quitIfDone");
-    }
     [[nodiscard]] ConversionSettings conversionSettings() const override { return settings; }
 
     ConversionSettings settings{};
     Turns turns;
-    int converting = 0;  ///< how many jobs convert
     std::shared_ptr<FakeKeeper> keeper = std::make_shared<FakeKeeper>();
     std::shared_ptr<ConverterVersion> version;  ///< asked for copied AAC alone
     std::vector<PowerAssertionID> left;
     std::vector<std::string> told;
-    std::function<void(const std::string&)> onTold;  ///< called for each, to look or to act
+    std::vector<Notification> notifications;
 
 private:
-    void say(const std::string& what) {
-        told.push_back(what);
-        if (onTold) onTold(what);
-    }
+    void say(const std::string& what) { told.push_back(what); }
+
+    Vantor& vantor_;
 };
 
 }  // namespace reelvane

@@ -1,14 +1,20 @@
-#include "conversion/job_completion.h"
+#include "conversion/job_event.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
+#include "support/alerts.h"
 #include "support/make_string.h"
 #include "support/ports/translations.h"
-#include "support/posix_io.h"
 #include "support/vantor.h"
 
 namespace reelvane {
+
+void showAlert(Vantor& vantor, const JobEvent& event) {
+    if (event.text.empty()) return;
+    if (event.report) {
+        offerReport(vantor, event.title, event.text, *event.report);
+    } else {
+        alert(vantor, event.title, event.text, "OK");
+    }
+}
 
 Notification endNotification(const Translations& translations, std::string_view appName,
                              const EndedRun& run) {
@@ -25,23 +31,6 @@ Notification endNotification(const Translations& translations, std::string_view 
                         : run.warning,
             .actionTitle = translations.localized("Show"),
             .path = run.output};
-}
-
-bool isOnDisk(const std::filesystem::path& file) {
-    const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
-}
-
-void startNextJobIfIdle(ConversionJob::Controller& controller) {
-    if (!controller.isAtWork()) controller.startNextJobInQueue();
-}
-
-void followUp(Vantor& vantor, ConversionJob::Controller& controller, const EndedRun& run) {
-    startNextJobIfIdle(controller);
-    const auto& ports = vantor.ports();
-    ports.notifications.deliver(endNotification(ports.translations, vantor.appName(), run));
-    controller.conversionEnded(!run.failed);
-    controller.quitIfDone();
 }
 
 }  // namespace reelvane
