@@ -14,6 +14,7 @@
 #include "cli/help_text.h"
 #include "cli/terminal_alerts.h"
 #include "cli/text_reporter.h"
+#include "platform/dbus_connection.h"
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
 #include "platform/executable_bundle.h"
@@ -76,11 +77,12 @@ int convert(PlatformParts& platform, const Interruption& interruption,
     g_source_set_priority(interrupted.get(), G_PRIORITY_HIGH);
     SyslogSystemLog systemLog{std::string(kProgramName)};
     InotifyBundleWatch bundleWatch;
-    DBusNotifications notifications(systemLog, dispatcher, name,
+    DBusConnections buses;
+    DBusNotifications notifications(systemLog, dispatcher, buses, name,
                                     appBundleIdentifier(platform.mainBundle));
-    DBusPowerAssertions powerAssertions(systemLog, name);
+    DBusPowerAssertions powerAssertions(systemLog, buses, name);
     Untranslated translations;  // as all that the command line says
-    GioWorkspace workspace(systemLog);
+    GioWorkspace workspace(systemLog, buses);
     Vantor vantor({.alerts = alerts,
                    .bundleWatch = bundleWatch,
                    .dispatcher = dispatcher,

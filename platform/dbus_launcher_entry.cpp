@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/dbus_connection.h"
-
 namespace reelvane {
 namespace {
 
@@ -16,43 +14,28 @@ std::optional<int> hundredthsOf(std::optional<double> fraction) {
 
 }  // namespace
 
-/// Lives on the background thread.
-class DBusLauncherEntry::Sender {
-public:
-    explicit Sender(const std::string& desktopEntry)
-        : uri_("application://" + validUtf8(desktopEntry) + ".desktop"),
-          // The path that the protocol's first library used; docks take any.
-          path_("/com/canonical/unity/launcherentry/" + std::to_string(g_str_hash(uri_.c_str()))) {}
+DBusLauncherEntry::DBusLauncherEntry(DBusConnections& buses, const std::string& desktopEntry)
+    : uri_("application://" + validUtf8(desktopEntry) + ".desktop"),
+      // The path that the protocol's first library used; docks take any.
+      path_("/com/canonical/unity/launcherentry/" + std::to_string(g_str_hash(uri_.c_str()))),
+      docks_(buses) {}
 
-    void send(std::optional<int> hundredths, BackgroundThread::Context& context) {
-        GVariantBuilder properties;
-        g_variant_builder_init(&properties, G_VARIANT_TYPE_VARDICT);
-        g_variant_builder_add(&properties, "{sv}", "progress",
-                              g_variant_new_double(hundredths.value_or(0) / 100.0));
-        g_variant_builder_add(&properties, "{sv}", "progress-visible",
-                              g_variant_new_boolean(hundredths ? TRUE : FALSE));
-        bus_.emit(path_.c_str(), "com.canonical.Unity.LauncherEntry", "Update",
-                  g_variant_new("(sa{sv})", uri_.c_str(), &properties), context.cancellable());
-    }
-
-private:
-    std::string uri_;
-    std::string path_;
-    DBusConnection bus_{Bus::Session};
-};
-
-DBusLauncherEntry::DBusLauncherEntry(SystemLog& log, const std::string& desktopEntry)
-    : sender_(std::make_shared<Sender>(desktopEntry)),
-      thread_(log) {}
-
-DBusLauncherEntry::~DBusLauncherEntry() = default;
+DBusLauncherEntry::~DBusLauncherEntry() {
+    docks_.finish();
+}
 
 void DBusLauncherEntry::setProgress(std::optional<double> fraction) {
     const auto hundredths = hundredthsOf(fraction);
     if (hundredths == hundredths_) return;
     hundredths_ = hundredths;
-    thread_.run(
-        [sender = sender_, hundredths](auto& context) { sender->send(hundredths, context); });
+    GVariantBuilder properties;
+    g_variant_builder_init(&properties, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&properties, "{sv}", "progress",
+                          g_variant_new_double(hundredths.value_or(0) / 100.0));
+    g_variant_builder_add(&properties, "{sv}", "progress-visible",
+                          g_variant_new_boolean(hundredths ? TRUE : FALSE));
+    docks_.emit(path_, "com.canonical.Unity.LauncherEntry", "Update",
+                g_variant_new("(sa{sv})", uri_.c_str(), &properties));
 }
 
 }  // namespace reelvane

@@ -1,20 +1,15 @@
 #include "platform/dbus_power_assertions.h"
 
 #include <array>
-#include <map>
-#include <unistd.h>
+#include <chrono>
+#include <optional>
 #include <utility>
-
-#include "platform/dbus_connection.h"
-#include "support/logging.h"
-#include "support/posix_io.h"
 
 namespace reelvane {
 namespace {
 
 /// A service that keeps the machine awake on request.
 struct InhibitService {
-    Bus bus;
     DBusMethod inhibit;
     const char* answerType;
     GVariant* (*arguments)(const char* application, const char* reason);
@@ -26,8 +21,7 @@ constexpr guint32 kGnomeInhibitSuspend = 4;
 constexpr auto kAnswerTime = std::chrono::seconds(25);
 
 const std::array kServices{
-    InhibitService{Bus::Session,
-                   {"org.gnome.SessionManager", "/org/gnome/SessionManager",
+    InhibitService{{"org.gnome.SessionManager", "/org/gnome/SessionManager",
                     "org.gnome.SessionManager", "Inhibit"},
                    "(u)",
                    [](const char* application, const char* reason) {
@@ -35,118 +29,103 @@ const std::array kServices{
                                             kGnomeInhibitSuspend);
                    },
                    "Uninhibit"},
-    InhibitService{Bus::Session,
-                   {"org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
+    InhibitService{{"org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
                     "org.freedesktop.PowerManagement.Inhibit", "Inhibit"},
                    "(u)",
                    [](const char* application, const char* reason) {
                        return g_variant_new("(ss)", application, reason);
                    },
                    "UnInhibit"},
-    InhibitService{Bus::System,
-                   {"org.freedesktop.login1", "/org/freedesktop/login1",
-                    "org.freedesktop.login1.Manager", "Inhibit"},
+    InhibitService{{"org.freedesktop.login1", "/org/freedesktop/login1",
+                    "org.freedesktop.login1.Manager", "Inhibit", Bus::System},
                    "(h)",
                    [](const char* application, const char* reason) {
                        return g_variant_new("(ssss)", "idle", application, reason, "block");
                    },
                    nullptr}};
 
+/// Absent where the answer is none that could be given back.
+std::optional<guint32> cookieOf(const DBusAnswer& answer) {
+    guint32 cookie = 0;
+    if (!answer.values) return std::nullopt;
+    g_variant_get(answer.values.get(), "(u)", &cookie);
+    return cookie;
+}
+
+/// Not open where the answer has none.
+FileDescriptor descriptorOf(const DBusAnswer& answer) {
+    gint32 index = 0;
+    if (!answer.values || !answer.descriptors) return {};
+    g_variant_get(answer.values.get(), "(h)", &index);
+    return FileDescriptor(g_unix_fd_list_get(answer.descriptors.get(), index, nullptr));
+}
+
 }  // namespace
 
-/// What is held, and of whom. Lives on the background thread.
-class DBusPowerAssertions::Inhibitors {
-public:
-    explicit Inhibitors(const std::string& application) : application_(validUtf8(application)) {}
-
-    void take(PowerAssertionID id, const std::string& reason, BackgroundThread::Context& context) {
-        std::string error;
-        for (const auto& service : kServices) {
-            auto answer = busOf(service).call(
-                service.inhibit, service.arguments(application_.c_str(), reason.c_str()),
-                service.answerType, context.cancellable(), kAnswerTime);
-            if (answer.values && hold(id, service, answer)) return;
-            error = std::move(answer.error);
-        }
-        if (std::exchange(refusalLogged_, true) || context.isCancelled()) return;
-        context.log(LogNotice, "Nothing on this system keeps the machine awake while converting (" +
-                                   error + ").");
-    }
-
-    void giveBack(PowerAssertionID id, BackgroundThread::Context& context) {
-        const auto found = held_.find(id);
-        if (found == held_.end()) return;
-        const auto held = std::move(found->second);
-        held_.erase(found);
-        if (held.service->uninhibit == nullptr) return;
-        auto method = held.service->inhibit;
-        method.name = held.service->uninhibit;
-        // An error says that the service is gone, and what it held with it.
-        static_cast<void>(
-            busOf(*held.service)
-                .call(method, g_variant_new("(u)", held.cookie), "()", context.cancellable()));
-    }
-
-    void giveBackAll(BackgroundThread::Context& context) {
-        while (!held_.empty()) giveBack(held_.begin()->first, context);
-        // Whatever a service still holds for this connection ends with it.
-        session_.close(context.cancellable());
-    }
-
-private:
-    struct Held {
-        const InhibitService* service = nullptr;
-        guint32 cookie = 0;
-        FileDescriptor descriptor{};
-    };
-
-    DBusConnection& busOf(const InhibitService& service) {
-        return service.bus == Bus::Session ? session_ : system_;
-    }
-
-    bool hold(PowerAssertionID id, const InhibitService& service, const DBusAnswer& answer) {
-        Held held{.service = &service};
-        if (service.uninhibit != nullptr) {
-            g_variant_get(answer.values.get(), "(u)", &held.cookie);
-        } else {
-            gint32 index = 0;
-            g_variant_get(answer.values.get(), "(h)", &index);
-            if (!answer.descriptors) return false;
-            held.descriptor =
-                FileDescriptor(g_unix_fd_list_get(answer.descriptors.get(), index, nullptr));
-            if (!held.descriptor.isOpen()) return false;
-        }
-        held_.emplace(id, std::move(held));
-        return true;
-    }
-
-    std::string application_;
-    DBusConnection session_{Bus::Session};
-    DBusConnection system_{Bus::System};
-    std::map<PowerAssertionID, Held> held_;
-    bool refusalLogged_ = false;
-};
-
-DBusPowerAssertions::DBusPowerAssertions(SystemLog& log, const std::string& application)
-    : inhibitors_(std::make_shared<Inhibitors>(application)),
-      thread_(log) {}
+DBusPowerAssertions::DBusPowerAssertions(SystemLog& log, DBusConnections& buses,
+                                         const std::string& application)
+    : log_(log),
+      application_(validUtf8(application)),
+      services_(buses) {}
 
 DBusPowerAssertions::~DBusPowerAssertions() {
-    thread_.finish([inhibitors = inhibitors_](auto& context) { inhibitors->giveBackAll(context); });
+    for (const auto& [assertion, inhibition] : std::exchange(inhibitions_, {})) {
+        giveBack(inhibition);
+    }
+    services_.finish();
 }
 
 PowerAssertionID DBusPowerAssertions::create(std::string_view name) {
     if (++last_ == kNoPowerAssertion) ++last_;
-    thread_.run([inhibitors = inhibitors_, id = last_, reason = validUtf8(std::string(name))](
-                    auto& context) { inhibitors->take(id, reason, context); });
+    inhibitions_.emplace(last_, Inhibition());
+    ask(last_, validUtf8(std::string(name)), 0);
     return last_;
 }
 
 void DBusPowerAssertions::release(PowerAssertionID assertion) {
-    if (assertion == kNoPowerAssertion || assertion > last_) return;
-    thread_.run([inhibitors = inhibitors_, assertion](auto& context) {
-        inhibitors->giveBack(assertion, context);
-    });
+    if (const auto released = inhibitions_.extract(assertion)) giveBack(released.mapped());
+}
+
+void DBusPowerAssertions::ask(PowerAssertionID assertion, const std::string& reason,
+                              std::size_t service) {
+    const auto& asked = kServices.at(service);
+    services_.call(
+        asked.inhibit, asked.arguments(application_.c_str(), reason.c_str()), asked.answerType,
+        [=, this](const DBusAnswer& answer) { answered(assertion, reason, service, answer); },
+        kAnswerTime);
+}
+
+void DBusPowerAssertions::answered(PowerAssertionID assertion, const std::string& reason,
+                                   std::size_t service, const DBusAnswer& answer) {
+    Inhibition inhibition{.service = service};
+    if (kServices.at(service).uninhibit != nullptr) {
+        const auto cookie = cookieOf(answer);
+        inhibition.isAnswered = cookie.has_value();
+        inhibition.cookie = cookie.value_or(0);
+    } else {
+        inhibition.descriptor = descriptorOf(answer);
+        inhibition.isAnswered = inhibition.descriptor.isOpen();
+    }
+    const auto wanted = inhibitions_.find(assertion);
+    if (wanted == inhibitions_.end()) {
+        giveBack(inhibition);  // it was released meanwhile
+    } else if (inhibition.isAnswered) {
+        wanted->second = std::move(inhibition);
+    } else if (service + 1 < kServices.size()) {
+        ask(assertion, reason, service + 1);
+    } else if (!std::exchange(refusalLogged_, true)) {
+        log_.write(LogNotice, "Nothing on this system keeps the machine awake while converting (" +
+                                  answer.error + ").");
+    }
+}
+
+/// Where there is a descriptor, its end says so.
+void DBusPowerAssertions::giveBack(const Inhibition& inhibition) {
+    auto method = kServices.at(inhibition.service).inhibit;
+    method.name = kServices.at(inhibition.service).uninhibit;
+    if (!inhibition.isAnswered || method.name == nullptr) return;
+    // An error says that the service is gone, and what it held with it.
+    services_.call(method, g_variant_new("(u)", inhibition.cookie), "()", [](const DBusAnswer&) {});
 }
 
 }  // namespace reelvane

@@ -5,19 +5,25 @@
 #include <memory>
 #include <string>
 
-#include "platform/thread_pool.h"
+#include "platform/dbus_connection.h"
 #include "support/ports/system_log.h"
 #include "support/ports/workspace.h"
 
 namespace reelvane {
 
-/// The desktop's handlers and file manager by GIO, in the background, and its Trash. At its end
-/// what was asked for is still done, within a second. A failure is logged. It knows neither
-/// keyboard nor clipboard: a window program answers for them itself.
+/// The desktop's handlers by GIO, on a thread, because starting one waits; its file manager; its
+/// Trash. At its end what was asked for is still done, within two seconds. A failure is logged. It
+/// knows neither keyboard nor clipboard: a window program answers for them itself.
 class GioWorkspace : public Workspace {
 public:
-    explicit GioWorkspace(SystemLog& log);
+    GioWorkspace(SystemLog& log, DBusConnections& buses);
+    GioWorkspace(const GioWorkspace&) = delete;
+    GioWorkspace& operator=(const GioWorkspace&) = delete;
+    GioWorkspace(GioWorkspace&&) = delete;
+    GioWorkspace& operator=(GioWorkspace&&) = delete;
+    ~GioWorkspace() override;
 
+    /// Answers on the thread.
     void openURL(const std::string& url, std::function<void(bool opened)> answered) override;
     void copyText(const std::string& /*text*/) override {}
     void reveal(const std::filesystem::path& file) override;
@@ -25,8 +31,13 @@ public:
     [[nodiscard]] bool isShiftKeyHeld() const override { return false; }
 
 private:
-    BackgroundThread handlers_;
-    BackgroundThread fileManager_;  // apart: the first reveal may take seconds
+    class Handlers;
+
+    [[nodiscard]] std::string uriOf(const std::filesystem::path& path);
+
+    SystemLog& log_;
+    std::unique_ptr<Handlers> handlers_;
+    DBusClient fileManager_;
 };
 
 }  // namespace reelvane

@@ -1,7 +1,9 @@
 #include "platform/glib_dispatcher.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace reelvane {
 
@@ -47,6 +49,82 @@ GlibSource makeReadableSource(int descriptor, std::function<void()> work) {
     constexpr auto kConditions =
         static_cast<GIOCondition>(int{G_IO_IN} | int{G_IO_HUP} | int{G_IO_ERR});
     g_source_add_unix_fd(source.get(), descriptor, kConditions);
+    g_source_attach(source.get(), nullptr);
+    return source;
+}
+
+namespace {
+
+/// What another context takes part with in the default one's poll.
+struct ContextPoll {
+    GMainContext* context = nullptr;
+    int priority = 0;               ///< of what is ready in it
+    std::vector<GPollFD> polled{};  ///< GLib holds pointers to these
+};
+struct ContextSource {
+    GSource source;
+    ContextPoll* poll;
+};
+
+ContextPoll& pollOf(GSource* source) {
+    // GLib makes its sources that way: the first member is the base.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
+    return *reinterpret_cast<ContextSource*>(source)->poll;
+}
+
+bool samePolls(const std::vector<GPollFD>& some, const std::vector<GPollFD>& others) {
+    return std::ranges::equal(some, others, [](const GPollFD& a, const GPollFD& b) {
+        return a.fd == b.fd && a.events == b.events;
+    });
+}
+
+gboolean prepareContext(GSource* source, gint* timeout) {
+    auto& poll = pollOf(source);
+    g_main_context_prepare(poll.context, &poll.priority);
+    auto wanted = poll.polled;
+    for (bool fits = false; !fits;) {
+        const auto room = static_cast<int>(wanted.size());
+        const auto count =
+            g_main_context_query(poll.context, poll.priority, timeout, wanted.data(), room);
+        fits = count <= room;
+        wanted.resize(static_cast<std::size_t>(count));
+    }
+    if (!samePolls(wanted, poll.polled)) {
+        for (auto& each : poll.polled) g_source_remove_poll(source, &each);
+        poll.polled = std::move(wanted);
+        for (auto& each : poll.polled) g_source_add_poll(source, &each);
+    }
+    // Not even what is ready is so before the other context's check, which GLib else leaves out.
+    // The time until then is none.
+    return FALSE;
+}
+
+gboolean checkContext(GSource* source) {
+    auto& poll = pollOf(source);
+    return g_main_context_check(poll.context, poll.priority, poll.polled.data(),
+                                static_cast<int>(poll.polled.size()));
+}
+
+gboolean dispatchContext(GSource* source, GSourceFunc /*call*/, gpointer /*work*/) {
+    g_main_context_dispatch(pollOf(source).context);
+    return G_SOURCE_CONTINUE;
+}
+
+void finalizeContext(GSource* source) {
+    const std::unique_ptr<ContextPoll> owner(&pollOf(source));
+}
+
+GSourceFuncs contextFunctions = {prepareContext,  checkContext, dispatchContext,
+                                 finalizeContext, nullptr,      nullptr};
+
+}  // namespace
+
+GlibSource makeContextSource(GMainContext* context) {
+    GlibSource source(g_source_new(&contextFunctions, sizeof(ContextSource)));
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
+    reinterpret_cast<ContextSource*>(source.get())->poll =
+        std::make_unique<ContextPoll>(ContextPoll{.context = context}).release();
+    g_source_set_can_recurse(source.get(), TRUE);
     g_source_attach(source.get(), nullptr);
     return source;
 }

@@ -33,6 +33,14 @@ enum class NestedLoop { Waits, MayRun };
 /// Calls `work` on the main context whenever the descriptor can be read or is at its end.
 [[nodiscard]] GlibSource makeReadableSource(int descriptor, std::function<void()> work);
 
+struct ContextRelease {
+    void operator()(GMainContext* context) const { g_main_context_unref(context); }
+};
+using ContextHandle = std::unique_ptr<GMainContext, ContextRelease>;
+
+/// Serves another context along with the default one. That one outlives the source.
+[[nodiscard]] GlibSource makeContextSource(GMainContext* context);
+
 /// The time in the microseconds that `g_source_set_ready_time` takes, never too early.
 [[nodiscard]] gint64 readyTime(std::chrono::steady_clock::time_point time);
 

@@ -2,17 +2,40 @@
 
 #include <array>
 #include <cstdlib>
+#include <memory>
 #include <utility>
-
-#include "platform/dbus_connection.h"
 
 namespace reelvane {
 namespace {
+
+constexpr auto kPortal = "org.freedesktop.portal.Desktop";
+constexpr auto kPortalPath = "/org/freedesktop/portal/desktop";
+constexpr auto kSettings = "org.freedesktop.portal.Settings";
+constexpr auto kSpaces = std::to_array<const char*>({kAppearanceNamespace, kInterfaceSchema});
+constexpr auto kSchemaKeys =
+    std::to_array<const char*>({"color-scheme", "gtk-theme", "enable-animations"});
 
 // The portal's numbers; 0 is no preference.
 constexpr std::uint32_t kDark = 1;
 constexpr std::uint32_t kLight = 2;
 constexpr std::uint32_t kReduced = 1;
+
+struct SchemaRelease {
+    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+};
+using SchemaHandle = std::unique_ptr<GSettingsSchema, SchemaRelease>;
+
+/// Null where the schema is not installed, for which GSettings would end the program.
+SchemaHandle installedSchema(const char* name) {
+    auto* const schemas = g_settings_schema_source_get_default();
+    return SchemaHandle(schemas != nullptr ? g_settings_schema_source_lookup(schemas, name, TRUE)
+                                           : nullptr);
+}
+
+std::string environmentTheme() {
+    const char* const theme = std::getenv("GTK_THEME");
+    return theme != nullptr ? theme : "";
+}
 
 bool read(GVariant* value, std::uint32_t& to) {
     if (g_variant_is_of_type(value, G_VARIANT_TYPE_UINT32) == FALSE) return false;
@@ -68,153 +91,98 @@ bool AppearanceSettings::prefersDark() const {
     return isDarkTheme(environmentTheme_.empty() ? interfaceTheme_ : environmentTheme_);
 }
 
-namespace {
-
-constexpr auto kPortal = "org.freedesktop.portal.Desktop";
-constexpr auto kPath = "/org/freedesktop/portal/desktop";
-constexpr auto kSettings = "org.freedesktop.portal.Settings";
-constexpr auto kSpaces = std::to_array<const char*>({kAppearanceNamespace, kInterfaceSchema});
-constexpr auto kSchemaKeys =
-    std::to_array<const char*>({"color-scheme", "gtk-theme", "enable-animations"});
-
-struct SchemaRelease {
-    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
-};
-using SchemaHandle = std::unique_ptr<GSettingsSchema, SchemaRelease>;
-
-/// Null where the schema is not installed, for which GSettings would end the program.
-SchemaHandle installedSchema(const char* name) {
-    auto* const schemas = g_settings_schema_source_get_default();
-    return SchemaHandle(schemas != nullptr ? g_settings_schema_source_lookup(schemas, name, TRUE)
-                                           : nullptr);
-}
-
-std::string environmentTheme() {
-    const char* const theme = std::getenv("GTK_THEME");
-    return theme != nullptr ? theme : "";
-}
-
-}  // namespace
-
-/// What is known of the desktop. Lives on the background thread.
-class PortalAppearance::Settings {
-public:
-    using Tell = std::function<void(const Appearance&)>;
-
-    Settings(AppearanceSettings known, Tell tell)
-        : known_(std::move(known)),
-          tell_(std::move(tell)) {
-        bus_.listen(kPortal, kSettings, [this](const std::string& name, GVariant* values) {
-            if (name == "SettingChanged") settingChanged(values);
-        });
-    }
-
-    void follow(BackgroundThread::Context& context) {
-        if (!askPortal(context)) followSchema(context);
-        // At the end nobody is there any more to be told.
-        if (!context.isCancelled()) tell_(known_.appearance());
-    }
-
-    void close(BackgroundThread::Context& context) {
-        schemaSettings_.reset();
-        sharedBus_.reset();
-        bus_.close(context.cancellable());
-    }
-
-private:
-    /// False where the portal tells nothing that matters here.
-    bool askPortal(BackgroundThread::Context& context) {
-        const auto answer =
-            bus_.call({kPortal, kPath, kSettings, "ReadAll"},
-                      g_variant_new("(@as)", g_variant_new_strv(kSpaces.data(), kSpaces.size())),
-                      "(a{sa{sv}})", context.cancellable());
-        if (!answer.values) return false;
-        bool told = false;
-        GVariantIter* spaces = nullptr;
-        g_variant_get(answer.values.get(), "(a{sa{sv}})", &spaces);
-        const char* space = nullptr;
-        GVariantIter* settings = nullptr;
-        while (g_variant_iter_loop(spaces, "{&sa{sv}}", &space, &settings) != FALSE) {
-            const char* key = nullptr;
-            GVariant* value = nullptr;
-            while (g_variant_iter_loop(settings, "{&sv}", &key, &value) != FALSE) {
-                told = known_.set(space, key, value) || told;
+PortalAppearance::PortalAppearance(DBusConnections& buses)
+    : known_(environmentTheme()),
+      shown_(known_.appearance()),
+      portal_(buses) {
+    portal_.listen(kPortal, kSettings, [this](const std::string& name, GVariant* values) {
+        if (name == "SettingChanged") settingChanged(values);
+    });
+    portal_.call(
+        {.service = kPortal, .path = kPortalPath, .interface = kSettings, .name = "ReadAll"},
+        g_variant_new("(@as)", g_variant_new_strv(kSpaces.data(), kSpaces.size())), "(a{sa{sv}})",
+        [this](const DBusAnswer& answer) {
+            if (readAll(answer)) {
+                show();
+                return;
             }
-        }
-        g_variant_iter_free(spaces);
-        return told;
-    }
-
-    void followSchema(BackgroundThread::Context& context) {
-        sharedBus_ = harmlessSharedBus(context.cancellable());  // what stores the settings uses it
-        if (!sharedBus_) return;
-        const auto schema = installedSchema(kInterfaceSchema);
-        if (!schema) return;
-        schemaSettings_.reset(g_settings_new_full(schema.get(), nullptr, nullptr));
-        // Only for keys that are read after this does it tell of changes.
-        g_signal_connect(schemaSettings_.get(), "changed", G_CALLBACK(&Settings::schemaChanged),
-                         this);
-        for (const auto* const key : kSchemaKeys) {
-            if (g_settings_schema_has_key(schema.get(), key) != FALSE) readSchema(key);
-        }
-    }
-
-    void readSchema(const char* key) {
-        const VariantHandle value(g_settings_get_value(schemaSettings_.get(), key));
-        known_.set(kInterfaceSchema, key, value.get());
-    }
-
-    static void schemaChanged(GSettings* /*settings*/, const char* key, gpointer self) {
-        auto& settings = *static_cast<Settings*>(self);
-        settings.readSchema(key);
-        settings.tell_(settings.known_.appearance());
-    }
-
-    void settingChanged(GVariant* values) {
-        if (g_variant_is_of_type(values, G_VARIANT_TYPE("(ssv)")) == FALSE) return;
-        const char* space = nullptr;
-        const char* key = nullptr;
-        GVariant* value = nullptr;
-        g_variant_get(values, "(&s&sv)", &space, &key, &value);
-        const VariantHandle owned(value);
-        if (known_.set(space, key, value)) tell_(known_.appearance());
-    }
-
-    AppearanceSettings known_;
-    Tell tell_;
-    DBusConnection bus_{Bus::Session};
-    GObjectHandle<GDBusConnection> sharedBus_;
-    GObjectHandle<GSettings> schemaSettings_;
-};
-
-PortalAppearance::PortalAppearance(SystemLog& log, Dispatcher& dispatcher)
-    : shown_(std::make_shared<Observable<Appearance>>(
-          AppearanceSettings(environmentTheme()).appearance())),
-      settings_(std::make_shared<Settings>(
-          AppearanceSettings(environmentTheme()),
-          [&dispatcher, weakly = std::weak_ptr(shown_)](const Appearance& appearance) {
-              dispatcher.asyncMain([weakly, appearance] {
-                  if (const auto shown = weakly.lock()) shown->set(appearance);
-              });
-          })),
-      thread_(log) {
-    thread_.run([settings = settings_](auto& context) { settings->follow(context); });
+            portal_.getSharedBus([this](GObjectHandle<GDBusConnection> shared) {
+                sharedBus_ = std::move(shared);
+                followSchema();
+            });
+        });
 }
 
 PortalAppearance::~PortalAppearance() {
-    thread_.finish([settings = settings_](auto& context) { settings->close(context); });
+    if (schemaSettings_) g_signal_handler_disconnect(schemaSettings_.get(), schemaChanges_);
 }
 
 bool PortalAppearance::prefersDark() const {
-    return shown_->get().prefersDark;
+    return shown_.get().prefersDark;
 }
 
 bool PortalAppearance::reducedMotion() const {
-    return shown_->get().reducedMotion;
+    return shown_.get().reducedMotion;
 }
 
 Subscription PortalAppearance::observe(std::function<void()> changed) {
-    return shown_->observe(std::move(changed));
+    return shown_.observe(std::move(changed));
+}
+
+void PortalAppearance::show() {
+    shown_.set(known_.appearance());
+}
+
+/// False where the portal tells nothing that matters here.
+bool PortalAppearance::readAll(const DBusAnswer& answer) {
+    if (!answer.values) return false;
+    bool matters = false;
+    GVariantIter* spaces = nullptr;
+    g_variant_get(answer.values.get(), "(a{sa{sv}})", &spaces);
+    const char* space = nullptr;
+    GVariantIter* settings = nullptr;
+    while (g_variant_iter_loop(spaces, "{&sa{sv}}", &space, &settings) != FALSE) {
+        const char* key = nullptr;
+        GVariant* value = nullptr;
+        while (g_variant_iter_loop(settings, "{&sv}", &key, &value) != FALSE) {
+            matters = known_.set(space, key, value) || matters;
+        }
+    }
+    g_variant_iter_free(spaces);
+    return matters;
+}
+
+void PortalAppearance::settingChanged(GVariant* values) {
+    if (g_variant_is_of_type(values, G_VARIANT_TYPE("(ssv)")) == FALSE) return;
+    const char* space = nullptr;
+    const char* key = nullptr;
+    GVariant* value = nullptr;
+    g_variant_get(values, "(&s&sv)", &space, &key, &value);
+    const VariantHandle owned(value);
+    if (known_.set(space, key, value)) show();
+}
+
+void PortalAppearance::followSchema() {
+    const auto schema = installedSchema(kInterfaceSchema);
+    if (!schema) return;
+    schemaSettings_.reset(g_settings_new_full(schema.get(), nullptr, nullptr));
+    // Only for keys that are read after this does it tell of changes.
+    schemaChanges_ = g_signal_connect(
+        schemaSettings_.get(), "changed",
+        G_CALLBACK(+[](GSettings* /*settings*/, const char* key, gpointer self) noexcept {
+            static_cast<PortalAppearance*>(self)->readSchema(key);
+            static_cast<PortalAppearance*>(self)->show();
+        }),
+        this);
+    for (const auto* const key : kSchemaKeys) {
+        if (g_settings_schema_has_key(schema.get(), key) != FALSE) readSchema(key);
+    }
+    show();
+}
+
+void PortalAppearance::readSchema(const char* key) {
+    const VariantHandle value(g_settings_get_value(schemaSettings_.get(), key));
+    known_.set(kInterfaceSchema, key, value.get());
 }
 
 }  // namespace reelvane

@@ -2,17 +2,12 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/dbus_connection.h"
-#include "platform/thread_pool.h"
 #include "support/observable.h"
 #include "support/ports/desktop_appearance.h"
-#include "support/ports/dispatcher.h"
-#include "support/ports/system_log.h"
 
 namespace reelvane {
 
@@ -48,12 +43,12 @@ private:
     bool animations_ = true;
 };
 
-/// What the settings portal (org.freedesktop.portal.Settings) says, as it changes. It is asked in
-/// the background from the start on. Where there is none, GNOME's settings answer if their schema
-/// is installed; until one of them does, and without a bus, GTK_THEME alone.
+/// What the settings portal (org.freedesktop.portal.Settings) says, as it changes. It is asked from
+/// the start on. Where there is none, GNOME's settings answer if their schema is installed; until
+/// one of them does, and without a bus, GTK_THEME alone.
 class PortalAppearance final : public DesktopAppearance {
 public:
-    PortalAppearance(SystemLog& log, Dispatcher& dispatcher);
+    explicit PortalAppearance(DBusConnections& buses);
     PortalAppearance(const PortalAppearance&) = delete;
     PortalAppearance& operator=(const PortalAppearance&) = delete;
     PortalAppearance(PortalAppearance&&) = delete;
@@ -65,10 +60,18 @@ public:
     [[nodiscard]] Subscription observe(std::function<void()> changed) override;
 
 private:
-    class Settings;
-    std::shared_ptr<Observable<Appearance>> shown_;  // news on its way holds it weakly
-    std::shared_ptr<Settings> settings_;  // used by the thread alone, which may be left behind
-    BackgroundThread thread_;
+    [[nodiscard]] bool readAll(const DBusAnswer& answer);
+    void settingChanged(GVariant* values);
+    void followSchema();
+    void readSchema(const char* key);
+    void show();
+
+    AppearanceSettings known_;
+    Observable<Appearance> shown_;
+    GObjectHandle<GDBusConnection> sharedBus_;  ///< what stores GNOME's settings uses it
+    GObjectHandle<GSettings> schemaSettings_;
+    gulong schemaChanges_ = 0;
+    DBusClient portal_;
 };
 
 }  // namespace reelvane

@@ -17,6 +17,7 @@
 #include "app/queue_progress.h"
 #include "app/unfinished_outputs.h"
 #include "platform/dbus_application.h"
+#include "platform/dbus_connection.h"
 #include "platform/dbus_launcher_entry.h"
 #include "platform/dbus_notifications.h"
 #include "platform/dbus_power_assertions.h"
@@ -81,11 +82,12 @@ struct PlatformParts {
     SyslogSystemLog systemLog{"reelvane"};
     GlibDispatcher dispatcher;
     InotifyBundleWatch bundleWatch;
-    DBusNotifications notifications{systemLog, dispatcher, name, identifier};
-    DBusPowerAssertions powerAssertions{systemLog, name};
+    DBusConnections buses;
+    DBusNotifications notifications{systemLog, dispatcher, buses, name, identifier};
+    DBusPowerAssertions powerAssertions{systemLog, buses, name};
     GettextTranslations translations{mainBundle.resourcesPath() / "po"};
-    PortalAppearance appearance{systemLog, dispatcher};
-    DBusLauncherEntry launcherEntry{systemLog, identifier};
+    PortalAppearance appearance{buses};
+    DBusLauncherEntry launcherEntry{buses, identifier};
     // Absent once the program opens no more files.
     std::optional<DBusApplication> instance{std::in_place, systemLog, identifier};
 };
@@ -167,7 +169,7 @@ int runWindow(PlatformParts& platform, QApplication& application,
               const std::vector<std::filesystem::path>& files) {
     QtAlerts alerts;
     QtPanels panels(platform.dispatcher);
-    WindowWorkspace workspace(platform.systemLog);
+    WindowWorkspace workspace(platform.systemLog, platform.buses);
     Vantor vantor(portsOf(platform, alerts, panels, workspace), platform.preferences);
     const UncaughtExceptionHandler uncaught(vantor);
     runDamagedApplicationTest(vantor);

@@ -5,7 +5,6 @@
 
 #include "platform/dbus_connection.h"
 #include "platform/glib_dispatcher.h"
-#include "tests/fakes/fake_platform.h"
 #include "tests/platform/private_bus.h"
 
 namespace reelvane {
@@ -13,19 +12,21 @@ namespace {
 
 TEST(LauncherEntry, ADockHearsOfEveryChangeThatCanBeSeen) {
     const PrivateBus bus;
-    FakeSystemLog log;
     GlibDispatcher dispatcher;
     std::string heard;
-    DBusConnection dock(Bus::Session);
+    DBusConnections dockBuses;
+    DBusClient dock(dockBuses);
     dock.listen(nullptr, "com.canonical.Unity.LauncherEntry", [&](auto& name, GVariant* values) {
         heard += name + GLibText(g_variant_print(values, FALSE)).get() + "\n";
         if (heard.find("false") != std::string::npos) dispatcher.quit();
     });
     constexpr auto kBus = "org.freedesktop.DBus";
-    const auto listens = dock.call({kBus, "/org/freedesktop/DBus", kBus, "GetId"},
-                                   g_variant_new("()"), "(s)", nullptr);
+    dock.call({kBus, "/org/freedesktop/DBus", kBus, "GetId"}, g_variant_new("()"), "(s)",
+              [](const DBusAnswer&) {});
+    dock.finish();
 
-    DBusLauncherEntry launcher(log, "org.example.App");
+    DBusConnections buses;
+    DBusLauncherEntry launcher(buses, "org.example.App");
     for (const auto fraction : {std::optional<double>(), {0.5}, {0.504}, {0.746}, {7.0}, {}}) {
         launcher.setProgress(fraction);
     }

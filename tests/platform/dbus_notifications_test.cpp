@@ -45,8 +45,9 @@ struct Notifying : testing::Test {
     FakeSystemLog log;
     GlibDispatcher dispatcher;
     std::optional<MockService> daemon;
-    std::optional<DBusNotifications> notifications{std::in_place, log, dispatcher, "Reelvane",
-                                                   "org.example.App"};
+    DBusConnections buses;
+    std::optional<DBusNotifications> notifications{std::in_place, log,        dispatcher,
+                                                   buses,         "Reelvane", "org.example.App"};
 };
 
 TEST_F(Notifying, WhatIsSentFollowsTheCapabilities) {
@@ -54,7 +55,7 @@ TEST_F(Notifying, WhatIsSentFollowsTheCapabilities) {
         {{"body"}, "[]"}, {{"body", "actions"}, "['default', 'Show', 'show', 'Show']"}};
     for (const auto& [capabilities, actions] : rows) {
         startDaemon(capabilities);
-        notifications.emplace(log, dispatcher, "Reelvane", "org.example.App");
+        notifications.emplace(log, dispatcher, buses, "Reelvane", "org.example.App");
         notifications->deliver(kFinished);
         EXPECT_EQ(bus.nextCall(), "GetCapabilities()");
         EXPECT_THAT(bus.nextCall(), HasSubstr("'a &lt; b &amp; c &gt; \xEF\xBF\xBD', " + actions));

@@ -34,7 +34,9 @@ struct Desktop {
     }
 
     /// What the handler was started with; waits for it.
-    [[nodiscard]] std::string nextOpened() const { return contentOf(folder.path() / "opened"); }
+    [[nodiscard]] std::string nextOpened() const {
+        return whileServing([this] { return contentOf(folder.path() / "opened"); });
+    }
 
     TemporaryFolder folder;
     std::filesystem::path data = folder.path() / "data";
@@ -48,7 +50,8 @@ struct GioWorkspaceTest : testing::Test {
     static inline std::optional<Desktop> desktop;
     PrivateBus bus;
     FakeSystemLog log;
-    std::optional<GioWorkspace> workspace{std::in_place, log};
+    DBusConnections buses;
+    std::optional<GioWorkspace> workspace{std::in_place, log, buses};
 };
 
 TEST_F(GioWorkspaceTest, RevealSelectsTheFileOrOpensItsFolder) {

@@ -5,7 +5,6 @@
 #include <tuple>
 
 #include "platform/glib_dispatcher.h"
-#include "tests/fakes/fake_platform.h"
 #include "tests/platform/private_bus.h"
 
 namespace reelvane {
@@ -45,8 +44,8 @@ struct PortalAppearanceTest : testing::Test {
     void SetUp() override { ::unsetenv("GTK_THEME"); }
 
     PrivateBus bus;
-    FakeSystemLog log;
     GlibDispatcher dispatcher;
+    DBusConnections buses;
 };
 
 TEST_F(PortalAppearanceTest, ThePortalIsFollowed) {
@@ -56,7 +55,7 @@ TEST_F(PortalAppearanceTest, ThePortalIsFollowed) {
                       "({'org.freedesktop.appearance': {'color-scheme': <uint32 1>},"
                       " 'org.gnome.desktop.interface': {'enable-animations': <false>}},)"));
     });
-    PortalAppearance appearance(log, dispatcher);
+    PortalAppearance appearance(buses);
     const auto subscription = appearance.observe([this] { dispatcher.quit(); });
     EXPECT_FALSE(appearance.prefersDark());
     dispatcher.run();
@@ -85,7 +84,7 @@ TEST_F(PortalAppearanceTest, WithoutAPortalGNOMEsSettingsAreFollowed) {
     ASSERT_NE(g_spawn_command_line_sync(compile.c_str(), nullptr, nullptr, nullptr, nullptr),
               FALSE);
 
-    PortalAppearance appearance(log, dispatcher);
+    PortalAppearance appearance(buses);
     const auto subscription = appearance.observe([this] { dispatcher.quit(); });
     dispatcher.run();
     EXPECT_TRUE(appearance.prefersDark());

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <cstdlib>
 #include <deque>
 #include <functional>
+#include <future>
 #include <gio/gio.h>
 #include <gio/gunixfdlist.h>
 #include <memory>
@@ -18,6 +20,20 @@
 #include "tests/fakes/temporary_folder.h"
 
 namespace reelvane {
+
+/// Serves the main loop while another thread waits for something.
+template <typename Wait>
+auto whileServing(Wait wait) {
+    std::atomic<bool> done = false;
+    auto answer = std::async(std::launch::async, [&] {
+        auto waited = wait();
+        done = true;
+        g_main_context_wakeup(nullptr);
+        return waited;
+    });
+    while (!done) g_main_context_iteration(nullptr, TRUE);
+    return answer.get();
+}
 
 /// A message bus of the test's own that starts no service; it stands for both buses.
 /// What the services on it are asked is kept in order.
@@ -46,12 +62,14 @@ public:
     }
     /// The next call that any service got, as "Method(arguments)"; waits for it.
     [[nodiscard]] std::string nextCall() {
-        std::unique_lock lock(mutex_);
-        const auto isThere = [this] { return !calls_.empty(); };
-        if (!recorded_.wait_for(lock, std::chrono::seconds(10), isThere)) return "none";
-        auto call = std::move(calls_.front());
-        calls_.pop_front();
-        return call;
+        return whileServing([this]() -> std::string {
+            std::unique_lock lock(mutex_);
+            const auto isThere = [this] { return !calls_.empty(); };
+            if (!recorded_.wait_for(lock, std::chrono::seconds(10), isThere)) return "none";
+            auto call = std::move(calls_.front());
+            calls_.pop_front();
+            return call;
+        });
     }
 
 private:
