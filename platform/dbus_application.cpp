@@ -1,6 +1,7 @@
 #include "platform/dbus_application.h"
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -60,7 +61,7 @@ DBusApplication::~DBusApplication() {
 
 ApplicationInstance::Role DBusApplication::claim(const std::vector<std::filesystem::path>& files) {
     GLibError error;
-    connection_ = openBus(Bus::Session, nullptr, error.out());
+    connection_ = openBus(Bus::Session, std::chrono::milliseconds(kBusPatience), error.out());
     if (!connection_) {
         log_.write(LogNotice, "Later starts will not find this process (" + error.message() + ").");
         return Role::Primary;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <future>
 #include <system_error>
 #include <utility>
 
@@ -84,11 +85,17 @@ private:
 
 }  // namespace
 
-GObjectHandle<GDBusConnection> openBus(Bus bus, GCancellable* cancellable, GError** error) {
+GObjectHandle<GDBusConnection> openBus(Bus bus, std::chrono::milliseconds patience,
+                                       GError** error) {
     const auto address = usableAddress(bus, error);
     if (!address) return nullptr;
-    return GObjectHandle<GDBusConnection>(g_dbus_connection_new_for_address_sync(
-        address.get(), kConnectionFlags, nullptr, cancellable, error));
+    const GObjectHandle<GCancellable> end(g_cancellable_new());
+    auto opening = std::async([&] {
+        return GObjectHandle<GDBusConnection>(g_dbus_connection_new_for_address_sync(
+            address.get(), kConnectionFlags, nullptr, end.get(), error));
+    });
+    if (opening.wait_for(patience) == std::future_status::timeout) g_cancellable_cancel(end.get());
+    return opening.get();
 }
 
 GObjectHandle<GDBusConnection> harmlessSharedBus(GCancellable* cancellable) {
@@ -218,6 +225,12 @@ void DBusConnections::opened(Bus bus, GObjectHandle<GDBusConnection> connection,
         const auto waiting = std::move(opening.waiting.front());
         opening.waiting.pop_front();
         waiting.then(open, error);
+    }
+}
+
+void DBusConnections::giveUpOpening() {
+    for (const auto bus : {Bus::Session, Bus::System}) {
+        if (of(bus).isOpening) opened(bus, nullptr, "the message bus does not answer");
     }
 }
 
@@ -356,6 +369,8 @@ void DBusClient::getSharedBus(SharedBus then) {
 
 void DBusClient::finish(std::chrono::milliseconds patience) {
     connections_.context_->serveUntil([this] { return pending_ == 0; }, patience);
+    // Else each client in turn would wait for the same bus.
+    if (pending_ > 0) connections_.giveUpOpening();
 }
 
 }  // namespace reelvane

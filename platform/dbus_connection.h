@@ -60,8 +60,8 @@ enum class Bus { Session, System };
 
 // No bus is ever started for any of these.
 
-/// Opens a connection of the caller's own, and waits for it.
-[[nodiscard]] GObjectHandle<GDBusConnection> openBus(Bus bus, GCancellable* cancellable,
+/// Opens a connection of the caller's own, and waits so long for it.
+[[nodiscard]] GObjectHandle<GDBusConnection> openBus(Bus bus, std::chrono::milliseconds patience,
                                                      GError** error);
 
 /// The session bus that GIO itself uses, and the whole process with it: as it comes, its loss would
@@ -119,6 +119,8 @@ private:
     void withConnection(Bus bus, Waiting waiting);
     void startOpening(Bus bus);
     void opened(Bus bus, GObjectHandle<GDBusConnection> connection, const std::string& error);
+    /// Whoever waits for a bus that has not answered yet is told that there is none.
+    void giveUpOpening();
     void close();
     void add(DBusClient& client);
     void remove(const DBusClient& client);

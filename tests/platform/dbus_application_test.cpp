@@ -34,7 +34,8 @@ struct Application : testing::Test {
     PrivateBus bus;
     FakeSystemLog log;
     GlibDispatcher dispatcher;
-    GObjectHandle<GDBusConnection> desktop = openBus(Bus::Session, nullptr, nullptr);
+    GObjectHandle<GDBusConnection> desktop =
+        openBus(Bus::Session, std::chrono::seconds(10), nullptr);
 };
 
 struct WaitForAll {
