@@ -39,12 +39,16 @@ bool mayConnect(GError** error) {
     return false;
 }
 
+/// As GLib has it, which takes a thread for telling it.
+GLibText systemBusAddress() {
+    const char* const address = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
+    return GLibText(
+        g_strdup(address != nullptr ? address : "unix:path=/var/run/dbus/system_bus_socket"));
+}
+
 /// Null where there is no such bus or GLib could not serve a connection to it.
 GLibText usableAddress(Bus bus, GError** error) {
-    auto address =
-        bus == Bus::Session
-            ? sessionBusAddress(error)
-            : GLibText(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, error));
+    auto address = bus == Bus::Session ? sessionBusAddress(error) : systemBusAddress();
     return address && mayConnect(error) ? std::move(address) : nullptr;
 }
 
@@ -136,6 +140,20 @@ public:
         return ask();
     }
 
+    /// Runs the work in a later turn. Without GIO, which takes threads for all that comes later.
+    void later(Work work) {
+        const std::unique_ptr<GSource, SourceRelease> source(g_idle_source_new());
+        g_source_set_callback(
+            source.get(),
+            [](gpointer made) noexcept -> gboolean {
+                (*static_cast<Work*>(made))();
+                return G_SOURCE_REMOVE;
+            },
+            std::make_unique<Work>(std::move(work)).release(),
+            [](gpointer made) { const std::unique_ptr<Work> owner(static_cast<Work*>(made)); });
+        g_source_attach(source.get(), context_.get());
+    }
+
     /// Serves this context alone.
     void serveUntil(const std::function<bool()>& isDone, std::chrono::milliseconds patience) {
         const auto deadline = std::chrono::steady_clock::now() + patience;
@@ -154,6 +172,10 @@ public:
     }
 
 private:
+    struct SourceRelease {
+        void operator()(GSource* source) const { g_source_unref(source); }
+    };
+
     ContextHandle context_{g_main_context_new()};
     GlibSource source_;
 };
@@ -191,23 +213,20 @@ void DBusConnections::withConnection(Bus bus, Waiting waiting) {
 void DBusConnections::startOpening(Bus bus) {
     GLibError refusal;
     const auto address = usableAddress(bus, refusal.out());
+    if (!address) {
+        context_->later([this, bus, error = refusal.message()] { opened(bus, nullptr, error); });
+        return;
+    }
+    const auto finished = [this, bus](GObject* /*source*/, GAsyncResult* result) {
+        GLibError error;
+        GObjectHandle<GDBusConnection> connection(
+            g_dbus_connection_new_for_address_finish(result, error.out()));
+        opened(bus, std::move(connection), error.message());
+    };
     context_->within([&] {
-        auto* const completion = Completion::make(gone_.get(), [this, bus](GObject* source,
-                                                                           GAsyncResult* result) {
-            GLibError error;
-            GObjectHandle<GDBusConnection> connection(
-                source == nullptr ? static_cast<GDBusConnection*>(
-                                        g_task_propagate_pointer(G_TASK(result), error.out()))
-                                  : g_dbus_connection_new_for_address_finish(result, error.out()));
-            opened(bus, std::move(connection), error.message());
-        });
-        if (address) {
-            g_dbus_connection_new_for_address(address.get(), kConnectionFlags, nullptr, end_.get(),
-                                              &Completion::arrived, completion);
-        } else {
-            g_task_report_error(nullptr, &Completion::arrived, completion, nullptr,
-                                g_error_copy(*refusal.out()));
-        }
+        g_dbus_connection_new_for_address(address.get(), kConnectionFlags, nullptr, end_.get(),
+                                          &Completion::arrived,
+                                          Completion::make(gone_.get(), finished));
     });
 }
 
