@@ -10,7 +10,6 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/dbus_connection.h"
 #include "support/logging.h"
 
 namespace reelvane {
@@ -37,16 +36,30 @@ VariantHandle childOf(GVariant* tuple, gsize index) {
     return VariantHandle(g_variant_get_child_value(tuple, index));
 }
 
+/// By GLib's own names: in the environment, and in the platform data.
+constexpr auto kTokens = std::to_array<std::pair<const char*, const char*>>(
+    {{"XDG_ACTIVATION_TOKEN", "activation-token"}, {"DESKTOP_STARTUP_ID", "desktop-startup-id"}});
+
+std::optional<std::filesystem::path> localFile(const char* uri) {
+    char* host = nullptr;
+    const GLibText name(g_filename_from_uri(uri, &host, nullptr));
+    const GLibText ownedHost(host);
+    if (!name) return std::nullopt;
+    const std::string_view on = host != nullptr ? host : "";
+    if (!on.empty() && on != "localhost" && on != g_get_host_name()) return std::nullopt;
+    return name.get();
+}
+
 }  // namespace
 
 template <typename Request>
-void DBusApplication::Waiting<Request>::deliver() {
-    const auto take = taker;  // may replace the original
-    while (take && !requests.empty()) {
-        auto [invocation, request] = std::move(requests.front());
-        requests.pop_front();
+void DBusApplication::Requests<Request>::deliver() {
+    const auto handle = handler;  // may replace the original
+    while (handle && !waiting.empty()) {
+        auto [invocation, request] = std::move(waiting.front());
+        waiting.pop_front();
         g_dbus_method_invocation_return_value(invocation.release(), nullptr);
-        take(request);
+        handle(request);
     }
 }
 
@@ -82,12 +95,12 @@ ApplicationInstance::Role DBusApplication::claim(const std::vector<std::filesyst
 }
 
 void DBusApplication::setOpen(Open open) {
-    opens_.taker = std::move(open);
+    opens_.handler = std::move(open);
     opens_.deliver();
 }
 
 void DBusApplication::setAction(Action action) {
-    actions_.taker = std::move(action);
+    actions_.handler = std::move(action);
     actions_.deliver();
 }
 
@@ -155,12 +168,12 @@ DBusApplication::HandOver DBusApplication::handOver(
 void DBusApplication::called(const std::string& method, GVariant* values, Invocation invocation) {
     // GDBus lets only those through that the description has, with values of those types.
     if (method == "ActivateAction") {
-        actions_.requests.emplace_back(std::move(invocation),
-                                       g_variant_get_string(childOf(values, 0).get(), nullptr));
+        actions_.waiting.emplace_back(std::move(invocation),
+                                      g_variant_get_string(childOf(values, 0).get(), nullptr));
         actions_.deliver();
         return;
     }
-    opens_.requests.emplace_back(
+    opens_.waiting.emplace_back(
         std::move(invocation),
         method == "Open"
             ? openRequest(childOf(values, 0).get(), childOf(values, 1).get())
@@ -186,28 +199,10 @@ void DBusApplication::disconnect() {
     // Whatever came since gets no answer, not even that there is no such object.
     g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr);
     if (exported_ != 0) g_dbus_connection_unregister_object(connection_.get(), exported_);
-    opens_.requests.clear();
-    actions_.requests.clear();
+    opens_.waiting.clear();
+    actions_.waiting.clear();
     connection_.reset();
 }
-
-namespace {
-
-/// By GLib's own names: in the environment, and in the platform data.
-constexpr auto kTokens = std::to_array<std::pair<const char*, const char*>>(
-    {{"XDG_ACTIVATION_TOKEN", "activation-token"}, {"DESKTOP_STARTUP_ID", "desktop-startup-id"}});
-
-std::optional<std::filesystem::path> localFile(const char* uri) {
-    char* host = nullptr;
-    const GLibText name(g_filename_from_uri(uri, &host, nullptr));
-    const GLibText ownedHost(host);
-    if (!name) return std::nullopt;
-    const std::string_view on = host != nullptr ? host : "";
-    if (!on.empty() && on != "localhost" && on != g_get_host_name()) return std::nullopt;
-    return name.get();
-}
-
-}  // namespace
 
 std::string applicationObjectPath(const std::string& identifier) {
     std::string path = "/" + identifier;

@@ -34,9 +34,9 @@ private:
     using Invocation = GObjectHandle<GDBusMethodInvocation>;
     /// Requests of one kind, in order, from when they come to when the program takes them.
     template <typename Request>
-    struct Waiting {
-        std::function<void(const Request&)> taker;
-        std::deque<std::pair<Invocation, Request>> requests;
+    struct Requests {
+        std::function<void(const Request&)> handler;
+        std::deque<std::pair<Invocation, Request>> waiting;
 
         void deliver();
     };
@@ -55,8 +55,8 @@ private:
     SystemLog& log_;
     std::string identifier_;
     std::string objectPath_;
-    Waiting<OpenRequest> opens_;
-    Waiting<std::string> actions_;
+    Requests<OpenRequest> opens_;
+    Requests<std::string> actions_;
     GObjectHandle<GDBusConnection> connection_;
     guint exported_ = 0;
 };

@@ -17,6 +17,8 @@
 
 namespace reelvane {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 std::string environmentValue(const char* name) {
@@ -24,60 +26,60 @@ std::string environmentValue(const char* name) {
     return value == nullptr ? std::string() : value;
 }
 
-bool isExecutable(const std::filesystem::path& path) {
+bool isExecutable(const fs::path& path) {
     std::error_code ignored;
-    return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+    return fs::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
 }
 
 constexpr const char* kFFmpegVariable = "REELVANE_FFMPEG";
 
 /// Where nothing of that name is found: in the first folder searched, never a file that happens to
 /// lie in the current one.
-std::filesystem::path foundInPath(const std::filesystem::path& name) {
+fs::path foundInPath(const fs::path& name) {
     auto folders = environmentValue("PATH");
     if (folders.empty()) folders = "/usr/local/bin:/usr/bin:/bin";
-    std::optional<std::filesystem::path> first;
+    std::optional<fs::path> first;
     for (const auto folder : Fennimar::split(folders, ":")) {
         if (folder.empty()) continue;
-        auto candidate = Fennimar::absolutePath(std::filesystem::path(folder) / name);
+        auto candidate = Fennimar::absolutePath(fs::path(folder) / name);
         if (isExecutable(candidate)) return candidate;
         if (!first) first = candidate;
     }
     return first.value_or("/usr/bin" / name);
 }
 
-std::optional<std::filesystem::path> ffmpegFromEnvironment() {
-    const std::filesystem::path named = environmentValue(kFFmpegVariable);
+std::optional<fs::path> ffmpegFromEnvironment() {
+    const fs::path named = environmentValue(kFFmpegVariable);
     if (named.empty()) return std::nullopt;
     return named.has_parent_path() ? Fennimar::absolutePath(named) : foundInPath(named);
 }
 
-std::filesystem::path runningExecutable() {
+fs::path runningExecutable() {
     std::error_code ignored;
-    return std::filesystem::read_symlink("/proc/self/exe", ignored);
+    return fs::read_symlink("/proc/self/exe", ignored);
 }
 
 }  // namespace
 
 ExecutableBundle::ExecutableBundle() : ExecutableBundle(runningExecutable()) {}
 
-ExecutableBundle::ExecutableBundle(std::filesystem::path executable)
+ExecutableBundle::ExecutableBundle(fs::path executable)
     : executable_(std::move(executable)),
       otherFFmpeg_(ffmpegFromEnvironment()) {}
 
-std::filesystem::path ExecutableBundle::bundlePath() const {
+fs::path ExecutableBundle::bundlePath() const {
     return executable_.parent_path();
 }
 
-std::filesystem::path ExecutableBundle::executablePath() const {
+fs::path ExecutableBundle::executablePath() const {
     return executable_;
 }
 
-std::filesystem::path ExecutableBundle::resourcesPath() const {
+fs::path ExecutableBundle::resourcesPath() const {
     return bundlePath() / "resources";
 }
 
-std::filesystem::path ExecutableBundle::pathForResource(std::string_view name) const {
+fs::path ExecutableBundle::pathForResource(std::string_view name) const {
     if (name == "ffmpeg" && otherFFmpeg_) return *otherFFmpeg_;
     return resourcesPath() / name;
 }
@@ -97,8 +99,6 @@ std::optional<std::string> ExecutableBundle::infoValue(std::string_view key) con
     if (found == info_.end() || found->second.empty()) return std::nullopt;
     return found->second;
 }
-
-namespace fs = std::filesystem;
 
 InotifyBundleWatch::InotifyBundleWatch(std::chrono::milliseconds latency) : latency_(latency) {}
 

@@ -29,6 +29,41 @@ std::string_view languageOf(std::string_view locale) {
     return language == "C" || language == "POSIX" ? std::string_view() : language;
 }
 
+using std::filesystem::path;
+
+/// The conventions say to ignore a path that is not absolute.
+path folderFrom(const char* variable, const path& otherwise) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && path(value).is_absolute() ? path(value) : otherwise;
+}
+
+/// An entry is absolute or begins with "$HOME/"; others are ignored.
+path userFolder(const std::map<std::string, std::string, std::less<>>& entries,
+                std::string_view name, const path& home, const path& otherwise) {
+    constexpr std::string_view kHome = "$HOME";
+    const auto found = entries.find(name);
+    if (found == entries.end()) return otherwise;
+    const std::string_view entry = found->second;
+    if (entry.starts_with('/')) return path(entry).lexically_normal();
+    if (entry != kHome && !entry.starts_with("$HOME/")) return otherwise;
+    const auto below = path(entry.substr(kHome.size())).relative_path();
+    return below.empty() ? home : home / below;
+}
+
+constexpr std::size_t kFirstBuffer = 4096;
+constexpr std::size_t kLargestBuffer = std::size_t{16} << 20U;  // a group may list many members
+
+/// Calls a look-up of the C library with a buffer that grows until it is large enough.
+template <typename LookUp>
+void lookUp(std::vector<char>& buffer, LookUp call) {
+    buffer.resize(kFirstBuffer);
+    while (call() == ERANGE && buffer.size() < kLargestBuffer) buffer.resize(buffer.size() * 2);
+}
+
+std::string text(const char* value) {
+    return value == nullptr ? std::string() : value;
+}
+
 }  // namespace
 
 LinuxHost::LinuxHost(std::filesystem::path root) : root_(std::move(root)) {}
@@ -107,31 +142,6 @@ std::string LinuxHost::trimmedContent(const char* file) const {
     return std::string(Fennimar::trimmedOfWhitespaceAndNewlines(readWhole(root_ / file).text));
 }
 
-namespace {
-
-using std::filesystem::path;
-
-/// The conventions say to ignore a path that is not absolute.
-path folderFrom(const char* variable, const path& otherwise) {
-    const char* const value = std::getenv(variable);
-    return value != nullptr && path(value).is_absolute() ? path(value) : otherwise;
-}
-
-/// An entry is absolute or begins with "$HOME/"; others are ignored.
-path userFolder(const std::map<std::string, std::string, std::less<>>& entries,
-                std::string_view name, const path& home, const path& otherwise) {
-    constexpr std::string_view kHome = "$HOME";
-    const auto found = entries.find(name);
-    if (found == entries.end()) return otherwise;
-    const std::string_view entry = found->second;
-    if (entry.starts_with('/')) return path(entry).lexically_normal();
-    if (entry != kHome && !entry.starts_with("$HOME/")) return otherwise;
-    const auto below = path(entry.substr(kHome.size())).relative_path();
-    return below.empty() ? home : home / below;
-}
-
-}  // namespace
-
 UserFolders xdgUserFolders() {
     const auto accountHome = path(currentAccount().home);
     const auto home = folderFrom("HOME", accountHome);
@@ -145,24 +155,6 @@ UserFolders xdgUserFolders() {
             .home = home,
             .accountHome = accountHome};
 }
-
-namespace {
-
-constexpr std::size_t kFirstBuffer = 4096;
-constexpr std::size_t kLargestBuffer = std::size_t{16} << 20U;  // a group may list many members
-
-/// Calls a look-up of the C library with a buffer that grows until it is large enough.
-template <typename LookUp>
-void lookUp(std::vector<char>& buffer, LookUp call) {
-    buffer.resize(kFirstBuffer);
-    while (call() == ERANGE && buffer.size() < kLargestBuffer) buffer.resize(buffer.size() * 2);
-}
-
-std::string text(const char* value) {
-    return value == nullptr ? std::string() : value;
-}
-
-}  // namespace
 
 Account currentAccount() {
     std::vector<char> buffer;

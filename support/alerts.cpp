@@ -52,6 +52,47 @@ void warnOnMainThread(Vantor& vantor, const SuppressibleWarning& warning, std::s
     }
 }
 
+using Kind = AlertAccessory::Kind;
+
+constexpr double kWidth = 310;
+constexpr double kLineHeight = 24;
+constexpr double kTextHeight = 200;
+constexpr double kMatrixWidth = 269;
+constexpr double kMatrixRowHeight = 17;
+constexpr std::size_t kLongestItem = 150;
+constexpr std::size_t kShownEnd = 70;
+
+AlertAnswer ask(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
+                AlertAccessory accessory) {
+    AlertContent content{.title = std::string(prompt), .accessory = std::move(accessory)};
+    content.buttons.assign(buttons.begin(),
+                           buttons.begin() + std::min<std::ptrdiff_t>(3, std::ssize(buttons)));
+    if (content.buttons.empty()) content.buttons.emplace_back("OK");
+    return runAlert(vantor, std::move(content));
+}
+
+ButtonResult askForText(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
+                        AlertAccessory accessory, std::string& text) {
+    auto answer = ask(vantor, prompt, buttons, std::move(accessory));
+    text = std::move(answer.text);
+    return answer.button;
+}
+
+ButtonResult askForItem(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
+                        AlertAccessory accessory, std::size_t& selected) {
+    const auto answer = ask(vantor, prompt, buttons, std::move(accessory));
+    selected = static_cast<std::size_t>(std::max(0, answer.index));
+    return answer.button;
+}
+
+std::string shownItem(const std::string& item) {
+    const auto count = Fennimar::characterCount(item);
+    if (count <= kLongestItem) return item;
+    const auto withoutEnd = Fennimar::clamp(item, count - kShownEnd);
+    return makeString("%@ […] %@", Fennimar::clamp(item, kShownEnd),
+                      item.substr(withoutEnd.size()));
+}
+
 }  // namespace
 
 AlertAnswer runAlert(Vantor& vantor, AlertContent content) {
@@ -102,51 +143,6 @@ void alert_warnagain(Vantor& vantor) {
         });
     });
 }
-
-namespace {
-
-using Kind = AlertAccessory::Kind;
-
-constexpr double kWidth = 310;
-constexpr double kLineHeight = 24;
-constexpr double kTextHeight = 200;
-constexpr double kMatrixWidth = 269;
-constexpr double kMatrixRowHeight = 17;
-constexpr std::size_t kLongestItem = 150;
-constexpr std::size_t kShownEnd = 70;
-
-AlertAnswer ask(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
-                AlertAccessory accessory) {
-    AlertContent content{.title = std::string(prompt), .accessory = std::move(accessory)};
-    content.buttons.assign(buttons.begin(),
-                           buttons.begin() + std::min<std::ptrdiff_t>(3, std::ssize(buttons)));
-    if (content.buttons.empty()) content.buttons.emplace_back("OK");
-    return runAlert(vantor, std::move(content));
-}
-
-ButtonResult askForText(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
-                        AlertAccessory accessory, std::string& text) {
-    auto answer = ask(vantor, prompt, buttons, std::move(accessory));
-    text = std::move(answer.text);
-    return answer.button;
-}
-
-ButtonResult askForItem(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
-                        AlertAccessory accessory, std::size_t& selected) {
-    const auto answer = ask(vantor, prompt, buttons, std::move(accessory));
-    selected = static_cast<std::size_t>(std::max(0, answer.index));
-    return answer.button;
-}
-
-std::string shownItem(const std::string& item) {
-    const auto count = Fennimar::characterCount(item);
-    if (count <= kLongestItem) return item;
-    const auto withoutEnd = Fennimar::clamp(item, count - kShownEnd);
-    return makeString("%@ […] %@", Fennimar::clamp(item, kShownEnd),
-                      item.substr(withoutEnd.size()));
-}
-
-}  // namespace
 
 ButtonResult alert_checkbox(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,
                             std::string_view checkboxTitle, bool& checked) {

@@ -53,8 +53,6 @@ void alert_warnagain(Vantor& vantor);
 // Alerts that ask for one value. The first three button titles are used. The value is written back
 // whichever button ends the alert. Main thread only; they block.
 
-class Vantor;
-
 using ButtonTitles = std::vector<std::string>;
 
 ButtonResult alert_checkbox(Vantor& vantor, std::string_view prompt, const ButtonTitles& buttons,

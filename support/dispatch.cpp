@@ -36,6 +36,8 @@ struct AwaitedWork {
     std::future<void> ended;
 };
 
+constexpr std::size_t kLargestArguments = 200000;  // in characters
+
 }  // namespace
 
 void dispatch_async_main(Vantor& vantor, Work block) {
@@ -78,12 +80,6 @@ bool dispatch_sync_back_timeout(Vantor& vantor, Work block, float timeout) {
     awaited.ended.get();
     return false;
 }
-
-namespace {
-
-constexpr std::size_t kLargestArguments = 200000;  // in characters
-
-}  // namespace
 
 std::optional<std::string> runAsTaskWithTerminationStatus(ProcessLauncher& launcher,
                                                           const std::vector<std::string>& command,

@@ -14,9 +14,10 @@
 
 namespace reelvane {
 
+class ProcessLauncher;
 class Vantor;
 
-/// Hopping between the main thread and the background. All may be called from any thread.
+// Hopping between the main thread and the background. All may be called from any thread.
 
 /// Runs the work later on the main thread.
 void dispatch_async_main(Vantor& vantor, Work block);
@@ -33,8 +34,6 @@ void dispatch_after_back(Vantor& vantor, float delay, Work block);
 /// Runs the work on a background thread and waits at most `timeout` seconds; true when that was not
 /// enough (the work goes on).
 [[nodiscard]] bool dispatch_sync_back_timeout(Vantor& vantor, Work block, float timeout);
-
-class ProcessLauncher;
 
 /// Runs a command (the executable's path, then its arguments) to completion and answers what it
 /// printed on standard output and standard error; absent when it could not be launched or printed

@@ -25,6 +25,11 @@ std::filesystem::path pathOf(const FileDescriptor& file) {
     return makeString("/proc/%i/fd/%i", ::getpid(), file.get());
 }
 
+std::int64_t sinceEpoch(const timespec& time) {
+    constexpr std::int64_t kPerSecond = 1'000'000'000;
+    return std::int64_t{time.tv_sec} * kPerSecond + time.tv_nsec;
+}
+
 }  // namespace
 
 std::optional<std::string> birthMarkOf(const std::filesystem::path& path) {
@@ -108,15 +113,6 @@ bool HeldFile::replace(const std::filesystem::path& other) {
     if (folder.isOpen()) ::fsync(folder.get());
     return true;
 }
-
-namespace {
-
-std::int64_t sinceEpoch(const timespec& time) {
-    constexpr std::int64_t kPerSecond = 1'000'000'000;
-    return std::int64_t{time.tv_sec} * kPerSecond + time.tv_nsec;
-}
-
-}  // namespace
 
 std::optional<FileVersion> fileVersionOf(const std::filesystem::path& path) {
     struct stat facts {};

@@ -120,6 +120,41 @@ void keepInRing(const LogSinks& sinks, const Ring& ring, std::string_view messag
                                                message))](const auto&) { return text; });
 }
 
+constexpr std::array<std::string_view, 8> kLevelNames{"Emergency", "Alert",  "Critical", "Error",
+                                                      "Warning",   "Notice", "Info",     "Debug"};
+constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+std::string captureLine(std::uint32_t level, std::string_view appName, std::string_view message) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    const auto date =
+        makeString("%@ %02i", kMonths.at(static_cast<std::size_t>(local.tm_mon)), local.tm_mday);
+    const auto time = makeString("%02i:%02i", local.tm_hour, local.tm_min);
+    const auto name = kLevelNames.at(std::min<std::size_t>(level, kLevelNames.size() - 1));
+    return makeString("%@ %@  %@[%i] <%@>: %@\n", date, time, appName, ::getpid(), name, message);
+}
+
+void keepEnd(const std::filesystem::path& path, std::uint64_t maxSize) {
+    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
+    if (file < 0) return;
+    struct stat status {};
+    const bool known = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+    const auto size = known ? static_cast<std::uint64_t>(status.st_size) : 0;
+    if (size > maxSize) {
+        std::string end(maxSize, '\0');
+        const auto got = ::pread(file, end.data(), end.size(), static_cast<off_t>(size - maxSize));
+        // Only a whole copy of the end may replace the file.
+        if (got == static_cast<ssize_t>(end.size())) {
+            if (writeAll(file, end) && ::ftruncate(file, static_cast<off_t>(maxSize)) == 0) {
+                ::fsync(file);
+            }
+        }
+    }
+    ::close(file);
+}
+
 }  // namespace
 
 void log_set_sinks(const LogSinks& sinks) {
@@ -162,45 +197,6 @@ void log_to_prefs(std::string_view message) {
                 .places = kPrefsRingPlaces},
                message);
 }
-
-namespace {
-
-constexpr std::array<std::string_view, 8> kLevelNames{"Emergency", "Alert",  "Critical", "Error",
-                                                      "Warning",   "Notice", "Info",     "Debug"};
-constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
-std::string captureLine(std::uint32_t level, std::string_view appName, std::string_view message) {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    ::localtime_r(&now, &local);
-    const auto date =
-        makeString("%@ %02i", kMonths.at(static_cast<std::size_t>(local.tm_mon)), local.tm_mday);
-    const auto time = makeString("%02i:%02i", local.tm_hour, local.tm_min);
-    const auto name = kLevelNames.at(std::min<std::size_t>(level, kLevelNames.size() - 1));
-    return makeString("%@ %@  %@[%i] <%@>: %@\n", date, time, appName, ::getpid(), name, message);
-}
-
-void keepEnd(const std::filesystem::path& path, std::uint64_t maxSize) {
-    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
-    if (file < 0) return;
-    struct stat status {};
-    const bool known = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
-    const auto size = known ? static_cast<std::uint64_t>(status.st_size) : 0;
-    if (size > maxSize) {
-        std::string end(maxSize, '\0');
-        const auto got = ::pread(file, end.data(), end.size(), static_cast<off_t>(size - maxSize));
-        // Only a whole copy of the end may replace the file.
-        if (got == static_cast<ssize_t>(end.size())) {
-            if (writeAll(file, end) && ::ftruncate(file, static_cast<off_t>(maxSize)) == 0) {
-                ::fsync(file);
-            }
-        }
-    }
-    ::close(file);
-}
-
-}  // namespace
 
 LogCapture::~LogCapture() {
     if (file_ >= 0) ::close(file_);

@@ -84,8 +84,7 @@ public:
 private:
     std::size_t part_;
     std::string text_;
-    std::size_t markLength_ =
-        0;  ///< of the line that stands behind the first part; 0: there is none
+    std::size_t markLength_ = 0;  ///< of the line behind the first part; 0: there is none
     std::uint64_t omitted_ = 0;
 };
 

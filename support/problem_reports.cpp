@@ -70,28 +70,55 @@ void runOnMainUnlessStuck(Vantor& vantor, const Work& work, Interval patience) {
         work();
         return;
     }
-    struct Turn {
+    struct MainThreadRun {
         std::atomic<bool> claimed = false;  // by the main thread, or by the one that gave up
         std::promise<void> began;
         std::promise<void> ended;
     };
-    const auto turn = std::make_shared<Turn>();  // shared: either thread may be the last to use it
-    vantor.ports().dispatcher.asyncMain([turn, &work] {
-        if (turn->claimed.exchange(true)) return;
-        turn->began.set_value();
+    // Shared: either thread may be the last to use it.
+    const auto run = std::make_shared<MainThreadRun>();
+    vantor.ports().dispatcher.asyncMain([run, &work] {
+        if (run->claimed.exchange(true)) return;
+        run->began.set_value();
         try {
             work();
-            turn->ended.set_value();
+            run->ended.set_value();
         } catch (...) {
-            turn->ended.set_exception(std::current_exception());
+            run->ended.set_exception(std::current_exception());
         }
     });
-    const bool began = turn->began.get_future().wait_for(patience) == std::future_status::ready;
-    if (!began && !turn->claimed.exchange(true)) {
+    const bool began = run->began.get_future().wait_for(patience) == std::future_status::ready;
+    if (!began && !run->claimed.exchange(true)) {
         vn_log_level(LogError, "Error: the main thread is stuck, so no alert can be shown");
         return;
     }
-    turn->ended.get_future().get();
+    run->ended.get_future().get();
+}
+
+constexpr std::string_view kMakersWebSite = "https://www.reelvane.org/";
+
+std::string infoLink(const Vantor& vantor, std::string_view key) {
+    return vantor.ports().mainBundle.infoValue(key).value_or("");
+}
+
+std::string productPage(const Vantor& vantor) {
+    if (auto page = infoLink(vantor, "VendorProductPage"); !page.empty()) return page;
+    const auto name = Fennimar::lowercased(vantor.appName());
+    const auto word = Fennimar::partBefore(Fennimar::partBefore(name, " "), "-");
+    return makeString("%@%@/", kMakersWebSite, word);
+}
+
+void askForSupport(Vantor& vantor) {
+    bool withPreferences = false;
+    const auto answer = alert_checkbox(
+        vantor,
+        localizable("Your mail program opens with a line about your computer. Nothing is sent "
+                    "before you send it."),
+        {std::string(localizable("Write the Mail")), std::string(localizable("Cancel"))},
+        kAttachPreferences, withPreferences);
+    if (answer == kFirstButton) {
+        sendSupportRequestMail(vantor, "<Insert Support Request Here>", withPreferences);
+    }
 }
 
 }  // namespace
@@ -182,36 +209,6 @@ void sendSupportRequestMail(Vantor& vantor, std::string_view text, bool withPref
     openMail(vantor, supportRequest(gatherReportFacts(vantor, withPreferences),
                                     feedbackAddress(vantor), text));
 }
-
-namespace {
-
-constexpr std::string_view kMakersWebSite = "https://www.reelvane.org/";
-
-std::string infoLink(const Vantor& vantor, std::string_view key) {
-    return vantor.ports().mainBundle.infoValue(key).value_or("");
-}
-
-std::string productPage(const Vantor& vantor) {
-    if (auto page = infoLink(vantor, "VendorProductPage"); !page.empty()) return page;
-    const auto name = Fennimar::lowercased(vantor.appName());
-    const auto word = Fennimar::partBefore(Fennimar::partBefore(name, " "), "-");
-    return makeString("%@%@/", kMakersWebSite, word);
-}
-
-void askForSupport(Vantor& vantor) {
-    bool withPreferences = false;
-    const auto answer = alert_checkbox(
-        vantor,
-        localizable("Your mail program opens with a line about your computer. Nothing is sent "
-                    "before you send it."),
-        {std::string(localizable("Write the Mail")), std::string(localizable("Cancel"))},
-        kAttachPreferences, withPreferences);
-    if (answer == kFirstButton) {
-        sendSupportRequestMail(vantor, "<Insert Support Request Here>", withPreferences);
-    }
-}
-
-}  // namespace
 
 std::string linkForChoice(const Vantor& vantor, int choice) {
     switch (choice) {

@@ -80,8 +80,6 @@ struct ReportAnswer {
 /// Opens a mail to the support that begins with the text. Main thread only.
 void sendSupportRequestMail(Vantor& vantor, std::string_view text, bool withPreferences);
 
-class Vantor;
-
 /// The links that a menu offers. Stored nowhere, but menus and interface files name the numbers.
 enum URLChoice : int {
     SupportRequestURL = 1,    ///< a mail to the support

@@ -17,6 +17,9 @@
 #include "support/vantor.h"
 
 namespace reelvane {
+
+namespace fs = std::filesystem;
+
 namespace {
 
 // A terminate handler takes no argument, so it finds the program's object here.
@@ -112,8 +115,6 @@ UncaughtExceptionHandler::~UncaughtExceptionHandler() {
     std::set_terminate(former_);
     handlersVantor() = nullptr;
 }
-
-namespace fs = std::filesystem;
 
 bool applicationIsDamaged(const fs::path& frameworks) {
     std::error_code error;

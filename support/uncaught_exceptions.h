@@ -10,6 +10,19 @@
 
 namespace reelvane {
 
+/// An unexpected failure that a problem report shows under a name of its own instead of its type's.
+class NamedException : public std::runtime_error {
+public:
+    NamedException(std::string name, const std::string& reason)
+        : std::runtime_error(reason),
+          name_(std::move(name)) {}
+
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+private:
+    std::string name_;
+};
+
 /// What a report says of an exception that nobody caught.
 struct ExceptionReport {
     std::string name{};     ///< its own, else its type, as in the source
@@ -33,19 +46,6 @@ public:
 
 private:
     std::terminate_handler former_;
-};
-
-/// An unexpected failure that a problem report shows under a name of its own instead of its type's.
-class NamedException : public std::runtime_error {
-public:
-    NamedException(std::string name, const std::string& reason)
-        : std::runtime_error(reason),
-          name_(std::move(name)) {}
-
-    [[nodiscard]] const std::string& name() const { return name_; }
-
-private:
-    std::string name_;
 };
 
 /// Whether a copy of the program lost its links when it was extracted: for each entry X of the

@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <vector>
 
 #include "platform/glib_dispatcher.h"
+#include "support/posix_io.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/platform/private_bus.h"
 
@@ -88,6 +91,22 @@ TEST_F(Notifying, NoDaemonIsLoggedOnce) {
     notifications->deliver(kFinished);
     notifications.reset();
     EXPECT_THAT(log.written, ElementsAre(Pair(_, HasSubstr("shows no notifications"))));
+}
+
+TEST_F(Notifying, ABusThatNeverAnswersHoldsNobodyUp) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "bus";
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+    const FileDescriptor silent(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): sockets are named that way
+    ASSERT_EQ(::bind(silent.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(silent.get(), 5), 0);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path.native()).c_str(), 1);
+    notifications->deliver(kFinished);
+    notifications.reset();
+    EXPECT_THAT(log.written, ElementsAre(Pair(_, HasSubstr("does not answer"))));
 }
 
 }  // namespace
