@@ -103,8 +103,9 @@ protected:
     static bool isUsed(const std::filesystem::path& file) {
         for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
             std::ifstream list(entry.path() / "cmdline", std::ios::binary);
-            const std::string arguments{std::istreambuf_iterator<char>(list), {}};
-            if (arguments.find(file.native() + '\0') != std::string::npos) return true;
+            std::ostringstream arguments;
+            arguments << list.rdbuf();  // throws nothing where the process ends meanwhile
+            if (arguments.str().find(file.native() + '\0') != std::string::npos) return true;
         }
         return false;
     }
