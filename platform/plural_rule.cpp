@@ -84,11 +84,11 @@ private:
 
     const Operator* takeOperator(int leastStrength) {
         skipBlanks();
-        const auto found = std::ranges::find_if(
+        const auto* const found = std::ranges::find_if(
             kOperators, [this](const Operator& each) { return rest_.starts_with(each.text); });
         if (found == kOperators.end() || found->strength < leastStrength) return nullptr;
         rest_.remove_prefix(found->text.size());
-        return &*found;
+        return found;
     }
 
     bool take(std::string_view word) {
