@@ -58,8 +58,8 @@ void ConversionJob::undoStart(OutputLease made) {
                            [this] {
                                if (auto* const starting = std::get_if<StartingJob>(&phase_)) {
                                    askDisks(starting->disks);
-                               } else {
-                                   std::get<QueuedJob>(phase_).abandoned.reset();
+                               } else if (auto* const queued = std::get_if<QueuedJob>(&phase_)) {
+                                   queued->abandoned.reset();
                                }
                            });
 }

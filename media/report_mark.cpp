@@ -60,10 +60,12 @@ private:
     };
 
     void take(std::string_view line) {
-        const auto index = streamIndexIn(line);
         if (isMarkedInput(line, mark_)) {
             kept_.emplace_back(line);
-        } else if (Fennimar::contains(line, mark_)) {
+            return;
+        }
+        const auto index = streamIndexIn(line);
+        if (Fennimar::contains(line, mark_)) {
             takeMarked(line, index);
         } else if (line.starts_with(kInput)) {
             if (!inputIsMarked_) kept_.emplace_back(line);
@@ -131,7 +133,7 @@ private:
 ReportMark::ReportMark(std::uint32_t number) {
     constexpr int kHexadecimal = 16;
     std::array<char, 8> digits{};
-    const auto end = std::to_chars(digits.begin(), digits.end(), number, kHexadecimal).ptr;
+    auto* const end = std::to_chars(digits.begin(), digits.end(), number, kHexadecimal).ptr;
     words_.assign(digits.begin(), end);
     std::ranges::transform(words_, words_.begin(), [](char digit) {
         return digit >= 'a' ? char(digit - 'a' + 'A') : digit;

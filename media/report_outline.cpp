@@ -180,8 +180,10 @@ private:
         const auto text = Fennimar::trimmedOfWhitespaceAndNewlines(*value);
         if (key == "title" && block.title.empty()) block.title = text;
         // With a language ("DURATION-eng") they are an older writer's; the plain ones are newer.
-        if (key == "NUMBER_OF_FRAMES" || (key == "NUMBER_OF_FRAMES-eng" && !block.promisedPictures))
+        if (key == "NUMBER_OF_FRAMES" ||
+            (key == "NUMBER_OF_FRAMES-eng" && !block.promisedPictures)) {
             block.promisedPictures = picturesIn(text);
+        }
         if (key == "DURATION" || (key == "DURATION-eng" && !block.promisedSeconds)) {
             block.promisedSeconds = secondsOf(text);
             if (block.promisedSeconds <= 0) block.promisedSeconds.reset();
