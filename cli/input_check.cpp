@@ -165,8 +165,9 @@ CheckedInputs checkInputs(const std::vector<std::string>& given, std::string_vie
     std::vector<InputFile> candidates;
     for (auto& file : withFoldersOpened(given, refuse)) {
         auto problem = fileProblem(file);
-        if (problem.empty() && isSubtitleFile(file.path))
+        if (problem.empty() && isSubtitleFile(file.path)) {
             problem = subtitleProblem(file, findsEncoding);
+        }
         if (problem.empty()) {
             candidates.push_back(std::move(file));
         } else {

@@ -297,7 +297,7 @@ DBusClient::~DBusClient() {
 }
 
 void DBusClient::call(const DBusMethod& method, GVariant* arguments, const char* answerType,
-                      Answered answered, std::chrono::milliseconds timeout) {
+                      const Answered& answered, std::chrono::milliseconds timeout) {
     // Shared, because what waits in a function has to be copied.
     const std::shared_ptr<GVariant> owned(g_variant_ref_sink(arguments), VariantRelease());
     ++pending_;

@@ -149,7 +149,8 @@ public:
 
     /// Takes the (floating) arguments. The answer comes later, of the given type or an error.
     void call(const DBusMethod& method, GVariant* arguments, const char* answerType,
-              Answered answered, std::chrono::milliseconds timeout = std::chrono::seconds(5));
+              const Answered& answered,
+              std::chrono::milliseconds timeout = std::chrono::seconds(5));
     /// Takes the (floating) values, and sends the signal to whoever listens to the session bus.
     void emit(const std::string& path, const char* interface, const char* name, GVariant* values);
     /// Tells of all signals of the interface on the session bus, from the first call on.

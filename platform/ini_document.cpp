@@ -165,8 +165,9 @@ std::vector<IniDocument::Line> IniDocument::lines() const {
     for (char* const* name = names.get(); name != nullptr && *name != nullptr; ++name) {
         if (std::string_view(*name) == kFormatKey) continue;
         const GlibText value(g_key_file_get_value(file_.get(), group_.c_str(), *name, nullptr));
-        if (value)
+        if (value) {
             lines.push_back({.name = *name, .key = readKey(*name), .value = read(value.get())});
+        }
     }
     return lines;
 }
