@@ -120,8 +120,9 @@ void QtPanels::findFolder(Window& window) {
     dispatcher_.afterMain(kPatience,
                           errands_.whileHere([this, &window, isAwaited, hasWindow, wanted] {
                               if (!isAwaited()) return;
-                              if (lastFolder_ == wanted)
+                              if (lastFolder_ == wanted) {
                                   lastFolder_.clear();  // else each panel loses a thread to it
+                              }
                               showFirst(window, hasWindow, QDir::homePath().toStdString());
                           }));
 }
